@@ -1,0 +1,49 @@
+# How the layers are made: one object library per top-level folder, each allowed to see only the layers that it names,
+# all of them joined into the one library `korvane`.
+
+# Flags that every target of this project compiles and links with.
+add_library(korvane_flags INTERFACE)
+target_compile_features(korvane_flags INTERFACE cxx_std_20)
+target_compile_options(korvane_flags INTERFACE
+    -Wall -Wextra -Wpedantic -Wconversion -Wshadow
+    "-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=")
+if(KORVANE_SANITIZE)
+    target_compile_options(korvane_flags INTERFACE
+        -fsanitize=${KORVANE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(korvane_flags INTERFACE -fsanitize=${KORVANE_SANITIZE})
+endif()
+
+# korvane_layer(<name> SOURCES <file>... [USES <layer>...] [LIBRARIES <private library>...])
+# Includes are written from the tree's root ("Crypt/JWE.h"). LIBRARIES are for the layer's own .cpp files;
+# nlohmann_json is public, since headers hold JSON values.
+function(korvane_layer name)
+    cmake_parse_arguments(LAYER "" "" "SOURCES;USES;LIBRARIES" ${ARGN})
+    add_library(korvane_${name} OBJECT ${LAYER_SOURCES})
+    add_library(Korvane::${name} ALIAS korvane_${name})
+    set_target_properties(korvane_${name} PROPERTIES
+        POSITION_INDEPENDENT_CODE ON CXX_EXTENSIONS OFF KORVANE_LIBRARIES "${LAYER_LIBRARIES}")
+    target_include_directories(korvane_${name} PUBLIC "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>")
+    target_link_libraries(korvane_${name} PUBLIC nlohmann_json::nlohmann_json
+        PRIVATE korvane_flags ${LAYER_LIBRARIES})
+    foreach(used IN LISTS LAYER_USES)
+        target_link_libraries(korvane_${name} PRIVATE korvane_${used})
+    endforeach()
+endfunction()
+
+# korvane_library(<name> LAYERS <layer>...): the library that is installed.
+function(korvane_library name)
+    cmake_parse_arguments(LIBRARY "" "" "LAYERS" ${ARGN})
+    add_library(${name})
+    add_library(Korvane::${name} ALIAS ${name})
+    set_target_properties(${name} PROPERTIES
+        POSITION_INDEPENDENT_CODE ON VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+    target_compile_features(${name} PUBLIC cxx_std_20)
+    target_include_directories(${name} PUBLIC
+        "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>" "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/korvane>")
+    target_link_libraries(${name} PUBLIC nlohmann_json::nlohmann_json)
+    foreach(layer IN LISTS LIBRARY_LAYERS)
+        target_sources(${name} PRIVATE $<TARGET_OBJECTS:korvane_${layer}>)
+        get_target_property(libraries korvane_${layer} KORVANE_LIBRARIES)
+        target_link_libraries(${name} PRIVATE ${libraries})
+    endforeach()
+endfunction()
