@@ -1,0 +1,63 @@
+#include "Crypt/AESCBCEncryption.h"
+
+#include "Crypt/AES.h"
+#include "Crypt/DataExtensions.h"
+#include "Crypt/JOSEError.h"
+#include "Crypt/SecureRandom.h"
+
+namespace korvane {
+
+namespace {
+
+/// An untruncated HMAC.
+using Mac = std::array<std::uint8_t, kMaxDigestLength>;
+
+/// RFC 7518 section 5.2.2.1 steps 4 and 5: the HMAC of AAD, vector, ciphertext and AL.
+ByteView computeTag(ContentEncryptionAlgorithm algorithm, ByteView hmacKey, ByteView additionalAuthenticatedData,
+                    ByteView initializationVector, ByteView ciphertext, Mac& mac) {
+    const auto al = getByteLengthAsOctetHexData(additionalAuthenticatedData);
+    CCHmac(ccAlgorithm(hmacAlgorithm(algorithm)), hmacKey,
+           {additionalAuthenticatedData, initializationVector, ciphertext, al}, mac);
+    return authenticationTag(algorithm, mac);
+}
+
+} // namespace
+
+ContentEncryptionContext AESCBCEncryption::encrypt(ByteView headerData, const Payload& payload) const {
+    return encryptText(payload.data(), AdditionalAuthenticatedData(headerData).view());
+}
+
+ContentEncryptionContext AESCBCEncryption::encryptText(ByteView plaintext,
+                                                       ByteView additionalAuthenticatedData) const {
+    ContentEncryptionContext result;
+    result.initializationVector.resize(initializationVectorLength(contentEncryptionAlgorithm_));
+    SecureRandom::fill(result.initializationVector);
+    const ContentKeys keys = retrieveKeys(contentEncryptionAlgorithm_, contentEncryptionKey_);
+    result.ciphertext =
+        AES::encrypt(plaintext, keys.encryptionKey, contentEncryptionAlgorithm_, result.initializationVector);
+    Mac mac;
+    result.authenticationTag = toBytes(computeTag(contentEncryptionAlgorithm_, keys.hmacKey,
+                                                  additionalAuthenticatedData, result.initializationVector,
+                                                  result.ciphertext, mac));
+    return result;
+}
+
+Bytes AESCBCEncryption::decrypt(const ContentDecryptionContext& context) const {
+    const ContentKeys keys = retrieveKeys(contentEncryptionAlgorithm_, contentEncryptionKey_);
+    Mac mac;
+    const ByteView tag = computeTag(contentEncryptionAlgorithm_, keys.hmacKey, context.additionalAuthenticatedData,
+                                    context.initializationVector, context.ciphertext, mac);
+    if (!isEqualInConstantTime(tag, context.authenticationTag)) throw JWEError(JWEErrorCase::hmacNotAuthenticated);
+    return AES::decrypt(context.ciphertext, keys.encryptionKey, contentEncryptionAlgorithm_,
+                        context.initializationVector);
+}
+
+AdditionalAuthenticatedData::AdditionalAuthenticatedData(ByteView headerData) {
+    const std::size_t length = base64URLLength(headerData.size());
+    if (length > usual_.size()) long_.resize(length);
+    char* const text = long_.empty() ? usual_.data() : long_.data();
+    writeBase64URL(headerData, text);
+    view_ = {reinterpret_cast<const std::uint8_t*>(text), length};
+}
+
+} // namespace korvane

@@ -1,0 +1,302 @@
+#include "Crypt/Algorithms.h"
+
+#include "Crypt/JOSEError.h"
+#include "Crypt/RawValue.h"
+
+#include <array>
+
+namespace korvane {
+
+namespace {
+
+template <std::size_t Length>
+Bytes toBytes(const std::array<std::uint8_t, Length>& octets) {
+    return {octets.begin(), octets.end()};
+}
+
+struct HashRow {
+    std::string_view rawValue;
+    std::size_t bitLength;
+    CCHmacAlgorithm ccHmacAlgorithm;
+    Bytes (*digestFunc)(ByteView);
+};
+
+constexpr std::array<HashRow, 3> kHashes{{
+    {"SHA-256", 256, CCHmacAlgorithm::kCCHmacAlgSHA256, [](ByteView data) { return toBytes(CC_SHA256(data)); }},
+    {"SHA-384", 384, CCHmacAlgorithm::kCCHmacAlgSHA384, [](ByteView data) { return toBytes(CC_SHA384(data)); }},
+    {"SHA-512", 512, CCHmacAlgorithm::kCCHmacAlgSHA512, [](ByteView data) { return toBytes(CC_SHA512(data)); }},
+}};
+
+const HashRow& rowOf(Hash hash) {
+    return kHashes[static_cast<std::size_t>(hash)];
+}
+
+struct HMACRow {
+    std::string_view rawValue;
+    std::size_t outputLength;
+    CCHmacAlgorithm ccAlgorithm;
+};
+
+constexpr std::array<HMACRow, 2> kHMACs{{
+    {"SHA512", 64, CCHmacAlgorithm::kCCHmacAlgSHA512},
+    {"SHA256", 32, CCHmacAlgorithm::kCCHmacAlgSHA256},
+}};
+
+const HMACRow& rowOf(HMACAlgorithm algorithm) {
+    return kHMACs[static_cast<std::size_t>(algorithm)];
+}
+
+using KM = KeyManagementAlgorithm;
+using enum KeyManagementFamily;
+using enum SecKeyAlgorithm;
+
+struct KeyManagementRow {
+    KM algorithm;
+    std::string_view rawValue;
+    KeyManagementFamily family;
+    std::optional<SecKeyAlgorithm> secKeyAlgorithm;
+    /// Bytes that RSA padding takes at least.
+    std::ptrdiff_t paddingLength;
+    std::optional<std::size_t> keyBitSize;
+    std::optional<KM> keyWrapAlgorithm;
+};
+
+constexpr auto kNone = std::nullopt;
+
+constexpr std::array<KeyManagementRow, 11> kKeyManagement{{
+    {KM::RSA1_5, "RSA1_5", RSA, kSecKeyAlgorithmRSAEncryptionPKCS1, 11, kNone, kNone},
+    {KM::RSAOAEP, "RSA-OAEP", RSA, kSecKeyAlgorithmRSAEncryptionOAEPSHA1, 42, kNone, kNone},
+    {KM::RSAOAEP256, "RSA-OAEP-256", RSA, kSecKeyAlgorithmRSAEncryptionOAEPSHA256, 66, kNone, kNone},
+    {KM::A128KW, "A128KW", AES, kNone, 0, 128, kNone},
+    {KM::A192KW, "A192KW", AES, kNone, 0, 192, kNone},
+    {KM::A256KW, "A256KW", AES, kNone, 0, 256, kNone},
+    {KM::direct, "dir", direct, kNone, 0, kNone, kNone},
+    {KM::ECDH_ES, "ECDH-ES", EC, kNone, 0, kNone, kNone},
+    {KM::ECDH_ES_A128KW, "ECDH-ES+A128KW", EC, kNone, 0, kNone, KM::A128KW},
+    {KM::ECDH_ES_A192KW, "ECDH-ES+A192KW", EC, kNone, 0, kNone, KM::A192KW},
+    {KM::ECDH_ES_A256KW, "ECDH-ES+A256KW", EC, kNone, 0, kNone, KM::A256KW},
+}};
+
+constexpr auto kKeyManagementCases = [] {
+    std::array<KM, kKeyManagement.size()> cases{};
+    for (std::size_t index = 0; index < cases.size(); ++index) cases[index] = kKeyManagement[index].algorithm;
+    return cases;
+}();
+
+const KeyManagementRow& rowOf(KM algorithm) {
+    return kKeyManagement[static_cast<std::size_t>(algorithm)];
+}
+
+struct ContentEncryptionRow {
+    ContentEncryptionAlgorithm algorithm;
+    std::string_view rawValue;
+    std::size_t keyLength;
+    std::size_t aesKeyLength;
+    HMACAlgorithm hmacAlgorithm;
+    std::size_t tagLength;
+};
+
+constexpr std::array<ContentEncryptionRow, 2> kContentEncryption{{
+    {ContentEncryptionAlgorithm::A256CBCHS512, "A256CBC-HS512", 64, 32, HMACAlgorithm::SHA512, 32},
+    {ContentEncryptionAlgorithm::A128CBCHS256, "A128CBC-HS256", 32, 16, HMACAlgorithm::SHA256, 16},
+}};
+
+const ContentEncryptionRow& rowOf(ContentEncryptionAlgorithm algorithm) {
+    return kContentEncryption[static_cast<std::size_t>(algorithm)];
+}
+
+struct SignatureRow {
+    SignatureAlgorithm algorithm;
+    std::string_view rawValue;
+    SecKeyAlgorithm secKeyAlgorithm;
+    std::optional<ECCurveType> curveType;
+};
+
+using SA = SignatureAlgorithm;
+
+constexpr std::array<SignatureRow, 9> kSignatures{{
+    {SA::RS256, "RS256", kSecKeyAlgorithmRSASignatureMessagePKCS1v15SHA256, kNone},
+    {SA::RS384, "RS384", kSecKeyAlgorithmRSASignatureMessagePKCS1v15SHA384, kNone},
+    {SA::RS512, "RS512", kSecKeyAlgorithmRSASignatureMessagePKCS1v15SHA512, kNone},
+    {SA::PS256, "PS256", kSecKeyAlgorithmRSASignatureMessagePSSSHA256, kNone},
+    {SA::PS384, "PS384", kSecKeyAlgorithmRSASignatureMessagePSSSHA384, kNone},
+    {SA::PS512, "PS512", kSecKeyAlgorithmRSASignatureMessagePSSSHA512, kNone},
+    {SA::ES256, "ES256", kSecKeyAlgorithmECDSASignatureMessageX962SHA256, ECCurveType::P256},
+    {SA::ES384, "ES384", kSecKeyAlgorithmECDSASignatureMessageX962SHA384, ECCurveType::P384},
+    {SA::ES512, "ES512", kSecKeyAlgorithmECDSASignatureMessageX962SHA512, ECCurveType::P521},
+}};
+
+const SignatureRow& rowOf(SA algorithm) {
+    return kSignatures[static_cast<std::size_t>(algorithm)];
+}
+
+template <class Table>
+auto algorithmOfRawValue(const Table& table, std::string_view text) {
+    const auto* row = rowOfRawValue(table, text);
+    return row ? std::optional(row->algorithm) : std::nullopt;
+}
+
+} // namespace
+
+std::string_view rawValue(Hash hash) {
+    return rowOf(hash).rawValue;
+}
+
+std::size_t bitLength(Hash hash) {
+    return rowOf(hash).bitLength;
+}
+
+std::size_t digestByteLength(Hash hash) {
+    return bitLength(hash) / 8;
+}
+
+CCHmacAlgorithm ccHmacAlgorithm(Hash hash) {
+    return rowOf(hash).ccHmacAlgorithm;
+}
+
+Bytes digest(Hash hash, ByteView data) {
+    return rowOf(hash).digestFunc(data);
+}
+
+Bytes mac(Hash hash, ByteView key, ByteView value) {
+    std::array<std::uint8_t, kMaxDigestLength> output{};
+    const std::size_t length = CCHmac(ccHmacAlgorithm(hash), key, {value}, output);
+    return {output.begin(), output.begin() + static_cast<std::ptrdiff_t>(length)};
+}
+
+std::string_view rawValue(HMACAlgorithm algorithm) {
+    return rowOf(algorithm).rawValue;
+}
+
+std::size_t outputLength(HMACAlgorithm algorithm) {
+    return rowOf(algorithm).outputLength;
+}
+
+CCHmacAlgorithm ccAlgorithm(HMACAlgorithm algorithm) {
+    return rowOf(algorithm).ccAlgorithm;
+}
+
+std::span<const KM> allKeyManagementAlgorithms() {
+    return kKeyManagementCases;
+}
+
+std::string_view rawValue(KM algorithm) {
+    return rowOf(algorithm).rawValue;
+}
+
+std::optional<KM> keyManagementFromRawValue(std::string_view text) {
+    return algorithmOfRawValue(kKeyManagement, text);
+}
+
+KeyManagementFamily family(KM algorithm) {
+    return rowOf(algorithm).family;
+}
+
+std::optional<SecKeyAlgorithm> secKeyAlgorithm(KM algorithm) {
+    return rowOf(algorithm).secKeyAlgorithm;
+}
+
+std::optional<std::size_t> keyBitSize(KM algorithm) {
+    return rowOf(algorithm).keyBitSize;
+}
+
+std::optional<KM> keyWrapAlgorithm(KM algorithm) {
+    return rowOf(algorithm).keyWrapAlgorithm;
+}
+
+bool shouldContainEphemeralPublicKey(KM algorithm) {
+    return family(algorithm) == EC;
+}
+
+std::optional<std::ptrdiff_t> maxMessageLength(KM algorithm, const SecKey& publicKey) {
+    if (family(algorithm) != RSA) return std::nullopt;
+    return static_cast<std::ptrdiff_t>(SecKeyGetBlockSize(publicKey)) - rowOf(algorithm).paddingLength;
+}
+
+std::optional<bool> isPlainTextLengthSatisfied(KM algorithm, ByteView data, const SecKey& publicKey) {
+    const auto longest = maxMessageLength(algorithm, publicKey);
+    if (!longest) return std::nullopt;
+    return static_cast<std::ptrdiff_t>(data.size()) <= *longest;
+}
+
+std::optional<bool> isCipherTextLenghtSatisfied(KM algorithm, ByteView data, const SecKey& privateKey) {
+    if (family(algorithm) != RSA) return std::nullopt;
+    return data.size() == SecKeyGetBlockSize(privateKey);
+}
+
+std::optional<bool> checkAESKeyLength(KM algorithm, ByteView key) {
+    const auto bits = keyBitSize(algorithm);
+    if (!bits) return std::nullopt;
+    return key.size() * 8 == *bits;
+}
+
+std::string_view rawValue(ContentEncryptionAlgorithm algorithm) {
+    return rowOf(algorithm).rawValue;
+}
+
+std::optional<ContentEncryptionAlgorithm> contentEncryptionFromRawValue(std::string_view text) {
+    return algorithmOfRawValue(kContentEncryption, text);
+}
+
+std::size_t keyBitSize(ContentEncryptionAlgorithm algorithm) {
+    return 8 * rowOf(algorithm).keyLength;
+}
+
+HMACAlgorithm hmacAlgorithm(ContentEncryptionAlgorithm algorithm) {
+    return rowOf(algorithm).hmacAlgorithm;
+}
+
+std::size_t tagLength(ContentEncryptionAlgorithm algorithm) {
+    return rowOf(algorithm).tagLength;
+}
+
+std::size_t initializationVectorLength(ContentEncryptionAlgorithm) {
+    return kCCBlockSizeAES128;
+}
+
+int ccAlgorithm(ContentEncryptionAlgorithm) {
+    constexpr int kCCAlgorithmAES = 0;
+    return kCCAlgorithmAES;
+}
+
+bool checkKeyLength(ContentEncryptionAlgorithm algorithm, ByteView key) {
+    return key.size() == rowOf(algorithm).keyLength;
+}
+
+bool checkAESKeyLength(ContentEncryptionAlgorithm algorithm, ByteView key) {
+    return key.size() == rowOf(algorithm).aesKeyLength;
+}
+
+ContentKeys retrieveKeys(ContentEncryptionAlgorithm algorithm, ByteView inputKey) {
+    if (!checkKeyLength(algorithm, inputKey)) throw JWEError(JWEErrorCase::keyLengthNotSatisfied);
+    const std::size_t hmacKeyLength = inputKey.size() - rowOf(algorithm).aesKeyLength;
+    return {inputKey.first(hmacKeyLength), inputKey.subspan(hmacKeyLength)};
+}
+
+ByteView authenticationTag(ContentEncryptionAlgorithm algorithm, ByteView hmac) {
+    return hmac.first(tagLength(algorithm));
+}
+
+std::string_view rawValue(SA algorithm) {
+    return rowOf(algorithm).rawValue;
+}
+
+std::optional<SA> signatureFromRawValue(std::string_view text) {
+    return algorithmOfRawValue(kSignatures, text);
+}
+
+std::optional<SecKeyAlgorithm> rsaSecKeyAlgorithm(SA algorithm) {
+    if (curveType(algorithm)) return std::nullopt;
+    return rowOf(algorithm).secKeyAlgorithm;
+}
+
+std::optional<SecKeyAlgorithm> ecSecKeyAlgorithm(SA algorithm) {
+    if (!curveType(algorithm)) return std::nullopt;
+    return rowOf(algorithm).secKeyAlgorithm;
+}
+
+std::optional<ECCurveType> curveType(SA algorithm) {
+    return rowOf(algorithm).curveType;
+}
+
+} // namespace korvane

@@ -1,0 +1,37 @@
+#include "Crypt/Decrypter.h"
+
+#include "Crypt/AESCBCEncryption.h"
+#include "Crypt/JOSEError.h"
+#include "Platform/Logger.h"
+
+namespace korvane {
+
+std::optional<Decrypter> Decrypter::make(KeyManagementAlgorithm keyManagementAlgorithm,
+                                         ContentEncryptionAlgorithm contentEncryptionAlgorithm,
+                                         const AnyKey& decryptionKey) {
+    auto mode = makeDecryptionKeyManagementMode(keyManagementAlgorithm, contentEncryptionAlgorithm, decryptionKey);
+    if (!mode) return std::nullopt;
+    return Decrypter(std::move(mode), keyManagementAlgorithm, contentEncryptionAlgorithm);
+}
+
+Bytes Decrypter::decrypt(const DecryptionContext& context) const {
+    if (context.protectedHeader.keyManagementAlgorithm() != keyManagementAlgorithm_) {
+        KORVANE_LOG("decrypt(_:)", "Key management algorithm mismatch");
+        throw JWEError(JWEErrorCase::keyManagementAlgorithmMismatch);
+    }
+    if (context.protectedHeader.contentEncryptionAlgorithm() != contentEncryptionAlgorithm_) {
+        KORVANE_LOG("decrypt(_:)", "Content encryption algorithm mismatch");
+        throw JWEError(JWEErrorCase::contentEncryptionAlgorithmMismatch);
+    }
+    SecretBytes contentKey =
+        shouldContainEphemeralPublicKey(keyManagementAlgorithm_)
+            ? keyManagementMode_->determineContentEncryptionKey(context.encryptedKey, context.protectedHeader)
+            : keyManagementMode_->determineContentEncryptionKey(context.encryptedKey);
+    // Made of the header's bytes as they were received, so that it is the first part of the message as it came.
+    const AdditionalAuthenticatedData additionalData(context.protectedHeader.data());
+    return makeContentDecrypter(contentEncryptionAlgorithm_, std::move(contentKey))
+        .decrypt(ContentDecryptionContext{context.ciphertext, context.initializationVector, additionalData.view(),
+                                          context.authenticationTag});
+}
+
+} // namespace korvane

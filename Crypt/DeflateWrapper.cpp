@@ -1,0 +1,77 @@
+#include "Crypt/DeflateWrapper.h"
+
+#include "Crypt/JOSEError.h"
+#include "Crypt/RawValue.h"
+
+#include <algorithm>
+#include <array>
+
+namespace korvane {
+
+namespace {
+
+constexpr std::size_t kLargestStep = 65536;
+constexpr std::size_t kLargestInflated = std::size_t{16} << 20U;
+
+struct CompressionRow {
+    CompressionAlgorithm algorithm;
+    std::string_view rawValue;
+};
+
+constexpr std::array<CompressionRow, 2> kAlgorithms{
+    {{CompressionAlgorithm::DEFLATE, "DEF"}, {CompressionAlgorithm::NONE, "NONE"}}};
+
+} // namespace
+
+std::string_view rawValue(CompressionAlgorithm algorithm) {
+    return kAlgorithms[static_cast<std::size_t>(algorithm)].rawValue;
+}
+
+std::optional<CompressionAlgorithm> compressionFromRawValue(std::string_view text) {
+    const CompressionRow* row = rowOfRawValue(kAlgorithms, text);
+    return row ? std::optional(row->algorithm) : std::nullopt;
+}
+
+Bytes DeflateCompressor::compress(ByteView data) const {
+    if (data.empty()) throw JOSEError(JOSEErrorCase::rawDataMustBeGreaterThanZero);
+    std::optional<Bytes> result = perform(CompressionOperation::encode, data, data.size());
+    if (!result) throw JOSEError(JOSEErrorCase::compressionFailed);
+    return std::move(*result);
+}
+
+Bytes DeflateCompressor::decompress(ByteView data) const {
+    if (data.empty()) throw JOSEError(JOSEErrorCase::compressedDataMustBeGreaterThanZero);
+    std::optional<Bytes> result = perform(CompressionOperation::decode, data, data.size());
+    if (!result) throw JOSEError(JOSEErrorCase::decompressionFailed);
+    return std::move(*result);
+}
+
+const CompressorProtocol& CompressorFactory::makeCompressor(std::optional<CompressionAlgorithm> algorithm) const {
+    static const DeflateCompressor deflate;
+    static const NoneCompressor none;
+    if (!algorithm) throw JOSEError(JOSEErrorCase::compressionAlgorithmNotSupported);
+    switch (*algorithm) {
+    case CompressionAlgorithm::DEFLATE: return deflate;
+    case CompressionAlgorithm::NONE: return none;
+    }
+    throw JOSEError(JOSEErrorCase::compressionAlgorithmNotSupported);
+}
+
+std::optional<Bytes> perform(CompressionOperation operation, ByteView source, std::size_t sourceSize, Bytes preload) {
+    if (operation == CompressionOperation::encode && sourceSize == 0) return std::nullopt;
+    auto stream = CompressionStream::make(operation, source);
+    if (!stream) return std::nullopt;
+    Bytes result = std::move(preload);
+    Bytes step(std::min(sourceSize, kLargestStep));
+    for (;;) {
+        std::size_t produced = 0;
+        const CompressionStream::Status status = stream->process(step, produced);
+        if (status == CompressionStream::Status::error) return std::nullopt;
+        if (operation == CompressionOperation::decode && result.size() + produced > kLargestInflated)
+            return std::nullopt;
+        result.insert(result.end(), step.begin(), step.begin() + static_cast<std::ptrdiff_t>(produced));
+        if (status == CompressionStream::Status::end) return result;
+    }
+}
+
+} // namespace korvane

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "Crypt/JWK.h"
+#include "Crypt/SecKeyECPublicKey.h"
+
+namespace korvane {
+
+/// An EC public key (RFC 7518 section 6.2.1).
+class ECPublicKey : public JWK {
+public:
+    /// @param x, y  Base64URL texts of big-endian coordinates; they are not looked at.
+    ECPublicKey(ECCurveType crv, std::string x, std::string y, const StringMap& additionalParameters = {});
+
+    /// @throws JOSEError couldNotConstructJWK for a key that does not yield its numbers, invalidCurveType.
+    template <ExpressibleAsECPublicKeyComponents Key>
+    explicit ECPublicKey(const Key& publicKey, const StringMap& additionalParameters = {})
+        : ECPublicKey(componentsFrom([&] { return ecPublicKeyComponents(publicKey); }), additionalParameters) {}
+
+    /// Decodes JSON.
+    /// @throws DecodingError
+    [[nodiscard]] static ECPublicKey make(ByteView data);
+    [[nodiscard]] static ECPublicKey make(const JSON& object) { return ECPublicKey(object); }
+
+    [[nodiscard]] ECCurveType crv() const;
+    [[nodiscard]] const std::string& x() const { return number(ECParameter::x); }
+    [[nodiscard]] const std::string& y() const { return number(ECParameter::y); }
+
+    /// A coordinate that is not of 32 or 66 bytes loses its first byte: senders are known that put a sign byte in front.
+    /// The rule costs well-formed P-384 keys a byte; nothing here uses that curve through a JWK.
+    /// @throws JOSEError xNotBase64URLUIntEncoded, yNotBase64URLUIntEncoded, or what the target's `representing`
+    ///         throws.
+    template <ExpressibleAsECPublicKeyComponents Key>
+    [[nodiscard]] Key converted() const {
+        return representing(std::type_identity<Key>{}, components());
+    }
+
+    /// The same key with its thumbprint as "kid".
+    [[nodiscard]] ECPublicKey
+    withThumbprintAsKeyId(JWKThumbprintAlgorithm algorithm = JWKThumbprintAlgorithm::SHA256) const;
+
+private:
+    explicit ECPublicKey(const JSON& object);
+    ECPublicKey(const ECPublicKeyComponents& components, const StringMap& additionalParameters);
+
+    [[nodiscard]] ECPublicKeyComponents components() const;
+};
+
+} // namespace korvane

@@ -1,0 +1,126 @@
+#include "Crypt/JWK.h"
+
+#include "Crypt/DataExtensions.h"
+#include "Platform/Security/CommonCrypto.h"
+
+#include <algorithm>
+
+namespace korvane {
+
+namespace {
+
+bool isJWKParameter(std::string_view name) {
+    return std::find(JWKParameter::allCases.begin(), JWKParameter::allCases.end(), name) !=
+           JWKParameter::allCases.end();
+}
+
+bool holdsArray(std::string_view name) {
+    return std::find(JWKParameter::nonStringParameters.begin(), JWKParameter::nonStringParameters.end(), name) !=
+           JWKParameter::nonStringParameters.end();
+}
+
+/// @return no value when a text is not UTF-8.
+std::optional<std::string> jsonObject(const StringMap& members) {
+    // Room for all of it, so that no half-written copy of a private number is left behind by growth.
+    std::size_t length = 2;
+    for (const auto& [name, value] : members) length += name.size() + value.text().size() + 6;
+    std::string json;
+    json.reserve(length);
+    json += '{';
+    for (const auto& [name, value] : members) {
+        if (!isUtf8(name) || !isUtf8(value)) return std::nullopt;
+        if (json.size() > 1) json += ',';
+        appendJSONString(json, name);
+        json += ':';
+        appendJSONString(json, value);
+    }
+    json += '}';
+    return json;
+}
+
+} // namespace
+
+JWK::JWK(const JWKForm& form, StringMap own, const StringMap& additional) : form_(&form), parameters_(std::move(own)) {
+    parameters_.insert_or_assign(std::string(JWKParameter::keyType), SecretString(rawValue(form.keyType)));
+    parameters_.insert(additional.begin(), additional.end());
+}
+
+JWK::JWK(const JWKForm& form, const JSON& object) : form_(&form) {
+    if (decodeString(object, JWKParameter::keyType) != rawValue(form.keyType))
+        throw DecodingError(DecodingErrorCase::keyNotFound, Description{std::string(form.wrongKeyTypeText)});
+    for (const std::string_view name : JWKParameter::allCases) {
+        const bool isPassedOver = form.skipsArrays && holdsArray(name);
+        if (!isPassedOver && object.contains(name)) parameters_.emplace(name, decodeString(object, name));
+    }
+    for (const std::string_view name : form.numbers)
+        parameters_.insert_or_assign(std::string(name), SecretString(decodeString(object, name)));
+}
+
+StringMap JWK::requiredParameters() const {
+    StringMap required{{std::string(JWKParameter::keyType), SecretString(rawValue(form_->keyType))}};
+    for (const std::string_view name : form_->numbers)
+        if (name != form_->privateNumber) required.emplace(name, number(name));
+    return required;
+}
+
+std::optional<std::string> JWK::operator[](std::string_view parameter) const {
+    const auto found = parameters_.find(parameter);
+    return found == parameters_.end() ? std::nullopt : std::optional(found->second.text());
+}
+
+std::optional<std::string> JWK::jsonString() const {
+    StringMap members;
+    for (const auto& [name, value] : parameters_)
+        if (isJWKParameter(name)) members.emplace(name, value);
+    for (const std::string_view name : form_->numbers) members.emplace(name, number(name));
+    return jsonObject(members);
+}
+
+std::optional<Bytes> JWK::jsonData() const {
+    std::optional<std::string> json = jsonString();
+    if (!json) return std::nullopt;
+    Bytes data = toBytes(*json);
+    cleanse(*json);
+    return data;
+}
+
+std::string JWK::thumbprint(JWKThumbprintAlgorithm algorithm) const {
+    // The map is sorted by name, as RFC 7638 section 3.3 wants its input.
+    const std::optional<std::string> json = jsonObject(requiredParameters());
+    if (!json) throw JOSEError(JOSEErrorCase::thumbprintSerialization);
+    return Thumbprint::calculate(asBytes(*json), algorithm);
+}
+
+Bytes JWK::decodedNumber(std::string_view name, JOSEErrorCase failure) const {
+    std::optional<Bytes> bytes = fromBase64URL(number(name));
+    if (!bytes) throw JOSEError(failure);
+    return std::move(*bytes);
+}
+
+SecretBytes JWK::decodedSecret(std::string_view name, JOSEErrorCase failure) const {
+    Bytes bytes = decodedNumber(name, failure);
+    SecretBytes secret = toSecretBytes(bytes);
+    cleanse(bytes.data(), bytes.size());
+    return secret;
+}
+
+void JWK::setNumber(std::string_view name, std::string value) {
+    parameters_.insert_or_assign(std::string(name), SecretString(std::move(value)));
+}
+
+void JWK::setKeyIdentifier(std::string kid) {
+    setNumber(JWKParameter::keyIdentifier, std::move(kid));
+}
+
+void JWK::requireCurve() const {
+    if (curveFromRawValue(number(ECParameter::curve))) return;
+    throw DecodingError(DecodingErrorCase::dataCorrupted, Description{"\"crv\" names no curve."});
+}
+
+std::string Thumbprint::calculate(ByteView input, JWKThumbprintAlgorithm algorithm) {
+    if (input.empty()) throw ThumbprintError(ThumbprintErrorCase::inputMustBeGreaterThanZero);
+    const auto digest = CC_SHA256(input);
+    return base64URLEncodedString(ByteView(digest).first(outputLenght(algorithm)));
+}
+
+} // namespace korvane

@@ -1,0 +1,102 @@
+#include "Crypt/JWKSet.h"
+
+#include "Crypt/ECPrivateKey.h"
+#include "Crypt/ECPublicKey.h"
+#include "Crypt/RSAPrivateKey.h"
+#include "Crypt/RSAPublicKey.h"
+#include "Crypt/SymmetricKey.h"
+
+namespace korvane {
+
+namespace {
+
+using enum JWKTypeErrorCase;
+
+constexpr std::string_view kNoKeyText =
+    "No valid RSAPrivateKey, RSAPublicKey, SymmetricKey, ECPrivateKey, or ECPublicKey\nJSON found to decode.";
+
+DecodingError noKey() {
+    return DecodingError(DecodingErrorCase::dataCorrupted, Description{std::string(kNoKeyText)});
+}
+
+JWKTypeErrorCase classify(std::string_view kty, bool hasD) {
+    const auto type = keyTypeFromRawValue(kty);
+    if (!type) return typeIsUnknown;
+    switch (*type) {
+    case JWKKeyType::RSA: return hasD ? typeIsRSAPrivate : typeIsRSAPublic;
+    case JWKKeyType::OCT: return typeIsSymmetric;
+    case JWKKeyType::EC: return hasD ? typeIsECPrivate : typeIsECPublic;
+    }
+    return typeIsUnknown;
+}
+
+template <class Key>
+JWKSet::Key decode(const JSON& object) {
+    return std::make_shared<const Key>(Key::make(object));
+}
+
+JWKSet::Key decodeAs(JWKTypeErrorCase type, const JSON& object) {
+    switch (type) {
+    case typeIsECPrivate: return decode<ECPrivateKey>(object);
+    case typeIsECPublic: return decode<ECPublicKey>(object);
+    case typeIsRSAPublic: return decode<RSAPublicKey>(object);
+    case typeIsRSAPrivate: return decode<RSAPrivateKey>(object);
+    case typeIsSymmetric: return decode<SymmetricKey>(object);
+    case typeIsUnknown: throw noKey();
+    }
+    throw noKey();
+}
+
+JWKSet::Key decodeElement(const JSON& element) {
+    try {
+        JWKBase::make(element);
+    } catch (const JWKTypeError& type) {
+        return decodeAs(type.kind(), element);
+    }
+}
+
+} // namespace
+
+void JWKBase::make(const JSON& object) {
+    if (!object.is_object())
+        throw DecodingError(DecodingErrorCase::typeMismatch, Description{"A key is not a JSON object."});
+    const std::string& kty = decodeString(object, JWKBaseParameter::kty);
+    throw JWKTypeError(classify(kty, decodeStringIfPresent(object, JWKBaseParameter::d) != nullptr));
+}
+
+JWKSet JWKSet::make(ByteView data) {
+    const SecretJSON object(decodeObject(asText(data)));
+    const auto keys = object->find(JWKSetParameter::keys);
+    if (keys == object->end())
+        throw DecodingError(DecodingErrorCase::keyNotFound, Description{"\"keys\" is missing."});
+    if (!keys->is_array())
+        throw DecodingError(DecodingErrorCase::typeMismatch, Description{"\"keys\" is not an array."});
+    std::vector<Key> decoded;
+    for (const JSON& element : *keys) {
+        try {
+            decoded.push_back(decodeElement(element));
+        } catch (const Failure&) {
+            throw noKey();
+        }
+    }
+    return JWKSet(std::move(decoded));
+}
+
+std::optional<std::string> JWKSet::jsonString() const {
+    std::string json = "{\"keys\":[";
+    for (const Key& key : keys_) {
+        std::optional<std::string> element = key->jsonString();
+        if (!element) return std::nullopt;
+        if (json.back() != '[') json += ',';
+        json += *element;
+        cleanse(*element);
+    }
+    return json + "]}";
+}
+
+std::optional<Bytes> JWKSet::jsonData() const {
+    const std::optional<std::string> json = jsonString();
+    return json ? std::optional(toBytes(*json)) : std::nullopt;
+}
+
+} // namespace korvane

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "Crypt/DeflateWrapper.h"
+#include "Platform/Bytes.h"
+
+#include <optional>
+
+namespace korvane {
+
+/// The plaintext bytes of a JWE or JWS.
+class Payload {
+public:
+    explicit Payload(Bytes payload) : payload_(std::move(payload)) {}
+
+    [[nodiscard]] const Bytes& payload() const noexcept { return payload_; }
+    [[nodiscard]] const Bytes& data() const noexcept { return payload_; }
+
+    /// The payload as it goes into a message under the "zip" value of its header (RFC 7516 section 4.1.3).
+    /// @throws JOSEError compressionAlgorithmNotSupported for no value, rawDataMustBeGreaterThanZero,
+    ///         compressionFailed.
+    [[nodiscard]] Payload compressed(std::optional<CompressionAlgorithm> algorithm) const;
+
+    friend bool operator==(const Payload&, const Payload&) = default;
+
+private:
+    Bytes payload_;
+};
+
+} // namespace korvane

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "Crypt/Algorithms.h"
+#include "Platform/Failure.h"
+#include "Platform/Security/SecKey.h"
+#include "Platform/Security/Secret.h"
+
+namespace korvane {
+
+enum class RSAErrorCase {
+    signingFailed,    // Description
+    verifyingFailed,  // Description
+    encryptingFailed, // Description
+    decryptingFailed, // Description
+    algorithmNotSupported,
+    plainTextLengthNotSatisfied,
+    cipherTextLenghtNotSatisfied,
+};
+
+template <>
+struct FailureTraits<RSAErrorCase> {
+    static constexpr std::string_view domain = "RSAError";
+    static constexpr std::array<std::string_view, 7> cases{
+        "signingFailed",         "verifyingFailed",             "encryptingFailed",            "decryptingFailed",
+        "algorithmNotSupported", "plainTextLengthNotSatisfied", "cipherTextLenghtNotSatisfied"};
+    using Value = FailureValue;
+};
+
+using RSAError = TypedFailure<RSAErrorCase>;
+
+/// RSA over platform keys (RFC 8017).
+struct RSA {
+    /// @return one block.
+    /// @throws RSAError algorithmNotSupported, plainTextLengthNotSatisfied, encryptingFailed
+    [[nodiscard]] static Bytes encrypt(ByteView plaintext, const SecKey& publicKey, KeyManagementAlgorithm algorithm);
+
+    /// @throws RSAError algorithmNotSupported, cipherTextLenghtNotSatisfied, decryptingFailed
+    [[nodiscard]] static SecretBytes decrypt(ByteView ciphertext, const SecKey& privateKey,
+                                             KeyManagementAlgorithm algorithm);
+
+    /// @throws RSAError algorithmNotSupported, signingFailed
+    [[nodiscard]] static Bytes sign(ByteView signingInput, const SecKey& privateKey, SignatureAlgorithm algorithm);
+
+    /// @return whether the signature is the key's; PS rows take a salt of the digest's length only.
+    /// @throws RSAError algorithmNotSupported, verifyingFailed
+    [[nodiscard]] static bool verify(ByteView verifyingInput, ByteView signature, const SecKey& publicKey,
+                                     SignatureAlgorithm algorithm);
+};
+
+} // namespace korvane

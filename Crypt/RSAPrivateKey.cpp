@@ -1,0 +1,45 @@
+#include "Crypt/RSAPrivateKey.h"
+
+#include "Crypt/DataExtensions.h"
+
+namespace korvane {
+
+namespace {
+
+constexpr std::array<std::string_view, 3> kNumbers{RSAParameter::modulus, RSAParameter::exponent,
+                                                   RSAParameter::privateExponent};
+constexpr JWKForm kForm{JWKKeyType::RSA, kNumbers, RSAParameter::privateExponent, "Key Type parameter wrong.", true};
+
+} // namespace
+
+RSAPrivateKey::RSAPrivateKey(std::string modulus, std::string exponent, std::string privateExponent,
+                             const StringMap& additionalParameters)
+    : JWK(kForm,
+          {{std::string(RSAParameter::modulus), std::move(modulus)},
+           {std::string(RSAParameter::exponent), std::move(exponent)},
+           {std::string(RSAParameter::privateExponent), std::move(privateExponent)}},
+          additionalParameters) {}
+
+RSAPrivateKey::RSAPrivateKey(const RSAPrivateKeyComponents& components, const StringMap& additionalParameters)
+    : RSAPrivateKey(base64URLEncodedString(components.modulus), base64URLEncodedString(components.exponent),
+                    base64URLEncodedString(components.privateExponent), additionalParameters) {}
+
+RSAPrivateKey::RSAPrivateKey(const JSON& object) : JWK(kForm, object) {}
+
+RSAPrivateKey RSAPrivateKey::make(ByteView data) {
+    return RSAPrivateKey(*SecretJSON(decodeObject(asText(data))));
+}
+
+RSAPrivateKeyComponents RSAPrivateKey::components() const {
+    return {decodedNumber(RSAParameter::modulus, JOSEErrorCase::modulusNotBase64URLUIntEncoded),
+            decodedNumber(RSAParameter::exponent, JOSEErrorCase::exponentNotBase64URLUIntEncoded),
+            decodedSecret(RSAParameter::privateExponent, JOSEErrorCase::privateExponentNotBase64URLUIntEncoded)};
+}
+
+RSAPrivateKey RSAPrivateKey::withThumbprintAsKeyId(JWKThumbprintAlgorithm algorithm) const {
+    RSAPrivateKey key = *this;
+    key.setKeyIdentifier(thumbprint(algorithm));
+    return key;
+}
+
+} // namespace korvane

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "Crypt/JWK.h"
+#include "Crypt/SecKeyRSAPublicKey.h"
+
+namespace korvane {
+
+/// An RSA private key without its primes (RFC 7518 section 6.3.2): "n", "e" and "d" only.
+class RSAPrivateKey : public JWK {
+public:
+    /// @param modulus, exponent, privateExponent  Base64URL texts of big-endian numbers; they are not looked at.
+    RSAPrivateKey(std::string modulus, std::string exponent, std::string privateExponent,
+                  const StringMap& additionalParameters = {});
+
+    /// @throws JOSEError couldNotConstructJWK for a key that does not yield its numbers.
+    template <ExpressibleAsRSAPrivateKeyComponents Key>
+    explicit RSAPrivateKey(const Key& privateKey, const StringMap& additionalParameters = {})
+        : RSAPrivateKey(componentsFrom([&] { return rsaPrivateKeyComponents(privateKey); }), additionalParameters) {}
+
+    /// Decodes JSON.
+    /// @throws DecodingError
+    [[nodiscard]] static RSAPrivateKey make(ByteView data);
+    [[nodiscard]] static RSAPrivateKey make(const JSON& object) { return RSAPrivateKey(object); }
+
+    [[nodiscard]] const std::string& modulus() const { return number(RSAParameter::modulus); }
+    [[nodiscard]] const std::string& exponent() const { return number(RSAParameter::exponent); }
+    [[nodiscard]] const std::string& privateExponent() const { return number(RSAParameter::privateExponent); }
+
+    /// @throws JOSEError modulusNotBase64URLUIntEncoded, exponentNotBase64URLUIntEncoded,
+    ///         privateExponentNotBase64URLUIntEncoded, or what the target's `representing` throws.
+    template <ExpressibleAsRSAPrivateKeyComponents Key>
+    [[nodiscard]] Key converted() const {
+        return representing(std::type_identity<Key>{}, components());
+    }
+
+    /// The same key with its thumbprint as "kid".
+    [[nodiscard]] RSAPrivateKey
+    withThumbprintAsKeyId(JWKThumbprintAlgorithm algorithm = JWKThumbprintAlgorithm::SHA256) const;
+
+private:
+    explicit RSAPrivateKey(const JSON& object);
+    RSAPrivateKey(const RSAPrivateKeyComponents& components, const StringMap& additionalParameters);
+
+    [[nodiscard]] RSAPrivateKeyComponents components() const;
+};
+
+} // namespace korvane

@@ -1,0 +1,41 @@
+#include "Crypt/RSAPublicKey.h"
+
+#include "Crypt/DataExtensions.h"
+
+namespace korvane {
+
+namespace {
+
+constexpr std::array<std::string_view, 2> kNumbers{RSAParameter::modulus, RSAParameter::exponent};
+constexpr JWKForm kForm{JWKKeyType::RSA, kNumbers, "", "Key Type parameter wrong.", true};
+
+} // namespace
+
+RSAPublicKey::RSAPublicKey(std::string modulus, std::string exponent, const StringMap& additionalParameters)
+    : JWK(kForm,
+          {{std::string(RSAParameter::modulus), std::move(modulus)},
+           {std::string(RSAParameter::exponent), std::move(exponent)}},
+          additionalParameters) {}
+
+RSAPublicKey::RSAPublicKey(const RSAPublicKeyComponents& components, const StringMap& additionalParameters)
+    : RSAPublicKey(base64URLEncodedString(components.modulus), base64URLEncodedString(components.exponent),
+                   additionalParameters) {}
+
+RSAPublicKey::RSAPublicKey(const JSON& object) : JWK(kForm, object) {}
+
+RSAPublicKey RSAPublicKey::make(ByteView data) {
+    return RSAPublicKey(decodeObject(asText(data)));
+}
+
+RSAPublicKeyComponents RSAPublicKey::components() const {
+    return {decodedNumber(RSAParameter::modulus, JOSEErrorCase::modulusNotBase64URLUIntEncoded),
+            decodedNumber(RSAParameter::exponent, JOSEErrorCase::exponentNotBase64URLUIntEncoded)};
+}
+
+RSAPublicKey RSAPublicKey::withThumbprintAsKeyId(JWKThumbprintAlgorithm algorithm) const {
+    RSAPublicKey key = *this;
+    key.setKeyIdentifier(thumbprint(algorithm));
+    return key;
+}
+
+} // namespace korvane

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "Crypt/JWK.h"
+#include "Crypt/SecKeyRSAPublicKey.h"
+
+namespace korvane {
+
+/// An RSA public key (RFC 7518 section 6.3.1).
+class RSAPublicKey : public JWK {
+public:
+    /// @param modulus, exponent  Base64URL texts of big-endian numbers; they are not looked at.
+    RSAPublicKey(std::string modulus, std::string exponent, const StringMap& additionalParameters = {});
+
+    /// @throws JOSEError couldNotConstructJWK for a key that does not yield its numbers.
+    template <ExpressibleAsRSAPublicKeyComponents Key>
+    explicit RSAPublicKey(const Key& publicKey, const StringMap& additionalParameters = {})
+        : RSAPublicKey(componentsFrom([&] { return rsaPublicKeyComponents(publicKey); }), additionalParameters) {}
+
+    /// Decodes JSON.
+    /// @throws DecodingError
+    [[nodiscard]] static RSAPublicKey make(ByteView data);
+    [[nodiscard]] static RSAPublicKey make(const JSON& object) { return RSAPublicKey(object); }
+
+    [[nodiscard]] const std::string& modulus() const { return number(RSAParameter::modulus); }
+    [[nodiscard]] const std::string& exponent() const { return number(RSAParameter::exponent); }
+
+    /// @throws JOSEError modulusNotBase64URLUIntEncoded, exponentNotBase64URLUIntEncoded, or what the target's
+    ///         `representing` throws.
+    template <ExpressibleAsRSAPublicKeyComponents Key>
+    [[nodiscard]] Key converted() const {
+        return representing(std::type_identity<Key>{}, components());
+    }
+
+    /// The same key with its thumbprint as "kid".
+    [[nodiscard]] RSAPublicKey
+    withThumbprintAsKeyId(JWKThumbprintAlgorithm algorithm = JWKThumbprintAlgorithm::SHA256) const;
+
+private:
+    explicit RSAPublicKey(const JSON& object);
+    RSAPublicKey(const RSAPublicKeyComponents& components, const StringMap& additionalParameters);
+
+    [[nodiscard]] RSAPublicKeyComponents components() const;
+};
+
+} // namespace korvane

@@ -1,0 +1,238 @@
+#include "Platform/JSON.h"
+
+#include "Platform/Security/Secret.h"
+
+#include <simdjson.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <unordered_map>
+
+namespace korvane {
+
+namespace {
+
+/// Finds the members of an object by name while it is built: a short object is searched, a long one has an index, so
+/// that no object costs more than its length.
+class MemberIndex {
+public:
+    explicit MemberIndex(JSON::object_t& object) : object_(object) {}
+
+    void set(std::string_view name, JSON value) {
+        const std::size_t position = positionOf(name);
+        if (position < object_.size())
+            (object_.begin() + std::ptrdiff_t(position))->second = std::move(value);
+        else
+            object_.emplace_back(std::string(name), std::move(value));
+    }
+
+private:
+    static constexpr std::size_t kSearched = 16;
+
+    std::size_t positionOf(std::string_view name) {
+        if (object_.size() > kSearched) return positions_.try_emplace(std::string(name), object_.size()).first->second;
+        const auto found = std::find_if(object_.begin(), object_.end(),
+                                        [name](const auto& member) { return member.first == name; });
+        const auto position = static_cast<std::size_t>(found - object_.begin());
+        if (object_.size() == kSearched) {
+            for (std::size_t index = 0; index < kSearched; ++index) positions_.emplace((object_.begin() + std::ptrdiff_t(index))->first, index);
+            positions_.try_emplace(std::string(name), position);
+        }
+        return position;
+    }
+
+    JSON::object_t& object_;
+    std::unordered_map<std::string, std::size_t> positions_;
+};
+
+/// Turns what simdjson has read into a value, level by level.
+class Conversion {
+public:
+    JSON convert(const simdjson::dom::element& element) {
+        using simdjson::dom::element_type;
+        switch (element.type()) {
+        case element_type::OBJECT: return nested(simdjson::dom::object(element));
+        case element_type::ARRAY: return nested(simdjson::dom::array(element));
+        case element_type::STRING: return JSON(std::string(std::string_view(element)));
+        case element_type::INT64: return JSON(std::int64_t(element));
+        case element_type::UINT64: return JSON(std::uint64_t(element));
+        case element_type::DOUBLE: return JSON(double(element));
+        case element_type::BOOL: return JSON(bool(element));
+        case element_type::NULL_VALUE: return {};
+        }
+        return {};
+    }
+
+    [[nodiscard]] bool isTooDeep() const noexcept { return isTooDeep_; }
+
+private:
+    template <class Container>
+    JSON nested(const Container& container) {
+        isTooDeep_ = isTooDeep_ || depth_ == JSONSerialization::kDepthLimit;
+        if (isTooDeep_) return {};
+        ++depth_;
+        JSON result = members(container);
+        --depth_;
+        return result;
+    }
+
+    JSON members(const simdjson::dom::object& container) {
+        JSON::object_t object;
+        object.reserve(container.size());
+        MemberIndex index(object);
+        for (const auto& [name, value] : container) index.set(name, convert(value));
+        return JSON(std::move(object));
+    }
+
+    JSON members(const simdjson::dom::array& container) {
+        JSON::array_t array;
+        array.reserve(container.size());
+        for (const simdjson::dom::element& element : container) array.push_back(convert(element));
+        return JSON(std::move(array));
+    }
+
+    int depth_ = 0;
+    bool isTooDeep_ = false;
+};
+
+/// One reader per thread: its buffers are reused, and what was read is cleansed out of them after each text.
+class Reader {
+public:
+    std::optional<JSON> read(std::string_view text) {
+        input_.resize(std::max(input_.size(), text.size() + simdjson::SIMDJSON_PADDING));
+        std::memcpy(input_.data(), text.data(), text.size());
+        if (parser_.capacity() < text.size() && parser_.allocate(text.size(), kNesting) != simdjson::SUCCESS)
+            return std::nullopt;
+        simdjson::dom::element root;
+        const simdjson::error_code error = parser_.parse(input_.data(), text.size(), false).get(root);
+        std::optional<JSON> result;
+        if (error == simdjson::SUCCESS) result = convert(root);
+        if (error == simdjson::NUMBER_ERROR) result = readBigNumbers(text);
+        cleanse(text.size());
+        return result;
+    }
+
+private:
+    /// simdjson does not count an empty container as a level; so it gets room to spare, and the conversion counts.
+    static constexpr std::size_t kNesting = JSONSerialization::kDepthLimit + 2;
+
+    static std::optional<JSON> convert(const simdjson::dom::element& root) {
+        Conversion conversion;
+        JSON value = conversion.convert(root);
+        return conversion.isTooDeep() ? std::nullopt : std::optional(std::move(value));
+    }
+
+    /// simdjson refuses integers beyond 64 bits, which are valid JSON: those texts go through the slower reader, whose
+    /// time grows with the square of the length. No message of the protocol has such a number at all.
+    static std::optional<JSON> readBigNumbers(std::string_view text) {
+        constexpr std::size_t kLongest = 16384;
+        if (text.size() > kLongest) return std::nullopt;
+        bool isTooDeep = false;
+        const auto watchDepth = [&isTooDeep](int depth, JSON::parse_event_t, JSON&) {
+            isTooDeep = isTooDeep || depth > JSONSerialization::kDepthLimit;
+            return true;
+        };
+        JSON value = JSON::parse(text, watchDepth, false);
+        if (value.is_discarded() || isTooDeep) return std::nullopt;
+        return value;
+    }
+
+    void cleanse(std::size_t length) {
+        korvane::cleanse(input_.data(), length);
+        // Beside each string stand its length and a terminator: at most five octets for three of the text.
+        if (parser_.doc.string_buf) korvane::cleanse(parser_.doc.string_buf.get(), 5 * length / 3);
+    }
+
+    Bytes input_;
+    simdjson::dom::parser parser_;
+};
+
+bool isWritable(const JSON& value) {
+    if (value.is_string()) return isUtf8(value.get_ref<const std::string&>());
+    if (value.is_number_float()) return std::isfinite(value.get<double>());
+    if (value.is_binary() || value.is_discarded()) return false;
+    if (value.is_object()) {
+        const auto& members = value.get_ref<const JSON::object_t&>();
+        return std::all_of(members.begin(), members.end(),
+                           [](const auto& member) { return isUtf8(member.first) && isWritable(member.second); });
+    }
+    return std::all_of(value.begin(), value.end(), isWritable);
+}
+
+void cleanseStrings(JSON& value) {
+    if (value.is_string()) korvane::cleanse(value.get_ref<std::string&>());
+    if (value.is_structured()) std::for_each(value.begin(), value.end(), cleanseStrings);
+}
+
+DecodingError decodingError(DecodingErrorCase kind, std::string_view name, std::string_view what) {
+    return DecodingError(kind, Description{"\"" + std::string(name) + "\" " + std::string(what)});
+}
+
+} // namespace
+
+std::optional<JSON> JSONSerialization::jsonObject(std::string_view text) {
+    constexpr std::size_t kKeptSize = std::size_t{1} << 20U;
+    if (text.size() > kKeptSize) return Reader().read(text);
+    thread_local Reader reader;
+    return reader.read(text);
+}
+
+bool JSONSerialization::isValidJSONObject(const JSON& value) {
+    return value.is_structured() && isWritable(value);
+}
+
+std::optional<std::string> JSONSerialization::data(const JSON& value, JSONWriting writing) {
+    if (!isValidJSONObject(value)) return std::nullopt;
+    if (writing == JSONWriting::sortedKeys) return nlohmann::json(value).dump();
+    return value.dump();
+}
+
+void appendJSONString(std::string& json, std::string_view text) {
+    constexpr std::string_view kDigits = "0123456789abcdef";
+    json += '"';
+    for (const char character : text) {
+        const auto code = static_cast<unsigned char>(character);
+        if (character == '"' || character == '\\') json += '\\';
+        if (code >= 0x20) {
+            json += character;
+            continue;
+        }
+        json += "\\u00";
+        json += kDigits[code >> 4U];
+        json += kDigits[code & 0x0FU];
+    }
+    json += '"';
+}
+
+bool isUtf8(std::string_view text) {
+    return simdjson::validate_utf8(text.data(), text.size());
+}
+
+JSON decodeObject(std::string_view text) {
+    std::optional<JSON> value = JSONSerialization::jsonObject(text);
+    if (!value) throw DecodingError(DecodingErrorCase::dataCorrupted, Description{"The data is not valid JSON."});
+    if (!value->is_object())
+        throw DecodingError(DecodingErrorCase::typeMismatch, Description{"The top level is not a JSON object."});
+    return std::move(*value);
+}
+
+const std::string& decodeString(const JSON& object, std::string_view name) {
+    const auto member = object.find(name);
+    if (member == object.end()) throw decodingError(DecodingErrorCase::keyNotFound, name, "is missing.");
+    if (member->is_null()) throw decodingError(DecodingErrorCase::valueNotFound, name, "is null.");
+    if (!member->is_string()) throw decodingError(DecodingErrorCase::typeMismatch, name, "is not a string.");
+    return member->get_ref<const std::string&>();
+}
+
+const std::string* decodeStringIfPresent(const JSON& object, std::string_view name) {
+    const auto member = object.find(name);
+    if (member == object.end() || member->is_null()) return nullptr;
+    return &decodeString(object, name);
+}
+
+SecretJSON::~SecretJSON() {
+    cleanseStrings(value_);
+}
+
+} // namespace korvane

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "Platform/Security/OpenSSLHandles.h"
+#include "Platform/Security/SecKey.h"
+
+#include <map>
+#include <mutex>
+
+namespace korvane {
+
+/// One curve under its names.
+struct SecCurve {
+    std::size_t bits;
+    std::size_t coordinateLength;
+    const char* groupName;
+};
+
+/// What a key handle shares: the OpenSSL key, what is known of it, and contexts that are ready for use.
+struct SecKey::Material {
+    Material(openssl::Key ownedKey, SecKeyAttributes itsAttributes, const SecCurve* itsCurve)
+        : key(std::move(ownedKey)), attributes(itsAttributes), curve(itsCurve) {}
+
+    const openssl::Key key;
+    const SecKeyAttributes attributes;
+    /// Null for RSA.
+    const SecCurve* const curve;
+
+    /// A context for one use, copied from one that was set up when the algorithm was first asked for: setting up costs
+    /// a fifth of an RSA verification.
+    /// @throws CFError when OpenSSL cannot do this with this key.
+    [[nodiscard]] openssl::KeyContext context(SecKeyOperationType operation, SecKeyAlgorithm algorithm);
+
+private:
+    std::mutex mutex_;
+    std::map<std::pair<SecKeyOperationType, SecKeyAlgorithm>, openssl::KeyContext> contexts_;
+};
+
+/// The curve of a field size in bits, or null.
+[[nodiscard]] const SecCurve* secCurve(std::size_t bits);
+
+/// Wraps a key that OpenSSL has read or made.
+/// @throws CFError for a key that is neither RSA nor on one of the three curves.
+[[nodiscard]] SecKey adoptKey(openssl::Key key, SecKeyClass keyClass);
+
+/// A failure that tells OpenSSL's newest reason.
+[[nodiscard]] CFError platformError(int code, const std::string& what);
+
+} // namespace korvane

@@ -1,0 +1,195 @@
+#include "Platform/Security/CommonCrypto.h"
+#include "Platform/Security/SecKeyMaterial.h"
+
+#include <openssl/rsa.h>
+
+#include <algorithm>
+#include <array>
+
+namespace korvane {
+
+namespace {
+
+using namespace openssl;
+using enum SecKeyAlgorithm;
+using enum SecKeyOperationType;
+
+enum class Purpose { encryption, signature, exchange };
+
+/// One algorithm: what it is for, the type of its keys, its RSA padding (0 for EC) and its digest (null: none).
+struct AlgorithmRow {
+    SecKeyAlgorithm algorithm;
+    Purpose purpose;
+    SecKeyType type;
+    int padding;
+    const char* digest;
+};
+
+constexpr auto kRsa = SecKeyType::kSecAttrKeyTypeRSA;
+constexpr auto kEc = SecKeyType::kSecAttrKeyTypeEC;
+
+constexpr std::array<AlgorithmRow, 13> kAlgorithms{{
+    {kSecKeyAlgorithmRSAEncryptionPKCS1, Purpose::encryption, kRsa, RSA_PKCS1_PADDING, nullptr},
+    {kSecKeyAlgorithmRSAEncryptionOAEPSHA1, Purpose::encryption, kRsa, RSA_PKCS1_OAEP_PADDING, "SHA1"},
+    {kSecKeyAlgorithmRSAEncryptionOAEPSHA256, Purpose::encryption, kRsa, RSA_PKCS1_OAEP_PADDING, "SHA256"},
+    {kSecKeyAlgorithmRSASignatureMessagePKCS1v15SHA256, Purpose::signature, kRsa, RSA_PKCS1_PADDING, "SHA256"},
+    {kSecKeyAlgorithmRSASignatureMessagePKCS1v15SHA384, Purpose::signature, kRsa, RSA_PKCS1_PADDING, "SHA384"},
+    {kSecKeyAlgorithmRSASignatureMessagePKCS1v15SHA512, Purpose::signature, kRsa, RSA_PKCS1_PADDING, "SHA512"},
+    {kSecKeyAlgorithmRSASignatureMessagePSSSHA256, Purpose::signature, kRsa, RSA_PKCS1_PSS_PADDING, "SHA256"},
+    {kSecKeyAlgorithmRSASignatureMessagePSSSHA384, Purpose::signature, kRsa, RSA_PKCS1_PSS_PADDING, "SHA384"},
+    {kSecKeyAlgorithmRSASignatureMessagePSSSHA512, Purpose::signature, kRsa, RSA_PKCS1_PSS_PADDING, "SHA512"},
+    {kSecKeyAlgorithmECDSASignatureMessageX962SHA256, Purpose::signature, kEc, 0, "SHA256"},
+    {kSecKeyAlgorithmECDSASignatureMessageX962SHA384, Purpose::signature, kEc, 0, "SHA384"},
+    {kSecKeyAlgorithmECDSASignatureMessageX962SHA512, Purpose::signature, kEc, 0, "SHA512"},
+    {kSecKeyAlgorithmECDHKeyExchangeStandard, Purpose::exchange, kEc, 0, nullptr},
+}};
+
+const AlgorithmRow& rowOf(SecKeyAlgorithm algorithm) {
+    return *std::find_if(kAlgorithms.begin(), kAlgorithms.end(),
+                         [algorithm](const AlgorithmRow& row) { return row.algorithm == algorithm; });
+}
+
+/// One operation: what it is for, the class of its key, and how OpenSSL is told to begin.
+struct OperationRow {
+    SecKeyOperationType operation;
+    Purpose purpose;
+    SecKeyClass keyClass;
+    int (*begin)(EVP_PKEY_CTX*);
+};
+
+constexpr std::array<OperationRow, 5> kOperations{{
+    {kSecKeyOperationTypeSign, Purpose::signature, SecKeyClass::kSecAttrKeyClassPrivate, EVP_PKEY_sign_init},
+    {kSecKeyOperationTypeVerify, Purpose::signature, SecKeyClass::kSecAttrKeyClassPublic, EVP_PKEY_verify_init},
+    {kSecKeyOperationTypeEncrypt, Purpose::encryption, SecKeyClass::kSecAttrKeyClassPublic, EVP_PKEY_encrypt_init},
+    {kSecKeyOperationTypeDecrypt, Purpose::encryption, SecKeyClass::kSecAttrKeyClassPrivate, EVP_PKEY_decrypt_init},
+    {kSecKeyOperationTypeKeyExchange, Purpose::exchange, SecKeyClass::kSecAttrKeyClassPrivate, EVP_PKEY_derive_init},
+}};
+
+const OperationRow& rowOf(SecKeyOperationType operation) {
+    return kOperations[static_cast<std::size_t>(operation)];
+}
+
+bool setDigest(EVP_PKEY_CTX* context, const AlgorithmRow& row) {
+    if (row.purpose == Purpose::encryption)
+        return !row.digest || EVP_PKEY_CTX_set_rsa_oaep_md_name(context, row.digest, nullptr) == 1;
+    const Digest digest(EVP_MD_fetch(nullptr, row.digest, nullptr));
+    return digest && EVP_PKEY_CTX_set_signature_md(context, digest.get()) == 1;
+}
+
+/// The salt is as long as the digest, and MGF1 uses the same digest (RFC 7518 section 3.5).
+bool setPadding(EVP_PKEY_CTX* context, const AlgorithmRow& row) {
+    if (EVP_PKEY_CTX_set_rsa_padding(context, row.padding) != 1) return false;
+    return row.padding != RSA_PKCS1_PSS_PADDING ||
+           EVP_PKEY_CTX_set_rsa_pss_saltlen(context, RSA_PSS_SALTLEN_DIGEST) == 1;
+}
+
+KeyContext makeContext(EVP_PKEY* key, const OperationRow& operation, const AlgorithmRow& row) {
+    KeyContext context(EVP_PKEY_CTX_new_from_pkey(nullptr, key, nullptr));
+    bool isReady = context && operation.begin(context.get()) == 1;
+    if (row.type == kRsa) isReady = isReady && setPadding(context.get(), row) && setDigest(context.get(), row);
+    if (!isReady) throw platformError(CFError::errSecParam, "The key does not allow this operation.");
+    return context;
+}
+
+/// A digest of any of the three lengths.
+struct MessageDigest {
+    std::array<std::uint8_t, kMaxDigestLength> bytes{};
+    std::size_t length = 0;
+
+    template <std::size_t Length>
+    void set(const std::array<std::uint8_t, Length>& digest) {
+        std::copy(digest.begin(), digest.end(), bytes.begin());
+        length = Length;
+    }
+};
+
+MessageDigest digestOf(const AlgorithmRow& row, ByteView message) {
+    const std::string_view name = row.digest;
+    MessageDigest result;
+    if (name == "SHA256") result.set(CC_SHA256(message));
+    if (name == "SHA384") result.set(CC_SHA384(message));
+    if (name == "SHA512") result.set(CC_SHA512(message));
+    return result;
+}
+
+void require(const SecKey& key, SecKeyOperationType operation, SecKeyAlgorithm algorithm) {
+    if (!SecKeyIsAlgorithmSupported(key, operation, algorithm))
+        throw CFError(CFError::errSecParam, "The algorithm is not supported by the key.");
+}
+
+using Transform = int (*)(EVP_PKEY_CTX*, unsigned char*, std::size_t*, const unsigned char*, std::size_t);
+
+template <class Result>
+Result transform(const SecKey& key, SecKeyOperationType operation, SecKeyAlgorithm algorithm, Transform apply,
+                 ByteView input) {
+    const ErrorScope errors;
+    require(key, operation, algorithm);
+    const KeyContext context = key.material().context(operation, algorithm);
+    Result output(static_cast<std::size_t>(EVP_PKEY_get_size(key.material().key.get())));
+    std::size_t length = output.size();
+    if (apply(context.get(), output.data(), &length, input.data(), input.size()) != 1)
+        throw platformError(CFError::errSecParam, "The operation failed.");
+    output.resize(length);
+    return output;
+}
+
+} // namespace
+
+KeyContext SecKey::Material::context(SecKeyOperationType operation, SecKeyAlgorithm algorithm) {
+    const std::lock_guard lock(mutex_);
+    KeyContext& ready = contexts_[{operation, algorithm}];
+    if (!ready) ready = makeContext(key.get(), rowOf(operation), rowOf(algorithm));
+    KeyContext copy(EVP_PKEY_CTX_dup(ready.get()));
+    return copy ? std::move(copy) : makeContext(key.get(), rowOf(operation), rowOf(algorithm));
+}
+
+bool SecKeyIsAlgorithmSupported(const SecKey& key, SecKeyOperationType operation, SecKeyAlgorithm algorithm) {
+    const SecKeyAttributes& attributes = key.material().attributes;
+    const AlgorithmRow& row = rowOf(algorithm);
+    const OperationRow& wanted = rowOf(operation);
+    return row.type == attributes.kSecAttrKeyType && row.purpose == wanted.purpose &&
+           wanted.keyClass == attributes.kSecAttrKeyClass;
+}
+
+Bytes SecKeyCreateSignature(const SecKey& key, SecKeyAlgorithm algorithm, ByteView message) {
+    require(key, kSecKeyOperationTypeSign, algorithm);
+    const MessageDigest digest = digestOf(rowOf(algorithm), message);
+    return transform<Bytes>(key, kSecKeyOperationTypeSign, algorithm, EVP_PKEY_sign,
+                            ByteView(digest.bytes).first(digest.length));
+}
+
+bool SecKeyVerifySignature(const SecKey& key, SecKeyAlgorithm algorithm, ByteView message, ByteView signature) {
+    const ErrorScope errors;
+    require(key, kSecKeyOperationTypeVerify, algorithm);
+    const MessageDigest digest = digestOf(rowOf(algorithm), message);
+    const KeyContext context = key.material().context(kSecKeyOperationTypeVerify, algorithm);
+    return EVP_PKEY_verify(context.get(), signature.data(), signature.size(), digest.bytes.data(), digest.length) ==
+           1;
+}
+
+Bytes SecKeyCreateEncryptedData(const SecKey& key, SecKeyAlgorithm algorithm, ByteView plaintext) {
+    return transform<Bytes>(key, kSecKeyOperationTypeEncrypt, algorithm, EVP_PKEY_encrypt, plaintext);
+}
+
+SecretBytes SecKeyCreateDecryptedData(const SecKey& key, SecKeyAlgorithm algorithm, ByteView ciphertext) {
+    return transform<SecretBytes>(key, kSecKeyOperationTypeDecrypt, algorithm, EVP_PKEY_decrypt, ciphertext);
+}
+
+SecretBytes SecKeyCopyKeyExchangeResult(const SecKey& privateKey, const SecKey& publicKey) {
+    const ErrorScope errors;
+    require(privateKey, kSecKeyOperationTypeKeyExchange, kSecKeyAlgorithmECDHKeyExchangeStandard);
+    if (publicKey.material().curve != privateKey.material().curve)
+        throw CFError(CFError::errSecParam, "The keys are not on one curve.");
+    const KeyContext context(EVP_PKEY_CTX_new_from_pkey(nullptr, privateKey.material().key.get(), nullptr));
+    SecretBytes shared(privateKey.material().curve->coordinateLength);
+    std::size_t length = shared.size();
+    // The peer's point was checked when its key was made; the curves' cofactor is 1, so that is all there is to check.
+    constexpr int kNoSecondCheck = 0;
+    if (!context || EVP_PKEY_derive_init(context.get()) != 1 ||
+        EVP_PKEY_derive_set_peer_ex(context.get(), publicKey.material().key.get(), kNoSecondCheck) != 1 ||
+        EVP_PKEY_derive(context.get(), shared.data(), &length) != 1 || length != shared.size())
+        throw platformError(CFError::errSecParam, "The keys do not agree.");
+    return shared;
+}
+
+} // namespace korvane

@@ -1,0 +1,27 @@
+# What `cmake --install` gives: headers under include/korvane, the library, a CMake package and a pkg-config file.
+
+include(CMakePackageConfigHelpers)
+
+set(package_folder "${CMAKE_INSTALL_LIBDIR}/cmake/Korvane")
+
+install(TARGETS korvane EXPORT KorvaneTargets
+    ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+    LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}")
+install(EXPORT KorvaneTargets NAMESPACE Korvane:: DESTINATION "${package_folder}")
+
+# OpenSSL's handles and what stands on them are the library's own affair.
+foreach(layer IN ITEMS Platform Crypt Sdk)
+    install(DIRECTORY "${PROJECT_SOURCE_DIR}/${layer}" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/korvane"
+        FILES_MATCHING PATTERN "*.h"
+        PATTERN "OpenSSLHandles.h" EXCLUDE
+        PATTERN "SecKeyMaterial.h" EXCLUDE)
+endforeach()
+
+configure_package_config_file("${PROJECT_SOURCE_DIR}/cmake/KorvaneConfig.cmake.in"
+    "${PROJECT_BINARY_DIR}/KorvaneConfig.cmake" INSTALL_DESTINATION "${package_folder}")
+write_basic_package_version_file("${PROJECT_BINARY_DIR}/KorvaneConfigVersion.cmake" COMPATIBILITY SameMajorVersion)
+install(FILES "${PROJECT_BINARY_DIR}/KorvaneConfig.cmake" "${PROJECT_BINARY_DIR}/KorvaneConfigVersion.cmake"
+    DESTINATION "${package_folder}")
+
+configure_file("${PROJECT_SOURCE_DIR}/cmake/korvane.pc.in" "${PROJECT_BINARY_DIR}/korvane.pc" @ONLY)
+install(FILES "${PROJECT_BINARY_DIR}/korvane.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
