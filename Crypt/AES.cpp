@@ -7,11 +7,13 @@ namespace {
 using enum AESErrorCase;
 
 AESError failed(AESErrorCase kind, std::string_view what, int status) {
-    return AESError(kind, Description{std::string(what) + " failed with status: " + std::to_string(status) + "."});
+    return AESError(kind,
+                    Description{std::string(what) + " failed with status: " + std::to_string(status) + "."});
 }
 
 /// Empty values never reach the platform.
-int ccAESCBCCrypt(CCOperation operation, ByteView data, ByteView key, ByteView initializationVector, Bytes& output) {
+int ccAESCBCCrypt(CCOperation operation, ByteView data, ByteView key, ByteView initializationVector,
+                  Bytes& output) {
     if (data.empty() || key.empty() || initializationVector.empty()) return kCCParamError;
     output.resize(data.size() + kCCBlockSizeAES128);
     std::size_t moved = 0;
@@ -39,8 +41,8 @@ void requireWrapKey(KeyManagementAlgorithm algorithm, ByteView key) {
 
 Bytes AES::encrypt(ByteView plaintext, ByteView encryptionKey, ContentEncryptionAlgorithm algorithm,
                    ByteView initializationVector) {
-    return crypt(CCOperation::kCCEncrypt, plaintext, encryptionKey, algorithm, initializationVector, encryptingFailed,
-                 "Encryption");
+    return crypt(CCOperation::kCCEncrypt, plaintext, encryptionKey, algorithm, initializationVector,
+                 encryptingFailed, "Encryption");
 }
 
 Bytes AES::decrypt(ByteView cipherText, ByteView decryptionKey, ContentEncryptionAlgorithm algorithm,

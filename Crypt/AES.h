@@ -17,10 +17,9 @@ enum class AESErrorCase {
 template <>
 struct FailureTraits<AESErrorCase> {
     static constexpr std::string_view domain = "AESError";
-    static constexpr std::array<std::string_view, 5> cases{"encryptingFailed", "decryptingFailed",
-                                                           "keyLengthNotSatisfied",
-                                                           "cannotPerformOperationOnEmptyDataBuffer",
-                                                           "invalidAlgorithm"};
+    static constexpr std::array<std::string_view, 5> cases{
+        "encryptingFailed", "decryptingFailed", "keyLengthNotSatisfied",
+        "cannotPerformOperationOnEmptyDataBuffer", "invalidAlgorithm"};
     using Value = FailureValue;
 };
 
@@ -31,11 +30,13 @@ struct AES {
     /// CBC with PKCS#7 padding. An empty plaintext cannot be encrypted.
     /// @param encryptionKey  16 or 32 bytes, as the algorithm's AES key.
     /// @param initializationVector  16 bytes.
-    /// @throws AESError keyLengthNotSatisfied; encryptingFailed with the platform's status in its description.
+    /// @throws AESError keyLengthNotSatisfied; encryptingFailed with the platform's status in its
+    /// description.
     [[nodiscard]] static Bytes encrypt(ByteView plaintext, ByteView encryptionKey,
                                        ContentEncryptionAlgorithm algorithm, ByteView initializationVector);
 
-    /// @throws AESError keyLengthNotSatisfied; decryptingFailed with the platform's status in its description.
+    /// @throws AESError keyLengthNotSatisfied; decryptingFailed with the platform's status in its
+    /// description.
     [[nodiscard]] static Bytes decrypt(ByteView cipherText, ByteView decryptionKey,
                                        ContentEncryptionAlgorithm algorithm, ByteView initializationVector);
 
@@ -43,7 +44,8 @@ struct AES {
     /// @param keyEncryptionKey  16, 24 or 32 bytes, as the row says.
     /// @param algorithm  A128KW, A192KW or A256KW.
     /// @throws AESError invalidAlgorithm, keyLengthNotSatisfied; encryptingFailed with the platform's status.
-    [[nodiscard]] static Bytes wrap(ByteView rawKey, ByteView keyEncryptionKey, KeyManagementAlgorithm algorithm);
+    [[nodiscard]] static Bytes wrap(ByteView rawKey, ByteView keyEncryptionKey,
+                                    KeyManagementAlgorithm algorithm);
 
     /// @throws AESError invalidAlgorithm, keyLengthNotSatisfied; decryptingFailed with the platform's status.
     [[nodiscard]] static SecretBytes unwrap(ByteView wrappedKey, ByteView keyEncryptionKey,

@@ -13,8 +13,9 @@ namespace {
 using Mac = std::array<std::uint8_t, kMaxDigestLength>;
 
 /// RFC 7518 section 5.2.2.1 steps 4 and 5: the HMAC of AAD, vector, ciphertext and AL.
-ByteView computeTag(ContentEncryptionAlgorithm algorithm, ByteView hmacKey, ByteView additionalAuthenticatedData,
-                    ByteView initializationVector, ByteView ciphertext, Mac& mac) {
+ByteView computeTag(ContentEncryptionAlgorithm algorithm, ByteView hmacKey,
+                    ByteView additionalAuthenticatedData, ByteView initializationVector, ByteView ciphertext,
+                    Mac& mac) {
     const auto al = getByteLengthAsOctetHexData(additionalAuthenticatedData);
     CCHmac(ccAlgorithm(hmacAlgorithm(algorithm)), hmacKey,
            {additionalAuthenticatedData, initializationVector, ciphertext, al}, mac);
@@ -36,18 +37,20 @@ ContentEncryptionContext AESCBCEncryption::encryptText(ByteView plaintext,
     result.ciphertext =
         AES::encrypt(plaintext, keys.encryptionKey, contentEncryptionAlgorithm_, result.initializationVector);
     Mac mac;
-    result.authenticationTag = toBytes(computeTag(contentEncryptionAlgorithm_, keys.hmacKey,
-                                                  additionalAuthenticatedData, result.initializationVector,
-                                                  result.ciphertext, mac));
+    result.authenticationTag =
+        toBytes(computeTag(contentEncryptionAlgorithm_, keys.hmacKey, additionalAuthenticatedData,
+                           result.initializationVector, result.ciphertext, mac));
     return result;
 }
 
 Bytes AESCBCEncryption::decrypt(const ContentDecryptionContext& context) const {
     const ContentKeys keys = retrieveKeys(contentEncryptionAlgorithm_, contentEncryptionKey_);
     Mac mac;
-    const ByteView tag = computeTag(contentEncryptionAlgorithm_, keys.hmacKey, context.additionalAuthenticatedData,
-                                    context.initializationVector, context.ciphertext, mac);
-    if (!isEqualInConstantTime(tag, context.authenticationTag)) throw JWEError(JWEErrorCase::hmacNotAuthenticated);
+    const ByteView tag =
+        computeTag(contentEncryptionAlgorithm_, keys.hmacKey, context.additionalAuthenticatedData,
+                   context.initializationVector, context.ciphertext, mac);
+    if (!isEqualInConstantTime(tag, context.authenticationTag))
+        throw JWEError(JWEErrorCase::hmacNotAuthenticated);
     return AES::decrypt(context.ciphertext, keys.encryptionKey, contentEncryptionAlgorithm_,
                         context.initializationVector);
 }

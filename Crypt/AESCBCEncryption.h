@@ -28,8 +28,10 @@ class ContentEncrypter {
 public:
     virtual ~ContentEncrypter() = default;
 
-    /// Seals a payload. The Base64URL text of `headerData` is authenticated with it (RFC 7516 section 5.1 step 14).
-    [[nodiscard]] virtual ContentEncryptionContext encrypt(ByteView headerData, const Payload& payload) const = 0;
+    /// Seals a payload. The Base64URL text of `headerData` is authenticated with it (RFC 7516 section 5.1
+    /// step 14).
+    [[nodiscard]] virtual ContentEncryptionContext encrypt(ByteView headerData,
+                                                           const Payload& payload) const = 0;
 };
 
 class ContentDecrypter {
@@ -48,13 +50,15 @@ public:
           contentEncryptionKey_(std::move(contentEncryptionKey)) {}
 
     /// @throws JWEError keyLengthNotSatisfied, AESError encryptingFailed, SecureRandomError
-    [[nodiscard]] ContentEncryptionContext encrypt(ByteView headerData, const Payload& payload) const override;
+    [[nodiscard]] ContentEncryptionContext encrypt(ByteView headerData,
+                                                   const Payload& payload) const override;
 
     /// As above, with the authenticated data as they are and a fresh random vector.
     [[nodiscard]] ContentEncryptionContext encryptText(ByteView plaintext,
                                                        ByteView additionalAuthenticatedData) const;
 
-    /// @throws JWEError keyLengthNotSatisfied; hmacNotAuthenticated for any changed part; AESError decryptingFailed
+    /// @throws JWEError keyLengthNotSatisfied; hmacNotAuthenticated for any changed part; AESError
+    /// decryptingFailed
     [[nodiscard]] Bytes decrypt(const ContentDecryptionContext& decryptionContext) const override;
 
 private:

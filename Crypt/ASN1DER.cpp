@@ -17,14 +17,16 @@ constexpr std::uint8_t kLongForm = 128;
 bool isBeyondMachineWord(ByteView lengthField) {
     if (lengthField.size() == 1) return false;
     const ByteView digits = lengthField.subspan(1);
-    const auto first = std::find_if(digits.begin(), digits.end(), [](std::uint8_t digit) { return digit != 0; });
+    const auto first =
+        std::find_if(digits.begin(), digits.end(), [](std::uint8_t digit) { return digit != 0; });
     const auto significant = static_cast<std::size_t>(digits.end() - first);
     return significant > sizeof(std::size_t) || (significant == sizeof(std::size_t) && *first >= 0x80);
 }
 
 TLVTriplet require(ByteView der, ASN1Type type) {
     const TLVTriplet element = nextTLVTriplet(der);
-    if (element.tag != tag(type)) throw ASN1DERParsingError(incorrectTypeTag, TagMismatch{element.tag, tag(type)});
+    if (element.tag != tag(type))
+        throw ASN1DERParsingError(incorrectTypeTag, TagMismatch{element.tag, tag(type)});
     return element;
 }
 
@@ -72,7 +74,8 @@ std::size_t length(ByteView lengthField) {
     if (lengthField.size() == 1) return lengthField[0];
     if (isBeyondMachineWord(lengthField)) fatalError("A DER length does not fit a machine word.");
     std::size_t result = 0;
-    for (const std::uint8_t digit : lengthField.subspan(1)) result = (result << 8U) + digit;
+    for (const std::uint8_t digit : lengthField.subspan(1))
+        result = (result << 8U) + digit;
     return result;
 }
 
@@ -84,7 +87,8 @@ ByteView readValueField(std::size_t length, ByteView der, std::size_t pointer) {
 Bytes lengthField(ByteView value) {
     if (value.size() < kLongForm) return {static_cast<std::uint8_t>(value.size())};
     Bytes field;
-    for (std::size_t rest = value.size(); rest > 0; rest >>= 8U) field.push_back(static_cast<std::uint8_t>(rest));
+    for (std::size_t rest = value.size(); rest > 0; rest >>= 8U)
+        field.push_back(static_cast<std::uint8_t>(rest));
     field.push_back(static_cast<std::uint8_t>(kLongForm + field.size()));
     std::reverse(field.begin(), field.end());
     return field;

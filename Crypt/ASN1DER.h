@@ -11,7 +11,9 @@ namespace korvane {
 /// The two types that keys and signatures are made of; the value is the tag (ITU-T X.690).
 enum class ASN1Type : std::uint8_t { integer = 2, sequence = 48 };
 
-[[nodiscard]] constexpr std::uint8_t tag(ASN1Type type) { return static_cast<std::uint8_t>(type); }
+[[nodiscard]] constexpr std::uint8_t tag(ASN1Type type) {
+    return static_cast<std::uint8_t>(type);
+}
 
 /// One element: its tag, its length field as encoded (first byte included), its value. Views of the input.
 struct TLVTriplet {
@@ -64,8 +66,8 @@ using ASN1DERParsingError = TypedFailure<ASN1DERParsingErrorCase>;
 /// @throws ASN1DERParsingError incorrectLengthFieldLength
 [[nodiscard]] ByteView readLengthField(ByteView der, std::size_t pointer);
 
-/// The number in a length field. A number beyond a signed machine word is a programmer's fault and ends the process:
-/// `nextTLVTriplet` never asks for one.
+/// The number in a length field. A number beyond a signed machine word is a programmer's fault and ends the
+/// process: `nextTLVTriplet` never asks for one.
 [[nodiscard]] std::size_t length(ByteView lengthField);
 
 /// @throws ASN1DERParsingError incorrectValueLength when the value runs past the end.

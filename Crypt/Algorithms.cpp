@@ -22,9 +22,12 @@ struct HashRow {
 };
 
 constexpr std::array<HashRow, 3> kHashes{{
-    {"SHA-256", 256, CCHmacAlgorithm::kCCHmacAlgSHA256, [](ByteView data) { return toBytes(CC_SHA256(data)); }},
-    {"SHA-384", 384, CCHmacAlgorithm::kCCHmacAlgSHA384, [](ByteView data) { return toBytes(CC_SHA384(data)); }},
-    {"SHA-512", 512, CCHmacAlgorithm::kCCHmacAlgSHA512, [](ByteView data) { return toBytes(CC_SHA512(data)); }},
+    {"SHA-256", 256, CCHmacAlgorithm::kCCHmacAlgSHA256,
+     [](ByteView data) { return toBytes(CC_SHA256(data)); }},
+    {"SHA-384", 384, CCHmacAlgorithm::kCCHmacAlgSHA384,
+     [](ByteView data) { return toBytes(CC_SHA384(data)); }},
+    {"SHA-512", 512, CCHmacAlgorithm::kCCHmacAlgSHA512,
+     [](ByteView data) { return toBytes(CC_SHA512(data)); }},
 }};
 
 const HashRow& rowOf(Hash hash) {
@@ -79,7 +82,8 @@ constexpr std::array<KeyManagementRow, 11> kKeyManagement{{
 
 constexpr auto kKeyManagementCases = [] {
     std::array<KM, kKeyManagement.size()> cases{};
-    for (std::size_t index = 0; index < cases.size(); ++index) cases[index] = kKeyManagement[index].algorithm;
+    for (std::size_t index = 0; index < cases.size(); ++index)
+        cases[index] = kKeyManagement[index].algorithm;
     return cases;
 }();
 

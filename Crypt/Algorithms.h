@@ -59,8 +59,8 @@ enum class KeyManagementFamily { RSA, AES, direct, EC };
 [[nodiscard]] std::optional<KeyManagementAlgorithm> keyWrapAlgorithm(KeyManagementAlgorithm algorithm);
 [[nodiscard]] bool shouldContainEphemeralPublicKey(KeyManagementAlgorithm algorithm);
 
-/// The longest plaintext of one RSA block in bytes (RFC 8017 sections 7.1.1 and 7.2.1); no value for other rows. It is
-/// negative where the block is shorter than the padding.
+/// The longest plaintext of one RSA block in bytes (RFC 8017 sections 7.1.1 and 7.2.1); no value for other
+/// rows. It is negative where the block is shorter than the padding.
 [[nodiscard]] std::optional<std::ptrdiff_t> maxMessageLength(KeyManagementAlgorithm algorithm,
                                                              const SecKey& publicKey);
 [[nodiscard]] std::optional<bool> isPlainTextLengthSatisfied(KeyManagementAlgorithm algorithm, ByteView data,

@@ -11,8 +11,8 @@
 
 namespace korvane {
 
-/// A key of any type, seen by its dynamic type. Borrows the key. Algorithms work with bytes, `SecKey`, `ECPublicKey` and
-/// `ECPrivateKey`; a key of any other type suits none.
+/// A key of any type, seen by its dynamic type. Borrows the key. Algorithms work with bytes, `SecKey`,
+/// `ECPublicKey` and `ECPrivateKey`; a key of any other type suits none.
 class AnyKey {
 public:
     AnyKey(ByteView key) : key_(key) {}

@@ -34,8 +34,8 @@ SecretBytes secretDigest(Hash hash, ByteView data) {
 
 } // namespace
 
-SecretBytes concatKDF(Hash hash, ByteView z, std::size_t keyDataLen, ByteView algorithmID, ByteView partyUInfo,
-                      ByteView partyVInfo, ByteView suppPubInfo, ByteView suppPrivInfo) {
+SecretBytes concatKDF(Hash hash, ByteView z, std::size_t keyDataLen, ByteView algorithmID,
+                      ByteView partyUInfo, ByteView partyVInfo, ByteView suppPubInfo, ByteView suppPrivInfo) {
     constexpr std::size_t kCounterLength = 4;
     SecretBytes key;
     if (keyDataLen == 0) return key;

@@ -9,23 +9,26 @@ namespace korvane {
 
 namespace {
 
-constexpr std::string_view kBase64Alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-constexpr std::string_view kBase64URLAlphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-_";
+constexpr std::string_view kBase64Alphabet =
+    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+constexpr std::string_view kBase64URLAlphabet =
+    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-_";
 
 /// Twelve bits to the two characters that stand for them, so that three bytes cost two look-ups.
 using PairTable = std::array<std::array<char, 2>, 4096>;
 
 constexpr PairTable makePairs(std::string_view alphabet) {
     PairTable pairs{};
-    for (std::size_t bits = 0; bits < pairs.size(); ++bits) pairs[bits] = {alphabet[bits >> 6U], alphabet[bits & 63U]};
+    for (std::size_t bits = 0; bits < pairs.size(); ++bits)
+        pairs[bits] = {alphabet[bits >> 6U], alphabet[bits & 63U]};
     return pairs;
 }
 
 constexpr PairTable kBase64Pairs = makePairs(kBase64Alphabet);
 constexpr PairTable kBase64URLPairs = makePairs(kBase64URLAlphabet);
 
-/// A character's value, moved to each of the four places that it can have in 24 bits; a foreign character sets
-/// `kForeign` instead.
+/// A character's value, moved to each of the four places that it can have in 24 bits; a foreign character
+/// sets `kForeign` instead.
 using ValueTable = std::array<std::uint32_t, 256>;
 
 constexpr std::uint32_t kForeign = 1U << 24U;
@@ -62,7 +65,8 @@ void encode(const PairTable& pairs, ByteView bytes, char* text) {
         std::memcpy(text + 2, pairs[bits & 4095U].data(), 2);
     }
     if (left == 0) return;
-    const std::uint32_t bits = (std::uint32_t{next[0]} << 16U) | (left == 2 ? std::uint32_t{next[1]} << 8U : 0U);
+    const std::uint32_t bits =
+        (std::uint32_t{next[0]} << 16U) | (left == 2 ? std::uint32_t{next[1]} << 8U : 0U);
     std::memcpy(text, pairs[bits >> 12U].data(), 2);
     if (left == 2) text[2] = pairs[bits & 4095U][0];
 }
@@ -99,9 +103,11 @@ std::optional<Bytes> decode(const Places& places, std::string_view text) {
     return bytes;
 }
 
-/// Takes one or two "=" from the end of a text of whole quartets; any other "=" is a foreign character to `decode`.
+/// Takes one or two "=" from the end of a text of whole quartets; any other "=" is a foreign character to
+/// `decode`.
 std::string_view withoutPadding(std::string_view text) {
-    for (int count = 0; count < 2 && text.ends_with('='); ++count) text.remove_suffix(1);
+    for (int count = 0; count < 2 && text.ends_with('='); ++count)
+        text.remove_suffix(1);
     return text;
 }
 
@@ -124,7 +130,8 @@ Bytes base64URLEncodedData(ByteView bytes) {
 }
 
 std::optional<Bytes> fromBase64URL(std::string_view text) {
-    // Padding is restored by length, so that a text of 3 modulo 4 which ends in "=" is one that lost its second "=".
+    // Padding is restored by length, so that a text of 3 modulo 4 which ends in "=" is one that lost its
+    // second "=".
     switch (text.size() % 4) {
     case 0: text = withoutPadding(text); break;
     case 1: return std::nullopt;
@@ -155,7 +162,8 @@ std::optional<Bytes> fromBase64(std::string_view text) {
 std::array<std::uint8_t, 8> getByteLengthAsOctetHexData(ByteView bytes) {
     const std::uint64_t bits = std::uint64_t{bytes.size()} * 8;
     std::array<std::uint8_t, 8> octets{};
-    for (unsigned index = 0; index < 8; ++index) octets[7 - index] = static_cast<std::uint8_t>(bits >> (8 * index));
+    for (unsigned index = 0; index < 8; ++index)
+        octets[7 - index] = static_cast<std::uint8_t>(bits >> (8 * index));
     return octets;
 }
 
@@ -173,7 +181,8 @@ std::string hexEncodedString(ByteView bytes, HexEncodingOptions options) {
 
 std::string joinedBase64URL(std::span<const DataConvertible> components) {
     std::size_t length = components.empty() ? 0 : components.size() - 1;
-    for (const DataConvertible& component : components) length += base64URLLength(component.data().size());
+    for (const DataConvertible& component : components)
+        length += base64URLLength(component.data().size());
     std::string text(length, '.');
     char* next = text.data();
     for (const DataConvertible& component : components) {

@@ -19,9 +19,9 @@ public:
     DataConvertible(const Bytes& bytes) : bytes_(bytes) {}
 
     template <class Component>
-        requires requires(const Component& component) {
-            { component.data() } -> std::same_as<const Bytes&>;
-        }
+    requires requires(const Component& component) {
+        { component.data() } -> std::same_as<const Bytes&>;
+    }
     DataConvertible(const Component& component) : bytes_(component.data()) {}
 
     [[nodiscard]] ByteView data() const noexcept { return bytes_; }
@@ -57,9 +57,10 @@ inline constexpr HexEncodingOptions HexEncodingOptions::upperCase{1};
 /// Writes the Base64URL text of `bytes` to `text`, which holds `base64URLLength(bytes.size())` characters.
 void writeBase64URL(ByteView bytes, char* text);
 
-/// Decodes Base64URL. Padding of the right length, "+" and "/" are taken too; unused bits of the last character are
-/// ignored.
-/// @return no value for a length of 1 modulo 4, a character outside the alphabet, white space or a misplaced "=".
+/// Decodes Base64URL. Padding of the right length, "+" and "/" are taken too; unused bits of the last
+/// character are ignored.
+/// @return no value for a length of 1 modulo 4, a character outside the alphabet, white space or a misplaced
+/// "=".
 [[nodiscard]] std::optional<Bytes> fromBase64URL(std::string_view text);
 
 /// As the form for text; bytes that are not UTF-8 give no value.

@@ -9,7 +9,8 @@ namespace korvane {
 std::optional<Decrypter> Decrypter::make(KeyManagementAlgorithm keyManagementAlgorithm,
                                          ContentEncryptionAlgorithm contentEncryptionAlgorithm,
                                          const AnyKey& decryptionKey) {
-    auto mode = makeDecryptionKeyManagementMode(keyManagementAlgorithm, contentEncryptionAlgorithm, decryptionKey);
+    auto mode =
+        makeDecryptionKeyManagementMode(keyManagementAlgorithm, contentEncryptionAlgorithm, decryptionKey);
     if (!mode) return std::nullopt;
     return Decrypter(std::move(mode), keyManagementAlgorithm, contentEncryptionAlgorithm);
 }
@@ -27,11 +28,12 @@ Bytes Decrypter::decrypt(const DecryptionContext& context) const {
         shouldContainEphemeralPublicKey(keyManagementAlgorithm_)
             ? keyManagementMode_->determineContentEncryptionKey(context.encryptedKey, context.protectedHeader)
             : keyManagementMode_->determineContentEncryptionKey(context.encryptedKey);
-    // Made of the header's bytes as they were received, so that it is the first part of the message as it came.
+    // Made of the header's bytes as they were received, so that it is the first part of the message as it
+    // came.
     const AdditionalAuthenticatedData additionalData(context.protectedHeader.data());
     return makeContentDecrypter(contentEncryptionAlgorithm_, std::move(contentKey))
-        .decrypt(ContentDecryptionContext{context.ciphertext, context.initializationVector, additionalData.view(),
-                                          context.authenticationTag});
+        .decrypt(ContentDecryptionContext{context.ciphertext, context.initializationVector,
+                                          additionalData.view(), context.authenticationTag});
 }
 
 } // namespace korvane

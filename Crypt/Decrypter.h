@@ -21,30 +21,35 @@ public:
         ByteView authenticationTag;
     };
 
-    /// @return no value when the key's type does not suit the algorithm (see `makeDecryptionKeyManagementMode`).
+    /// @return no value when the key's type does not suit the algorithm (see
+    /// `makeDecryptionKeyManagementMode`).
     [[nodiscard]] static std::optional<Decrypter> make(KeyManagementAlgorithm keyManagementAlgorithm,
                                                        ContentEncryptionAlgorithm contentEncryptionAlgorithm,
                                                        const AnyKey& decryptionKey);
 
     /// The older form, with the key between the algorithms.
-    [[nodiscard]] static std::optional<Decrypter> make(KeyManagementAlgorithm keyDecryptionAlgorithm,
-                                                       const AnyKey& decryptionKey,
-                                                       ContentEncryptionAlgorithm contentDecryptionAlgorithm) {
+    [[nodiscard]] static std::optional<Decrypter>
+    make(KeyManagementAlgorithm keyDecryptionAlgorithm, const AnyKey& decryptionKey,
+         ContentEncryptionAlgorithm contentDecryptionAlgorithm) {
         return make(keyDecryptionAlgorithm, contentDecryptionAlgorithm, decryptionKey);
     }
 
     /// @return the plaintext as it was sealed, still compressed where the header says so.
-    /// @throws JWEError keyManagementAlgorithmMismatch, contentEncryptionAlgorithmMismatch, keyLengthNotSatisfied,
+    /// @throws JWEError keyManagementAlgorithmMismatch, contentEncryptionAlgorithmMismatch,
+    /// keyLengthNotSatisfied,
     ///         hmacNotAuthenticated; AESError; what the mode throws.
     [[nodiscard]] Bytes decrypt(const DecryptionContext& context) const;
 
-    [[nodiscard]] KeyManagementAlgorithm keyManagementAlgorithm() const noexcept { return keyManagementAlgorithm_; }
+    [[nodiscard]] KeyManagementAlgorithm keyManagementAlgorithm() const noexcept {
+        return keyManagementAlgorithm_;
+    }
     [[nodiscard]] ContentEncryptionAlgorithm contentEncryptionAlgorithm() const noexcept {
         return contentEncryptionAlgorithm_;
     }
 
 private:
-    Decrypter(std::shared_ptr<const DecryptionKeyManagementMode> mode, KeyManagementAlgorithm keyManagementAlgorithm,
+    Decrypter(std::shared_ptr<const DecryptionKeyManagementMode> mode,
+              KeyManagementAlgorithm keyManagementAlgorithm,
               ContentEncryptionAlgorithm contentEncryptionAlgorithm)
         : keyManagementMode_(std::move(mode)), keyManagementAlgorithm_(keyManagementAlgorithm),
           contentEncryptionAlgorithm_(contentEncryptionAlgorithm) {}

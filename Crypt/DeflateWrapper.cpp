@@ -46,7 +46,8 @@ Bytes DeflateCompressor::decompress(ByteView data) const {
     return std::move(*result);
 }
 
-const CompressorProtocol& CompressorFactory::makeCompressor(std::optional<CompressionAlgorithm> algorithm) const {
+const CompressorProtocol&
+CompressorFactory::makeCompressor(std::optional<CompressionAlgorithm> algorithm) const {
     static const DeflateCompressor deflate;
     static const NoneCompressor none;
     if (!algorithm) throw JOSEError(JOSEErrorCase::compressionAlgorithmNotSupported);
@@ -57,7 +58,8 @@ const CompressorProtocol& CompressorFactory::makeCompressor(std::optional<Compre
     throw JOSEError(JOSEErrorCase::compressionAlgorithmNotSupported);
 }
 
-std::optional<Bytes> perform(CompressionOperation operation, ByteView source, std::size_t sourceSize, Bytes preload) {
+std::optional<Bytes> perform(CompressionOperation operation, ByteView source, std::size_t sourceSize,
+                             Bytes preload) {
     if (operation == CompressionOperation::encode && sourceSize == 0) return std::nullopt;
     auto stream = CompressionStream::make(operation, source);
     if (!stream) return std::nullopt;

@@ -45,14 +45,16 @@ class CompressorFactory {
 public:
     /// The compressor of a "zip" value; it lives as long as the process.
     /// @throws JOSEError compressionAlgorithmNotSupported for no value.
-    [[nodiscard]] const CompressorProtocol& makeCompressor(std::optional<CompressionAlgorithm> algorithm) const;
+    [[nodiscard]] const CompressorProtocol&
+    makeCompressor(std::optional<CompressionAlgorithm> algorithm) const;
 };
 
 /// One pass of the platform's DEFLATE stream, in steps of the source's length but of 64 KiB at most.
 /// @param preload  what the result starts with.
-/// @return no value for an empty source to encode, for damaged or unfinished input, and for a result of more than
+/// @return no value for an empty source to encode, for damaged or unfinished input, and for a result of more
+/// than
 ///         16 MiB: a short message must not fill the memory.
-[[nodiscard]] std::optional<Bytes> perform(CompressionOperation operation, ByteView source, std::size_t sourceSize,
-                                           Bytes preload = {});
+[[nodiscard]] std::optional<Bytes> perform(CompressionOperation operation, ByteView source,
+                                           std::size_t sourceSize, Bytes preload = {});
 
 } // namespace korvane

@@ -16,8 +16,8 @@ class CompactDeserializer {
 public:
     explicit CompactDeserializer(std::span<Bytes> components) : components_(components) {}
 
-    /// The component at an index, made of its bytes by `Component::make`, which takes the bytes where it succeeds. Each
-    /// component can be had once.
+    /// The component at an index, made of its bytes by `Component::make`, which takes the bytes where it
+    /// succeeds. Each component can be had once.
     /// @throws JOSEError componentCouldNotBeInitializedFromData, with the bytes, where `make` gives no value.
     template <class Component>
     [[nodiscard]] Component deserialize(std::size_t index) const {
@@ -45,8 +45,8 @@ concept CompactDeserializable = requires(const CompactDeserializer& deserializer
 class JOSEDeserializer {
 public:
     /// @throws JOSEError invalidCompactSerializationComponentCount with the number of parts found;
-    ///         componentNotValidBase64URL with the first part that does not decode; what the object's constructor
-    ///         throws.
+    ///         componentNotValidBase64URL with the first part that does not decode; what the object's
+    ///         constructor throws.
     template <CompactDeserializable Object>
     [[nodiscard]] Object deserialize(std::string_view compactSerialization) const {
         std::array<Bytes, Object::componentCount> components;
@@ -54,7 +54,8 @@ public:
         return Object(CompactDeserializer(components));
     }
 
-    /// @throws JOSEError wrongDataEncoding, with the bytes, when they are not UTF-8; else as the form for text.
+    /// @throws JOSEError wrongDataEncoding, with the bytes, when they are not UTF-8; else as the form for
+    /// text.
     template <CompactDeserializable Object>
     [[nodiscard]] Object deserialize(ByteView compactSerialization) const {
         if (!isUtf8(asText(compactSerialization)))

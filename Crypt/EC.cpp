@@ -52,15 +52,17 @@ SecretBytes keyAgreementCompute(KeyManagementAlgorithm algorithm, ContentEncrypt
     const auto wrapping = keyWrapAlgorithm(algorithm);
     const std::size_t wrapLength = wrapping ? keyBitSize(*wrapping).value_or(0) : 0;
     const std::size_t keyDataLen = isDirect ? keyBitSize(encryption) : wrapLength;
-    return concatKDF(Hash::SHA256, z, keyDataLen, prefixedBigEndenLen(asBytes(algorithmID)), prefixedBigEndenLen(apu),
-                     prefixedBigEndenLen(apv), bigEndianData(static_cast<std::uint32_t>(keyDataLen)));
+    return concatKDF(Hash::SHA256, z, keyDataLen, prefixedBigEndenLen(asBytes(algorithmID)),
+                     prefixedBigEndenLen(apu), prefixedBigEndenLen(apv),
+                     bigEndianData(static_cast<std::uint32_t>(keyDataLen)));
 }
 
 SecretBytes EC::encryptionContextFor(const ECPublicKey& recipientPublicKey, KeyManagementAlgorithm algorithm,
                                      ContentEncryptionAlgorithm encryption, JWEHeader header,
                                      const ECOptions& options) {
     const auto* givenPair = option<ECPrivateKey>(options, "ephemeralKeyPair");
-    const ECPrivateKey ephemeral = givenPair ? *givenPair : ECPrivateKey::generateWith(recipientPublicKey.crv());
+    const ECPrivateKey ephemeral =
+        givenPair ? *givenPair : ECPrivateKey::generateWith(recipientPublicKey.crv());
     SecretBytes agreedKey = keyAgreementCompute(algorithm, encryption, ephemeral, recipientPublicKey,
                                                 partyInfo(header.apu()), partyInfo(header.apv()));
     Encrypter::ECEncryptionContext context;
@@ -78,13 +80,14 @@ SecretBytes EC::encryptionContextFor(const ECPublicKey& recipientPublicKey, KeyM
     return context.jsonData();
 }
 
-SecretBytes EC::decrypt(ByteView encryptedKey, const ECPrivateKey& privateKey, KeyManagementAlgorithm algorithm,
-                        ContentEncryptionAlgorithm encryption, const JWEHeader* header) {
+SecretBytes EC::decrypt(ByteView encryptedKey, const ECPrivateKey& privateKey,
+                        KeyManagementAlgorithm algorithm, ContentEncryptionAlgorithm encryption,
+                        const JWEHeader* header) {
     if (!header) throw ECError(invalidJWK, Description{"Missing header"});
     const auto epk = header->epk();
     if (!epk) throw ECError(invalidJWK, Description{"missing ephemeral public key in header"});
-    SecretBytes agreedKey = keyAgreementCompute(algorithm, encryption, privateKey, *epk, partyInfo(header->apu()),
-                                                partyInfo(header->apv()));
+    SecretBytes agreedKey = keyAgreementCompute(algorithm, encryption, privateKey, *epk,
+                                                partyInfo(header->apu()), partyInfo(header->apv()));
     const auto wrapAlgorithm = keyWrapAlgorithm(algorithm);
     return wrapAlgorithm ? AES::unwrap(encryptedKey, agreedKey, *wrapAlgorithm) : agreedKey;
 }

@@ -58,39 +58,44 @@ using ECError = TypedFailure<ECErrorCase>;
 
 /// Derives the agreed key of the ECDH-ES rows: the content key of `ECDH_ES`, the wrapping key of the others.
 ///
-/// The layout departs from RFC 7518 section 4.6.2: the algorithm identifier of `ECDH_ES` is empty, and each of the three
-/// values carries its length twice. Peers of this layer agree through it, and with nobody else.
+/// The layout departs from RFC 7518 section 4.6.2: the algorithm identifier of `ECDH_ES` is empty, and each
+/// of the three values carries its length twice. Peers of this layer agree through it, and with nobody else.
 /// @throws ECError deriveKeyFail; what `ecdhDeriveBits` throws.
-[[nodiscard]] SecretBytes keyAgreementCompute(KeyManagementAlgorithm algorithm, ContentEncryptionAlgorithm encryption,
+[[nodiscard]] SecretBytes keyAgreementCompute(KeyManagementAlgorithm algorithm,
+                                              ContentEncryptionAlgorithm encryption,
                                               const ECPrivateKey& privateKey, const ECPublicKey& publicKey,
                                               ByteView apu, ByteView apv);
 
 /// EC over JWKs and platform keys.
 struct EC {
-    /// The sender's side of the ECDH-ES rows, with a fresh key pair unless `options` hold one. The header that results
-    /// has an "epk" of the pair with all its `parameters`, the private number included.
+    /// The sender's side of the ECDH-ES rows, with a fresh key pair unless `options` hold one. The header
+    /// that results has an "epk" of the pair with all its `parameters`, the private number included.
     /// @return the JSON of an `Encrypter::ECEncryptionContext`.
     /// @throws what `keyAgreementCompute`, `AES::wrap` and key generation throw.
     [[nodiscard]] static SecretBytes encryptionContextFor(const ECPublicKey& recipientPublicKey,
                                                           KeyManagementAlgorithm algorithm,
-                                                          ContentEncryptionAlgorithm encryption, JWEHeader header,
-                                                          const ECOptions& options = {});
+                                                          ContentEncryptionAlgorithm encryption,
+                                                          JWEHeader header, const ECOptions& options = {});
 
     /// The receiver's side. Without key wrap the second part is not looked at.
     /// @param header  may be null, which fails.
-    /// @throws ECError invalidJWK without a header or a readable "epk"; what `keyAgreementCompute` and `AES::unwrap`
+    /// @throws ECError invalidJWK without a header or a readable "epk"; what `keyAgreementCompute` and
+    /// `AES::unwrap`
     ///         throw.
     [[nodiscard]] static SecretBytes decrypt(ByteView encryptedKey, const ECPrivateKey& privateKey,
-                                             KeyManagementAlgorithm algorithm, ContentEncryptionAlgorithm encryption,
-                                             const JWEHeader* header);
+                                             KeyManagementAlgorithm algorithm,
+                                             ContentEncryptionAlgorithm encryption, const JWEHeader* header);
 
     /// @return raw r and s, each at the curve's length (RFC 7518 section 3.4).
-    /// @throws ECError unknownOrUnsupportedAlgorithm, invalidCurveDigestAlgorithm, localAuthenticationFailed,
-    ///         signingFailed
-    [[nodiscard]] static Bytes sign(ByteView signingInput, const SecKey& privateKey, SignatureAlgorithm algorithm);
+    /// @throws ECError unknownOrUnsupportedAlgorithm, invalidCurveDigestAlgorithm, invalidKeySize for a key
+    /// of another
+    ///         curve, localAuthenticationFailed, signingFailed
+    [[nodiscard]] static Bytes sign(ByteView signingInput, const SecKey& privateKey,
+                                    SignatureAlgorithm algorithm);
 
     /// @param signature  raw r and s of the algorithm's curve.
-    /// @throws ECError unknownOrUnsupportedAlgorithm, invalidCurveDigestAlgorithm; verifyingFailed for another length.
+    /// @throws ECError unknownOrUnsupportedAlgorithm, invalidCurveDigestAlgorithm; verifyingFailed for
+    /// another length.
     [[nodiscard]] static bool verify(ByteView verifyingInput, ByteView signature, const SecKey& publicKey,
                                      SignatureAlgorithm algorithm);
 };
@@ -101,8 +106,8 @@ struct Asn1IntegerConversion {
     /// An empty input is a programmer's fault and ends the process.
     [[nodiscard]] static Bytes fromRaw(ByteView data);
 
-    /// At exactly `expectedLength` bytes. A longer number, or a sign byte that is not 0, is a programmer's fault and
-    /// ends the process.
+    /// At exactly `expectedLength` bytes. A longer number, or a sign byte that is not 0, is a programmer's
+    /// fault and ends the process.
     [[nodiscard]] static Bytes toRaw(ByteView data, std::size_t expectedLength);
 };
 

@@ -66,7 +66,8 @@ bool ECPrivateKey::isCorrespondWith(const ECPublicKey& publicKey) const {
 }
 
 ECPrivateKeyComponents ECPrivateKey::components() const {
-    return {number(ECParameter::curve), decodedNumber(ECParameter::x, JOSEErrorCase::xNotBase64URLUIntEncoded),
+    return {number(ECParameter::curve),
+            decodedNumber(ECParameter::x, JOSEErrorCase::xNotBase64URLUIntEncoded),
             decodedNumber(ECParameter::y, JOSEErrorCase::yNotBase64URLUIntEncoded),
             decodedSecret(ECParameter::privateKey, JOSEErrorCase::privateKeyNotBase64URLUIntEncoded)};
 }

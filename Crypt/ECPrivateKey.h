@@ -17,12 +17,13 @@ public:
     /// @throws JOSEError couldNotConstructJWK for a key that does not yield its numbers.
     template <ExpressibleAsECPrivateKeyComponents Key>
     explicit ECPrivateKey(const Key& privateKey, const StringMap& additionalParameters = {})
-        : ECPrivateKey(componentsFrom([&] { return ecPrivateKeyComponents(privateKey); }), additionalParameters) {}
+        : ECPrivateKey(componentsFrom([&] { return ecPrivateKeyComponents(privateKey); }),
+                       additionalParameters) {}
 
     /// Decodes JSON.
     /// @throws DecodingError
     [[nodiscard]] static ECPrivateKey make(ByteView data);
-    [[nodiscard]] static ECPrivateKey make(const JSON& object) { return ECPrivateKey(object); }
+    [[nodiscard]] static ECPrivateKey decode(const JSON& object) { return ECPrivateKey(object); }
 
     /// A new key with a fresh UUID in upper case as "kid".
     /// @throws ECKeyPairError generateECKeyPairFail
@@ -40,14 +41,16 @@ public:
     /// A copy of the key.
     [[nodiscard]] ECPrivateKey getPrivate() const { return *this; }
 
-    /// The public half, with this key's whole `parameters` as additional ones: its own `parameters` therefore hold "d".
-    /// Its JSON does not, since that writes public members only; whoever copies `parameters` elsewhere must mind it.
+    /// The public half, with this key's whole `parameters` as additional ones: its own `parameters` therefore
+    /// hold "d". Its JSON does not, since that writes public members only; whoever copies `parameters`
+    /// elsewhere must mind it.
     [[nodiscard]] ECPublicKey getPublic() const { return {crv(), x(), y(), parameters()}; }
 
     /// True when curve and coordinates are equal, the coordinates as texts.
     [[nodiscard]] bool isCorrespondWith(const ECPublicKey& publicKey) const;
 
-    /// @throws JOSEError xNotBase64URLUIntEncoded, yNotBase64URLUIntEncoded, privateKeyNotBase64URLUIntEncoded, or
+    /// @throws JOSEError xNotBase64URLUIntEncoded, yNotBase64URLUIntEncoded,
+    /// privateKeyNotBase64URLUIntEncoded, or
     ///         what the target's `representing` throws.
     template <ExpressibleAsECPrivateKeyComponents Key>
     [[nodiscard]] Key converted() const {

@@ -14,20 +14,23 @@ public:
     /// @throws JOSEError couldNotConstructJWK for a key that does not yield its numbers, invalidCurveType.
     template <ExpressibleAsECPublicKeyComponents Key>
     explicit ECPublicKey(const Key& publicKey, const StringMap& additionalParameters = {})
-        : ECPublicKey(componentsFrom([&] { return ecPublicKeyComponents(publicKey); }), additionalParameters) {}
+        : ECPublicKey(componentsFrom([&] { return ecPublicKeyComponents(publicKey); }),
+                      additionalParameters) {}
 
     /// Decodes JSON.
     /// @throws DecodingError
     [[nodiscard]] static ECPublicKey make(ByteView data);
-    [[nodiscard]] static ECPublicKey make(const JSON& object) { return ECPublicKey(object); }
+    [[nodiscard]] static ECPublicKey decode(const JSON& object) { return ECPublicKey(object); }
 
     [[nodiscard]] ECCurveType crv() const;
     [[nodiscard]] const std::string& x() const { return number(ECParameter::x); }
     [[nodiscard]] const std::string& y() const { return number(ECParameter::y); }
 
-    /// A coordinate that is not of 32 or 66 bytes loses its first byte: senders are known that put a sign byte in front.
-    /// The rule costs well-formed P-384 keys a byte; nothing here uses that curve through a JWK.
-    /// @throws JOSEError xNotBase64URLUIntEncoded, yNotBase64URLUIntEncoded, or what the target's `representing`
+    /// A coordinate that is not of 32 or 66 bytes loses its first byte: senders are known that put a sign
+    /// byte in front. The rule costs well-formed P-384 keys a byte; nothing here uses that curve through a
+    /// JWK.
+    /// @throws JOSEError xNotBase64URLUIntEncoded, yNotBase64URLUIntEncoded, or what the target's
+    /// `representing`
     ///         throws.
     template <ExpressibleAsECPublicKeyComponents Key>
     [[nodiscard]] Key converted() const {

@@ -11,7 +11,9 @@ using enum ECErrorCase;
 
 struct Signing {
     SecKeyAlgorithm algorithm;
-    std::size_t coordinateLength;
+    ECCurveType curve;
+
+    [[nodiscard]] std::size_t coordinateLength() const { return coordinateOctetLength(curve); }
 };
 
 Signing requireSigning(SignatureAlgorithm algorithm) {
@@ -19,7 +21,15 @@ Signing requireSigning(SignatureAlgorithm algorithm) {
     if (!curve) throw ECError(unknownOrUnsupportedAlgorithm);
     const auto platform = ecSecKeyAlgorithm(algorithm);
     if (!platform) throw ECError(invalidCurveDigestAlgorithm);
-    return {*platform, coordinateOctetLength(*curve)};
+    return {*platform, *curve};
+}
+
+/// The numbers of a larger curve would not fit into the signature.
+void requireCurve(const SecKey& key, ECCurveType curve) {
+    const SecKeyAttributes attributes = SecKeyCopyAttributes(key);
+    if (attributes.kSecAttrKeyType == SecKeyType::kSecAttrKeyTypeEC &&
+        attributes.kSecAttrKeySizeInBits != keyBitLength(curve))
+        throw ECError(invalidKeySize);
 }
 
 ECError signingError(const CFError& error) {
@@ -52,16 +62,19 @@ Bytes fromX962(ByteView signature, std::size_t coordinateLength) {
 
 Bytes EC::sign(ByteView signingInput, const SecKey& privateKey, SignatureAlgorithm algorithm) {
     const Signing signing = requireSigning(algorithm);
+    requireCurve(privateKey, signing.curve);
     try {
-        return fromX962(SecKeyCreateSignature(privateKey, signing.algorithm, signingInput), signing.coordinateLength);
+        return fromX962(SecKeyCreateSignature(privateKey, signing.algorithm, signingInput),
+                        signing.coordinateLength());
     } catch (const CFError& error) {
         throw signingError(error);
     }
 }
 
-bool EC::verify(ByteView verifyingInput, ByteView signature, const SecKey& publicKey, SignatureAlgorithm algorithm) {
+bool EC::verify(ByteView verifyingInput, ByteView signature, const SecKey& publicKey,
+                SignatureAlgorithm algorithm) {
     const Signing signing = requireSigning(algorithm);
-    const std::size_t expected = 2 * signing.coordinateLength;
+    const std::size_t expected = 2 * signing.coordinateLength();
     if (signature.size() != expected)
         throw ECError(verifyingFailed,
                       Description{"Signature is " + std::to_string(signature.size()) +
@@ -69,8 +82,8 @@ bool EC::verify(ByteView verifyingInput, ByteView signature, const SecKey& publi
     try {
         return SecKeyVerifySignature(publicKey, signing.algorithm, verifyingInput, toX962(signature));
     } catch (const CFError& error) {
-        throw ECError(verifyingFailed,
-                      Description{"Error verifying signature. (CFError: " + error.localizedDescription() + ")"});
+        throw ECError(verifyingFailed, Description{"Error verifying signature. (CFError: " +
+                                                   error.localizedDescription() + ")"});
     }
 }
 

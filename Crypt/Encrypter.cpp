@@ -15,7 +15,8 @@ constexpr std::string_view kContentKey = "contentKey";
 Bytes decodeBase64(const JSON& object, std::string_view name) {
     std::optional<Bytes> bytes = fromBase64(decodeString(object, name));
     if (!bytes)
-        throw DecodingError(DecodingErrorCase::dataCorrupted, Description{std::string(name) + " is not Base64."});
+        throw DecodingError(DecodingErrorCase::dataCorrupted,
+                            Description{std::string(name) + " is not Base64."});
     return std::move(*bytes);
 }
 
@@ -28,8 +29,9 @@ SecretBytes Encrypter::ECEncryptionContext::jsonData() const {
     json.push_back('{');
     for (const auto& [name, value] : members) {
         const SecretString text(base64EncodedString(value));
-        for (const std::string_view piece : {json.size() > 1 ? std::string_view(",\"") : std::string_view("\""), name,
-                                             std::string_view("\":\""), std::string_view(text), std::string_view("\"")})
+        for (const std::string_view piece :
+             {json.size() > 1 ? std::string_view(",\"") : std::string_view("\""), name,
+              std::string_view("\":\""), std::string_view(text), std::string_view("\"")})
             json.insert(json.end(), piece.begin(), piece.end());
     }
     json.push_back('}');
@@ -47,7 +49,8 @@ Encrypter::ECEncryptionContext Encrypter::ECEncryptionContext::make(ByteView jso
 
 std::optional<Encrypter> Encrypter::make(KeyManagementAlgorithm keyManagementAlgorithm,
                                          ContentEncryptionAlgorithm contentEncryptionAlgorithm,
-                                         const AnyKey& encryptionKey, std::optional<Bytes> agreementPartyUInfo,
+                                         const AnyKey& encryptionKey,
+                                         std::optional<Bytes> agreementPartyUInfo,
                                          std::optional<Bytes> agreementPartyVInfo) {
     auto mode =
         makeEncryptionKeyManagementMode(keyManagementAlgorithm, contentEncryptionAlgorithm, encryptionKey,
@@ -64,7 +67,8 @@ Encrypter::EncryptionContext Encrypter::encrypt(JWEHeader& header, const Payload
     Bytes encryptedKey;
     SecretBytes contentKey = determineContentKey(header, encryptedKey);
     ContentEncryptionContext content =
-        makeContentEncrypter(contentEncryptionAlgorithm_, std::move(contentKey)).encrypt(header.data(), payload);
+        makeContentEncrypter(contentEncryptionAlgorithm_, std::move(contentKey))
+            .encrypt(header.data(), payload);
     return {std::move(encryptedKey), std::move(content.ciphertext), std::move(content.authenticationTag),
             std::move(content.initializationVector)};
 }

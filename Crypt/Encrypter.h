@@ -33,12 +33,12 @@ public:
         [[nodiscard]] static ECEncryptionContext make(ByteView json);
     };
 
-    /// @return no value when the key's type does not suit the algorithm (see `makeEncryptionKeyManagementMode`).
-    [[nodiscard]] static std::optional<Encrypter> make(KeyManagementAlgorithm keyManagementAlgorithm,
-                                                       ContentEncryptionAlgorithm contentEncryptionAlgorithm,
-                                                       const AnyKey& encryptionKey,
-                                                       std::optional<Bytes> agreementPartyUInfo = std::nullopt,
-                                                       std::optional<Bytes> agreementPartyVInfo = std::nullopt);
+    /// @return no value when the key's type does not suit the algorithm (see
+    /// `makeEncryptionKeyManagementMode`).
+    [[nodiscard]] static std::optional<Encrypter>
+    make(KeyManagementAlgorithm keyManagementAlgorithm, ContentEncryptionAlgorithm contentEncryptionAlgorithm,
+         const AnyKey& encryptionKey, std::optional<Bytes> agreementPartyUInfo = std::nullopt,
+         std::optional<Bytes> agreementPartyVInfo = std::nullopt);
 
     /// The older form, with the key between the algorithms and no party information.
     [[nodiscard]] static std::optional<Encrypter> make(KeyManagementAlgorithm keyEncryptionAlgorithm,
@@ -49,12 +49,14 @@ public:
 
     /// Seals a payload.
     /// @param header  must name the algorithms; the ECDH-ES rows replace it by one with the sender's "epk".
-    /// @throws JWEError keyManagementAlgorithmMismatch, contentEncryptionAlgorithmMismatch; what mode and content
+    /// @throws JWEError keyManagementAlgorithmMismatch, contentEncryptionAlgorithmMismatch; what mode and
+    /// content
     ///         encryption throw.
     [[nodiscard]] EncryptionContext encrypt(JWEHeader& header, const Payload& payload) const;
 
 private:
-    Encrypter(std::shared_ptr<const EncryptionKeyManagementMode> mode, KeyManagementAlgorithm keyManagementAlgorithm,
+    Encrypter(std::shared_ptr<const EncryptionKeyManagementMode> mode,
+              KeyManagementAlgorithm keyManagementAlgorithm,
               ContentEncryptionAlgorithm contentEncryptionAlgorithm)
         : keyManagementMode_(std::move(mode)), keyManagementAlgorithm_(keyManagementAlgorithm),
           contentEncryptionAlgorithm_(contentEncryptionAlgorithm) {}

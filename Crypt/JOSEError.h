@@ -6,15 +6,15 @@ namespace korvane {
 
 /// The failures of the JOSE layer. What a case carries stands behind it.
 enum class JOSEErrorCase {
-    signingFailed,                         // Description
-    verifyingFailed,                       // Description
-    encryptingFailed,                      // Description
-    decryptingFailed,                      // Description
-    wrongDataEncoding,                     // Bytes: the data
+    signingFailed,                             // Description
+    verifyingFailed,                           // Description
+    encryptingFailed,                          // Description
+    decryptingFailed,                          // Description
+    wrongDataEncoding,                         // Bytes: the data
     invalidCompactSerializationComponentCount, // std::int64_t: the count found
-    componentNotValidBase64URL,            // std::string: the component
-    componentCouldNotBeInitializedFromData, // Bytes: the data
-    localAuthenticationFailed,             // std::int64_t: the platform's error code
+    componentNotValidBase64URL,                // std::string: the component
+    componentCouldNotBeInitializedFromData,    // Bytes: the data
+    localAuthenticationFailed,                 // std::int64_t: the platform's error code
     signatureInvalid,
     couldNotConstructJWK,
     modulusNotBase64URLUIntEncoded,
@@ -114,9 +114,9 @@ enum class JWEErrorCase {
 template <>
 struct FailureTraits<JWEErrorCase> {
     static constexpr std::string_view domain = "JWEError";
-    static constexpr std::array<std::string_view, 4> cases{
-        "keyManagementAlgorithmMismatch", "contentEncryptionAlgorithmMismatch", "keyLengthNotSatisfied",
-        "hmacNotAuthenticated"};
+    static constexpr std::array<std::string_view, 4> cases{"keyManagementAlgorithmMismatch",
+                                                           "contentEncryptionAlgorithmMismatch",
+                                                           "keyLengthNotSatisfied", "hmacNotAuthenticated"};
     using Value = FailureValue;
 };
 

@@ -16,9 +16,9 @@ bool isText(const JSON& value) {
 
 std::shared_ptr<const JWK> publicKey(JWKKeyType type, const JSON& object) {
     switch (type) {
-    case JWKKeyType::EC: return std::make_shared<const ECPublicKey>(ECPublicKey::make(object));
-    case JWKKeyType::OCT: return std::make_shared<const SymmetricKey>(SymmetricKey::make(object));
-    case JWKKeyType::RSA: return std::make_shared<const RSAPublicKey>(RSAPublicKey::make(object));
+    case JWKKeyType::EC: return std::make_shared<const ECPublicKey>(ECPublicKey::decode(object));
+    case JWKKeyType::OCT: return std::make_shared<const SymmetricKey>(SymmetricKey::decode(object));
+    case JWKKeyType::RSA: return std::make_shared<const RSAPublicKey>(RSAPublicKey::decode(object));
     }
     return nullptr;
 }
@@ -31,7 +31,8 @@ JOSEHeader::JOSEHeader(JSON parameters, std::optional<Bytes> headerData,
     if (!isValid()) throw HeaderParsingError(HeaderParsingErrorCase::headerIsNotValidJSONObject);
     for (const std::string_view name : required)
         if (!rawText(name))
-            throw HeaderParsingError(HeaderParsingErrorCase::requiredHeaderParameterMissing, std::string(name));
+            throw HeaderParsingError(HeaderParsingErrorCase::requiredHeaderParameterMissing,
+                                     std::string(name));
     headerData_ = headerData ? std::move(*headerData) : serialized();
 }
 
@@ -78,8 +79,8 @@ std::optional<std::string> JOSEHeader::text(std::string_view name) const {
 std::optional<std::vector<std::string>> JOSEHeader::texts(std::string_view name) const {
     if (!parameters_.is_object()) return std::nullopt;
     const auto member = parameters_.find(name);
-    const bool isTextArray =
-        member != parameters_.end() && member->is_array() && std::all_of(member->begin(), member->end(), isText);
+    const bool isTextArray = member != parameters_.end() && member->is_array() &&
+                             std::all_of(member->begin(), member->end(), isText);
     return isTextArray ? std::optional(member->get<std::vector<std::string>>()) : std::nullopt;
 }
 
@@ -91,8 +92,8 @@ std::optional<URL> JOSEHeader::url(std::string_view name) const {
 const JSON* JOSEHeader::textMap(std::string_view name) const {
     if (!parameters_.is_object()) return nullptr;
     const auto member = parameters_.find(name);
-    const bool isTextMap =
-        member != parameters_.end() && member->is_object() && std::all_of(member->begin(), member->end(), isText);
+    const bool isTextMap = member != parameters_.end() && member->is_object() &&
+                           std::all_of(member->begin(), member->end(), isText);
     return isTextMap ? &*member : nullptr;
 }
 
@@ -112,7 +113,8 @@ void JOSEHeader::setMember(std::string_view name, JSON value) {
 
 JSON jsonOf(const StringMap& parameters) {
     JSON object = JSON::object();
-    for (const auto& [name, value] : parameters) object[name] = value.text();
+    for (const auto& [name, value] : parameters)
+        object[name] = value.text();
     return object;
 }
 

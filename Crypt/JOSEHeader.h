@@ -49,12 +49,12 @@ inline constexpr std::string_view cty = "cty";
 inline constexpr std::string_view crit = "crit";
 } // namespace HeaderParameter
 
-/// A protected header, held twice: as a JSON object that parameters are read from, and as the exact bytes of its
-/// serialization. The bytes are the truth: a header from the wire keeps those it came with, whatever their white space
-/// and order, so that no signature or tag is disturbed. A value.
+/// A protected header, held twice: as a JSON object that parameters are read from, and as the exact bytes of
+/// its serialization. The bytes are the truth: a header from the wire keeps those it came with, whatever
+/// their white space and order, so that no signature or tag is disturbed. A value.
 ///
-/// A read gives no value for an absent parameter and for one of another shape. A write serialises anew, and the bytes
-/// that came from the wire are lost; a write of no value does nothing.
+/// A read gives no value for an absent parameter and for one of another shape. A write serialises anew, and
+/// the bytes that came from the wire are lost; a write of no value does nothing.
 class JOSEHeader {
 public:
     [[nodiscard]] const Bytes& headerData() const noexcept { return headerData_; }
@@ -63,7 +63,8 @@ public:
     /// The bytes, unchanged.
     [[nodiscard]] const Bytes& data() const noexcept { return headerData_; }
 
-    /// Replaces the parameters. A value that is no valid JSON object is stored, but the bytes stay as they were.
+    /// Replaces the parameters. A value that is no valid JSON object is stored, but the bytes stay as they
+    /// were.
     void setParameters(JSON parameters);
 
     [[nodiscard]] std::optional<URL> jku() const { return url(HeaderParameter::jku); }
@@ -77,7 +78,9 @@ public:
     [[nodiscard]] std::optional<std::string> x5tS256() const { return text(HeaderParameter::x5tS256); }
     [[nodiscard]] std::optional<std::string> typ() const { return text(HeaderParameter::typ); }
     [[nodiscard]] std::optional<std::string> cty() const { return text(HeaderParameter::cty); }
-    [[nodiscard]] std::optional<std::vector<std::string>> crit() const { return texts(HeaderParameter::crit); }
+    [[nodiscard]] std::optional<std::vector<std::string>> crit() const {
+        return texts(HeaderParameter::crit);
+    }
 
     void setJku(const std::optional<URL>& value) { setUrl(HeaderParameter::jku, value); }
     void setJwk(const std::optional<std::string>& value) { set(HeaderParameter::jwk, value); }
@@ -96,9 +99,11 @@ public:
 
 protected:
     /// @param headerData  the bytes of `parameters`, or no value: then they are serialised here.
-    /// @throws HeaderParsingError headerIsNotValidJSONObject, then requiredHeaderParameterMissing for the first of
+    /// @throws HeaderParsingError headerIsNotValidJSONObject, then requiredHeaderParameterMissing for the
+    /// first of
     ///         `required` that is absent or no text.
-    JOSEHeader(JSON parameters, std::optional<Bytes> headerData, std::initializer_list<std::string_view> required);
+    JOSEHeader(JSON parameters, std::optional<Bytes> headerData,
+               std::initializer_list<std::string_view> required);
 
     /// A header made by `Header`'s own constructor of the wire's bytes, which it takes, or no value.
     template <class Header>

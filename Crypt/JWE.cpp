@@ -15,10 +15,11 @@ JOSEError decryptingError(std::string_view text) {
     return JOSEError(decryptingFailed, Description{std::string(text)});
 }
 
-/// Runs a sealing or opening. A `JOSEError` of one of the cases in `passed` goes on as it is, any other failure becomes
-/// `wrapped` with its own words.
+/// Runs a sealing or opening. A `JOSEError` of one of the cases in `passed` goes on as it is, any other
+/// failure becomes `wrapped` with its own words.
 template <class Operation>
-auto withMappedErrors(std::initializer_list<JOSEErrorCase> passed, JOSEErrorCase wrapped, Operation operation) {
+auto withMappedErrors(std::initializer_list<JOSEErrorCase> passed, JOSEErrorCase wrapped,
+                      Operation operation) {
     try {
         return operation();
     } catch (const JOSEError& error) {
@@ -46,7 +47,8 @@ JWE::JWE(JWEHeader header, const Payload& payload, const Encrypter& encrypter) :
     });
 }
 
-JWE::JWE(std::string_view compactSerialization) : JWE(JOSEDeserializer().deserialize<JWE>(compactSerialization)) {}
+JWE::JWE(std::string_view compactSerialization)
+    : JWE(JOSEDeserializer().deserialize<JWE>(compactSerialization)) {}
 
 JWE::JWE(ByteView compactSerialization) : JWE(JOSEDeserializer().deserialize<JWE>(compactSerialization)) {}
 
@@ -85,8 +87,8 @@ Payload JWE::open(const Decrypter& decrypter) const {
     return withMappedErrors({decompressionFailed, compressionAlgorithmNotSupported}, decryptingFailed, [&] {
         const auto compression = header_.compressionAlgorithm();
         const CompressorProtocol& compressor = CompressorFactory().makeCompressor(compression);
-        Bytes opened =
-            decrypter.decrypt({header_, encryptedKey_, initializationVector_, ciphertext_, authenticationTag_});
+        Bytes opened = decrypter.decrypt(
+            {header_, encryptedKey_, initializationVector_, ciphertext_, authenticationTag_});
         if (compression == CompressionAlgorithm::NONE) return Payload(std::move(opened));
         return Payload(compressor.decompress(opened));
     });

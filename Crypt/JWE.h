@@ -15,7 +15,8 @@ public:
     static constexpr std::size_t componentCount = 5;
 
     /// Seals a payload. The payload is compressed first where the header says so.
-    /// @throws JOSEError compressionFailed or compressionAlgorithmNotSupported; encryptingFailed, with the words of what
+    /// @throws JOSEError compressionFailed or compressionAlgorithmNotSupported; encryptingFailed, with the
+    /// words of what
     ///         happened, for any other reason.
     JWE(JWEHeader header, const Payload& payload, const Encrypter& encrypter);
 
@@ -39,7 +40,8 @@ public:
     [[nodiscard]] Bytes compactSerializedData() const { return toBytes(compactSerializedString()); }
 
     /// Opens the JWE and inflates its payload where the header says so.
-    /// @throws JOSEError decompressionFailed or compressionAlgorithmNotSupported; decryptingFailed, with the words of
+    /// @throws JOSEError decompressionFailed or compressionAlgorithmNotSupported; decryptingFailed, with the
+    /// words of
     ///         what happened, for any other reason, a wrong key and a changed part included.
     [[nodiscard]] Payload decrypt(const Decrypter& decrypter) const;
 

@@ -15,14 +15,16 @@ JSON algorithmMembers(KeyManagementAlgorithm alg, ContentEncryptionAlgorithm enc
 } // namespace
 
 JWEHeader::JWEHeader(JSON parameters, std::optional<Bytes> headerData)
-    : JOSEHeader(std::move(parameters), std::move(headerData), {HeaderParameter::alg, HeaderParameter::enc}) {}
+    : JOSEHeader(std::move(parameters), std::move(headerData), {HeaderParameter::alg, HeaderParameter::enc}) {
+}
 
 JWEHeader::JWEHeader(KeyManagementAlgorithm keyManagementAlgorithm,
                      ContentEncryptionAlgorithm contentEncryptionAlgorithm)
     : JWEHeader(algorithmMembers(keyManagementAlgorithm, contentEncryptionAlgorithm)) {}
 
 JWEHeader::JWEHeader(KeyManagementAlgorithm keyManagementAlgorithm,
-                     ContentEncryptionAlgorithm contentEncryptionAlgorithm, const ECPublicKey& ephemeralPublicKey)
+                     ContentEncryptionAlgorithm contentEncryptionAlgorithm,
+                     const ECPublicKey& ephemeralPublicKey)
     : JWEHeader([&] {
           JSON members = algorithmMembers(keyManagementAlgorithm, contentEncryptionAlgorithm);
           members[std::string(HeaderParameter::epk)] = jsonOf(ephemeralPublicKey.parameters());
@@ -30,8 +32,9 @@ JWEHeader::JWEHeader(KeyManagementAlgorithm keyManagementAlgorithm,
       }()) {}
 
 JWEHeader::JWEHeader(KeyManagementAlgorithm keyManagementAlgorithm,
-                     ContentEncryptionAlgorithm contentEncryptionAlgorithm, const std::string& agreementPartyUInfo,
-                     const std::string& agreementPartyVInfo, const ECPublicKey& ephemeralPublicKey)
+                     ContentEncryptionAlgorithm contentEncryptionAlgorithm,
+                     const std::string& agreementPartyUInfo, const std::string& agreementPartyVInfo,
+                     const ECPublicKey& ephemeralPublicKey)
     : JWEHeader([&] {
           JSON members = algorithmMembers(keyManagementAlgorithm, contentEncryptionAlgorithm);
           members[std::string(HeaderParameter::apu)] = agreementPartyUInfo;
@@ -64,7 +67,7 @@ std::optional<ECPublicKey> JWEHeader::epk() const {
     const JSON* object = textMap(HeaderParameter::epk);
     if (!object) return std::nullopt;
     try {
-        return ECPublicKey::make(*object);
+        return ECPublicKey::decode(*object);
     } catch (const Failure&) {
         return std::nullopt;
     }

@@ -7,24 +7,26 @@
 
 namespace korvane {
 
-/// The protected header of a JWE (RFC 7516 section 4). "alg" and "enc" must be texts; values that no row of the layer
-/// has are kept and read as no value.
+/// The protected header of a JWE (RFC 7516 section 4). "alg" and "enc" must be texts; values that no row of
+/// the layer has are kept and read as no value.
 class JWEHeader : public JOSEHeader {
 public:
     /// @param headerData  the bytes of `parameters`, or no value: then they are serialised here.
-    /// @throws HeaderParsingError headerIsNotValidJSONObject, or requiredHeaderParameterMissing for "alg" or "enc".
+    /// @throws HeaderParsingError headerIsNotValidJSONObject, or requiredHeaderParameterMissing for "alg" or
+    /// "enc".
     explicit JWEHeader(JSON parameters, std::optional<Bytes> headerData = std::nullopt);
 
-    JWEHeader(KeyManagementAlgorithm keyManagementAlgorithm, ContentEncryptionAlgorithm contentEncryptionAlgorithm);
+    JWEHeader(KeyManagementAlgorithm keyManagementAlgorithm,
+              ContentEncryptionAlgorithm contentEncryptionAlgorithm);
 
     /// "epk" takes over the whole `parameters` of the key.
-    JWEHeader(KeyManagementAlgorithm keyManagementAlgorithm, ContentEncryptionAlgorithm contentEncryptionAlgorithm,
-              const ECPublicKey& ephemeralPublicKey);
+    JWEHeader(KeyManagementAlgorithm keyManagementAlgorithm,
+              ContentEncryptionAlgorithm contentEncryptionAlgorithm, const ECPublicKey& ephemeralPublicKey);
 
     /// "apu" and "apv" take the texts as they are, without any encoding.
-    JWEHeader(KeyManagementAlgorithm keyManagementAlgorithm, ContentEncryptionAlgorithm contentEncryptionAlgorithm,
-              const std::string& agreementPartyUInfo, const std::string& agreementPartyVInfo,
-              const ECPublicKey& ephemeralPublicKey);
+    JWEHeader(KeyManagementAlgorithm keyManagementAlgorithm,
+              ContentEncryptionAlgorithm contentEncryptionAlgorithm, const std::string& agreementPartyUInfo,
+              const std::string& agreementPartyVInfo, const ECPublicKey& ephemeralPublicKey);
 
     /// The header of the wire's bytes, which it takes; they stay with the caller where there is no header.
     /// @return no value for anything but a JSON object with the required parameters.

@@ -15,15 +15,16 @@ bool isJWKParameter(std::string_view name) {
 }
 
 bool holdsArray(std::string_view name) {
-    return std::find(JWKParameter::nonStringParameters.begin(), JWKParameter::nonStringParameters.end(), name) !=
-           JWKParameter::nonStringParameters.end();
+    return std::find(JWKParameter::nonStringParameters.begin(), JWKParameter::nonStringParameters.end(),
+                     name) != JWKParameter::nonStringParameters.end();
 }
 
 /// @return no value when a text is not UTF-8.
 std::optional<std::string> jsonObject(const StringMap& members) {
     // Room for all of it, so that no half-written copy of a private number is left behind by growth.
     std::size_t length = 2;
-    for (const auto& [name, value] : members) length += name.size() + value.text().size() + 6;
+    for (const auto& [name, value] : members)
+        length += name.size() + value.text().size() + 6;
     std::string json;
     json.reserve(length);
     json += '{';
@@ -40,7 +41,8 @@ std::optional<std::string> jsonObject(const StringMap& members) {
 
 } // namespace
 
-JWK::JWK(const JWKForm& form, StringMap own, const StringMap& additional) : form_(&form), parameters_(std::move(own)) {
+JWK::JWK(const JWKForm& form, StringMap own, const StringMap& additional)
+    : form_(&form), parameters_(std::move(own)) {
     parameters_.insert_or_assign(std::string(JWKParameter::keyType), SecretString(rawValue(form.keyType)));
     parameters_.insert(additional.begin(), additional.end());
 }
@@ -72,7 +74,8 @@ std::optional<std::string> JWK::jsonString() const {
     StringMap members;
     for (const auto& [name, value] : parameters_)
         if (isJWKParameter(name)) members.emplace(name, value);
-    for (const std::string_view name : form_->numbers) members.emplace(name, number(name));
+    for (const std::string_view name : form_->numbers)
+        members.emplace(name, number(name));
     return jsonObject(members);
 }
 

@@ -24,8 +24,9 @@ struct JWKForm {
     bool skipsArrays;
 };
 
-/// A key as a JSON object (RFC 7517). Its numbers are kept as the Base64URL texts of the JSON, unchecked; they turn into
-/// bytes or platform keys when `converted` is asked. A value; its texts are cleansed when it dies.
+/// A key as a JSON object (RFC 7517). Its numbers are kept as the Base64URL texts of the JSON, unchecked;
+/// they turn into bytes or platform keys when `converted` is asked. A value; its texts are cleansed when it
+/// dies.
 class JWK {
 public:
     virtual ~JWK() = default;
@@ -48,7 +49,8 @@ public:
 
     /// The Base64URL text of the digest (RFC 7638).
     /// @throws JOSEError thumbprintSerialization when a text of the key is not UTF-8.
-    [[nodiscard]] std::string thumbprint(JWKThumbprintAlgorithm algorithm = JWKThumbprintAlgorithm::SHA256) const;
+    [[nodiscard]] std::string
+    thumbprint(JWKThumbprintAlgorithm algorithm = JWKThumbprintAlgorithm::SHA256) const;
 
     friend bool operator==(const JWK& left, const JWK& right) {
         return left.form_ == right.form_ && left.parameters_ == right.parameters_;
@@ -63,7 +65,9 @@ protected:
     JWK& operator=(const JWK&) = default;
     JWK& operator=(JWK&&) = default;
 
-    [[nodiscard]] const std::string& number(std::string_view name) const { return parameters_.find(name)->second; }
+    [[nodiscard]] const std::string& number(std::string_view name) const {
+        return parameters_.find(name)->second;
+    }
 
     /// Takes a foreign key apart.
     /// @throws JOSEError couldNotConstructJWK in place of any failure.

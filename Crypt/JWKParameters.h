@@ -26,9 +26,15 @@ inline constexpr std::string_view X509CertificateChain = "x5c";
 inline constexpr std::string_view X509CertificateSHA1Thumbprint = "x5t";
 inline constexpr std::string_view X509CertificateSHA256Thumbprint = "x5t#S256";
 
-inline constexpr std::array<std::string_view, 9> allCases{
-    keyType, keyUse, keyOperations, algorithm, keyIdentifier, X509URL, X509CertificateChain,
-    X509CertificateSHA1Thumbprint, X509CertificateSHA256Thumbprint};
+inline constexpr std::array<std::string_view, 9> allCases{keyType,
+                                                          keyUse,
+                                                          keyOperations,
+                                                          algorithm,
+                                                          keyIdentifier,
+                                                          X509URL,
+                                                          X509CertificateChain,
+                                                          X509CertificateSHA1Thumbprint,
+                                                          X509CertificateSHA256Thumbprint};
 
 /// Those whose JSON value is an array.
 inline constexpr std::array<std::string_view, 2> nonStringParameters{keyOperations, X509CertificateChain};

@@ -31,17 +31,17 @@ JWKTypeErrorCase classify(std::string_view kty, bool hasD) {
 }
 
 template <class Key>
-JWKSet::Key decode(const JSON& object) {
-    return std::make_shared<const Key>(Key::make(object));
+JWKSet::Key shared(const JSON& object) {
+    return std::make_shared<const Key>(Key::decode(object));
 }
 
 JWKSet::Key decodeAs(JWKTypeErrorCase type, const JSON& object) {
     switch (type) {
-    case typeIsECPrivate: return decode<ECPrivateKey>(object);
-    case typeIsECPublic: return decode<ECPublicKey>(object);
-    case typeIsRSAPublic: return decode<RSAPublicKey>(object);
-    case typeIsRSAPrivate: return decode<RSAPrivateKey>(object);
-    case typeIsSymmetric: return decode<SymmetricKey>(object);
+    case typeIsECPrivate: return shared<ECPrivateKey>(object);
+    case typeIsECPublic: return shared<ECPublicKey>(object);
+    case typeIsRSAPublic: return shared<RSAPublicKey>(object);
+    case typeIsRSAPrivate: return shared<RSAPrivateKey>(object);
+    case typeIsSymmetric: return shared<SymmetricKey>(object);
     case typeIsUnknown: throw noKey();
     }
     throw noKey();

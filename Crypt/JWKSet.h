@@ -21,9 +21,9 @@ enum class JWKTypeErrorCase {
 template <>
 struct FailureTraits<JWKTypeErrorCase> {
     static constexpr std::string_view domain = "JWKTypeError";
-    static constexpr std::array<std::string_view, 6> cases{"typeIsECPrivate",  "typeIsECPublic",
-                                                           "typeIsRSAPublic",  "typeIsRSAPrivate",
-                                                           "typeIsSymmetric",  "typeIsUnknown"};
+    static constexpr std::array<std::string_view, 6> cases{"typeIsECPrivate", "typeIsECPublic",
+                                                           "typeIsRSAPublic", "typeIsRSAPrivate",
+                                                           "typeIsSymmetric", "typeIsUnknown"};
     using Value = FailureValue;
 };
 
@@ -33,7 +33,8 @@ using JWKTypeError = TypedFailure<JWKTypeErrorCase>;
 class JWKBase {
 public:
     /// Always throws.
-    /// @throws JWKTypeError naming the type; DecodingError for an object without a "kty" of text or with a foreign "d".
+    /// @throws JWKTypeError naming the type; DecodingError for an object without a "kty" of text or with a
+    /// foreign "d".
     [[noreturn]] static void make(const JSON& object);
 };
 

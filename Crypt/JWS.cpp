@@ -44,9 +44,11 @@ bool succeeds(Validation validation) {
 } // namespace
 
 JWS::JWS(JWSHeader header, Payload payload, const Signer& signer)
-    : header_(std::move(header)), payload_(std::move(payload)), signature_(signedBy(signer, header_, payload_)) {}
+    : header_(std::move(header)), payload_(std::move(payload)),
+      signature_(signedBy(signer, header_, payload_)) {}
 
-JWS::JWS(std::string_view compactSerialization) : JWS(JOSEDeserializer().deserialize<JWS>(compactSerialization)) {}
+JWS::JWS(std::string_view compactSerialization)
+    : JWS(JOSEDeserializer().deserialize<JWS>(compactSerialization)) {}
 
 JWS::JWS(ByteView compactSerialization) : JWS(JOSEDeserializer().deserialize<JWS>(compactSerialization)) {}
 

@@ -15,7 +15,8 @@ public:
     static constexpr std::size_t componentCount = 3;
 
     /// Signs a payload.
-    /// @throws JOSEError localAuthenticationFailed; signingFailed, with the words of what happened, for any other
+    /// @throws JOSEError localAuthenticationFailed; signingFailed, with the words of what happened, for any
+    /// other
     ///         reason.
     JWS(JWSHeader header, Payload payload, const Signer& signer);
 
@@ -36,11 +37,13 @@ public:
     [[nodiscard]] Bytes compactSerializedData() const { return toBytes(compactSerializedString()); }
 
     /// @return this value, when the verifier's algorithm is the header's and the signature is its key's.
-    /// @throws JOSEError signatureInvalid for another signature; verifyingFailed, with the words of what happened, for
+    /// @throws JOSEError signatureInvalid for another signature; verifyingFailed, with the words of what
+    /// happened, for
     ///         any other reason.
     const JWS& validate(const Verifier& verifier) const;
 
-    /// The older form, which takes the algorithm from the header: the key's owner must know what it is used for.
+    /// The older form, which takes the algorithm from the header: the key's owner must know what it is used
+    /// for.
     /// @throws JOSEError as above.
     const JWS& validate(const AnyKey& publicKey) const;
 

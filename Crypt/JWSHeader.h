@@ -5,8 +5,8 @@
 
 namespace korvane {
 
-/// The protected header of a JWS (RFC 7515 section 4). "alg" must be a text; one that no row of the layer has is kept
-/// and reads as no value.
+/// The protected header of a JWS (RFC 7515 section 4). "alg" must be a text; one that no row of the layer has
+/// is kept and reads as no value.
 class JWSHeader : public JOSEHeader {
 public:
     /// @param headerData  the bytes of `parameters`, or no value: then they are serialised here.

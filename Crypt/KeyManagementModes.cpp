@@ -65,35 +65,40 @@ ECKeyEncryption::EncryptionMode::EncryptionMode(KeyManagementAlgorithm keyManage
                                                 ECPublicKey recipientPublicKey,
                                                 std::optional<Bytes> agreementPartyUInfo,
                                                 std::optional<Bytes> agreementPartyVInfo, ECOptions options)
-    : keyManagementAlgorithm_(keyManagementAlgorithm), contentEncryptionAlgorithm_(contentEncryptionAlgorithm),
-      recipientPublicKey_(std::move(recipientPublicKey)), agreementPartyUInfo_(std::move(agreementPartyUInfo)),
+    : keyManagementAlgorithm_(keyManagementAlgorithm),
+      contentEncryptionAlgorithm_(contentEncryptionAlgorithm),
+      recipientPublicKey_(std::move(recipientPublicKey)),
+      agreementPartyUInfo_(std::move(agreementPartyUInfo)),
       agreementPartyVInfo_(std::move(agreementPartyVInfo)), options_(std::move(options)) {}
 
 SecretBytes ECKeyEncryption::EncryptionMode::determineContentEncryptionKey(const JWEHeader& header) const {
-    return EC::encryptionContextFor(recipientPublicKey_, keyManagementAlgorithm_, contentEncryptionAlgorithm_, header,
-                                    options_);
+    return EC::encryptionContextFor(recipientPublicKey_, keyManagementAlgorithm_, contentEncryptionAlgorithm_,
+                                    header, options_);
 }
 
 SecretBytes ECKeyEncryption::DecryptionMode::determineContentEncryptionKey(ByteView encryptedKey,
                                                                            const JWEHeader& header) const {
     SecretBytes randomKey = randomContentKey(contentEncryptionAlgorithm_);
-    SecretBytes contentKey =
-        EC::decrypt(encryptedKey, recipientPrivateKey_, keyManagementAlgorithm_, contentEncryptionAlgorithm_, &header);
+    SecretBytes contentKey = EC::decrypt(encryptedKey, recipientPrivateKey_, keyManagementAlgorithm_,
+                                         contentEncryptionAlgorithm_, &header);
     return contentKey.size() == randomKey.size() ? contentKey : randomKey;
 }
 
 std::shared_ptr<const EncryptionKeyManagementMode>
 makeEncryptionKeyManagementMode(KeyManagementAlgorithm algorithm,
-                                ContentEncryptionAlgorithm contentEncryptionAlgorithm, const AnyKey& encryptionKey,
-                                std::optional<Bytes> agreementPartyUInfo, std::optional<Bytes> agreementPartyVInfo) {
+                                ContentEncryptionAlgorithm contentEncryptionAlgorithm,
+                                const AnyKey& encryptionKey, std::optional<Bytes> agreementPartyUInfo,
+                                std::optional<Bytes> agreementPartyVInfo) {
     switch (family(algorithm)) {
     case KeyManagementFamily::RSA:
         if (const auto* key = encryptionKey.cast<SecKey>())
-            return std::make_shared<RSAKeyEncryption::EncryptionMode>(algorithm, contentEncryptionAlgorithm, *key);
+            return std::make_shared<RSAKeyEncryption::EncryptionMode>(algorithm, contentEncryptionAlgorithm,
+                                                                      *key);
         return nullptr;
     case KeyManagementFamily::AES:
         if (const auto* key = encryptionKey.castToBytes())
-            return std::make_shared<AESKeyWrappingMode>(algorithm, contentEncryptionAlgorithm, toSecretBytes(*key));
+            return std::make_shared<AESKeyWrappingMode>(algorithm, contentEncryptionAlgorithm,
+                                                        toSecretBytes(*key));
         return nullptr;
     case KeyManagementFamily::direct:
         if (const auto* key = encryptionKey.castToBytes())
@@ -101,8 +106,8 @@ makeEncryptionKeyManagementMode(KeyManagementAlgorithm algorithm,
         return nullptr;
     case KeyManagementFamily::EC:
         if (const auto* key = encryptionKey.cast<ECPublicKey>())
-            return std::make_shared<ECKeyEncryption::EncryptionMode>(algorithm, contentEncryptionAlgorithm, *key,
-                                                                     std::move(agreementPartyUInfo),
+            return std::make_shared<ECKeyEncryption::EncryptionMode>(algorithm, contentEncryptionAlgorithm,
+                                                                     *key, std::move(agreementPartyUInfo),
                                                                      std::move(agreementPartyVInfo));
         return nullptr;
     }
@@ -111,15 +116,18 @@ makeEncryptionKeyManagementMode(KeyManagementAlgorithm algorithm,
 
 std::shared_ptr<const DecryptionKeyManagementMode>
 makeDecryptionKeyManagementMode(KeyManagementAlgorithm algorithm,
-                                ContentEncryptionAlgorithm contentEncryptionAlgorithm, const AnyKey& decryptionKey) {
+                                ContentEncryptionAlgorithm contentEncryptionAlgorithm,
+                                const AnyKey& decryptionKey) {
     switch (family(algorithm)) {
     case KeyManagementFamily::RSA:
         if (const auto* key = decryptionKey.cast<SecKey>())
-            return std::make_shared<RSAKeyEncryption::DecryptionMode>(algorithm, contentEncryptionAlgorithm, *key);
+            return std::make_shared<RSAKeyEncryption::DecryptionMode>(algorithm, contentEncryptionAlgorithm,
+                                                                      *key);
         return nullptr;
     case KeyManagementFamily::AES:
         if (const auto* key = decryptionKey.castToBytes())
-            return std::make_shared<AESKeyWrappingMode>(algorithm, contentEncryptionAlgorithm, toSecretBytes(*key));
+            return std::make_shared<AESKeyWrappingMode>(algorithm, contentEncryptionAlgorithm,
+                                                        toSecretBytes(*key));
         return nullptr;
     case KeyManagementFamily::direct:
         if (const auto* key = decryptionKey.castToBytes())
@@ -127,7 +135,8 @@ makeDecryptionKeyManagementMode(KeyManagementAlgorithm algorithm,
         return nullptr;
     case KeyManagementFamily::EC:
         if (const auto* key = decryptionKey.cast<ECPrivateKey>())
-            return std::make_shared<ECKeyEncryption::DecryptionMode>(algorithm, contentEncryptionAlgorithm, *key);
+            return std::make_shared<ECKeyEncryption::DecryptionMode>(algorithm, contentEncryptionAlgorithm,
+                                                                     *key);
         return nullptr;
     }
     return nullptr;

@@ -13,8 +13,8 @@
 
 namespace korvane {
 
-/// Finds the content key for a new JWE and what stands in its second part. Each family fills in the form that it needs.
-/// Immutable.
+/// Finds the content key for a new JWE and what stands in its second part. Each family fills in the form that
+/// it needs. Immutable.
 class EncryptionKeyManagementMode {
 public:
     struct Result {
@@ -27,7 +27,8 @@ public:
     /// The RSA, AES and direct families. @throws RSAError, AESError, SecureRandomError
     [[nodiscard]] virtual Result determineContentEncryptionKey() const { return {}; }
 
-    /// The EC family: the JSON of an `Encrypter::ECEncryptionContext`. @throws ECError, JOSEError, JWKError, AESError
+    /// The EC family: the JSON of an `Encrypter::ECEncryptionContext`. @throws ECError, JOSEError, JWKError,
+    /// AESError
     [[nodiscard]] virtual SecretBytes determineContentEncryptionKey(const JWEHeader&) const { return {}; }
 };
 
@@ -40,7 +41,9 @@ public:
     [[nodiscard]] virtual SecretBytes determineContentEncryptionKey(ByteView) const { return {}; }
 
     /// The EC family. @throws ECError, JOSEError, JWKError, AESError
-    [[nodiscard]] virtual SecretBytes determineContentEncryptionKey(ByteView, const JWEHeader&) const { return {}; }
+    [[nodiscard]] virtual SecretBytes determineContentEncryptionKey(ByteView, const JWEHeader&) const {
+        return {};
+    }
 };
 
 /// RFC 7518 sections 4.2 and 4.3.
@@ -50,7 +53,8 @@ class EncryptionMode : public EncryptionKeyManagementMode {
 public:
     EncryptionMode(KeyManagementAlgorithm keyManagementAlgorithm,
                    ContentEncryptionAlgorithm contentEncryptionAlgorithm, SecKey recipientPublicKey)
-        : keyManagementAlgorithm_(keyManagementAlgorithm), contentEncryptionAlgorithm_(contentEncryptionAlgorithm),
+        : keyManagementAlgorithm_(keyManagementAlgorithm),
+          contentEncryptionAlgorithm_(contentEncryptionAlgorithm),
           recipientPublicKey_(std::move(recipientPublicKey)) {}
 
     [[nodiscard]] Result determineContentEncryptionKey() const override;
@@ -62,13 +66,14 @@ private:
     SecKey recipientPublicKey_;
 };
 
-/// A second part that does not open gives a random key, so that the failure shows at the tag only and tells nothing
-/// about the padding (RFC 7516 section 11.5).
+/// A second part that does not open gives a random key, so that the failure shows at the tag only and tells
+/// nothing about the padding (RFC 7516 section 11.5).
 class DecryptionMode : public DecryptionKeyManagementMode {
 public:
     DecryptionMode(KeyManagementAlgorithm keyManagementAlgorithm,
                    ContentEncryptionAlgorithm contentEncryptionAlgorithm, SecKey recipientPrivateKey)
-        : keyManagementAlgorithm_(keyManagementAlgorithm), contentEncryptionAlgorithm_(contentEncryptionAlgorithm),
+        : keyManagementAlgorithm_(keyManagementAlgorithm),
+          contentEncryptionAlgorithm_(contentEncryptionAlgorithm),
           recipientPrivateKey_(std::move(recipientPrivateKey)) {}
 
     [[nodiscard]] SecretBytes determineContentEncryptionKey(ByteView encryptedKey) const override;
@@ -87,13 +92,14 @@ class AESKeyWrappingMode : public EncryptionKeyManagementMode, public Decryption
 public:
     AESKeyWrappingMode(KeyManagementAlgorithm keyManagementAlgorithm,
                        ContentEncryptionAlgorithm contentEncryptionAlgorithm, SecretBytes sharedSymmetricKey)
-        : keyManagementAlgorithm_(keyManagementAlgorithm), contentEncryptionAlgorithm_(contentEncryptionAlgorithm),
+        : keyManagementAlgorithm_(keyManagementAlgorithm),
+          contentEncryptionAlgorithm_(contentEncryptionAlgorithm),
           sharedSymmetricKey_(std::move(sharedSymmetricKey)) {}
 
     [[nodiscard]] Result determineContentEncryptionKey() const override;
     [[nodiscard]] SecretBytes determineContentEncryptionKey(ByteView encryptedKey) const override;
-    using EncryptionKeyManagementMode::determineContentEncryptionKey;
     using DecryptionKeyManagementMode::determineContentEncryptionKey;
+    using EncryptionKeyManagementMode::determineContentEncryptionKey;
 
 private:
     KeyManagementAlgorithm keyManagementAlgorithm_;
@@ -111,8 +117,8 @@ public:
 
     /// @throws JOSEError decryptingFailed when the second part is not empty.
     [[nodiscard]] SecretBytes determineContentEncryptionKey(ByteView encryptedKey) const override;
-    using EncryptionKeyManagementMode::determineContentEncryptionKey;
     using DecryptionKeyManagementMode::determineContentEncryptionKey;
+    using EncryptionKeyManagementMode::determineContentEncryptionKey;
 
 private:
     SecretBytes sharedSymmetricKey_;
@@ -135,8 +141,12 @@ public:
     [[nodiscard]] SecretBytes determineContentEncryptionKey(const JWEHeader& header) const override;
     using EncryptionKeyManagementMode::determineContentEncryptionKey;
 
-    [[nodiscard]] const std::optional<Bytes>& agreementPartyUInfo() const noexcept { return agreementPartyUInfo_; }
-    [[nodiscard]] const std::optional<Bytes>& agreementPartyVInfo() const noexcept { return agreementPartyVInfo_; }
+    [[nodiscard]] const std::optional<Bytes>& agreementPartyUInfo() const noexcept {
+        return agreementPartyUInfo_;
+    }
+    [[nodiscard]] const std::optional<Bytes>& agreementPartyVInfo() const noexcept {
+        return agreementPartyVInfo_;
+    }
 
 private:
     KeyManagementAlgorithm keyManagementAlgorithm_;
@@ -152,7 +162,8 @@ class DecryptionMode : public DecryptionKeyManagementMode {
 public:
     DecryptionMode(KeyManagementAlgorithm keyManagementAlgorithm,
                    ContentEncryptionAlgorithm contentEncryptionAlgorithm, ECPrivateKey recipientPrivateKey)
-        : keyManagementAlgorithm_(keyManagementAlgorithm), contentEncryptionAlgorithm_(contentEncryptionAlgorithm),
+        : keyManagementAlgorithm_(keyManagementAlgorithm),
+          contentEncryptionAlgorithm_(contentEncryptionAlgorithm),
           recipientPrivateKey_(std::move(recipientPrivateKey)) {}
 
     [[nodiscard]] SecretBytes determineContentEncryptionKey(ByteView encryptedKey,
@@ -167,17 +178,18 @@ private:
 
 } // namespace ECKeyEncryption
 
-/// @return the mode of the row's family, or null for a key of a type that the family does not work with. RSA takes a
+/// @return the mode of the row's family, or null for a key of a type that the family does not work with. RSA
+/// takes a
 ///         `SecKey`, AES and direct bytes, EC an `ECPublicKey`; the party values go to the EC mode only.
-[[nodiscard]] std::shared_ptr<const EncryptionKeyManagementMode>
-makeEncryptionKeyManagementMode(KeyManagementAlgorithm algorithm,
-                                ContentEncryptionAlgorithm contentEncryptionAlgorithm, const AnyKey& encryptionKey,
-                                std::optional<Bytes> agreementPartyUInfo = std::nullopt,
-                                std::optional<Bytes> agreementPartyVInfo = std::nullopt);
+[[nodiscard]] std::shared_ptr<const EncryptionKeyManagementMode> makeEncryptionKeyManagementMode(
+    KeyManagementAlgorithm algorithm, ContentEncryptionAlgorithm contentEncryptionAlgorithm,
+    const AnyKey& encryptionKey, std::optional<Bytes> agreementPartyUInfo = std::nullopt,
+    std::optional<Bytes> agreementPartyVInfo = std::nullopt);
 
 /// As above; EC takes an `ECPrivateKey`.
 [[nodiscard]] std::shared_ptr<const DecryptionKeyManagementMode>
 makeDecryptionKeyManagementMode(KeyManagementAlgorithm algorithm,
-                                ContentEncryptionAlgorithm contentEncryptionAlgorithm, const AnyKey& decryptionKey);
+                                ContentEncryptionAlgorithm contentEncryptionAlgorithm,
+                                const AnyKey& decryptionKey);
 
 } // namespace korvane

@@ -9,7 +9,8 @@ using enum SecKeyOperationType;
 
 SecKeyAlgorithm requireSupported(std::optional<SecKeyAlgorithm> algorithm, const SecKey& key,
                                  SecKeyOperationType operation) {
-    if (!algorithm || !SecKeyIsAlgorithmSupported(key, operation, *algorithm)) throw RSAError(algorithmNotSupported);
+    if (!algorithm || !SecKeyIsAlgorithmSupported(key, operation, *algorithm))
+        throw RSAError(algorithmNotSupported);
     return *algorithm;
 }
 
@@ -31,7 +32,8 @@ Bytes RSA::encrypt(ByteView plaintext, const SecKey& publicKey, KeyManagementAlg
         requireSupported(secKeyAlgorithm(algorithm), publicKey, kSecKeyOperationTypeEncrypt);
     if (!isPlainTextLengthSatisfied(algorithm, plaintext, publicKey).value_or(false))
         throw RSAError(plainTextLengthNotSatisfied);
-    return orFail(encryptingFailed, [&] { return SecKeyCreateEncryptedData(publicKey, platform, plaintext); });
+    return orFail(encryptingFailed,
+                  [&] { return SecKeyCreateEncryptedData(publicKey, platform, plaintext); });
 }
 
 SecretBytes RSA::decrypt(ByteView ciphertext, const SecKey& privateKey, KeyManagementAlgorithm algorithm) {
@@ -39,7 +41,8 @@ SecretBytes RSA::decrypt(ByteView ciphertext, const SecKey& privateKey, KeyManag
         requireSupported(secKeyAlgorithm(algorithm), privateKey, kSecKeyOperationTypeDecrypt);
     if (!isCipherTextLenghtSatisfied(algorithm, ciphertext, privateKey).value_or(false))
         throw RSAError(cipherTextLenghtNotSatisfied);
-    return orFail(decryptingFailed, [&] { return SecKeyCreateDecryptedData(privateKey, platform, ciphertext); });
+    return orFail(decryptingFailed,
+                  [&] { return SecKeyCreateDecryptedData(privateKey, platform, ciphertext); });
 }
 
 Bytes RSA::sign(ByteView signingInput, const SecKey& privateKey, SignatureAlgorithm algorithm) {
@@ -48,7 +51,8 @@ Bytes RSA::sign(ByteView signingInput, const SecKey& privateKey, SignatureAlgori
     return orFail(signingFailed, [&] { return SecKeyCreateSignature(privateKey, platform, signingInput); });
 }
 
-bool RSA::verify(ByteView verifyingInput, ByteView signature, const SecKey& publicKey, SignatureAlgorithm algorithm) {
+bool RSA::verify(ByteView verifyingInput, ByteView signature, const SecKey& publicKey,
+                 SignatureAlgorithm algorithm) {
     const SecKeyAlgorithm platform =
         requireSupported(rsaSecKeyAlgorithm(algorithm), publicKey, kSecKeyOperationTypeVerify);
     return orFail(verifyingFailed,

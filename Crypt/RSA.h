@@ -20,9 +20,13 @@ enum class RSAErrorCase {
 template <>
 struct FailureTraits<RSAErrorCase> {
     static constexpr std::string_view domain = "RSAError";
-    static constexpr std::array<std::string_view, 7> cases{
-        "signingFailed",         "verifyingFailed",             "encryptingFailed",            "decryptingFailed",
-        "algorithmNotSupported", "plainTextLengthNotSatisfied", "cipherTextLenghtNotSatisfied"};
+    static constexpr std::array<std::string_view, 7> cases{"signingFailed",
+                                                           "verifyingFailed",
+                                                           "encryptingFailed",
+                                                           "decryptingFailed",
+                                                           "algorithmNotSupported",
+                                                           "plainTextLengthNotSatisfied",
+                                                           "cipherTextLenghtNotSatisfied"};
     using Value = FailureValue;
 };
 
@@ -32,14 +36,16 @@ using RSAError = TypedFailure<RSAErrorCase>;
 struct RSA {
     /// @return one block.
     /// @throws RSAError algorithmNotSupported, plainTextLengthNotSatisfied, encryptingFailed
-    [[nodiscard]] static Bytes encrypt(ByteView plaintext, const SecKey& publicKey, KeyManagementAlgorithm algorithm);
+    [[nodiscard]] static Bytes encrypt(ByteView plaintext, const SecKey& publicKey,
+                                       KeyManagementAlgorithm algorithm);
 
     /// @throws RSAError algorithmNotSupported, cipherTextLenghtNotSatisfied, decryptingFailed
     [[nodiscard]] static SecretBytes decrypt(ByteView ciphertext, const SecKey& privateKey,
                                              KeyManagementAlgorithm algorithm);
 
     /// @throws RSAError algorithmNotSupported, signingFailed
-    [[nodiscard]] static Bytes sign(ByteView signingInput, const SecKey& privateKey, SignatureAlgorithm algorithm);
+    [[nodiscard]] static Bytes sign(ByteView signingInput, const SecKey& privateKey,
+                                    SignatureAlgorithm algorithm);
 
     /// @return whether the signature is the key's; PS rows take a salt of the digest's length only.
     /// @throws RSAError algorithmNotSupported, verifyingFailed

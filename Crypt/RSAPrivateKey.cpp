@@ -8,7 +8,8 @@ namespace {
 
 constexpr std::array<std::string_view, 3> kNumbers{RSAParameter::modulus, RSAParameter::exponent,
                                                    RSAParameter::privateExponent};
-constexpr JWKForm kForm{JWKKeyType::RSA, kNumbers, RSAParameter::privateExponent, "Key Type parameter wrong.", true};
+constexpr JWKForm kForm{JWKKeyType::RSA, kNumbers, RSAParameter::privateExponent, "Key Type parameter wrong.",
+                        true};
 
 } // namespace
 
@@ -31,9 +32,10 @@ RSAPrivateKey RSAPrivateKey::make(ByteView data) {
 }
 
 RSAPrivateKeyComponents RSAPrivateKey::components() const {
-    return {decodedNumber(RSAParameter::modulus, JOSEErrorCase::modulusNotBase64URLUIntEncoded),
-            decodedNumber(RSAParameter::exponent, JOSEErrorCase::exponentNotBase64URLUIntEncoded),
-            decodedSecret(RSAParameter::privateExponent, JOSEErrorCase::privateExponentNotBase64URLUIntEncoded)};
+    return {
+        decodedNumber(RSAParameter::modulus, JOSEErrorCase::modulusNotBase64URLUIntEncoded),
+        decodedNumber(RSAParameter::exponent, JOSEErrorCase::exponentNotBase64URLUIntEncoded),
+        decodedSecret(RSAParameter::privateExponent, JOSEErrorCase::privateExponentNotBase64URLUIntEncoded)};
 }
 
 RSAPrivateKey RSAPrivateKey::withThumbprintAsKeyId(JWKThumbprintAlgorithm algorithm) const {

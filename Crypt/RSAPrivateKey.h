@@ -8,19 +8,21 @@ namespace korvane {
 /// An RSA private key without its primes (RFC 7518 section 6.3.2): "n", "e" and "d" only.
 class RSAPrivateKey : public JWK {
 public:
-    /// @param modulus, exponent, privateExponent  Base64URL texts of big-endian numbers; they are not looked at.
+    /// @param modulus, exponent, privateExponent  Base64URL texts of big-endian numbers; they are not looked
+    /// at.
     RSAPrivateKey(std::string modulus, std::string exponent, std::string privateExponent,
                   const StringMap& additionalParameters = {});
 
     /// @throws JOSEError couldNotConstructJWK for a key that does not yield its numbers.
     template <ExpressibleAsRSAPrivateKeyComponents Key>
     explicit RSAPrivateKey(const Key& privateKey, const StringMap& additionalParameters = {})
-        : RSAPrivateKey(componentsFrom([&] { return rsaPrivateKeyComponents(privateKey); }), additionalParameters) {}
+        : RSAPrivateKey(componentsFrom([&] { return rsaPrivateKeyComponents(privateKey); }),
+                        additionalParameters) {}
 
     /// Decodes JSON.
     /// @throws DecodingError
     [[nodiscard]] static RSAPrivateKey make(ByteView data);
-    [[nodiscard]] static RSAPrivateKey make(const JSON& object) { return RSAPrivateKey(object); }
+    [[nodiscard]] static RSAPrivateKey decode(const JSON& object) { return RSAPrivateKey(object); }
 
     [[nodiscard]] const std::string& modulus() const { return number(RSAParameter::modulus); }
     [[nodiscard]] const std::string& exponent() const { return number(RSAParameter::exponent); }

@@ -14,17 +14,19 @@ public:
     /// @throws JOSEError couldNotConstructJWK for a key that does not yield its numbers.
     template <ExpressibleAsRSAPublicKeyComponents Key>
     explicit RSAPublicKey(const Key& publicKey, const StringMap& additionalParameters = {})
-        : RSAPublicKey(componentsFrom([&] { return rsaPublicKeyComponents(publicKey); }), additionalParameters) {}
+        : RSAPublicKey(componentsFrom([&] { return rsaPublicKeyComponents(publicKey); }),
+                       additionalParameters) {}
 
     /// Decodes JSON.
     /// @throws DecodingError
     [[nodiscard]] static RSAPublicKey make(ByteView data);
-    [[nodiscard]] static RSAPublicKey make(const JSON& object) { return RSAPublicKey(object); }
+    [[nodiscard]] static RSAPublicKey decode(const JSON& object) { return RSAPublicKey(object); }
 
     [[nodiscard]] const std::string& modulus() const { return number(RSAParameter::modulus); }
     [[nodiscard]] const std::string& exponent() const { return number(RSAParameter::exponent); }
 
-    /// @throws JOSEError modulusNotBase64URLUIntEncoded, exponentNotBase64URLUIntEncoded, or what the target's
+    /// @throws JOSEError modulusNotBase64URLUIntEncoded, exponentNotBase64URLUIntEncoded, or what the
+    /// target's
     ///         `representing` throws.
     template <ExpressibleAsRSAPublicKeyComponents Key>
     [[nodiscard]] Key converted() const {

@@ -20,7 +20,8 @@ struct ECPrivateKeyComponents {
 
 /// The platform's bytes form: 04, x, y, d.
 /// @throws JOSEError invalidCurvePointOctetLength when the numbers are not all of one curve's length.
-[[nodiscard]] SecretBytes representing(std::type_identity<SecretBytes>, const ECPrivateKeyComponents& components);
+[[nodiscard]] SecretBytes representing(std::type_identity<SecretBytes>,
+                                       const ECPrivateKeyComponents& components);
 
 /// @throws JOSEError invalidCurvePointOctetLength, JWKError invalidECCurveType, or JWKError
 ///         cannotConvertToSecKeyChildClasses for a point off its curve or d out of range.
@@ -35,7 +36,8 @@ struct ECPrivateKeyComponents {
 
 /// What can be made of the numbers of an EC private key and be taken apart into them: bytes and `SecKey`.
 template <class Key>
-concept ExpressibleAsECPrivateKeyComponents = requires(const Key& key, const ECPrivateKeyComponents& components) {
+concept ExpressibleAsECPrivateKeyComponents = requires(const Key& key,
+                                                       const ECPrivateKeyComponents& components) {
     { ecPrivateKeyComponents(key) } -> std::same_as<ECPrivateKeyComponents>;
     { representing(std::type_identity<Key>{}, components) } -> std::same_as<Key>;
 };

@@ -9,7 +9,8 @@
 
 namespace korvane {
 
-/// The numbers of an EC public key: the curve's name ("P-256") and big-endian coordinates at the curve's full length.
+/// The numbers of an EC public key: the curve's name ("P-256") and big-endian coordinates at the curve's full
+/// length.
 struct ECPublicKeyComponents {
     std::string crv;
     Bytes x;
@@ -33,7 +34,8 @@ struct ECPublicKeyComponents {
 
 /// What can be made of the numbers of an EC public key and be taken apart into them: bytes and `SecKey`.
 template <class Key>
-concept ExpressibleAsECPublicKeyComponents = requires(const Key& key, const ECPublicKeyComponents& components) {
+concept ExpressibleAsECPublicKeyComponents = requires(const Key& key,
+                                                      const ECPublicKeyComponents& components) {
     { ecPublicKeyComponents(key) } -> std::same_as<ECPublicKeyComponents>;
     { representing(std::type_identity<Key>{}, components) } -> std::same_as<Key>;
 };

@@ -23,8 +23,8 @@ struct RSAPrivateKeyComponents {
 
 using SymmetricKeyComponents = SecretBytes;
 
-/// The DER form of RSAPublicKey (RFC 8017 appendix A.1.1). A modulus that does not start with a zero byte gets one,
-/// whatever its top bit.
+/// The DER form of RSAPublicKey (RFC 8017 appendix A.1.1). A modulus that does not start with a zero byte
+/// gets one, whatever its top bit.
 [[nodiscard]] Bytes representing(std::type_identity<Bytes>, const RSAPublicKeyComponents& components);
 
 /// @throws JWKError cannotConvertToSecKeyChildClasses
@@ -42,28 +42,31 @@ using SymmetricKeyComponents = SecretBytes;
     return components;
 }
 
-[[nodiscard]] inline SymmetricKeyComponents symmetricKeyComponents(ByteView key) { return toSecretBytes(key); }
+[[nodiscard]] inline SymmetricKeyComponents symmetricKeyComponents(ByteView key) {
+    return toSecretBytes(key);
+}
 
 /// What can be made of the numbers of an RSA public key and be taken apart into them: bytes and `SecKey`.
 template <class Key>
-concept ExpressibleAsRSAPublicKeyComponents = requires(const Key& key, const RSAPublicKeyComponents& components) {
+concept ExpressibleAsRSAPublicKeyComponents = requires(const Key& key,
+                                                       const RSAPublicKeyComponents& components) {
     { rsaPublicKeyComponents(key) } -> std::same_as<RSAPublicKeyComponents>;
     { representing(std::type_identity<Key>{}, components) } -> std::same_as<Key>;
 };
 
 /// Nothing in the library conforms to this one: an RSA private key has no road from a JWK to a platform key.
 template <class Key>
-concept ExpressibleAsRSAPrivateKeyComponents =
-    requires(const Key& key, const RSAPrivateKeyComponents& components) {
-        { rsaPrivateKeyComponents(key) } -> std::same_as<RSAPrivateKeyComponents>;
-        { representing(std::type_identity<Key>{}, components) } -> std::same_as<Key>;
-    };
+concept ExpressibleAsRSAPrivateKeyComponents = requires(const Key& key,
+                                                        const RSAPrivateKeyComponents& components) {
+    { rsaPrivateKeyComponents(key) } -> std::same_as<RSAPrivateKeyComponents>;
+    { representing(std::type_identity<Key>{}, components) } -> std::same_as<Key>;
+};
 
 template <class Key>
-concept ExpressibleAsSymmetricKeyComponents =
-    requires(const Key& key, const SymmetricKeyComponents& components) {
-        { symmetricKeyComponents(key) } -> std::same_as<SymmetricKeyComponents>;
-        { representing(std::type_identity<Key>{}, components) } -> std::same_as<Key>;
-    };
+concept ExpressibleAsSymmetricKeyComponents = requires(const Key& key,
+                                                       const SymmetricKeyComponents& components) {
+    { symmetricKeyComponents(key) } -> std::same_as<SymmetricKeyComponents>;
+    { representing(std::type_identity<Key>{}, components) } -> std::same_as<Key>;
+};
 
 } // namespace korvane

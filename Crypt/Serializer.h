@@ -23,7 +23,9 @@ inline constexpr std::size_t jweAuthenticationTagIndex = 4;
 /// Gathers the components of one serialization, in order. Borrows them.
 class CompactSerializer {
 public:
-    [[nodiscard]] std::span<const DataConvertible> components() const noexcept { return {components_.data(), count_}; }
+    [[nodiscard]] std::span<const DataConvertible> components() const noexcept {
+        return {components_.data(), count_};
+    }
 
     /// A sixth component is a programmer's fault and ends the process: no JOSE object has more than five.
     void serialize(DataConvertible object);
@@ -35,8 +37,9 @@ private:
 
 /// What can be serialized: gives its components to a serializer, in order.
 template <class Object>
-concept CompactSerializable =
-    requires(const Object& object, CompactSerializer& serializer) { object.serialize(serializer); };
+concept CompactSerializable = requires(const Object& object, CompactSerializer& serializer) {
+    object.serialize(serializer);
+};
 
 /// Writes compact serializations: the Base64URL texts of the components, joined by full stops.
 class JOSESerializer {

@@ -45,7 +45,8 @@ using ECSigner = FamilySigner<EC>;
 class Signer {
 public:
     /// @return no value when the key is no `SecKey`.
-    [[nodiscard]] static std::optional<Signer> make(SignatureAlgorithm signingAlgorithm, const AnyKey& privateKey);
+    [[nodiscard]] static std::optional<Signer> make(SignatureAlgorithm signingAlgorithm,
+                                                    const AnyKey& privateKey);
 
     [[nodiscard]] SignatureAlgorithm algorithm() const { return signer_->algorithm(); }
 

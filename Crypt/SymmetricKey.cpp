@@ -12,7 +12,8 @@ constexpr JWKForm kForm{JWKKeyType::OCT, kNumbers, "", "Wrong parameter: key typ
 } // namespace
 
 SymmetricKey::SymmetricKey(ByteView key, const StringMap& additionalParameters)
-    : JWK(kForm, {{std::string(SymmetricKeyParameter::key), base64URLEncodedString(key)}}, additionalParameters) {}
+    : JWK(kForm, {{std::string(SymmetricKeyParameter::key), base64URLEncodedString(key)}},
+          additionalParameters) {}
 
 SymmetricKey::SymmetricKey(const JSON& object) : JWK(kForm, object) {
     // The one type whose number is looked at when it is decoded. The text becomes the canonical one.

@@ -12,14 +12,15 @@ public:
 
     /// @throws JOSEError couldNotConstructJWK for a key that does not yield its bytes.
     template <ExpressibleAsSymmetricKeyComponents Key>
-        requires(!std::convertible_to<const Key&, ByteView>)
-    explicit SymmetricKey(const Key& key, const StringMap& additionalParameters = {})
-        : SymmetricKey(ByteView(componentsFrom([&] { return symmetricKeyComponents(key); })), additionalParameters) {}
+    requires(!std::convertible_to<const Key&, ByteView>) explicit SymmetricKey(
+        const Key& key, const StringMap& additionalParameters = {})
+        : SymmetricKey(ByteView(componentsFrom([&] { return symmetricKeyComponents(key); })),
+                       additionalParameters) {}
 
     /// Decodes JSON. Unlike the other types, this one fails on a "key_ops" or "x5c" array.
     /// @throws DecodingError; JOSEError symmetricKeyNotBase64URLEncoded
     [[nodiscard]] static SymmetricKey make(ByteView data);
-    [[nodiscard]] static SymmetricKey make(const JSON& object) { return SymmetricKey(object); }
+    [[nodiscard]] static SymmetricKey decode(const JSON& object) { return SymmetricKey(object); }
 
     /// The Base64URL text of the key's bytes.
     [[nodiscard]] const std::string& key() const { return number(SymmetricKeyParameter::key); }

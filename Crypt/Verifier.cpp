@@ -7,7 +7,8 @@ namespace korvane {
 std::optional<Verifier> Verifier::make(SignatureAlgorithm verifyingAlgorithm, const AnyKey& publicKey) {
     const auto* key = publicKey.cast<SecKey>();
     if (!key) return std::nullopt;
-    if (curveType(verifyingAlgorithm)) return Verifier(std::make_shared<ECVerifier>(verifyingAlgorithm, *key));
+    if (curveType(verifyingAlgorithm))
+        return Verifier(std::make_shared<ECVerifier>(verifyingAlgorithm, *key));
     return Verifier(std::make_shared<RSAVerifier>(verifyingAlgorithm, *key));
 }
 

@@ -45,7 +45,8 @@ using ECVerifier = FamilyVerifier<EC>;
 class Verifier {
 public:
     /// @return no value when the key is no `SecKey`.
-    [[nodiscard]] static std::optional<Verifier> make(SignatureAlgorithm verifyingAlgorithm, const AnyKey& publicKey);
+    [[nodiscard]] static std::optional<Verifier> make(SignatureAlgorithm verifyingAlgorithm,
+                                                      const AnyKey& publicKey);
 
     [[nodiscard]] SignatureAlgorithm algorithm() const { return verifier_->algorithm(); }
 

@@ -24,8 +24,12 @@ inline std::string_view asText(ByteView bytes) {
     return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
-inline Bytes toBytes(ByteView bytes) { return {bytes.begin(), bytes.end()}; }
+inline Bytes toBytes(ByteView bytes) {
+    return {bytes.begin(), bytes.end()};
+}
 
-inline Bytes toBytes(std::string_view text) { return toBytes(asBytes(text)); }
+inline Bytes toBytes(std::string_view text) {
+    return toBytes(asBytes(text));
+}
 
 } // namespace korvane

@@ -27,7 +27,8 @@ public:
     /// The position of the case in its enumeration, from 0.
     [[nodiscard]] virtual int caseIndex() const noexcept = 0;
 
-    /// The failure in its type's own words: the carried description where there is one, else `genericDescription()`.
+    /// The failure in its type's own words: the carried description where there is one, else
+    /// `genericDescription()`.
     [[nodiscard]] virtual std::string localizedDescription() const;
 
     /// Names domain and case index and nothing that the failure carries.
@@ -43,11 +44,13 @@ public:
 /// What a family of failures may carry, unless its `FailureTraits` name a type of their own.
 using FailureValue = std::variant<std::monostate, Description, std::int64_t, std::string, Bytes>;
 
-/// To be specialised beside each enumeration of failures: `domain`, `cases` (names in the enumeration's order), `Value`.
+/// To be specialised beside each enumeration of failures: `domain`, `cases` (names in the enumeration's
+/// order), `Value`.
 template <class Case>
 struct FailureTraits;
 
-/// One raised failure of the family that the enumeration `Case` lists; the enumeration's order is the case index.
+/// One raised failure of the family that the enumeration `Case` lists; the enumeration's order is the case
+/// index.
 template <class Case>
 class TypedFailure : public Failure {
 public:
@@ -56,7 +59,8 @@ public:
 
     explicit TypedFailure(Case kind, Value value = {})
         : kind_(kind), value_(std::move(value)),
-          name_(std::string(Traits::domain) + "." + std::string(Traits::cases[static_cast<std::size_t>(kind)])) {}
+          name_(std::string(Traits::domain) + "." +
+                std::string(Traits::cases[static_cast<std::size_t>(kind)])) {}
 
     [[nodiscard]] Case kind() const noexcept { return kind_; }
 
@@ -89,7 +93,8 @@ private:
     std::string name_;
 };
 
-/// Ends the process on a programmer's fault: the text goes to stderr, then abort. Never reached by foreign input.
+/// Ends the process on a programmer's fault: the text goes to stderr, then abort. Never reached by foreign
+/// input.
 [[noreturn]] void fatalError(std::string_view text);
 
 } // namespace korvane

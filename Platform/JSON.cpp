@@ -13,8 +13,8 @@ namespace korvane {
 
 namespace {
 
-/// Finds the members of an object by name while it is built: a short object is searched, a long one has an index, so
-/// that no object costs more than its length.
+/// Finds the members of an object by name while it is built: a short object is searched, a long one has an
+/// index, so that no object costs more than its length.
 class MemberIndex {
 public:
     explicit MemberIndex(JSON::object_t& object) : object_(object) {}
@@ -31,12 +31,14 @@ private:
     static constexpr std::size_t kSearched = 16;
 
     std::size_t positionOf(std::string_view name) {
-        if (object_.size() > kSearched) return positions_.try_emplace(std::string(name), object_.size()).first->second;
+        if (object_.size() > kSearched)
+            return positions_.try_emplace(std::string(name), object_.size()).first->second;
         const auto found = std::find_if(object_.begin(), object_.end(),
                                         [name](const auto& member) { return member.first == name; });
         const auto position = static_cast<std::size_t>(found - object_.begin());
         if (object_.size() == kSearched) {
-            for (std::size_t index = 0; index < kSearched; ++index) positions_.emplace((object_.begin() + std::ptrdiff_t(index))->first, index);
+            for (std::size_t index = 0; index < kSearched; ++index)
+                positions_.emplace((object_.begin() + std::ptrdiff_t(index))->first, index);
             positions_.try_emplace(std::string(name), position);
         }
         return position;
@@ -81,14 +83,16 @@ private:
         JSON::object_t object;
         object.reserve(container.size());
         MemberIndex index(object);
-        for (const auto& [name, value] : container) index.set(name, convert(value));
+        for (const auto& [name, value] : container)
+            index.set(name, convert(value));
         return JSON(std::move(object));
     }
 
     JSON members(const simdjson::dom::array& container) {
         JSON::array_t array;
         array.reserve(container.size());
-        for (const simdjson::dom::element& element : container) array.push_back(convert(element));
+        for (const simdjson::dom::element& element : container)
+            array.push_back(convert(element));
         return JSON(std::move(array));
     }
 
@@ -114,7 +118,8 @@ public:
     }
 
 private:
-    /// simdjson does not count an empty container as a level; so it gets room to spare, and the conversion counts.
+    /// simdjson does not count an empty container as a level; so it gets room to spare, and the conversion
+    /// counts.
     static constexpr std::size_t kNesting = JSONSerialization::kDepthLimit + 2;
 
     static std::optional<JSON> convert(const simdjson::dom::element& root) {
@@ -123,8 +128,9 @@ private:
         return conversion.isTooDeep() ? std::nullopt : std::optional(std::move(value));
     }
 
-    /// simdjson refuses integers beyond 64 bits, which are valid JSON: those texts go through the slower reader, whose
-    /// time grows with the square of the length. No message of the protocol has such a number at all.
+    /// simdjson refuses integers beyond 64 bits, which are valid JSON: those texts go through the slower
+    /// reader, whose time grows with the square of the length. No message of the protocol has such a number
+    /// at all.
     static std::optional<JSON> readBigNumbers(std::string_view text) {
         constexpr std::size_t kLongest = 16384;
         if (text.size() > kLongest) return std::nullopt;
@@ -154,10 +160,11 @@ bool isWritable(const JSON& value) {
     if (value.is_binary() || value.is_discarded()) return false;
     if (value.is_object()) {
         const auto& members = value.get_ref<const JSON::object_t&>();
-        return std::all_of(members.begin(), members.end(),
-                           [](const auto& member) { return isUtf8(member.first) && isWritable(member.second); });
+        return std::all_of(members.begin(), members.end(), [](const auto& member) {
+            return isUtf8(member.first) && isWritable(member.second);
+        });
     }
-    return std::all_of(value.begin(), value.end(), isWritable);
+    return !value.is_array() || std::all_of(value.begin(), value.end(), isWritable);
 }
 
 void cleanseStrings(JSON& value) {
@@ -211,9 +218,11 @@ bool isUtf8(std::string_view text) {
 
 JSON decodeObject(std::string_view text) {
     std::optional<JSON> value = JSONSerialization::jsonObject(text);
-    if (!value) throw DecodingError(DecodingErrorCase::dataCorrupted, Description{"The data is not valid JSON."});
+    if (!value)
+        throw DecodingError(DecodingErrorCase::dataCorrupted, Description{"The data is not valid JSON."});
     if (!value->is_object())
-        throw DecodingError(DecodingErrorCase::typeMismatch, Description{"The top level is not a JSON object."});
+        throw DecodingError(DecodingErrorCase::typeMismatch,
+                            Description{"The top level is not a JSON object."});
     return std::move(*value);
 }
 

@@ -46,11 +46,13 @@ std::size_t characterCount(std::string_view text) {
     icu::BreakIterator& characters = characterIterator();
     characters.setText(utf16);
     std::size_t count = 0;
-    while (characters.next() != icu::BreakIterator::DONE) ++count;
+    while (characters.next() != icu::BreakIterator::DONE)
+        ++count;
     return count;
 }
 
-std::vector<std::vector<std::string>> regularExpressionMatches(std::string_view pattern, std::string_view text) {
+std::vector<std::vector<std::string>> regularExpressionMatches(std::string_view pattern,
+                                                               std::string_view text) {
     UErrorCode status = U_ZERO_ERROR;
     const icu::UnicodeString utf16 = toUtf16(text);
     icu::RegexMatcher matcher(toUtf16(pattern), utf16, 0, status);

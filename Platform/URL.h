@@ -6,8 +6,8 @@
 
 namespace korvane {
 
-/// A text that can be a URI reference (RFC 3986): not empty, only characters that a URI may hold, and every "%"
-/// followed by two hexadecimal digits. Immutable.
+/// A text that can be a URI reference (RFC 3986): not empty, only characters that a URI may hold, and every
+/// "%" followed by two hexadecimal digits. Immutable.
 class URL {
 public:
     [[nodiscard]] static std::optional<URL> make(std::string_view text);

@@ -17,7 +17,11 @@ using namespace openssl;
 
 constexpr std::array<std::uint8_t, kMaxDigestLength> kZeros{};
 
-/// One reusable context per thread and cipher. Between uses it holds the schedule of a key of zeros, never one of ours.
+/// RFC 3394 section 2.2.3.1. Given anew for each use: a context would keep the one of its last.
+constexpr std::array<std::uint8_t, 8> kWrapInitialValue{0xA6, 0xA6, 0xA6, 0xA6, 0xA6, 0xA6, 0xA6, 0xA6};
+
+/// One reusable context per thread and cipher. Between uses it holds the schedule of a key of zeros, never
+/// one of ours.
 class ReusableCipher {
 public:
     explicit ReusableCipher(const char* name)
@@ -38,10 +42,11 @@ public:
         const int direction = operation == CCOperation::kCCEncrypt ? 1 : 0;
         int body = 0;
         int tail = 0;
-        const bool isDone =
-            EVP_CipherInit_ex2(context_.get(), nullptr, key.data(), initializationVector, direction, nullptr) == 1 &&
-            EVP_CipherUpdate(context_.get(), output, &body, input.data(), static_cast<int>(input.size())) == 1 &&
-            EVP_CipherFinal_ex(context_.get(), output + body, &tail) == 1;
+        const bool isDone = EVP_CipherInit_ex2(context_.get(), nullptr, key.data(), initializationVector,
+                                               direction, nullptr) == 1 &&
+                            EVP_CipherUpdate(context_.get(), output, &body, input.data(),
+                                             static_cast<int>(input.size())) == 1 &&
+                            EVP_CipherFinal_ex(context_.get(), output + body, &tail) == 1;
         EVP_CipherInit_ex2(context_.get(), nullptr, kZeros.data(), kZeros.data(), direction, nullptr);
         moved = isDone ? static_cast<std::size_t>(body + tail) : 0;
         return isDone;
@@ -60,11 +65,11 @@ ReusableCipher* blockCipher(std::size_t keyLength) {
 }
 
 ReusableCipher* wrapCipher(std::size_t keyLength) {
-    thread_local std::array<ReusableCipher, 3> ciphers{ReusableCipher("AES-128-WRAP"), ReusableCipher("AES-192-WRAP"),
-                                                       ReusableCipher("AES-256-WRAP")};
-    const auto found = std::find_if(ciphers.begin(), ciphers.end(), [keyLength](const ReusableCipher& cipher) {
-        return cipher.keyLength() == keyLength;
-    });
+    thread_local std::array<ReusableCipher, 3> ciphers{
+        ReusableCipher("AES-128-WRAP"), ReusableCipher("AES-192-WRAP"), ReusableCipher("AES-256-WRAP")};
+    const auto found =
+        std::find_if(ciphers.begin(), ciphers.end(),
+                     [keyLength](const ReusableCipher& cipher) { return cipher.keyLength() == keyLength; });
     return found == ciphers.end() ? nullptr : &*found;
 }
 
@@ -80,12 +85,15 @@ public:
         : digest_(required(Digest(EVP_MD_fetch(nullptr, name, nullptr)), name)),
           context_(required(DigestContext(EVP_MD_CTX_new()), name)) {}
 
-    [[nodiscard]] std::size_t length() const { return static_cast<std::size_t>(EVP_MD_get_size(digest_.get())); }
+    [[nodiscard]] std::size_t length() const {
+        return static_cast<std::size_t>(EVP_MD_get_size(digest_.get()));
+    }
     [[nodiscard]] std::size_t blockLength() const {
         return static_cast<std::size_t>(EVP_MD_get_block_size(digest_.get()));
     }
 
-    void run(std::initializer_list<ByteView> first, std::initializer_list<ByteView> rest, std::uint8_t* output) {
+    void run(std::initializer_list<ByteView> first, std::initializer_list<ByteView> rest,
+             std::uint8_t* output) {
         bool isDone = EVP_DigestInit_ex2(context_.get(), digest_.get(), nullptr) == 1;
         for (const auto& pieces : {first, rest})
             for (const ByteView piece : pieces)
@@ -125,7 +133,8 @@ ReusableDigest& digestOf(CCHmacAlgorithm algorithm) {
 
 constexpr std::size_t kMaxBlockLength = 128;
 
-/// The key, filled up to a block of the digest and combined with a pad octet (RFC 2104 section 2); cleansed at its end.
+/// The key, filled up to a block of the digest and combined with a pad octet (RFC 2104 section 2); cleansed
+/// at its end.
 class PaddedKey {
 public:
     PaddedKey(ReusableDigest& digest, ByteView key) : length_(digest.blockLength()) {
@@ -139,7 +148,8 @@ public:
     ~PaddedKey() { cleanse(block_.data(), block_.size()); }
 
     void combine(std::uint8_t pad) {
-        for (std::uint8_t& octet : block_) octet = static_cast<std::uint8_t>(octet ^ pad);
+        for (std::uint8_t& octet : block_)
+            octet = static_cast<std::uint8_t>(octet ^ pad);
     }
 
     [[nodiscard]] ByteView view() const { return ByteView(block_).first(length_); }
@@ -162,17 +172,19 @@ int CCCrypt(CCOperation operation, ByteView key, ByteView initializationVector, 
             std::span<std::uint8_t> output, std::size_t& moved) {
     moved = 0;
     ReusableCipher* cipher = blockCipher(key.size());
-    if (!cipher || initializationVector.size() != kCCBlockSizeAES128 || isTooLong(input)) return kCCParamError;
+    if (!cipher || initializationVector.size() != kCCBlockSizeAES128 || isTooLong(input))
+        return kCCParamError;
     if (output.size() < input.size() + kCCBlockSizeAES128) return kCCBufferTooSmall;
     const bool isDecrypting = operation == CCOperation::kCCDecrypt;
     if (isDecrypting && input.size() % kCCBlockSizeAES128 != 0) return kCCAlignmentError;
-    if (cipher->run(operation, key, initializationVector.data(), input, output.data(), moved)) return kCCSuccess;
+    if (cipher->run(operation, key, initializationVector.data(), input, output.data(), moved))
+        return kCCSuccess;
     cleanse(output.data(), output.size());
     return isDecrypting ? kCCDecodeError : kCCUnspecifiedError;
 }
 
-// Made of two digests, not of OpenSSL's HMAC: that one keeps the key in its context until its next use, and allocates
-// more often than the whole opening of a message does otherwise.
+// Made of two digests, not of OpenSSL's HMAC: that one keeps the key in its context until its next use, and
+// allocates more often than the whole opening of a message does otherwise.
 std::size_t CCHmac(CCHmacAlgorithm algorithm, ByteView key, std::initializer_list<ByteView> pieces,
                    std::span<std::uint8_t, kMaxDigestLength> output) {
     constexpr std::uint8_t kInnerPad = 0x36;
@@ -204,8 +216,8 @@ int CCSymmetricKeyWrap(ByteView keyEncryptionKey, ByteView rawKey, std::span<std
                        wrapped.size() == CCSymmetricWrappedSize(rawKey.size());
     if (!cipher || !isFit) return kCCParamError;
     std::size_t moved = 0;
-    const bool isDone =
-        cipher->run(CCOperation::kCCEncrypt, keyEncryptionKey, nullptr, rawKey, wrapped.data(), moved);
+    const bool isDone = cipher->run(CCOperation::kCCEncrypt, keyEncryptionKey, kWrapInitialValue.data(),
+                                    rawKey, wrapped.data(), moved);
     return isDone && moved == wrapped.size() ? kCCSuccess : kCCUnspecifiedError;
 }
 
@@ -217,8 +229,8 @@ int CCSymmetricKeyUnwrap(ByteView keyEncryptionKey, ByteView wrapped, std::span<
     // OpenSSL needs the whole wrapped length as working space.
     SecretBytes work(wrapped.size());
     std::size_t moved = 0;
-    const bool isDone =
-        cipher->run(CCOperation::kCCDecrypt, keyEncryptionKey, nullptr, wrapped, work.data(), moved);
+    const bool isDone = cipher->run(CCOperation::kCCDecrypt, keyEncryptionKey, kWrapInitialValue.data(),
+                                    wrapped, work.data(), moved);
     std::fill(raw.begin(), raw.end(), std::uint8_t{0});
     if (!isDone || moved != raw.size()) return kCCDecodeError;
     std::copy_n(work.begin(), moved, raw.begin());

@@ -30,12 +30,14 @@ inline constexpr std::size_t kMaxDigestLength = 64;
 /// @param key    16 or 32 bytes. @param initializationVector  16 bytes.
 /// @param output at least the input's length plus one block; it may not overlap the input.
 /// @param moved  the number of bytes written; 0 on any failure.
-/// @return kCCSuccess; kCCParamError for a key or vector of another length; kCCBufferTooSmall; kCCAlignmentError for
+/// @return kCCSuccess; kCCParamError for a key or vector of another length; kCCBufferTooSmall;
+/// kCCAlignmentError for
 ///         a ciphertext of broken blocks; kCCDecodeError for bad padding.
 [[nodiscard]] int CCCrypt(CCOperation operation, ByteView key, ByteView initializationVector, ByteView input,
                           std::span<std::uint8_t> output, std::size_t& moved);
 
-/// The HMAC (RFC 2104) of the pieces, in order, as if they were one input. Any key, any input, empty ones included.
+/// The HMAC (RFC 2104) of the pieces, in order, as if they were one input. Any key, any input, empty ones
+/// included.
 /// @return the number of bytes written to the front of `output`: 32, 48 or 64.
 std::size_t CCHmac(CCHmacAlgorithm algorithm, ByteView key, std::initializer_list<ByteView> pieces,
                    std::span<std::uint8_t, kMaxDigestLength> output);
@@ -49,14 +51,18 @@ std::size_t CCHmac(CCHmacAlgorithm algorithm, ByteView key, std::initializer_lis
 /// @param keyEncryptionKey 16, 24 or 32 bytes. @param rawKey a multiple of 8 bytes, 16 at least.
 /// @param wrapped exactly `CCSymmetricWrappedSize(rawKey.size())` bytes.
 /// @return kCCSuccess or kCCParamError.
-[[nodiscard]] int CCSymmetricKeyWrap(ByteView keyEncryptionKey, ByteView rawKey, std::span<std::uint8_t> wrapped);
+[[nodiscard]] int CCSymmetricKeyWrap(ByteView keyEncryptionKey, ByteView rawKey,
+                                     std::span<std::uint8_t> wrapped);
 
 /// Undoes `CCSymmetricKeyWrap`.
 /// @param raw exactly `CCSymmetricUnwrappedSize(wrapped.size())` bytes; zeros on failure.
 /// @return kCCSuccess, kCCParamError, or kCCDecodeError when the integrity check fails.
-[[nodiscard]] int CCSymmetricKeyUnwrap(ByteView keyEncryptionKey, ByteView wrapped, std::span<std::uint8_t> raw);
+[[nodiscard]] int CCSymmetricKeyUnwrap(ByteView keyEncryptionKey, ByteView wrapped,
+                                       std::span<std::uint8_t> raw);
 
-[[nodiscard]] constexpr std::size_t CCSymmetricWrappedSize(std::size_t rawSize) { return rawSize + 8; }
+[[nodiscard]] constexpr std::size_t CCSymmetricWrappedSize(std::size_t rawSize) {
+    return rawSize + 8;
+}
 [[nodiscard]] constexpr std::size_t CCSymmetricUnwrappedSize(std::size_t wrappedSize) {
     return wrappedSize < 8 ? 0 : wrappedSize - 8;
 }

@@ -44,7 +44,8 @@ CompressionStream& CompressionStream::operator=(CompressionStream&&) noexcept = 
 
 CompressionStream::~CompressionStream() = default;
 
-CompressionStream::Status CompressionStream::process(std::span<std::uint8_t> destination, std::size_t& produced) {
+CompressionStream::Status CompressionStream::process(std::span<std::uint8_t> destination,
+                                                     std::size_t& produced) {
     z_stream& stream = state_->stream;
     stream.next_out = destination.data();
     stream.avail_out = static_cast<uInt>(destination.size());

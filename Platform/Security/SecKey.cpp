@@ -13,7 +13,8 @@ namespace {
 
 using namespace openssl;
 
-constexpr std::array<SecCurve, 3> kCurves{{{256, 32, "prime256v1"}, {384, 48, "secp384r1"}, {521, 66, "secp521r1"}}};
+constexpr std::array<SecCurve, 3> kCurves{
+    {{256, 32, "prime256v1"}, {384, 48, "secp384r1"}, {521, 66, "secp521r1"}}};
 
 /// OpenSSL refuses operations on longer moduli; so a longer key is refused at once.
 constexpr int kMaxModulusBits = 16384;
@@ -63,7 +64,8 @@ Key ecPrivateKey(const SecCurve& curve, ByteView point, ByteView number) {
     const ParameterBuilder builder(OSSL_PARAM_BLD_new());
     if (!secret || !builder ||
         OSSL_PARAM_BLD_push_utf8_string(builder.get(), OSSL_PKEY_PARAM_GROUP_NAME, curve.groupName, 0) != 1 ||
-        OSSL_PARAM_BLD_push_octet_string(builder.get(), OSSL_PKEY_PARAM_PUB_KEY, point.data(), point.size()) != 1 ||
+        OSSL_PARAM_BLD_push_octet_string(builder.get(), OSSL_PKEY_PARAM_PUB_KEY, point.data(),
+                                         point.size()) != 1 ||
         OSSL_PARAM_BLD_push_BN(builder.get(), OSSL_PKEY_PARAM_PRIV_KEY, secret.get()) != 1)
         throw std::bad_alloc();
     const Parameters parameters(OSSL_PARAM_BLD_to_param(builder.get()));
@@ -78,7 +80,8 @@ Key ecKey(ByteView data, const SecKeyAttributes& attributes) {
     const SecCurve* curve = secCurve(attributes.kSecAttrKeySizeInBits);
     const bool isPrivate = attributes.kSecAttrKeyClass == SecKeyClass::kSecAttrKeyClassPrivate;
     const std::size_t numbers = isPrivate ? 3 : 2;
-    if (!curve || data.size() != 1 + numbers * curve->coordinateLength || data[0] != POINT_CONVERSION_UNCOMPRESSED)
+    if (!curve || data.size() != 1 + numbers * curve->coordinateLength ||
+        data[0] != POINT_CONVERSION_UNCOMPRESSED)
         throw CFError(CFError::errSecParam, "The bytes are not an uncompressed point of the curve.");
     const std::size_t pointLength = 1 + 2 * curve->coordinateLength;
     return isPrivate ? ecPrivateKey(*curve, data.first(pointLength), data.subspan(pointLength))
@@ -148,7 +151,8 @@ SecKey adoptKey(Key key, SecKeyClass keyClass) {
     const int bits = EVP_PKEY_get_bits(key.get());
     if (isRsa && (bits < 1 || bits > kMaxModulusBits))
         throw CFError(CFError::errSecParam, "The modulus has a length that is not supported.");
-    if (curve) EVP_PKEY_set_utf8_string_param(key.get(), OSSL_PKEY_PARAM_EC_POINT_CONVERSION_FORMAT, "uncompressed");
+    if (curve)
+        EVP_PKEY_set_utf8_string_param(key.get(), OSSL_PKEY_PARAM_EC_POINT_CONVERSION_FORMAT, "uncompressed");
     const SecKeyType type = isRsa ? SecKeyType::kSecAttrKeyTypeRSA : SecKeyType::kSecAttrKeyTypeEC;
     const SecKeyAttributes attributes{type, keyClass, isRsa ? static_cast<std::size_t>(bits) : curve->bits};
     return SecKey(std::make_shared<SecKey::Material>(std::move(key), attributes, curve));
@@ -213,7 +217,8 @@ SecretBytes SecKeyCopyExternalRepresentation(const SecKey& key) {
 
 std::size_t SecKeyGetBlockSize(const SecKey& key) {
     const SecKey::Material& material = key.material();
-    return material.curve ? material.curve->coordinateLength : (material.attributes.kSecAttrKeySizeInBits + 7) / 8;
+    return material.curve ? material.curve->coordinateLength
+                          : (material.attributes.kSecAttrKeySizeInBits + 7) / 8;
 }
 
 } // namespace korvane

@@ -16,7 +16,8 @@ enum class SecKeyType { kSecAttrKeyTypeRSA, kSecAttrKeyTypeEC };
 
 enum class SecKeyClass { kSecAttrKeyClassPublic, kSecAttrKeyClassPrivate };
 
-/// What is said of a key: its size is the modulus length (RSA) or the field size (EC: 256, 384 or 521), in bits.
+/// What is said of a key: its size is the modulus length (RSA) or the field size (EC: 256, 384 or 521), in
+/// bits.
 struct SecKeyAttributes {
     SecKeyType kSecAttrKeyType;
     SecKeyClass kSecAttrKeyClass;
@@ -49,7 +50,8 @@ enum class SecKeyAlgorithm {
     kSecKeyAlgorithmECDHKeyExchangeStandard
 };
 
-/// A failure of the platform's key services: the domain of the failing service, its number, and its own words.
+/// A failure of the platform's key services: the domain of the failing service, its number, and its own
+/// words.
 class CFError : public Failure {
 public:
     static constexpr std::string_view kOSStatusDomain = "NSOSStatusErrorDomain";
@@ -73,8 +75,9 @@ private:
     std::string description_;
 };
 
-/// One RSA or EC key (P-256, P-384, P-521), public or private. A handle: copies share the key, which never changes.
-/// Any thread. Public points are checked to lie on their curve when the key is made, and never again.
+/// One RSA or EC key (P-256, P-384, P-521), public or private. A handle: copies share the key, which never
+/// changes. Any thread. Public points are checked to lie on their curve when the key is made, and never
+/// again.
 class SecKey {
 public:
     struct Material;
@@ -86,15 +89,17 @@ private:
     std::shared_ptr<Material> material_;
 };
 
-/// Makes a key from the platform's bytes forms: PKCS#1 RSAPublicKey or RSAPrivateKey (RFC 8017 appendix A.1); the
-/// uncompressed point 04, x, y (SEC 1 section 2.3.3); for a private EC key the same with d behind it, each number
-/// big-endian at the curve's full length. The size in `attributes` chooses the curve; for RSA it is not used.
+/// Makes a key from the platform's bytes forms: PKCS#1 RSAPublicKey or RSAPrivateKey (RFC 8017 appendix A.1);
+/// the uncompressed point 04, x, y (SEC 1 section 2.3.3); for a private EC key the same with d behind it,
+/// each number big-endian at the curve's full length. The size in `attributes` chooses the curve; for RSA it
+/// is not used.
 /// @throws CFError for bytes of another form, a point off the curve, or d outside 1 to n - 1.
 [[nodiscard]] SecKey SecKeyCreateWithData(ByteView data, const SecKeyAttributes& attributes);
 
 /// Makes an RSA private key of its three numbers, big-endian, without the primes.
 /// @throws CFError for numbers that make no key.
-[[nodiscard]] SecKey SecKeyCreateWithRSAPrivateNumbers(ByteView modulus, ByteView exponent, ByteView privateExponent);
+[[nodiscard]] SecKey SecKeyCreateWithRSAPrivateNumbers(ByteView modulus, ByteView exponent,
+                                                       ByteView privateExponent);
 
 /// Generates a private key with its public half; EC by curve size, RSA with public exponent 65537.
 /// @throws CFError for a size that there is no key of.
@@ -103,7 +108,8 @@ private:
 /// @throws CFError for anything but one DER PrivateKeyInfo (RFC 5208) of an RSA or EC key.
 [[nodiscard]] SecKey SecKeyCreateWithPKCS8(ByteView der);
 
-/// @throws CFError for anything but one DER SubjectPublicKeyInfo (RFC 5280 section 4.1.2.7) of an RSA or EC key.
+/// @throws CFError for anything but one DER SubjectPublicKeyInfo (RFC 5280 section 4.1.2.7) of an RSA or EC
+/// key.
 [[nodiscard]] SecKey SecKeyCreateWithSubjectPublicKeyInfo(ByteView der);
 
 /// Reads the first PEM block (RFC 7468) labelled "PRIVATE KEY" or "PUBLIC KEY"; encrypted keys are refused.
@@ -116,7 +122,8 @@ private:
 [[nodiscard]] SecKeyAttributes SecKeyCopyAttributes(const SecKey& key);
 
 /// The bytes form that `SecKeyCreateWithData` reads.
-/// @throws CFError when the numbers cannot be had, as for an RSA private key that was made without its primes.
+/// @throws CFError when the numbers cannot be had, as for an RSA private key that was made without its
+/// primes.
 [[nodiscard]] SecretBytes SecKeyCopyExternalRepresentation(const SecKey& key);
 
 /// Bytes of one RSA block, or of one EC coordinate.
@@ -136,13 +143,15 @@ private:
                                          ByteView signature);
 
 /// @throws CFError when the key cannot encrypt so or the text is too long for one block.
-[[nodiscard]] Bytes SecKeyCreateEncryptedData(const SecKey& key, SecKeyAlgorithm algorithm, ByteView plaintext);
+[[nodiscard]] Bytes SecKeyCreateEncryptedData(const SecKey& key, SecKeyAlgorithm algorithm,
+                                              ByteView plaintext);
 
 /// @throws CFError when the key cannot decrypt so or the padding is bad.
 [[nodiscard]] SecretBytes SecKeyCreateDecryptedData(const SecKey& key, SecKeyAlgorithm algorithm,
                                                     ByteView ciphertext);
 
-/// Plain ECDH (SP 800-56A section 5.7.1.2): the X coordinate of the shared point, big-endian at the curve's length.
+/// Plain ECDH (SP 800-56A section 5.7.1.2): the X coordinate of the shared point, big-endian at the curve's
+/// length.
 /// @throws CFError for keys on different curves.
 [[nodiscard]] SecretBytes SecKeyCopyKeyExchangeResult(const SecKey& privateKey, const SecKey& publicKey);
 

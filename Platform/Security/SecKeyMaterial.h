@@ -25,8 +25,8 @@ struct SecKey::Material {
     /// Null for RSA.
     const SecCurve* const curve;
 
-    /// A context for one use, copied from one that was set up when the algorithm was first asked for: setting up costs
-    /// a fifth of an RSA verification.
+    /// A context for one use, copied from one that was set up when the algorithm was first asked for: setting
+    /// up costs a fifth of an RSA verification.
     /// @throws CFError when OpenSSL cannot do this with this key.
     [[nodiscard]] openssl::KeyContext context(SecKeyOperationType operation, SecKeyAlgorithm algorithm);
 

@@ -16,7 +16,8 @@ using enum SecKeyOperationType;
 
 enum class Purpose { encryption, signature, exchange };
 
-/// One algorithm: what it is for, the type of its keys, its RSA padding (0 for EC) and its digest (null: none).
+/// One algorithm: what it is for, the type of its keys, its RSA padding (0 for EC) and its digest (null:
+/// none).
 struct AlgorithmRow {
     SecKeyAlgorithm algorithm;
     Purpose purpose;
@@ -32,9 +33,12 @@ constexpr std::array<AlgorithmRow, 13> kAlgorithms{{
     {kSecKeyAlgorithmRSAEncryptionPKCS1, Purpose::encryption, kRsa, RSA_PKCS1_PADDING, nullptr},
     {kSecKeyAlgorithmRSAEncryptionOAEPSHA1, Purpose::encryption, kRsa, RSA_PKCS1_OAEP_PADDING, "SHA1"},
     {kSecKeyAlgorithmRSAEncryptionOAEPSHA256, Purpose::encryption, kRsa, RSA_PKCS1_OAEP_PADDING, "SHA256"},
-    {kSecKeyAlgorithmRSASignatureMessagePKCS1v15SHA256, Purpose::signature, kRsa, RSA_PKCS1_PADDING, "SHA256"},
-    {kSecKeyAlgorithmRSASignatureMessagePKCS1v15SHA384, Purpose::signature, kRsa, RSA_PKCS1_PADDING, "SHA384"},
-    {kSecKeyAlgorithmRSASignatureMessagePKCS1v15SHA512, Purpose::signature, kRsa, RSA_PKCS1_PADDING, "SHA512"},
+    {kSecKeyAlgorithmRSASignatureMessagePKCS1v15SHA256, Purpose::signature, kRsa, RSA_PKCS1_PADDING,
+     "SHA256"},
+    {kSecKeyAlgorithmRSASignatureMessagePKCS1v15SHA384, Purpose::signature, kRsa, RSA_PKCS1_PADDING,
+     "SHA384"},
+    {kSecKeyAlgorithmRSASignatureMessagePKCS1v15SHA512, Purpose::signature, kRsa, RSA_PKCS1_PADDING,
+     "SHA512"},
     {kSecKeyAlgorithmRSASignatureMessagePSSSHA256, Purpose::signature, kRsa, RSA_PKCS1_PSS_PADDING, "SHA256"},
     {kSecKeyAlgorithmRSASignatureMessagePSSSHA384, Purpose::signature, kRsa, RSA_PKCS1_PSS_PADDING, "SHA384"},
     {kSecKeyAlgorithmRSASignatureMessagePSSSHA512, Purpose::signature, kRsa, RSA_PKCS1_PSS_PADDING, "SHA512"},
@@ -59,10 +63,14 @@ struct OperationRow {
 
 constexpr std::array<OperationRow, 5> kOperations{{
     {kSecKeyOperationTypeSign, Purpose::signature, SecKeyClass::kSecAttrKeyClassPrivate, EVP_PKEY_sign_init},
-    {kSecKeyOperationTypeVerify, Purpose::signature, SecKeyClass::kSecAttrKeyClassPublic, EVP_PKEY_verify_init},
-    {kSecKeyOperationTypeEncrypt, Purpose::encryption, SecKeyClass::kSecAttrKeyClassPublic, EVP_PKEY_encrypt_init},
-    {kSecKeyOperationTypeDecrypt, Purpose::encryption, SecKeyClass::kSecAttrKeyClassPrivate, EVP_PKEY_decrypt_init},
-    {kSecKeyOperationTypeKeyExchange, Purpose::exchange, SecKeyClass::kSecAttrKeyClassPrivate, EVP_PKEY_derive_init},
+    {kSecKeyOperationTypeVerify, Purpose::signature, SecKeyClass::kSecAttrKeyClassPublic,
+     EVP_PKEY_verify_init},
+    {kSecKeyOperationTypeEncrypt, Purpose::encryption, SecKeyClass::kSecAttrKeyClassPublic,
+     EVP_PKEY_encrypt_init},
+    {kSecKeyOperationTypeDecrypt, Purpose::encryption, SecKeyClass::kSecAttrKeyClassPrivate,
+     EVP_PKEY_decrypt_init},
+    {kSecKeyOperationTypeKeyExchange, Purpose::exchange, SecKeyClass::kSecAttrKeyClassPrivate,
+     EVP_PKEY_derive_init},
 }};
 
 const OperationRow& rowOf(SecKeyOperationType operation) {
@@ -86,7 +94,8 @@ bool setPadding(EVP_PKEY_CTX* context, const AlgorithmRow& row) {
 KeyContext makeContext(EVP_PKEY* key, const OperationRow& operation, const AlgorithmRow& row) {
     KeyContext context(EVP_PKEY_CTX_new_from_pkey(nullptr, key, nullptr));
     bool isReady = context && operation.begin(context.get()) == 1;
-    if (row.type == kRsa) isReady = isReady && setPadding(context.get(), row) && setDigest(context.get(), row);
+    if (row.type == kRsa)
+        isReady = isReady && setPadding(context.get(), row) && setDigest(context.get(), row);
     if (!isReady) throw platformError(CFError::errSecParam, "The key does not allow this operation.");
     return context;
 }
@@ -158,13 +167,14 @@ Bytes SecKeyCreateSignature(const SecKey& key, SecKeyAlgorithm algorithm, ByteVi
                             ByteView(digest.bytes).first(digest.length));
 }
 
-bool SecKeyVerifySignature(const SecKey& key, SecKeyAlgorithm algorithm, ByteView message, ByteView signature) {
+bool SecKeyVerifySignature(const SecKey& key, SecKeyAlgorithm algorithm, ByteView message,
+                           ByteView signature) {
     const ErrorScope errors;
     require(key, kSecKeyOperationTypeVerify, algorithm);
     const MessageDigest digest = digestOf(rowOf(algorithm), message);
     const KeyContext context = key.material().context(kSecKeyOperationTypeVerify, algorithm);
-    return EVP_PKEY_verify(context.get(), signature.data(), signature.size(), digest.bytes.data(), digest.length) ==
-           1;
+    return EVP_PKEY_verify(context.get(), signature.data(), signature.size(), digest.bytes.data(),
+                           digest.length) == 1;
 }
 
 Bytes SecKeyCreateEncryptedData(const SecKey& key, SecKeyAlgorithm algorithm, ByteView plaintext) {
@@ -183,7 +193,8 @@ SecretBytes SecKeyCopyKeyExchangeResult(const SecKey& privateKey, const SecKey& 
     const KeyContext context(EVP_PKEY_CTX_new_from_pkey(nullptr, privateKey.material().key.get(), nullptr));
     SecretBytes shared(privateKey.material().curve->coordinateLength);
     std::size_t length = shared.size();
-    // The peer's point was checked when its key was made; the curves' cofactor is 1, so that is all there is to check.
+    // The peer's point was checked when its key was made; the curves' cofactor is 1, so that is all there is
+    // to check.
     constexpr int kNoSecondCheck = 0;
     if (!context || EVP_PKEY_derive_init(context.get()) != 1 ||
         EVP_PKEY_derive_set_peer_ex(context.get(), publicKey.material().key.get(), kNoSecondCheck) != 1 ||

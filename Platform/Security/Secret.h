@@ -40,7 +40,9 @@ struct CleansingAllocator {
 /// Octets of key material: like `Bytes`, but overwritten when they die or move.
 using SecretBytes = std::vector<std::uint8_t, CleansingAllocator<std::uint8_t>>;
 
-inline SecretBytes toSecretBytes(ByteView bytes) { return {bytes.begin(), bytes.end()}; }
+inline SecretBytes toSecretBytes(ByteView bytes) {
+    return {bytes.begin(), bytes.end()};
+}
 
 /// A text that may be key material (a Base64URL private number): overwritten when it dies.
 class SecretString {
@@ -59,7 +61,9 @@ public:
     operator const std::string&() const noexcept { return text_; }
     operator std::string_view() const noexcept { return text_; }
 
-    friend bool operator==(const SecretString& left, const SecretString& right) { return left.text_ == right.text_; }
+    friend bool operator==(const SecretString& left, const SecretString& right) {
+        return left.text_ == right.text_;
+    }
     friend bool operator==(const SecretString& left, std::string_view right) { return left.text_ == right; }
     friend bool operator==(const SecretString& left, const char* right) { return left.text_ == right; }
 

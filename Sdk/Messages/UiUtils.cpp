@@ -11,7 +11,8 @@ namespace {
 
 constexpr auto kIsBase64URL = [] {
     std::array<bool, 256> table{};
-    for (const char character : std::string_view("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-_"))
+    for (const char character :
+         std::string_view("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-_"))
         table[static_cast<unsigned char>(character)] = true;
     return table;
 }();
@@ -21,8 +22,8 @@ bool isBase64URL(char character) {
 }
 
 /// The line terminators before which "$" matches at the end of a text (UTS 18 section 1.6), in UTF-8.
-constexpr std::array<std::string_view, 8> kLineTerminators{"\r\n", "\n",       "\r",           "\v",
-                                                           "\f",   "\xC2\x85", "\xE2\x80\xA8", "\xE2\x80\xA9"};
+constexpr std::array<std::string_view, 8> kLineTerminators{
+    "\r\n", "\n", "\r", "\v", "\f", "\xC2\x85", "\xE2\x80\xA8", "\xE2\x80\xA9"};
 
 std::string_view withoutLineTerminator(std::string_view text) {
     for (const std::string_view terminator : kLineTerminators)

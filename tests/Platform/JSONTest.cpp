@@ -1,6 +1,9 @@
 #include "Platform/JSON.h"
+#include "tests/support/Failures.h"
 
 #include <gmock/gmock.h>
+
+#include <limits>
 
 namespace korvane {
 namespace {
@@ -11,14 +14,101 @@ std::string nested(int depth, const std::string& innermost = "") {
 }
 
 TEST(JSONReading, NestingIsTakenUpToItsLimit) {
-    EXPECT_TRUE(JSONSerialization::jsonObject(nested(JSONSerialization::kDepthLimit)));
-    EXPECT_FALSE(JSONSerialization::jsonObject(nested(JSONSerialization::kDepthLimit + 1)));
-    EXPECT_TRUE(JSONSerialization::jsonObject(nested(JSONSerialization::kDepthLimit, "1")));
-    EXPECT_FALSE(JSONSerialization::jsonObject(nested(JSONSerialization::kDepthLimit + 1, "1")));
-    EXPECT_FALSE(JSONSerialization::jsonObject(nested(100000)));
     const std::string bigNumber = "123456789012345678901234567890";
-    EXPECT_TRUE(JSONSerialization::jsonObject(nested(JSONSerialization::kDepthLimit, bigNumber)));
-    EXPECT_FALSE(JSONSerialization::jsonObject(nested(JSONSerialization::kDepthLimit + 1, bigNumber)));
+    for (const std::string& innermost : {std::string(), std::string("1"), bigNumber}) {
+        SCOPED_TRACE(innermost);
+        EXPECT_TRUE(JSONSerialization::jsonObject(nested(JSONSerialization::kDepthLimit, innermost)));
+        EXPECT_FALSE(JSONSerialization::jsonObject(nested(JSONSerialization::kDepthLimit + 1, innermost)));
+    }
+    EXPECT_FALSE(JSONSerialization::jsonObject(nested(100000)));
+    EXPECT_FALSE(JSONSerialization::jsonObject(std::string(1000000, '[')));
+}
+
+TEST(JSONReading, MalformedTextIsRefused) {
+    const std::vector<std::string> texts{
+        "",           " ",        "{",     "{\"a\":1,}", "{'a':1}",     "[1 2]",
+        "{\"a\"}",    "\"\x80\"", "nul",   "{} {}",      "\"\\ud800\"", "01",
+        "{\"a\":.5}", "[1] 2",    "1e999", "\"\t\"",     "{\"a\":NaN}", "\xEF\xBB\xBF{"};
+    for (const std::string& text : texts)
+        EXPECT_FALSE(JSONSerialization::jsonObject(text)) << text;
+}
+
+TEST(JSONReading, LastOfRepeatedMembersWinsInShortAndLongObjects) {
+    for (const int others : {0, 14, 15, 16, 17, 40}) {
+        SCOPED_TRACE(others);
+        std::string text = "{\"again\":0";
+        for (int index = 0; index < others; ++index)
+            text += ",\"m" + std::to_string(index) + "\":" + std::to_string(index);
+        const auto value =
+            JSONSerialization::jsonObject(text + ",\"again\":1,\"last\":2,\"again\":3,\"last\":4}");
+        ASSERT_TRUE(value);
+        EXPECT_EQ(value->size(), static_cast<std::size_t>(others) + 2);
+        EXPECT_EQ(value->at("again"), 3);
+        EXPECT_EQ(value->at("last"), 4);
+        EXPECT_EQ(value->begin().key(), "again");
+    }
+}
+
+TEST(JSONReading, HugeObjectsTakeTimeInProportion) {
+    std::string text = "{\"m\":1";
+    for (int index = 0; index < 200000; ++index)
+        text += ",\"member" + std::to_string(index) + "\":\"v\"";
+    const auto value = JSONSerialization::jsonObject(text + "}");
+    ASSERT_TRUE(value);
+    EXPECT_EQ(value->size(), 200001U);
+}
+
+TEST(JSONReading, IntegersBeyondSixtyFourBitsAreNumbers) {
+    const auto value = JSONSerialization::jsonObject("{\"big\":123456789012345678901234567890,\"s\":\"t\"}");
+    ASSERT_TRUE(value);
+    EXPECT_DOUBLE_EQ(value->at("big").get<double>(), 1.2345678901234568e29);
+    EXPECT_EQ(value->at("s"), "t");
+}
+
+TEST(JSONWritingTest, OnlyWritableContainersAreValid) {
+    JSON loop = JSON::object();
+    loop["inner"] = JSON::array({1, "two", nullptr});
+    EXPECT_TRUE(JSONSerialization::isValidJSONObject(loop));
+    const std::vector<JSON> refused{JSON("text"),
+                                    JSON(1),
+                                    JSON(),
+                                    JSON{{"n", std::numeric_limits<double>::infinity()}},
+                                    JSON{{"n", std::numeric_limits<double>::quiet_NaN()}},
+                                    JSON{{"s", "\xFF"}},
+                                    JSON{{"\xFF", "s"}},
+                                    JSON{{"b", JSON::binary({1})}}};
+    for (const JSON& value : refused) {
+        EXPECT_FALSE(JSONSerialization::isValidJSONObject(value));
+        EXPECT_FALSE(JSONSerialization::data(value));
+    }
+    EXPECT_EQ(
+        JSONSerialization::data(JSON{{"b", 1}, {"a", JSON{{"d", 1}, {"c", 2}}}}, JSONWriting::sortedKeys),
+        R"({"a":{"c":2,"d":1},"b":1})");
+}
+
+TEST(JSONWritingTest, QuotedStringsReadBackAsTheyWere) {
+    std::string text;
+    for (char character = 1; character < 127; ++character)
+        text += character;
+    text += "\u00e9\u4e2d";
+    std::string json = "[";
+    appendJSONString(json, text);
+    const auto value = JSONSerialization::jsonObject(json + "]");
+    ASSERT_TRUE(value);
+    EXPECT_EQ(value->at(0), text);
+}
+
+TEST(Decoding, FaultsAreToldApart) {
+    const JSON object = decodeObject(R"({"text":"t","null":null,"number":1})");
+    EXPECT_EQ(decodeString(object, "text"), "t");
+    EXPECT_TRUE(raises(DecodingErrorCase::keyNotFound, [&] { return decodeString(object, "absent"); }));
+    EXPECT_TRUE(raises(DecodingErrorCase::valueNotFound, [&] { return decodeString(object, "null"); }));
+    EXPECT_TRUE(raises(DecodingErrorCase::typeMismatch, [&] { return decodeString(object, "number"); }));
+    EXPECT_TRUE(
+        raises(DecodingErrorCase::typeMismatch, [&] { return decodeStringIfPresent(object, "number"); }));
+    EXPECT_EQ(decodeStringIfPresent(object, "null"), nullptr);
+    EXPECT_TRUE(raises(DecodingErrorCase::dataCorrupted, [] { return decodeObject("{"); }));
+    EXPECT_TRUE(raises(DecodingErrorCase::typeMismatch, [] { return decodeObject("[]"); }));
 }
 
 } // namespace

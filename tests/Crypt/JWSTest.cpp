@@ -1,0 +1,121 @@
+#include "Crypt/JWS.h"
+#include "Crypt/EC.h"
+#include "tests/support/Failures.h"
+
+#include <gmock/gmock.h>
+#include <rapidcheck/gtest.h>
+
+namespace korvane {
+namespace {
+
+using SA = SignatureAlgorithm;
+using enum JOSEErrorCase;
+
+constexpr SA kAlgorithms[] = {SA::RS256, SA::RS384, SA::RS512, SA::PS256, SA::PS384,
+                              SA::PS512, SA::ES256, SA::ES384, SA::ES512};
+
+const SecKey& privateKey(SA algorithm) {
+    static const SecKey rsa = SecKeyCreateRandomKey(SecKeyType::kSecAttrKeyTypeRSA, 2048);
+    static const SecKey p256 = SecKeyCreateRandomKey(SecKeyType::kSecAttrKeyTypeEC, 256);
+    static const SecKey p384 = SecKeyCreateRandomKey(SecKeyType::kSecAttrKeyTypeEC, 384);
+    static const SecKey p521 = SecKeyCreateRandomKey(SecKeyType::kSecAttrKeyTypeEC, 521);
+    const auto curve = curveType(algorithm);
+    if (!curve) return rsa;
+    return *curve == ECCurveType::P256 ? p256 : *curve == ECCurveType::P384 ? p384 : p521;
+}
+
+SecKey publicKey(SA algorithm) {
+    return SecKeyCopyPublicKey(privateKey(algorithm));
+}
+
+JWS signedWith(SA algorithm, const std::string& text) {
+    return {JWSHeader(algorithm), Payload(toBytes(text)),
+            Signer::make(algorithm, privateKey(algorithm)).value()};
+}
+
+RC_GTEST_PROP(JWSProperty, SignaturesVerifyAndNothingElseDoes,
+              (const std::string& text, const std::string& other)) {
+    RC_PRE(text != other);
+    for (const SA algorithm : kAlgorithms) {
+        const JWS jws(signedWith(algorithm, text).compactSerializedString());
+        RC_ASSERT(jws.isValid(Verifier::make(algorithm, publicKey(algorithm)).value()));
+        RC_ASSERT(jws.isValid(publicKey(algorithm)));
+        RC_ASSERT(asText(jws.validate(publicKey(algorithm)).payload().data()) == text);
+        const std::string header = base64URLEncodedString(jws.header().data());
+        const JWS forged(header + "." + base64URLEncodedString(asBytes(other)) + "." +
+                         base64URLEncodedString(jws.signature()));
+        RC_ASSERT(!forged.isValid(publicKey(algorithm)));
+    }
+}
+
+TEST(JWSValidation, FailuresSayWhatHappened) {
+    const JWS ps256 = signedWith(SA::PS256, "text");
+    const std::string mismatch = "JWS header algorithm does not match verifier algorithm.";
+    const Verifier rs256 = Verifier::make(SA::RS256, publicKey(SA::RS256)).value();
+    EXPECT_TRUE(raises(
+        verifyingFailed, [&] { return ps256.validate(rs256); }, mismatch));
+    const JWS none(base64URLEncodedString(asBytes(R"({"alg":"none"})")) + ".eA.");
+    EXPECT_TRUE(raises(
+        verifyingFailed, [&] { return none.validate(rs256); }, mismatch));
+    EXPECT_TRUE(raises(
+        verifyingFailed, [&] { return none.validate(publicKey(SA::ES256)); }, mismatch));
+    EXPECT_TRUE(raises(verifyingFailed, [&] { return ps256.validate(AnyKey(Bytes(32))); }));
+    EXPECT_FALSE(ps256.isValid(AnyKey(Bytes(32))));
+    EXPECT_FALSE(none.isValid(rs256));
+
+    const JWS rs = signedWith(SA::RS256, "text");
+    EXPECT_TRUE(raises(
+        verifyingFailed, [&] { return rs.validate(Verifier::make(SA::RS256, publicKey(SA::ES256)).value()); },
+        "The operation couldn\u2019t be completed. (Korvane.RSAError error 4.)"));
+    const std::string compact = rs.compactSerializedString();
+    const std::string header = compact.substr(0, compact.find('.'));
+    EXPECT_TRUE(raises(signatureInvalid, [&] {
+        return JWS(header + ".dGV4dA." + base64URLEncodedString(Bytes(256, 1))).validate(rs256);
+    }));
+    EXPECT_TRUE(raises(signatureInvalid, [&] { return JWS(header + ".dGV4dA.").validate(rs256); }));
+    EXPECT_FALSE(Verifier::make(SA::ES256, AnyKey(Bytes(65))));
+    EXPECT_FALSE(Signer::make(SA::ES256, AnyKey(Bytes(65))));
+}
+
+TEST(JWSValidation, ECSignaturesMustHaveTheirLength) {
+    const JWS jws = signedWith(SA::ES256, "text");
+    const std::string start = base64URLEncodedString(jws.header().data()) + ".dGV4dA.";
+    for (const std::size_t length : {0U, 63U, 65U, 71U, 128U})
+        EXPECT_TRUE(raises(
+            verifyingFailed,
+            [&] {
+                return JWS(start + base64URLEncodedString(Bytes(length, 1))).validate(publicKey(SA::ES256));
+            },
+            "Signature is " + std::to_string(length) + " bytes long instead of the expected 64."));
+    EXPECT_TRUE(raises(signatureInvalid, [&] {
+        return JWS(start + base64URLEncodedString(Bytes(64))).validate(publicKey(SA::ES256));
+    })) << "r and s of zero are numbers, but no signature";
+    EXPECT_TRUE(raises(ECErrorCase::unknownOrUnsupportedAlgorithm,
+                       [] { return EC::verify(Bytes(1), Bytes(64), publicKey(SA::ES256), SA::RS256); }));
+}
+
+TEST(JWSSigning, FailuresSayWhatHappened) {
+    const auto signing = [](SA header, SA algorithm, const SecKey& key) {
+        return
+            [=] { return JWS(JWSHeader(header), Payload(Bytes(1)), Signer::make(algorithm, key).value()); };
+    };
+    EXPECT_TRUE(raises(signingFailed, signing(SA::ES256, SA::ES384, privateKey(SA::ES384)),
+                       "The operation couldn\u2019t be completed. (Korvane.JWSError error 0.)"));
+    EXPECT_TRUE(raises(signingFailed, signing(SA::RS256, SA::RS256, publicKey(SA::RS256)),
+                       "The operation couldn\u2019t be completed. (Korvane.RSAError error 4.)"));
+    const auto failure = raisedBy<JOSEErrorCase>(signing(SA::ES256, SA::ES256, publicKey(SA::ES256)));
+    ASSERT_TRUE(failure);
+    EXPECT_EQ(failure->kind(), signingFailed);
+    EXPECT_THAT(failure->description(), testing::MatchesRegex("Error creating signature. \\(CFError: .+\\)"));
+}
+
+TEST(JWSSigning, TheLargerKeyOfAnotherCurveCannotSlipThrough) {
+    // An ES256 signer may hold a P-521 key; its numbers do not fit into the signature of the algorithm.
+    const SecKey p521 = privateKey(SA::ES512);
+    EXPECT_TRUE(raises(signingFailed, [&] {
+        return JWS(JWSHeader(SA::ES256), Payload(Bytes(1)), Signer::make(SA::ES256, p521).value());
+    }));
+}
+
+} // namespace
+} // namespace korvane

@@ -1,0 +1,58 @@
+#include "Platform/Failure.h"
+#include "Crypt/JOSEError.h"
+#include "Platform/Logger.h"
+#include "tests/support/RecordingLogger.h"
+
+#include <gmock/gmock.h>
+
+#include <thread>
+
+namespace korvane {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+
+TEST(Failures, GenericDescriptionTellsNothingThatIsCarried) {
+    const JOSEError described(JOSEErrorCase::decryptingFailed, Description{"the reason"});
+    EXPECT_EQ(described.localizedDescription(), "the reason");
+    EXPECT_EQ(genericDescription(described),
+              "The operation couldn\u2019t be completed. (Korvane.JOSEError error 3.)");
+    EXPECT_STREQ(described.what(), "JOSEError.decryptingFailed");
+
+    const JOSEError component(JOSEErrorCase::componentNotValidBase64URL, std::string("secret part"));
+    EXPECT_THAT(component.localizedDescription(), Not(HasSubstr("secret")));
+    EXPECT_THAT(component.what(), Not(HasSubstr("secret")));
+    EXPECT_EQ(JOSEError(JOSEErrorCase::thumbprintSerialization).caseIndex(), 26);
+    EXPECT_EQ(genericDescription(std::runtime_error("secret")), "The operation couldn\u2019t be completed.");
+}
+
+TEST(Logging, TextIsNotBuiltWithoutALogger) {
+    int built = 0;
+    const auto text = [&built] {
+        ++built;
+        return std::string("line");
+    };
+    KORVANE_LOG("f(_:)", text());
+    EXPECT_EQ(built, 0);
+    const RecordingLogger log;
+    KORVANE_LOG("f(_:)", text());
+    EXPECT_EQ(built, 1);
+    EXPECT_THAT(log.lines(), ElementsAre("tests/Platform/FailureTest.cpp f(_:): line"));
+}
+
+TEST(Logging, LoggersMayComeAndGoWhileOthersLog) {
+    std::atomic<bool> isDone = false;
+    std::thread writer([&isDone] {
+        while (!isDone)
+            KORVANE_LOG("f()", "line");
+    });
+    for (int count = 0; count < 200; ++count)
+        const RecordingLogger log;
+    isDone = true;
+    writer.join();
+}
+
+} // namespace
+} // namespace korvane

@@ -1,0 +1,22 @@
+# What must hold of the source tree itself.
+
+# Every header compiles alone, and twice.
+file(GLOB_RECURSE headers RELATIVE "${PROJECT_SOURCE_DIR}" CONFIGURE_DEPENDS
+    "${PROJECT_SOURCE_DIR}/Platform/*.h" "${PROJECT_SOURCE_DIR}/Crypt/*.h" "${PROJECT_SOURCE_DIR}/Sdk/*.h"
+    "${PROJECT_SOURCE_DIR}/tests/support/*.h")
+set(sources)
+foreach(header IN LISTS headers)
+    set(source "${CMAKE_CURRENT_BINARY_DIR}/headers/${header}.cpp")
+    file(CONFIGURE OUTPUT "${source}" CONTENT "#include \"${header}\"\n#include \"${header}\"\n" @ONLY)
+    list(APPEND sources "${source}")
+endforeach()
+add_library(headers_alone OBJECT EXCLUDE_FROM_ALL ${sources})
+target_link_libraries(headers_alone PRIVATE korvane korvane_flags OpenSSL::Crypto)
+target_compile_options(headers_alone PRIVATE -O0 -g0)
+add_test(NAME tree.headersCompileAlone
+    COMMAND "${CMAKE_COMMAND}" --build "${CMAKE_BINARY_DIR}" --target headers_alone)
+set_tests_properties(tree.headersCompileAlone PROPERTIES RUN_SERIAL ON TIMEOUT 900)
+
+find_program(NODE node REQUIRED)
+add_test(NAME tree.includesKeepTheirFences
+    COMMAND "${NODE}" "${CMAKE_CURRENT_SOURCE_DIR}/tree/fences.mjs" "${PROJECT_SOURCE_DIR}")

@@ -1,0 +1,65 @@
+// Includes point down the layers only, and each foreign library stays behind its fence.
+// usage: node fences.mjs SOURCE_TREE
+
+import { readdirSync, readFileSync } from "node:fs";
+import { join, relative } from "node:path";
+
+/** What a folder may include of the project itself. The longest folder that matches a file counts. */
+const arrows = {
+  "Platform": ["Platform"],
+  "Crypt": ["Platform", "Crypt"],
+  "Sdk/Messages": ["Platform", "Crypt", "Sdk/Messages"],
+  "tools": ["Platform", "Crypt", "Sdk", "tools"],
+  "tests": ["Platform", "Crypt", "Sdk", "tools", "tests"],
+  "fuzz": ["Platform", "Crypt", "Sdk", "fuzz", "tests/support"],
+  "bench": ["Platform", "Crypt", "Sdk", "bench", "tests/support"],
+};
+
+/** Which folders may include a foreign library. */
+const fences = [
+  { library: /^openssl\//, folders: ["Platform/Security", "bench/BareOpenSSL"] },
+  { library: /^zlib\.h$/, folders: ["Platform/Security"] },
+  { library: /^unicode\//, folders: ["Platform"] },
+  { library: /^simdjson/, folders: ["Platform"] },
+  { library: /^(curl|asio)[./]/, folders: ["Platform/Native"] },
+  { library: /^Q[A-Z]/, folders: ["Platform/Qt", "examples"] },
+];
+
+function* sources(folder) {
+  for (const entry of readdirSync(folder, { withFileTypes: true })) {
+    const path = join(folder, entry.name);
+    if (entry.isDirectory()) yield* sources(path);
+    else if (/\.(h|cpp)$/.test(entry.name)) yield path;
+  }
+}
+
+const isIn = (path, folder) => path.startsWith(folder);
+
+function arrowOf(file) {
+  const folders = Object.keys(arrows).filter((folder) => isIn(file, folder + "/"));
+  return folders.sort((a, b) => b.length - a.length)[0];
+}
+
+/** Every breach in a file, as text. */
+function breaches(file, text) {
+  const found = [];
+  const home = arrowOf(file);
+  if (!home) return [`${file}: no rule says what this folder may include`];
+  for (const [, open, name] of text.matchAll(/^\s*#\s*include\s*([<"])([^>"]+)[>"]/gm)) {
+    const isOwn = open === '"';
+    if (isOwn && !arrows[home].some((folder) => isIn(name, folder + "/")))
+      found.push(`${file}: ${home} must not include "${name}"`);
+    for (const { library, folders } of fences)
+      if (!isOwn && library.test(name) && !folders.some((folder) => isIn(file, folder)))
+        found.push(`${file}: <${name}> is allowed in ${folders.join(", ")} only`);
+  }
+  return found;
+}
+
+const tree = process.argv[2];
+const roots = ["Platform", "Crypt", "Sdk", "tools", "tests", "fuzz", "bench"];
+const files = roots.flatMap((root) => [...sources(join(tree, root))]).filter((file) => !file.includes("/package/"));
+const all = files.flatMap((file) => breaches(relative(tree, file), readFileSync(file, "utf8")));
+for (const breach of all) console.error(breach);
+console.log(`${files.length} files, ${all.length} breaches`);
+process.exit(all.length > 0 || files.length === 0 ? 1 : 0);
