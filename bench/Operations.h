@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace korvane::bench {
+
+/// One operation: the library's way and the bare one, for the same bytes.
+struct Operation {
+    std::string name;
+    /// How many times the bare median the library's may take.
+    double target;
+    bool countsAllocations;
+    std::function<void()> korvane;
+    std::function<void()> bare;
+};
+
+/// All of them. Both sides were checked to understand each other.
+[[nodiscard]] std::vector<Operation> operations();
+
+} // namespace korvane::bench
