@@ -1,0 +1,57 @@
+// korvane-jose in batch mode, as a child process: a line in, the answer out.
+
+import { strict as assert } from "node:assert";
+import { spawn } from "node:child_process";
+import { once } from "node:events";
+import { createInterface } from "node:readline";
+
+export const base64url = (bytes) => Buffer.from(bytes).toString("base64url");
+
+export class Batch {
+  #child;
+  #answers;
+  #closed;
+
+  constructor(program = process.env.KORVANE_JOSE) {
+    this.#child = spawn(program, [], { stdio: ["pipe", "pipe", "inherit"] });
+    this.#answers = createInterface({ input: this.#child.stdout })[Symbol.asyncIterator]();
+    this.#closed = once(this.#child, "close");
+    // A tool that ends early is reported by the answer that is missing.
+    this.#child.stdin.on("error", () => {});
+  }
+
+  /** The answer to one line: an object, or the text or the bytes of a line as they are. */
+  async ask(line) {
+    const isRaw = typeof line === "string" || Buffer.isBuffer(line);
+    const text = isRaw ? line : JSON.stringify(line);
+    this.#child.stdin.write(text);
+    this.#child.stdin.write("\n");
+    return this.#nextAnswer(text);
+  }
+
+  /** The members of the answer to an operation that must succeed. */
+  async perform(operation) {
+    const { ok, ...members } = await this.ask(operation);
+    assert.ok(ok, `${operation.op} failed: ${members.error}: ${members.description}`);
+    return members;
+  }
+
+  /** The answer to a last line without a line end. */
+  async askLast(line) {
+    this.#child.stdin.end(line);
+    return this.#nextAnswer(line);
+  }
+
+  /** Ends the input; the exit code, or the signal that ended the tool. */
+  async close() {
+    this.#child.stdin.end();
+    const [code, signal] = await this.#closed;
+    return signal ?? code;
+  }
+
+  async #nextAnswer(line) {
+    const { value, done } = await this.#answers.next();
+    if (!done) return JSON.parse(value);
+    throw new Error(`korvane-jose ended (${await this.close()}) without an answer to ${String(line).slice(0, 200)}`);
+  }
+}

@@ -1,0 +1,76 @@
+#include "tools/jose/Batch.h"
+
+#include "Platform/JSON.h"
+#include "Platform/Security/Secret.h"
+#include "tools/jose/InputError.h"
+#include "tools/jose/OperationTable.h"
+
+#include <optional>
+
+namespace korvane::jose {
+
+namespace {
+
+constexpr std::size_t kLongestLine = std::size_t{64} << 20U;
+
+/// One line as it was read. Lines hold keys.
+struct Line {
+    SecretBytes text;
+    bool isTooLong = false;
+};
+
+/// The next line without its end, or no value at the end of the input. What a line has beyond the limit is
+/// dropped.
+std::optional<Line> readLine(std::streambuf& in) {
+    using Traits = std::streambuf::traits_type;
+    auto next = in.sbumpc();
+    if (Traits::eq_int_type(next, Traits::eof())) return std::nullopt;
+    Line line;
+    for (; !Traits::eq_int_type(next, Traits::eof()) && next != '\n'; next = in.sbumpc()) {
+        line.isTooLong = line.isTooLong || line.text.size() == kLongestLine;
+        if (!line.isTooLong) line.text.push_back(static_cast<std::uint8_t>(next));
+    }
+    return line;
+}
+
+JSON performed(const Line& line) {
+    if (line.isTooLong)
+        throw InputError(InputErrorCase::lineTooLong, Description{"The line has more than 64 MiB."});
+    std::optional<JSON> read = JSONSerialization::jsonObject(asText(line.text));
+    if (!read || !read->is_object())
+        throw InputError(InputErrorCase::notJSON, Description{"The line is not one JSON object."});
+    const SecretJSON object(std::move(*read));
+    JSON answer{{"ok", true}};
+    answer.update(performLine(*object));
+    return answer;
+}
+
+JSON refused(std::string_view error, std::string description) {
+    return {{"ok", false}, {"error", error}, {"description", std::move(description)}};
+}
+
+JSON answerTo(const Line& line) {
+    try {
+        return performed(line);
+    } catch (const Failure& failure) {
+        return refused(failure.what(), failure.localizedDescription());
+    } catch (const std::exception& error) {
+        return refused("InternalError", error.what());
+    }
+}
+
+} // namespace
+
+bool serveBatch(std::istream& in, std::ostream& out) {
+    while (const std::optional<Line> line = readLine(*in.rdbuf())) {
+        const SecretJSON answer(answerTo(*line));
+        // Words of other libraries may hold anything; an answer is UTF-8 all the same.
+        std::string text = answer->dump(-1, ' ', false, JSON::error_handler_t::replace);
+        out << text << '\n' << std::flush;
+        cleanse(text);
+        if (!out) return false;
+    }
+    return true;
+}
+
+} // namespace korvane::jose

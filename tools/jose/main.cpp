@@ -1,0 +1,58 @@
+#include "tools/jose/Batch.h"
+#include "tools/jose/Inspect.h"
+#include "tools/jose/OperationTable.h"
+
+#include <CLI/CLI.hpp>
+
+#include <iostream>
+
+namespace {
+
+using namespace korvane::jose;
+
+constexpr int kDone = 0;
+constexpr int kNotDone = 1;
+constexpr int kWrongUsage = 2;
+
+int complain(const std::string& text) {
+    std::cerr << "korvane-jose: " << text << '\n';
+    return kNotDone;
+}
+
+int inspectForPerson(const std::string& compact) {
+    try {
+        std::cout << inspect(compact) << std::flush;
+    } catch (const Complaint& complaint) {
+        return complain(complaint.what());
+    }
+    return std::cout ? kDone : complain("The output cannot be written.");
+}
+
+int serve() {
+    std::ios::sync_with_stdio(false);
+    return serveBatch(std::cin, std::cout) ? kDone : complain("The output cannot be written.");
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    CLI::App app("Seals, opens, signs and verifies JOSE messages.\n"
+                 "Without a subcommand it reads operations from standard input, one JSON object a line, and "
+                 "answers each "
+                 "with a line.",
+                 "korvane-jose");
+    app.footer("Operations and their members; bytes are Base64URL without padding, a key is a JWK, {\"pem\": "
+               "...} or "
+               "{\"cert\": ...}:\n" +
+               operationHelp());
+    std::string compact;
+    CLI::App* inspecting =
+        app.add_subcommand("inspect", "Describes a compact JWE or JWS without opening it.");
+    inspecting->add_option("COMPACT", compact, "The message.")->required();
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? kDone : kWrongUsage;
+    }
+    return *inspecting ? inspectForPerson(compact) : serve();
+}
