@@ -1,7 +1,6 @@
 #include "Crypt/Algorithms.h"
 
 #include "Crypt/JOSEError.h"
-#include "Crypt/RawValue.h"
 
 #include <array>
 
@@ -15,19 +14,15 @@ Bytes toBytes(const std::array<std::uint8_t, Length>& octets) {
 }
 
 struct HashRow {
-    std::string_view rawValue;
     std::size_t bitLength;
     CCHmacAlgorithm ccHmacAlgorithm;
     Bytes (*digestFunc)(ByteView);
 };
 
 constexpr std::array<HashRow, 3> kHashes{{
-    {"SHA-256", 256, CCHmacAlgorithm::kCCHmacAlgSHA256,
-     [](ByteView data) { return toBytes(CC_SHA256(data)); }},
-    {"SHA-384", 384, CCHmacAlgorithm::kCCHmacAlgSHA384,
-     [](ByteView data) { return toBytes(CC_SHA384(data)); }},
-    {"SHA-512", 512, CCHmacAlgorithm::kCCHmacAlgSHA512,
-     [](ByteView data) { return toBytes(CC_SHA512(data)); }},
+    {256, CCHmacAlgorithm::kCCHmacAlgSHA256, [](ByteView data) { return toBytes(CC_SHA256(data)); }},
+    {384, CCHmacAlgorithm::kCCHmacAlgSHA384, [](ByteView data) { return toBytes(CC_SHA384(data)); }},
+    {512, CCHmacAlgorithm::kCCHmacAlgSHA512, [](ByteView data) { return toBytes(CC_SHA512(data)); }},
 }};
 
 const HashRow& rowOf(Hash hash) {
@@ -35,14 +30,13 @@ const HashRow& rowOf(Hash hash) {
 }
 
 struct HMACRow {
-    std::string_view rawValue;
     std::size_t outputLength;
     CCHmacAlgorithm ccAlgorithm;
 };
 
 constexpr std::array<HMACRow, 2> kHMACs{{
-    {"SHA512", 64, CCHmacAlgorithm::kCCHmacAlgSHA512},
-    {"SHA256", 32, CCHmacAlgorithm::kCCHmacAlgSHA256},
+    {64, CCHmacAlgorithm::kCCHmacAlgSHA512},
+    {32, CCHmacAlgorithm::kCCHmacAlgSHA256},
 }};
 
 const HMACRow& rowOf(HMACAlgorithm algorithm) {
@@ -55,7 +49,6 @@ using enum SecKeyAlgorithm;
 
 struct KeyManagementRow {
     KM algorithm;
-    std::string_view rawValue;
     KeyManagementFamily family;
     std::optional<SecKeyAlgorithm> secKeyAlgorithm;
     /// Bytes that RSA padding takes at least.
@@ -67,17 +60,17 @@ struct KeyManagementRow {
 constexpr auto kNone = std::nullopt;
 
 constexpr std::array<KeyManagementRow, 11> kKeyManagement{{
-    {KM::RSA1_5, "RSA1_5", RSA, kSecKeyAlgorithmRSAEncryptionPKCS1, 11, kNone, kNone},
-    {KM::RSAOAEP, "RSA-OAEP", RSA, kSecKeyAlgorithmRSAEncryptionOAEPSHA1, 42, kNone, kNone},
-    {KM::RSAOAEP256, "RSA-OAEP-256", RSA, kSecKeyAlgorithmRSAEncryptionOAEPSHA256, 66, kNone, kNone},
-    {KM::A128KW, "A128KW", AES, kNone, 0, 128, kNone},
-    {KM::A192KW, "A192KW", AES, kNone, 0, 192, kNone},
-    {KM::A256KW, "A256KW", AES, kNone, 0, 256, kNone},
-    {KM::direct, "dir", direct, kNone, 0, kNone, kNone},
-    {KM::ECDH_ES, "ECDH-ES", EC, kNone, 0, kNone, kNone},
-    {KM::ECDH_ES_A128KW, "ECDH-ES+A128KW", EC, kNone, 0, kNone, KM::A128KW},
-    {KM::ECDH_ES_A192KW, "ECDH-ES+A192KW", EC, kNone, 0, kNone, KM::A192KW},
-    {KM::ECDH_ES_A256KW, "ECDH-ES+A256KW", EC, kNone, 0, kNone, KM::A256KW},
+    {KM::RSA1_5, RSA, kSecKeyAlgorithmRSAEncryptionPKCS1, 11, kNone, kNone},
+    {KM::RSAOAEP, RSA, kSecKeyAlgorithmRSAEncryptionOAEPSHA1, 42, kNone, kNone},
+    {KM::RSAOAEP256, RSA, kSecKeyAlgorithmRSAEncryptionOAEPSHA256, 66, kNone, kNone},
+    {KM::A128KW, AES, kNone, 0, 128, kNone},
+    {KM::A192KW, AES, kNone, 0, 192, kNone},
+    {KM::A256KW, AES, kNone, 0, 256, kNone},
+    {KM::direct, direct, kNone, 0, kNone, kNone},
+    {KM::ECDH_ES, EC, kNone, 0, kNone, kNone},
+    {KM::ECDH_ES_A128KW, EC, kNone, 0, kNone, KM::A128KW},
+    {KM::ECDH_ES_A192KW, EC, kNone, 0, kNone, KM::A192KW},
+    {KM::ECDH_ES_A256KW, EC, kNone, 0, kNone, KM::A256KW},
 }};
 
 constexpr auto kKeyManagementCases = [] {
@@ -93,7 +86,6 @@ const KeyManagementRow& rowOf(KM algorithm) {
 
 struct ContentEncryptionRow {
     ContentEncryptionAlgorithm algorithm;
-    std::string_view rawValue;
     std::size_t keyLength;
     std::size_t aesKeyLength;
     HMACAlgorithm hmacAlgorithm;
@@ -101,8 +93,8 @@ struct ContentEncryptionRow {
 };
 
 constexpr std::array<ContentEncryptionRow, 2> kContentEncryption{{
-    {ContentEncryptionAlgorithm::A256CBCHS512, "A256CBC-HS512", 64, 32, HMACAlgorithm::SHA512, 32},
-    {ContentEncryptionAlgorithm::A128CBCHS256, "A128CBC-HS256", 32, 16, HMACAlgorithm::SHA256, 16},
+    {ContentEncryptionAlgorithm::A256CBCHS512, 64, 32, HMACAlgorithm::SHA512, 32},
+    {ContentEncryptionAlgorithm::A128CBCHS256, 32, 16, HMACAlgorithm::SHA256, 16},
 }};
 
 const ContentEncryptionRow& rowOf(ContentEncryptionAlgorithm algorithm) {
@@ -111,7 +103,6 @@ const ContentEncryptionRow& rowOf(ContentEncryptionAlgorithm algorithm) {
 
 struct SignatureRow {
     SignatureAlgorithm algorithm;
-    std::string_view rawValue;
     SecKeyAlgorithm secKeyAlgorithm;
     std::optional<ECCurveType> curveType;
 };
@@ -119,32 +110,22 @@ struct SignatureRow {
 using SA = SignatureAlgorithm;
 
 constexpr std::array<SignatureRow, 9> kSignatures{{
-    {SA::RS256, "RS256", kSecKeyAlgorithmRSASignatureMessagePKCS1v15SHA256, kNone},
-    {SA::RS384, "RS384", kSecKeyAlgorithmRSASignatureMessagePKCS1v15SHA384, kNone},
-    {SA::RS512, "RS512", kSecKeyAlgorithmRSASignatureMessagePKCS1v15SHA512, kNone},
-    {SA::PS256, "PS256", kSecKeyAlgorithmRSASignatureMessagePSSSHA256, kNone},
-    {SA::PS384, "PS384", kSecKeyAlgorithmRSASignatureMessagePSSSHA384, kNone},
-    {SA::PS512, "PS512", kSecKeyAlgorithmRSASignatureMessagePSSSHA512, kNone},
-    {SA::ES256, "ES256", kSecKeyAlgorithmECDSASignatureMessageX962SHA256, ECCurveType::P256},
-    {SA::ES384, "ES384", kSecKeyAlgorithmECDSASignatureMessageX962SHA384, ECCurveType::P384},
-    {SA::ES512, "ES512", kSecKeyAlgorithmECDSASignatureMessageX962SHA512, ECCurveType::P521},
+    {SA::RS256, kSecKeyAlgorithmRSASignatureMessagePKCS1v15SHA256, kNone},
+    {SA::RS384, kSecKeyAlgorithmRSASignatureMessagePKCS1v15SHA384, kNone},
+    {SA::RS512, kSecKeyAlgorithmRSASignatureMessagePKCS1v15SHA512, kNone},
+    {SA::PS256, kSecKeyAlgorithmRSASignatureMessagePSSSHA256, kNone},
+    {SA::PS384, kSecKeyAlgorithmRSASignatureMessagePSSSHA384, kNone},
+    {SA::PS512, kSecKeyAlgorithmRSASignatureMessagePSSSHA512, kNone},
+    {SA::ES256, kSecKeyAlgorithmECDSASignatureMessageX962SHA256, ECCurveType::P256},
+    {SA::ES384, kSecKeyAlgorithmECDSASignatureMessageX962SHA384, ECCurveType::P384},
+    {SA::ES512, kSecKeyAlgorithmECDSASignatureMessageX962SHA512, ECCurveType::P521},
 }};
 
 const SignatureRow& rowOf(SA algorithm) {
     return kSignatures[static_cast<std::size_t>(algorithm)];
 }
 
-template <class Table>
-auto algorithmOfRawValue(const Table& table, std::string_view text) {
-    const auto* row = rowOfRawValue(table, text);
-    return row ? std::optional(row->algorithm) : std::nullopt;
-}
-
 } // namespace
-
-std::string_view rawValue(Hash hash) {
-    return rowOf(hash).rawValue;
-}
 
 std::size_t bitLength(Hash hash) {
     return rowOf(hash).bitLength;
@@ -168,10 +149,6 @@ Bytes mac(Hash hash, ByteView key, ByteView value) {
     return {output.begin(), output.begin() + static_cast<std::ptrdiff_t>(length)};
 }
 
-std::string_view rawValue(HMACAlgorithm algorithm) {
-    return rowOf(algorithm).rawValue;
-}
-
 std::size_t outputLength(HMACAlgorithm algorithm) {
     return rowOf(algorithm).outputLength;
 }
@@ -182,14 +159,6 @@ CCHmacAlgorithm ccAlgorithm(HMACAlgorithm algorithm) {
 
 std::span<const KM> allKeyManagementAlgorithms() {
     return kKeyManagementCases;
-}
-
-std::string_view rawValue(KM algorithm) {
-    return rowOf(algorithm).rawValue;
-}
-
-std::optional<KM> keyManagementFromRawValue(std::string_view text) {
-    return algorithmOfRawValue(kKeyManagement, text);
 }
 
 KeyManagementFamily family(KM algorithm) {
@@ -234,14 +203,6 @@ std::optional<bool> checkAESKeyLength(KM algorithm, ByteView key) {
     return key.size() * 8 == *bits;
 }
 
-std::string_view rawValue(ContentEncryptionAlgorithm algorithm) {
-    return rowOf(algorithm).rawValue;
-}
-
-std::optional<ContentEncryptionAlgorithm> contentEncryptionFromRawValue(std::string_view text) {
-    return algorithmOfRawValue(kContentEncryption, text);
-}
-
 std::size_t keyBitSize(ContentEncryptionAlgorithm algorithm) {
     return 8 * rowOf(algorithm).keyLength;
 }
@@ -279,14 +240,6 @@ ContentKeys retrieveKeys(ContentEncryptionAlgorithm algorithm, ByteView inputKey
 
 ByteView authenticationTag(ContentEncryptionAlgorithm algorithm, ByteView hmac) {
     return hmac.first(tagLength(algorithm));
-}
-
-std::string_view rawValue(SA algorithm) {
-    return rowOf(algorithm).rawValue;
-}
-
-std::optional<SA> signatureFromRawValue(std::string_view text) {
-    return algorithmOfRawValue(kSignatures, text);
 }
 
 std::optional<SecKeyAlgorithm> rsaSecKeyAlgorithm(SA algorithm) {

@@ -2,6 +2,7 @@
 
 #include "Crypt/JWKParameters.h"
 #include "Platform/Bytes.h"
+#include "Platform/RawValue.h"
 #include "Platform/Security/CommonCrypto.h"
 #include "Platform/Security/SecKey.h"
 
@@ -15,7 +16,11 @@ namespace korvane {
 /// Digests.
 enum class Hash { SHA256, SHA384, SHA512 };
 
-[[nodiscard]] std::string_view rawValue(Hash hash);
+template <>
+struct RawValues<Hash> {
+    static constexpr std::array<std::string_view, 3> texts{"SHA-256", "SHA-384", "SHA-512"};
+};
+
 [[nodiscard]] std::size_t bitLength(Hash hash);
 [[nodiscard]] std::size_t digestByteLength(Hash hash);
 [[nodiscard]] CCHmacAlgorithm ccHmacAlgorithm(Hash hash);
@@ -25,7 +30,11 @@ enum class Hash { SHA256, SHA384, SHA512 };
 /// The HMACs of the content encryptions.
 enum class HMACAlgorithm { SHA512, SHA256 };
 
-[[nodiscard]] std::string_view rawValue(HMACAlgorithm algorithm);
+template <>
+struct RawValues<HMACAlgorithm> {
+    static constexpr std::array<std::string_view, 2> texts{"SHA512", "SHA256"};
+};
+
 /// Bytes of the untruncated tag.
 [[nodiscard]] std::size_t outputLength(HMACAlgorithm algorithm);
 [[nodiscard]] CCHmacAlgorithm ccAlgorithm(HMACAlgorithm algorithm);
@@ -47,9 +56,14 @@ enum class KeyManagementAlgorithm {
 
 enum class KeyManagementFamily { RSA, AES, direct, EC };
 
+template <>
+struct RawValues<KeyManagementAlgorithm> {
+    static constexpr std::array<std::string_view, 11> texts{
+        "RSA1_5", "RSA-OAEP", "RSA-OAEP-256",   "A128KW",         "A192KW",        "A256KW",
+        "dir",    "ECDH-ES",  "ECDH-ES+A128KW", "ECDH-ES+A192KW", "ECDH-ES+A256KW"};
+};
+
 [[nodiscard]] std::span<const KeyManagementAlgorithm> allKeyManagementAlgorithms();
-[[nodiscard]] std::string_view rawValue(KeyManagementAlgorithm algorithm);
-[[nodiscard]] std::optional<KeyManagementAlgorithm> keyManagementFromRawValue(std::string_view text);
 [[nodiscard]] KeyManagementFamily family(KeyManagementAlgorithm algorithm);
 /// The platform's algorithm of the RSA rows.
 [[nodiscard]] std::optional<SecKeyAlgorithm> secKeyAlgorithm(KeyManagementAlgorithm algorithm);
@@ -73,8 +87,11 @@ enum class KeyManagementFamily { RSA, AES, direct, EC };
 /// The rows of "enc" (RFC 7518 section 5.1).
 enum class ContentEncryptionAlgorithm { A256CBCHS512, A128CBCHS256 };
 
-[[nodiscard]] std::string_view rawValue(ContentEncryptionAlgorithm algorithm);
-[[nodiscard]] std::optional<ContentEncryptionAlgorithm> contentEncryptionFromRawValue(std::string_view text);
+template <>
+struct RawValues<ContentEncryptionAlgorithm> {
+    static constexpr std::array<std::string_view, 2> texts{"A256CBC-HS512", "A128CBC-HS256"};
+};
+
 /// Bits of the whole content key.
 [[nodiscard]] std::size_t keyBitSize(ContentEncryptionAlgorithm algorithm);
 [[nodiscard]] HMACAlgorithm hmacAlgorithm(ContentEncryptionAlgorithm algorithm);
@@ -102,8 +119,12 @@ struct ContentKeys {
 /// The rows of "alg" of a JWS (RFC 7518 section 3.1).
 enum class SignatureAlgorithm { RS256, RS384, RS512, PS256, PS384, PS512, ES256, ES384, ES512 };
 
-[[nodiscard]] std::string_view rawValue(SignatureAlgorithm algorithm);
-[[nodiscard]] std::optional<SignatureAlgorithm> signatureFromRawValue(std::string_view text);
+template <>
+struct RawValues<SignatureAlgorithm> {
+    static constexpr std::array<std::string_view, 9> texts{"RS256", "RS384", "RS512", "PS256", "PS384",
+                                                           "PS512", "ES256", "ES384", "ES512"};
+};
+
 /// The platform's algorithm of the RS and PS rows.
 [[nodiscard]] std::optional<SecKeyAlgorithm> rsaSecKeyAlgorithm(SignatureAlgorithm algorithm);
 /// The platform's algorithm of the ES rows.

@@ -1,10 +1,8 @@
 #include "Crypt/DeflateWrapper.h"
 
 #include "Crypt/JOSEError.h"
-#include "Crypt/RawValue.h"
 
 #include <algorithm>
-#include <array>
 
 namespace korvane {
 
@@ -13,24 +11,7 @@ namespace {
 constexpr std::size_t kLargestStep = 65536;
 constexpr std::size_t kLargestInflated = std::size_t{16} << 20U;
 
-struct CompressionRow {
-    CompressionAlgorithm algorithm;
-    std::string_view rawValue;
-};
-
-constexpr std::array<CompressionRow, 2> kAlgorithms{
-    {{CompressionAlgorithm::DEFLATE, "DEF"}, {CompressionAlgorithm::NONE, "NONE"}}};
-
 } // namespace
-
-std::string_view rawValue(CompressionAlgorithm algorithm) {
-    return kAlgorithms[static_cast<std::size_t>(algorithm)].rawValue;
-}
-
-std::optional<CompressionAlgorithm> compressionFromRawValue(std::string_view text) {
-    const CompressionRow* row = rowOfRawValue(kAlgorithms, text);
-    return row ? std::optional(row->algorithm) : std::nullopt;
-}
 
 Bytes DeflateCompressor::compress(ByteView data) const {
     if (data.empty()) throw JOSEError(JOSEErrorCase::rawDataMustBeGreaterThanZero);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Bytes.h"
+#include "Platform/RawValue.h"
 #include "Platform/Security/Compression.h"
 
 #include <memory>
@@ -12,8 +13,10 @@ namespace korvane {
 /// The values of "zip" (RFC 7516 section 4.1.3), and none at all.
 enum class CompressionAlgorithm { DEFLATE, NONE };
 
-[[nodiscard]] std::string_view rawValue(CompressionAlgorithm algorithm);
-[[nodiscard]] std::optional<CompressionAlgorithm> compressionFromRawValue(std::string_view text);
+template <>
+struct RawValues<CompressionAlgorithm> {
+    static constexpr std::array<std::string_view, 2> texts{"DEF", "NONE"};
+};
 
 /// Compresses and restores whole payloads.
 class CompressorProtocol {

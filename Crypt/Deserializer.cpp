@@ -10,13 +10,21 @@ namespace {
 
 constexpr const char* kFunction = "deserialize(_:fromCompactSerialization:)";
 
+/// By `find`, which looks at many octets at a time where a plain count looks at each.
+std::int64_t partCount(std::string_view text) {
+    std::int64_t count = 1;
+    for (std::size_t dot = text.find('.'); dot != std::string_view::npos; dot = text.find('.', dot + 1))
+        ++count;
+    return count;
+}
+
 } // namespace
 
 void JOSEDeserializer::split(std::string_view text, std::span<Bytes> components) {
-    const auto count = std::count(text.begin(), text.end(), '.') + 1;
+    const std::int64_t count = partCount(text);
     if (count != std::ssize(components)) {
         KORVANE_LOG(kFunction, "Invalid compact serialization component count: " + std::to_string(count));
-        throw JOSEError(JOSEErrorCase::invalidCompactSerializationComponentCount, std::int64_t{count});
+        throw JOSEError(JOSEErrorCase::invalidCompactSerializationComponentCount, count);
     }
     for (Bytes& component : components) {
         const std::string_view part = text.substr(0, text.find('.'));

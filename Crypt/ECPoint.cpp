@@ -35,7 +35,7 @@ template void joinPoint(Bytes&, std::initializer_list<ByteView>);
 template void joinPoint(SecretBytes&, std::initializer_list<ByteView>);
 
 SecKey ecSecKey(ByteView bytes, std::string_view crv, SecKeyClass keyClass) {
-    const auto curve = curveFromRawValue(crv);
+    const auto curve = fromRawValue<ECCurveType>(crv);
     if (!curve) throw JWKError(JWKErrorCase::invalidECCurveType);
     try {
         return SecKeyCreateWithData(bytes, {SecKeyType::kSecAttrKeyTypeEC, keyClass, keyBitLength(*curve)});

@@ -13,7 +13,7 @@ constexpr JWKForm kForm{JWKKeyType::EC, kNumbers, ECParameter::privateKey, "Key 
 
 /// The failure differs from the public key's `invalidCurveType`; callers know it so.
 std::string_view requiredCurve(const std::string& crv) {
-    const auto curve = curveFromRawValue(crv);
+    const auto curve = fromRawValue<ECCurveType>(crv);
     if (!curve) throw JOSEError(JOSEErrorCase::invalidCurvePointOctetLength);
     return rawValue(*curve);
 }
@@ -41,12 +41,12 @@ ECPrivateKey::ECPrivateKey(const ECPrivateKeyComponents& components, const Strin
     : ECPrivateKey(components.crv, base64URLEncodedString(components.x), base64URLEncodedString(components.y),
                    base64URLEncodedString(components.d), additionalParameters) {}
 
-ECPrivateKey::ECPrivateKey(const JSON& object) : JWK(kForm, object) {
+ECPrivateKey::ECPrivateKey(const JSONField& object) : JWK(kForm, object) {
     requireCurve();
 }
 
 ECPrivateKey ECPrivateKey::make(ByteView data) {
-    return ECPrivateKey(*SecretJSON(decodeObject(asText(data))));
+    return decode(*SecretJSON(decodeObject(asText(data))));
 }
 
 ECPrivateKey ECPrivateKey::generateWith(ECCurveType curveType) {
@@ -58,7 +58,7 @@ ECPrivateKey ECPrivateKey::generateWithoutParametersWith(ECCurveType curveType) 
 }
 
 ECCurveType ECPrivateKey::crv() const {
-    return *curveFromRawValue(number(ECParameter::curve));
+    return *fromRawValue<ECCurveType>(number(ECParameter::curve));
 }
 
 bool ECPrivateKey::isCorrespondWith(const ECPublicKey& publicKey) const {

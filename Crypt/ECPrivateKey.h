@@ -23,7 +23,7 @@ public:
     /// Decodes JSON.
     /// @throws DecodingError
     [[nodiscard]] static ECPrivateKey make(ByteView data);
-    [[nodiscard]] static ECPrivateKey decode(const JSON& object) { return ECPrivateKey(object); }
+    [[nodiscard]] static ECPrivateKey decode(const JSON& object) { return ECPrivateKey(JSONField(object)); }
 
     /// A new key with a fresh UUID in upper case as "kid".
     /// @throws ECKeyPairError generateECKeyPairFail
@@ -62,7 +62,7 @@ public:
     withThumbprintAsKeyId(JWKThumbprintAlgorithm algorithm = JWKThumbprintAlgorithm::SHA256) const;
 
 private:
-    explicit ECPrivateKey(const JSON& object);
+    explicit ECPrivateKey(const JSONField& object);
     ECPrivateKey(const ECPrivateKeyComponents& components, const StringMap& additionalParameters);
 
     [[nodiscard]] ECPrivateKeyComponents components() const;

@@ -10,7 +10,7 @@ constexpr std::array<std::string_view, 3> kNumbers{ECParameter::curve, ECParamet
 constexpr JWKForm kForm{JWKKeyType::EC, kNumbers, "", "Key Type parameter wrong.", true};
 
 ECCurveType requiredCurve(const std::string& crv) {
-    const auto curve = curveFromRawValue(crv);
+    const auto curve = fromRawValue<ECCurveType>(crv);
     if (!curve) throw JOSEError(JOSEErrorCase::invalidCurveType);
     return *curve;
 }
@@ -36,16 +36,16 @@ ECPublicKey::ECPublicKey(const ECPublicKeyComponents& components, const StringMa
     : ECPublicKey(requiredCurve(components.crv), base64URLEncodedString(components.x),
                   base64URLEncodedString(components.y), additionalParameters) {}
 
-ECPublicKey::ECPublicKey(const JSON& object) : JWK(kForm, object) {
+ECPublicKey::ECPublicKey(const JSONField& object) : JWK(kForm, object) {
     requireCurve();
 }
 
 ECPublicKey ECPublicKey::make(ByteView data) {
-    return ECPublicKey(decodeObject(asText(data)));
+    return decode(decodeObject(asText(data)));
 }
 
 ECCurveType ECPublicKey::crv() const {
-    return *curveFromRawValue(number(ECParameter::curve));
+    return *fromRawValue<ECCurveType>(number(ECParameter::curve));
 }
 
 ECPublicKeyComponents ECPublicKey::components() const {

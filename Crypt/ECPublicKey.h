@@ -20,7 +20,7 @@ public:
     /// Decodes JSON.
     /// @throws DecodingError
     [[nodiscard]] static ECPublicKey make(ByteView data);
-    [[nodiscard]] static ECPublicKey decode(const JSON& object) { return ECPublicKey(object); }
+    [[nodiscard]] static ECPublicKey decode(const JSON& object) { return ECPublicKey(JSONField(object)); }
 
     [[nodiscard]] ECCurveType crv() const;
     [[nodiscard]] const std::string& x() const { return number(ECParameter::x); }
@@ -42,7 +42,7 @@ public:
     withThumbprintAsKeyId(JWKThumbprintAlgorithm algorithm = JWKThumbprintAlgorithm::SHA256) const;
 
 private:
-    explicit ECPublicKey(const JSON& object);
+    explicit ECPublicKey(const JSONField& object);
     ECPublicKey(const ECPublicKeyComponents& components, const StringMap& additionalParameters);
 
     [[nodiscard]] ECPublicKeyComponents components() const;

@@ -15,8 +15,8 @@ constexpr std::string_view kContentKey = "contentKey";
 Bytes decodeBase64(const JSON& object, std::string_view name) {
     std::optional<Bytes> bytes = fromBase64(decodeString(object, name));
     if (!bytes)
-        throw DecodingError(DecodingErrorCase::dataCorrupted,
-                            Description{std::string(name) + " is not Base64."});
+        throw DecodingError(DecodingErrorCase::dataCorrupted, "\"" + std::string(name) + "\" is not Base64.",
+                            {std::string(name)});
     return std::move(*bytes);
 }
 
@@ -25,17 +25,15 @@ Bytes decodeBase64(const JSON& object, std::string_view name) {
 SecretBytes Encrypter::ECEncryptionContext::jsonData() const {
     const std::array<std::pair<std::string_view, ByteView>, 3> members{
         {{kHeaderData, headerData}, {kEncryptedKey, encryptedKey}, {kContentKey, contentKey}}};
-    SecretBytes json;
-    json.push_back('{');
-    for (const auto& [name, value] : members) {
-        const SecretString text(base64EncodedString(value));
-        for (const std::string_view piece :
-             {json.size() > 1 ? std::string_view(",\"") : std::string_view("\""), name,
-              std::string_view("\":\""), std::string_view(text), std::string_view("\"")})
-            json.insert(json.end(), piece.begin(), piece.end());
-    }
-    json.push_back('}');
-    return json;
+    constexpr std::size_t kRoomForNames = 64;
+    JSONObjectWriter writer(kRoomForNames +
+                            2 * (headerData.size() + encryptedKey.size() + contentKey.size()));
+    for (const auto& [name, value] : members)
+        writer.addString(name, SecretString(base64EncodedString(value)));
+    std::string json = std::move(writer).finish();
+    SecretBytes data = toSecretBytes(asBytes(json));
+    cleanse(json);
+    return data;
 }
 
 Encrypter::ECEncryptionContext Encrypter::ECEncryptionContext::make(ByteView json) {

@@ -56,7 +56,7 @@ std::shared_ptr<const JWK> JOSEHeader::jwkTyped() const {
     if (!object) return nullptr;
     const auto kty = object->find(JWKParameter::keyType);
     if (kty == object->end()) return nullptr;
-    const auto type = keyTypeFromRawValue(kty->get_ref<const std::string&>());
+    const auto type = fromRawValue<JWKKeyType>(kty->get_ref<const std::string&>());
     try {
         return type ? publicKey(*type, *object) : nullptr;
     } catch (const Failure&) {

@@ -98,6 +98,17 @@ public:
     friend bool operator==(const JOSEHeader&, const JOSEHeader&) = default;
 
 protected:
+    JOSEHeader(const JOSEHeader&) = default;
+    JOSEHeader(JOSEHeader&&) = default;
+    JOSEHeader& operator=(const JOSEHeader&) = default;
+    JOSEHeader& operator=(JOSEHeader&&) = default;
+
+    /// Empties the object first: the JSON library's own destructor takes memory for an object that has
+    /// members.
+    ~JOSEHeader() {
+        if (auto* members = parameters_.get_ptr<JSON::object_t*>()) members->clear();
+    }
+
     /// @param headerData  the bytes of `parameters`, or no value: then they are serialised here.
     /// @throws HeaderParsingError headerIsNotValidJSONObject, then requiredHeaderParameterMissing for the
     /// first of

@@ -49,18 +49,18 @@ std::optional<JWEHeader> JWEHeader::make(Bytes&& data) {
 
 std::optional<KeyManagementAlgorithm> JWEHeader::keyManagementAlgorithm() const {
     const std::string* name = rawText(HeaderParameter::alg);
-    return name ? keyManagementFromRawValue(*name) : std::nullopt;
+    return name ? fromRawValue<KeyManagementAlgorithm>(*name) : std::nullopt;
 }
 
 std::optional<ContentEncryptionAlgorithm> JWEHeader::contentEncryptionAlgorithm() const {
     const std::string* name = rawText(HeaderParameter::enc);
-    return name ? contentEncryptionFromRawValue(*name) : std::nullopt;
+    return name ? fromRawValue<ContentEncryptionAlgorithm>(*name) : std::nullopt;
 }
 
 std::optional<CompressionAlgorithm> JWEHeader::compressionAlgorithm() const {
     if (!parameters().contains(HeaderParameter::zip)) return CompressionAlgorithm::NONE;
     const std::string* name = rawText(HeaderParameter::zip);
-    return name ? compressionFromRawValue(*name) : std::nullopt;
+    return name ? fromRawValue<CompressionAlgorithm>(*name) : std::nullopt;
 }
 
 std::optional<ECPublicKey> JWEHeader::epk() const {

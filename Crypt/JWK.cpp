@@ -25,18 +25,12 @@ std::optional<std::string> jsonObject(const StringMap& members) {
     std::size_t length = 2;
     for (const auto& [name, value] : members)
         length += name.size() + value.text().size() + 6;
-    std::string json;
-    json.reserve(length);
-    json += '{';
+    JSONObjectWriter writer(length);
     for (const auto& [name, value] : members) {
         if (!isUtf8(name) || !isUtf8(value)) return std::nullopt;
-        if (json.size() > 1) json += ',';
-        appendJSONString(json, name);
-        json += ':';
-        appendJSONString(json, value);
+        writer.addString(name, value);
     }
-    json += '}';
-    return json;
+    return std::move(writer).finish();
 }
 
 } // namespace
@@ -47,15 +41,18 @@ JWK::JWK(const JWKForm& form, StringMap own, const StringMap& additional)
     parameters_.insert(additional.begin(), additional.end());
 }
 
-JWK::JWK(const JWKForm& form, const JSON& object) : form_(&form) {
-    if (decodeString(object, JWKParameter::keyType) != rawValue(form.keyType))
-        throw DecodingError(DecodingErrorCase::keyNotFound, Description{std::string(form.wrongKeyTypeText)});
+JWK::JWK(const JWKForm& form, const JSONField& object) : form_(&form) {
+    if (object.member(JWKParameter::keyType).string() != rawValue(form.keyType))
+        throw DecodingError(DecodingErrorCase::keyNotFound, std::string(form.wrongKeyTypeText),
+                            {std::string(JWKParameter::keyType)});
     for (const std::string_view name : JWKParameter::allCases) {
         const bool isPassedOver = form.skipsArrays && holdsArray(name);
-        if (!isPassedOver && object.contains(name)) parameters_.emplace(name, decodeString(object, name));
+        if (!isPassedOver && object.value().contains(name))
+            parameters_.emplace(name, object.member(name).string());
     }
     for (const std::string_view name : form.numbers)
-        parameters_.insert_or_assign(std::string(name), SecretString(decodeString(object, name)));
+        parameters_.insert_or_assign(std::string(name),
+                                     SecretString(std::string_view(object.member(name).string())));
 }
 
 StringMap JWK::requiredParameters() const {
@@ -116,8 +113,9 @@ void JWK::setKeyIdentifier(std::string kid) {
 }
 
 void JWK::requireCurve() const {
-    if (curveFromRawValue(number(ECParameter::curve))) return;
-    throw DecodingError(DecodingErrorCase::dataCorrupted, Description{"\"crv\" names no curve."});
+    if (fromRawValue<ECCurveType>(number(ECParameter::curve))) return;
+    throw DecodingError(DecodingErrorCase::dataCorrupted, "\"crv\" names no curve.",
+                        {std::string(ECParameter::curve)});
 }
 
 std::string Thumbprint::calculate(ByteView input, JWKThumbprintAlgorithm algorithm) {

@@ -3,7 +3,7 @@
 #include "Crypt/JOSEError.h"
 #include "Crypt/JWKParameters.h"
 #include "Platform/Bytes.h"
-#include "Platform/JSON.h"
+#include "Platform/JSONDecoding.h"
 #include "Platform/Security/Secret.h"
 
 #include <optional>
@@ -59,7 +59,7 @@ public:
 protected:
     /// The key's own parameters win over additional ones of the same name.
     JWK(const JWKForm& form, StringMap own, const StringMap& additional);
-    JWK(const JWKForm& form, const JSON& object);
+    JWK(const JWKForm& form, const JSONField& object);
     JWK(const JWK&) = default;
     JWK(JWK&&) = default;
     JWK& operator=(const JWK&) = default;

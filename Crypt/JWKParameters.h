@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Platform/RawValue.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -11,8 +13,10 @@ namespace korvane {
 /// RFC 7518 section 6.1.
 enum class JWKKeyType { RSA, OCT, EC };
 
-[[nodiscard]] std::string_view rawValue(JWKKeyType type);
-[[nodiscard]] std::optional<JWKKeyType> keyTypeFromRawValue(std::string_view text);
+template <>
+struct RawValues<JWKKeyType> {
+    static constexpr std::array<std::string_view, 3> texts{"RSA", "oct", "EC"};
+};
 
 /// The parameters that any JWK may have (RFC 7517 section 4).
 namespace JWKParameter {
@@ -72,8 +76,10 @@ inline constexpr std::string_view d = "d";
 /// RFC 7518 section 6.2.1.1.
 enum class ECCurveType { P256, P384, P521 };
 
-[[nodiscard]] std::string_view rawValue(ECCurveType curve);
-[[nodiscard]] std::optional<ECCurveType> curveFromRawValue(std::string_view text);
+template <>
+struct RawValues<ECCurveType> {
+    static constexpr std::array<std::string_view, 3> texts{"P-256", "P-384", "P-521"};
+};
 
 /// Bits of the field: 256, 384, 521.
 [[nodiscard]] std::size_t keyBitLength(ECCurveType curve);
@@ -98,6 +104,11 @@ enum class ECCompression : std::uint8_t {
 
 /// The digests that a thumbprint can be made with.
 enum class JWKThumbprintAlgorithm { SHA256 };
+
+template <>
+struct RawValues<JWKThumbprintAlgorithm> {
+    static constexpr std::array<std::string_view, 1> texts{"SHA256"};
+};
 
 /// Bytes of the digest.
 [[nodiscard]] std::size_t outputLenght(JWKThumbprintAlgorithm algorithm);

@@ -16,11 +16,12 @@ constexpr std::string_view kNoKeyText =
     "No valid RSAPrivateKey, RSAPublicKey, SymmetricKey, ECPrivateKey, or ECPublicKey\nJSON found to decode.";
 
 DecodingError noKey() {
-    return DecodingError(DecodingErrorCase::dataCorrupted, Description{std::string(kNoKeyText)});
+    return DecodingError(DecodingErrorCase::dataCorrupted, std::string(kNoKeyText),
+                         {std::string(JWKSetParameter::keys)});
 }
 
 JWKTypeErrorCase classify(std::string_view kty, bool hasD) {
-    const auto type = keyTypeFromRawValue(kty);
+    const auto type = fromRawValue<JWKKeyType>(kty);
     if (!type) return typeIsUnknown;
     switch (*type) {
     case JWKKeyType::RSA: return hasD ? typeIsRSAPrivate : typeIsRSAPublic;
@@ -58,23 +59,21 @@ JWKSet::Key decodeElement(const JSON& element) {
 } // namespace
 
 void JWKBase::make(const JSON& object) {
-    if (!object.is_object())
-        throw DecodingError(DecodingErrorCase::typeMismatch, Description{"A key is not a JSON object."});
-    const std::string& kty = decodeString(object, JWKBaseParameter::kty);
-    throw JWKTypeError(classify(kty, decodeStringIfPresent(object, JWKBaseParameter::d) != nullptr));
+    const JSONField key(object);
+    const std::string& kty = key.member(JWKBaseParameter::kty).string();
+    const auto d = key.memberIfPresent(JWKBaseParameter::d);
+    if (d) static_cast<void>(d->string());
+    throw JWKTypeError(classify(kty, d.has_value()));
 }
 
 JWKSet JWKSet::make(ByteView data) {
     const SecretJSON object(decodeObject(asText(data)));
-    const auto keys = object->find(JWKSetParameter::keys);
-    if (keys == object->end())
-        throw DecodingError(DecodingErrorCase::keyNotFound, Description{"\"keys\" is missing."});
-    if (!keys->is_array())
-        throw DecodingError(DecodingErrorCase::typeMismatch, Description{"\"keys\" is not an array."});
+    const JSONField root(*object);
+    const JSONField keys = root.member(JWKSetParameter::keys);
     std::vector<Key> decoded;
-    for (const JSON& element : *keys) {
+    for (const JSONField& element : keys.elements()) {
         try {
-            decoded.push_back(decodeElement(element));
+            decoded.push_back(decodeElement(element.value()));
         } catch (const Failure&) {
             throw noKey();
         }

@@ -14,7 +14,7 @@ std::optional<JWSHeader> JWSHeader::make(Bytes&& data) {
 
 std::optional<SignatureAlgorithm> JWSHeader::algorithm() const {
     const std::string* name = rawText(HeaderParameter::alg);
-    return name ? signatureFromRawValue(*name) : std::nullopt;
+    return name ? fromRawValue<SignatureAlgorithm>(*name) : std::nullopt;
 }
 
 } // namespace korvane

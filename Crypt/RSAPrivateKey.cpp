@@ -25,10 +25,10 @@ RSAPrivateKey::RSAPrivateKey(const RSAPrivateKeyComponents& components, const St
     : RSAPrivateKey(base64URLEncodedString(components.modulus), base64URLEncodedString(components.exponent),
                     base64URLEncodedString(components.privateExponent), additionalParameters) {}
 
-RSAPrivateKey::RSAPrivateKey(const JSON& object) : JWK(kForm, object) {}
+RSAPrivateKey::RSAPrivateKey(const JSONField& object) : JWK(kForm, object) {}
 
 RSAPrivateKey RSAPrivateKey::make(ByteView data) {
-    return RSAPrivateKey(*SecretJSON(decodeObject(asText(data))));
+    return decode(*SecretJSON(decodeObject(asText(data))));
 }
 
 RSAPrivateKeyComponents RSAPrivateKey::components() const {

@@ -22,7 +22,7 @@ public:
     /// Decodes JSON.
     /// @throws DecodingError
     [[nodiscard]] static RSAPrivateKey make(ByteView data);
-    [[nodiscard]] static RSAPrivateKey decode(const JSON& object) { return RSAPrivateKey(object); }
+    [[nodiscard]] static RSAPrivateKey decode(const JSON& object) { return RSAPrivateKey(JSONField(object)); }
 
     [[nodiscard]] const std::string& modulus() const { return number(RSAParameter::modulus); }
     [[nodiscard]] const std::string& exponent() const { return number(RSAParameter::exponent); }
@@ -40,7 +40,7 @@ public:
     withThumbprintAsKeyId(JWKThumbprintAlgorithm algorithm = JWKThumbprintAlgorithm::SHA256) const;
 
 private:
-    explicit RSAPrivateKey(const JSON& object);
+    explicit RSAPrivateKey(const JSONField& object);
     RSAPrivateKey(const RSAPrivateKeyComponents& components, const StringMap& additionalParameters);
 
     [[nodiscard]] RSAPrivateKeyComponents components() const;

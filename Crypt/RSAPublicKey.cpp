@@ -21,10 +21,10 @@ RSAPublicKey::RSAPublicKey(const RSAPublicKeyComponents& components, const Strin
     : RSAPublicKey(base64URLEncodedString(components.modulus), base64URLEncodedString(components.exponent),
                    additionalParameters) {}
 
-RSAPublicKey::RSAPublicKey(const JSON& object) : JWK(kForm, object) {}
+RSAPublicKey::RSAPublicKey(const JSONField& object) : JWK(kForm, object) {}
 
 RSAPublicKey RSAPublicKey::make(ByteView data) {
-    return RSAPublicKey(decodeObject(asText(data)));
+    return decode(decodeObject(asText(data)));
 }
 
 RSAPublicKeyComponents RSAPublicKey::components() const {

@@ -20,7 +20,7 @@ public:
     /// Decodes JSON.
     /// @throws DecodingError
     [[nodiscard]] static RSAPublicKey make(ByteView data);
-    [[nodiscard]] static RSAPublicKey decode(const JSON& object) { return RSAPublicKey(object); }
+    [[nodiscard]] static RSAPublicKey decode(const JSON& object) { return RSAPublicKey(JSONField(object)); }
 
     [[nodiscard]] const std::string& modulus() const { return number(RSAParameter::modulus); }
     [[nodiscard]] const std::string& exponent() const { return number(RSAParameter::exponent); }
@@ -38,7 +38,7 @@ public:
     withThumbprintAsKeyId(JWKThumbprintAlgorithm algorithm = JWKThumbprintAlgorithm::SHA256) const;
 
 private:
-    explicit RSAPublicKey(const JSON& object);
+    explicit RSAPublicKey(const JSONField& object);
     RSAPublicKey(const RSAPublicKeyComponents& components, const StringMap& additionalParameters);
 
     [[nodiscard]] RSAPublicKeyComponents components() const;

@@ -15,14 +15,14 @@ SymmetricKey::SymmetricKey(ByteView key, const StringMap& additionalParameters)
     : JWK(kForm, {{std::string(SymmetricKeyParameter::key), base64URLEncodedString(key)}},
           additionalParameters) {}
 
-SymmetricKey::SymmetricKey(const JSON& object) : JWK(kForm, object) {
+SymmetricKey::SymmetricKey(const JSONField& object) : JWK(kForm, object) {
     // The one type whose number is looked at when it is decoded. The text becomes the canonical one.
     const SecretBytes key = components();
     setNumber(SymmetricKeyParameter::key, base64URLEncodedString(key));
 }
 
 SymmetricKey SymmetricKey::make(ByteView data) {
-    return SymmetricKey(*SecretJSON(decodeObject(asText(data))));
+    return decode(*SecretJSON(decodeObject(asText(data))));
 }
 
 SymmetricKeyComponents SymmetricKey::components() const {

@@ -20,7 +20,7 @@ public:
     /// Decodes JSON. Unlike the other types, this one fails on a "key_ops" or "x5c" array.
     /// @throws DecodingError; JOSEError symmetricKeyNotBase64URLEncoded
     [[nodiscard]] static SymmetricKey make(ByteView data);
-    [[nodiscard]] static SymmetricKey decode(const JSON& object) { return SymmetricKey(object); }
+    [[nodiscard]] static SymmetricKey decode(const JSON& object) { return SymmetricKey(JSONField(object)); }
 
     /// The Base64URL text of the key's bytes.
     [[nodiscard]] const std::string& key() const { return number(SymmetricKeyParameter::key); }
@@ -36,7 +36,7 @@ public:
     withThumbprintAsKeyId(JWKThumbprintAlgorithm algorithm = JWKThumbprintAlgorithm::SHA256) const;
 
 private:
-    explicit SymmetricKey(const JSON& object);
+    explicit SymmetricKey(const JSONField& object);
 
     [[nodiscard]] SymmetricKeyComponents components() const;
 };

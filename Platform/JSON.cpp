@@ -1,13 +1,16 @@
 #include "Platform/JSON.h"
 
 #include "Platform/Security/Secret.h"
+#include "Platform/Text.h"
 
 #include <simdjson.h>
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
+#include <cstdint>
 #include <unordered_map>
+#include <utility>
+#include <vector>
 
 namespace korvane {
 
@@ -51,6 +54,9 @@ private:
 /// Turns what simdjson has read into a value, level by level.
 class Conversion {
 public:
+    /// @param depth  the levels around what is converted.
+    explicit Conversion(int depth = 0) : depth_(depth) {}
+
     JSON convert(const simdjson::dom::element& element) {
         using simdjson::dom::element_type;
         switch (element.type()) {
@@ -96,7 +102,7 @@ private:
         return JSON(std::move(array));
     }
 
-    int depth_ = 0;
+    int depth_;
     bool isTooDeep_ = false;
 };
 
@@ -104,12 +110,8 @@ private:
 class Reader {
 public:
     std::optional<JSON> read(std::string_view text) {
-        input_.resize(std::max(input_.size(), text.size() + simdjson::SIMDJSON_PADDING));
-        std::memcpy(input_.data(), text.data(), text.size());
-        if (parser_.capacity() < text.size() && parser_.allocate(text.size(), kNesting) != simdjson::SUCCESS)
-            return std::nullopt;
         simdjson::dom::element root;
-        const simdjson::error_code error = parser_.parse(input_.data(), text.size(), false).get(root);
+        const simdjson::error_code error = parse(text, root);
         std::optional<JSON> result;
         if (error == simdjson::SUCCESS) result = convert(root);
         if (error == simdjson::NUMBER_ERROR) result = readBigNumbers(text);
@@ -117,15 +119,50 @@ public:
         return result;
     }
 
+    /// Gives the members of the top-level object, those that repeat a name included. A text with integers
+    /// beyond 64 bits is malformed to this one.
+    std::optional<std::vector<std::pair<std::string, JSON>>> readMembers(std::string_view text,
+                                                                         JSONTopLevel& top) {
+        simdjson::dom::element root;
+        std::optional<std::vector<std::pair<std::string, JSON>>> members;
+        top = JSONTopLevel::malformed;
+        if (parse(text, root) == simdjson::SUCCESS) {
+            top = root.is_object() ? JSONTopLevel::object : JSONTopLevel::otherValue;
+            if (root.is_object()) members = convertMembers(simdjson::dom::object(root));
+            if (root.is_object() && !members) top = JSONTopLevel::malformed;
+        }
+        cleanse(text.size());
+        return members;
+    }
+
 private:
     /// simdjson does not count an empty container as a level; so it gets room to spare, and the conversion
     /// counts.
     static constexpr std::size_t kNesting = JSONSerialization::kDepthLimit + 2;
 
+    simdjson::error_code parse(std::string_view text, simdjson::dom::element& root) {
+        input_.resize(std::max(input_.size(), text.size() + simdjson::SIMDJSON_PADDING));
+        std::copy(text.begin(), text.end(), input_.begin());
+        if (parser_.capacity() < text.size() && parser_.allocate(text.size(), kNesting) != simdjson::SUCCESS)
+            return simdjson::MEMALLOC;
+        return parser_.parse(input_.data(), text.size(), false).get(root);
+    }
+
     static std::optional<JSON> convert(const simdjson::dom::element& root) {
         Conversion conversion;
         JSON value = conversion.convert(root);
         return conversion.isTooDeep() ? std::nullopt : std::optional(std::move(value));
+    }
+
+    static std::optional<std::vector<std::pair<std::string, JSON>>>
+    convertMembers(const simdjson::dom::object& object) {
+        constexpr int kInsideTopLevel = 1;
+        Conversion conversion(kInsideTopLevel);
+        std::vector<std::pair<std::string, JSON>> members;
+        members.reserve(object.size());
+        for (const auto& [name, value] : object)
+            members.emplace_back(name, conversion.convert(value));
+        return conversion.isTooDeep() ? std::nullopt : std::optional(std::move(members));
     }
 
     /// simdjson refuses integers beyond 64 bits, which are valid JSON: those texts go through the slower
@@ -150,9 +187,21 @@ private:
         if (parser_.doc.string_buf) korvane::cleanse(parser_.doc.string_buf.get(), 5 * length / 3);
     }
 
-    Bytes input_;
+    std::vector<std::uint8_t> input_;
     simdjson::dom::parser parser_;
 };
+
+/// Reads with the thread's own reader, or, where the text is long, with one that does not stay.
+template <class Reading>
+auto withReader(std::string_view text, Reading reading) {
+    constexpr std::size_t kKeptSize = std::size_t{1} << 20U;
+    if (text.size() > kKeptSize) {
+        Reader reader;
+        return reading(reader);
+    }
+    thread_local Reader reader;
+    return reading(reader);
+}
 
 bool isWritable(const JSON& value) {
     if (value.is_string()) return isUtf8(value.get_ref<const std::string&>());
@@ -172,17 +221,44 @@ void cleanseStrings(JSON& value) {
     if (value.is_structured()) std::for_each(value.begin(), value.end(), cleanseStrings);
 }
 
-DecodingError decodingError(DecodingErrorCase kind, std::string_view name, std::string_view what) {
-    return DecodingError(kind, Description{"\"" + std::string(name) + "\" " + std::string(what)});
+void appendEscaped(std::string& json, std::string_view text) {
+    constexpr std::string_view kDigits = "0123456789abcdef";
+    for (const char character : text) {
+        const auto code = static_cast<unsigned char>(character);
+        if (character == '"' || character == '\\') json += '\\';
+        if (code >= 0x20) {
+            json += character;
+            continue;
+        }
+        json += "\\u00";
+        json += kDigits[code >> 4U];
+        json += kDigits[code & 0x0FU];
+    }
+}
+
+void appendQuoted(std::string& json, std::string_view text) {
+    json += '"';
+    if (isUtf8(text))
+        appendEscaped(json, text);
+    else
+        appendEscaped(json, repairedUtf8(text));
+    json += '"';
 }
 
 } // namespace
 
 std::optional<JSON> JSONSerialization::jsonObject(std::string_view text) {
-    constexpr std::size_t kKeptSize = std::size_t{1} << 20U;
-    if (text.size() > kKeptSize) return Reader().read(text);
-    thread_local Reader reader;
-    return reader.read(text);
+    return withReader(text, [text](Reader& reader) { return reader.read(text); });
+}
+
+JSONTopLevel JSONSerialization::forEachMember(std::string_view text,
+                                              const std::function<void(std::string_view, JSON&&)>& member) {
+    JSONTopLevel top{};
+    auto members = withReader(text, [&](Reader& reader) { return reader.readMembers(text, top); });
+    if (members)
+        for (auto& [name, value] : *members)
+            member(name, std::move(value));
+    return top;
 }
 
 bool JSONSerialization::isValidJSONObject(const JSON& value) {
@@ -195,49 +271,38 @@ std::optional<std::string> JSONSerialization::data(const JSON& value, JSONWritin
     return value.dump();
 }
 
-void appendJSONString(std::string& json, std::string_view text) {
-    constexpr std::string_view kDigits = "0123456789abcdef";
-    json += '"';
-    for (const char character : text) {
-        const auto code = static_cast<unsigned char>(character);
-        if (character == '"' || character == '\\') json += '\\';
-        if (code >= 0x20) {
-            json += character;
-            continue;
-        }
-        json += "\\u00";
-        json += kDigits[code >> 4U];
-        json += kDigits[code & 0x0FU];
-    }
-    json += '"';
+JSONObjectWriter::JSONObjectWriter(std::size_t expectedLength) {
+    json_.reserve(expectedLength);
+    json_ += '{';
+}
+
+void JSONObjectWriter::addString(std::string_view name, std::string_view value) {
+    addName(name);
+    appendQuoted(json_, value);
+}
+
+void JSONObjectWriter::addBoolean(std::string_view name, bool value) {
+    addJSON(name, value ? "true" : "false");
+}
+
+void JSONObjectWriter::addJSON(std::string_view name, std::string_view json) {
+    addName(name);
+    json_ += json;
+}
+
+std::string JSONObjectWriter::finish() && {
+    json_ += '}';
+    return std::move(json_);
+}
+
+void JSONObjectWriter::addName(std::string_view name) {
+    if (json_.size() > 1) json_ += ',';
+    appendQuoted(json_, name);
+    json_ += ':';
 }
 
 bool isUtf8(std::string_view text) {
     return simdjson::validate_utf8(text.data(), text.size());
-}
-
-JSON decodeObject(std::string_view text) {
-    std::optional<JSON> value = JSONSerialization::jsonObject(text);
-    if (!value)
-        throw DecodingError(DecodingErrorCase::dataCorrupted, Description{"The data is not valid JSON."});
-    if (!value->is_object())
-        throw DecodingError(DecodingErrorCase::typeMismatch,
-                            Description{"The top level is not a JSON object."});
-    return std::move(*value);
-}
-
-const std::string& decodeString(const JSON& object, std::string_view name) {
-    const auto member = object.find(name);
-    if (member == object.end()) throw decodingError(DecodingErrorCase::keyNotFound, name, "is missing.");
-    if (member->is_null()) throw decodingError(DecodingErrorCase::valueNotFound, name, "is null.");
-    if (!member->is_string()) throw decodingError(DecodingErrorCase::typeMismatch, name, "is not a string.");
-    return member->get_ref<const std::string&>();
-}
-
-const std::string* decodeStringIfPresent(const JSON& object, std::string_view name) {
-    const auto member = object.find(name);
-    if (member == object.end() || member->is_null()) return nullptr;
-    return &decodeString(object, name);
 }
 
 SecretJSON::~SecretJSON() {

@@ -1,10 +1,9 @@
 #pragma once
 
-#include "Platform/Bytes.h"
-#include "Platform/Failure.h"
-
 #include <nlohmann/json.hpp>
 
+#include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,6 +12,9 @@ namespace korvane {
 
 /// A mutable JSON value whose objects keep the order of their members.
 using JSON = nlohmann::ordered_json;
+
+/// What stands at the top of a JSON text.
+enum class JSONTopLevel { malformed, otherValue, object };
 
 /// How the writer lays out an object.
 enum class JSONWriting { memberOrder, sortedKeys };
@@ -26,6 +28,11 @@ struct JSONSerialization {
     /// @return no value for anything but one valid UTF-8 JSON text, or for nesting beyond `kDepthLimit`.
     [[nodiscard]] static std::optional<JSON> jsonObject(std::string_view text);
 
+    /// Reads one JSON text whose top level is an object and hands its members over in their order, those that
+    /// repeat a name included. Inside a member's value the last of repeated names wins.
+    static JSONTopLevel forEachMember(std::string_view text,
+                                      const std::function<void(std::string_view name, JSON&& value)>& member);
+
     /// True for an object or array that the writer can write: finite numbers, valid UTF-8, no binary values.
     [[nodiscard]] static bool isValidJSONObject(const JSON& value);
 
@@ -35,34 +42,26 @@ struct JSONSerialization {
                                                          JSONWriting writing = JSONWriting::memberOrder);
 };
 
-/// Appends `text` to `json` as a quoted and escaped JSON string. The text must be UTF-8 (`isUtf8`).
-void appendJSONString(std::string& json, std::string_view text);
+/// Writes one JSON object member by member, in the order of the calls. Texts that are not UTF-8 are repaired.
+class JSONObjectWriter {
+public:
+    /// @param expectedLength  room to make ahead; a text of that length is written without a copy.
+    explicit JSONObjectWriter(std::size_t expectedLength = 256);
 
-[[nodiscard]] bool isUtf8(std::string_view text);
+    void addString(std::string_view name, std::string_view value);
+    void addBoolean(std::string_view name, bool value);
+    /// @param json  a value that is JSON text already.
+    void addJSON(std::string_view name, std::string_view json);
 
-/// Why a record could not be decoded from JSON.
-enum class DecodingErrorCase { typeMismatch, valueNotFound, keyNotFound, dataCorrupted };
+    [[nodiscard]] std::string finish() &&;
 
-template <>
-struct FailureTraits<DecodingErrorCase> {
-    static constexpr std::string_view domain = "DecodingError";
-    static constexpr std::array<std::string_view, 4> cases{"typeMismatch", "valueNotFound", "keyNotFound",
-                                                           "dataCorrupted"};
-    using Value = FailureValue;
+private:
+    void addName(std::string_view name);
+
+    std::string json_;
 };
 
-using DecodingError = TypedFailure<DecodingErrorCase>;
-
-/// Decodes one JSON text whose top level is an object.
-/// @throws DecodingError dataCorrupted for text that is not JSON, typeMismatch for another top level.
-[[nodiscard]] JSON decodeObject(std::string_view text);
-
-/// The string member `name` of `object`.
-/// @throws DecodingError keyNotFound, valueNotFound (null) or typeMismatch, naming the member.
-[[nodiscard]] const std::string& decodeString(const JSON& object, std::string_view name);
-
-/// As `decodeString`, but null and absence give no value.
-[[nodiscard]] const std::string* decodeStringIfPresent(const JSON& object, std::string_view name);
+[[nodiscard]] bool isUtf8(std::string_view text);
 
 /// Holds a JSON value with secrets in it and cleanses its strings at the end.
 class SecretJSON {

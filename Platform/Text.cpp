@@ -51,6 +51,10 @@ std::size_t characterCount(std::string_view text) {
     return count;
 }
 
+std::string repairedUtf8(std::string_view text) {
+    return toUtf8(toUtf16(text));
+}
+
 std::vector<std::vector<std::string>> regularExpressionMatches(std::string_view pattern,
                                                                std::string_view text) {
     UErrorCode status = U_ZERO_ERROR;

@@ -11,6 +11,9 @@ namespace korvane {
 /// Octets that are not UTF-8 count as one replacement character each run that ICU makes of them.
 [[nodiscard]] std::size_t characterCount(std::string_view text);
 
+/// The text with every octet run that is not UTF-8 replaced by U+FFFD.
+[[nodiscard]] std::string repairedUtf8(std::string_view text);
+
 /// All matches of a regular expression (ICU syntax, no options) in `text`: per match its groups from 0, the
 /// whole match, on; a group that took no part is empty. An expression that does not compile gives no match.
 [[nodiscard]] std::vector<std::vector<std::string>> regularExpressionMatches(std::string_view pattern,

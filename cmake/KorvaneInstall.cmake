@@ -23,5 +23,7 @@ write_basic_package_version_file("${PROJECT_BINARY_DIR}/KorvaneConfigVersion.cma
 install(FILES "${PROJECT_BINARY_DIR}/KorvaneConfig.cmake" "${PROJECT_BINARY_DIR}/KorvaneConfigVersion.cmake"
     DESTINATION "${package_folder}")
 
+# The prefix is told by where the file lies, so that an installed tree can be moved.
+file(RELATIVE_PATH prefix_from_pkgconfig "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
 configure_file("${PROJECT_SOURCE_DIR}/cmake/korvane.pc.in" "${PROJECT_BINARY_DIR}/korvane.pc" @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/korvane.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")

@@ -24,7 +24,7 @@ std::optional<SecKey> SecCertificateCopyKey(const SecCertificate& certificate) {
     Key key(X509_get_pubkey(certificate.material().certificate.get()));
     if (!key) return std::nullopt;
     try {
-        return adoptKey(std::move(key), SecKeyClass::kSecAttrKeyClassPublic);
+        return adoptParsedKey(std::move(key), SecKeyClass::kSecAttrKeyClassPublic);
     } catch (const CFError&) {
         return std::nullopt;
     }

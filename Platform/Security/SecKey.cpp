@@ -52,6 +52,18 @@ const EVP_PKEY* curveTemplate(const SecCurve& curve) {
     return templates[static_cast<std::size_t>(&curve - kCurves.data())].get();
 }
 
+/// A context that is ready to generate keys of a curve, one per thread; null where OpenSSL gives none.
+EVP_PKEY_CTX* generator(const SecCurve& curve) {
+    thread_local std::array<KeyContext, kCurves.size()> contexts;
+    KeyContext& context = contexts[static_cast<std::size_t>(&curve - kCurves.data())];
+    if (!context) {
+        KeyContext made(
+            EVP_PKEY_CTX_new_from_pkey(nullptr, const_cast<EVP_PKEY*>(curveTemplate(curve)), nullptr));
+        if (made && EVP_PKEY_keygen_init(made.get()) == 1) context = std::move(made);
+    }
+    return context.get();
+}
+
 Key ecPublicKey(const SecCurve& curve, ByteView point) {
     Key key(EVP_PKEY_dup(const_cast<EVP_PKEY*>(curveTemplate(curve))));
     if (!key || EVP_PKEY_set1_encoded_public_key(key.get(), point.data(), point.size()) != 1)
@@ -76,18 +88,6 @@ Key ecPrivateKey(const SecCurve& curve, ByteView point, ByteView number) {
     return key;
 }
 
-Key ecKey(ByteView data, const SecKeyAttributes& attributes) {
-    const SecCurve* curve = secCurve(attributes.kSecAttrKeySizeInBits);
-    const bool isPrivate = attributes.kSecAttrKeyClass == SecKeyClass::kSecAttrKeyClassPrivate;
-    const std::size_t numbers = isPrivate ? 3 : 2;
-    if (!curve || data.size() != 1 + numbers * curve->coordinateLength ||
-        data[0] != POINT_CONVERSION_UNCOMPRESSED)
-        throw CFError(CFError::errSecParam, "The bytes are not an uncompressed point of the curve.");
-    const std::size_t pointLength = 1 + 2 * curve->coordinateLength;
-    return isPrivate ? ecPrivateKey(*curve, data.first(pointLength), data.subspan(pointLength))
-                     : ecPublicKey(*curve, data);
-}
-
 Key rsaKey(ByteView data, SecKeyClass keyClass) {
     const unsigned char* position = data.data();
     const auto length = static_cast<long>(data.size());
@@ -97,6 +97,33 @@ Key rsaKey(ByteView data, SecKeyClass keyClass) {
     if (!key || position != data.data() + data.size())
         throw platformError(CFError::errSecDecode, "The bytes are not a PKCS#1 key.");
     return key;
+}
+
+SecKey adoptRsaKey(Key key, SecKeyClass keyClass) {
+    const int bits = key ? EVP_PKEY_get_bits(key.get()) : 0;
+    if (bits < 1 || bits > kMaxModulusBits)
+        throw CFError(CFError::errSecParam, "The modulus has a length that is not supported.");
+    const SecKeyAttributes attributes{SecKeyType::kSecAttrKeyTypeRSA, keyClass,
+                                      static_cast<std::size_t>(bits)};
+    return SecKey(std::make_shared<SecKey::Material>(std::move(key), attributes, nullptr));
+}
+
+SecKey adoptEcKey(Key key, SecKeyClass keyClass, const SecCurve& curve) {
+    const SecKeyAttributes attributes{SecKeyType::kSecAttrKeyTypeEC, keyClass, curve.bits};
+    return SecKey(std::make_shared<SecKey::Material>(std::move(key), attributes, &curve));
+}
+
+SecKey ecKey(ByteView data, const SecKeyAttributes& attributes) {
+    const SecCurve* curve = secCurve(attributes.kSecAttrKeySizeInBits);
+    const bool isPrivate = attributes.kSecAttrKeyClass == SecKeyClass::kSecAttrKeyClassPrivate;
+    const std::size_t numbers = isPrivate ? 3 : 2;
+    if (!curve || data.size() != 1 + numbers * curve->coordinateLength ||
+        data[0] != POINT_CONVERSION_UNCOMPRESSED)
+        throw CFError(CFError::errSecParam, "The bytes are not an uncompressed point of the curve.");
+    const std::size_t pointLength = 1 + 2 * curve->coordinateLength;
+    Key key = isPrivate ? ecPrivateKey(*curve, data.first(pointLength), data.subspan(pointLength))
+                        : ecPublicKey(*curve, data);
+    return adoptEcKey(std::move(key), attributes.kSecAttrKeyClass, *curve);
 }
 
 SecretBytes ecRepresentation(const SecKey::Material& material) {
@@ -144,25 +171,22 @@ CFError platformError(int code, const std::string& what) {
     return {code, reason.empty() ? what : what + " (" + reason + ")"};
 }
 
-SecKey adoptKey(Key key, SecKeyClass keyClass) {
-    const bool isRsa = EVP_PKEY_is_a(key.get(), "RSA") == 1;
+SecKey adoptParsedKey(Key key, SecKeyClass keyClass) {
+    if (EVP_PKEY_is_a(key.get(), "RSA") == 1) return adoptRsaKey(std::move(key), keyClass);
     const SecCurve* curve = EVP_PKEY_is_a(key.get(), "EC") == 1 ? curveOf(key.get()) : nullptr;
-    if (!isRsa && !curve) throw CFError(CFError::errSecParam, "The key is neither RSA nor on a known curve.");
-    const int bits = EVP_PKEY_get_bits(key.get());
-    if (isRsa && (bits < 1 || bits > kMaxModulusBits))
-        throw CFError(CFError::errSecParam, "The modulus has a length that is not supported.");
-    if (curve)
-        EVP_PKEY_set_utf8_string_param(key.get(), OSSL_PKEY_PARAM_EC_POINT_CONVERSION_FORMAT, "uncompressed");
-    const SecKeyType type = isRsa ? SecKeyType::kSecAttrKeyTypeRSA : SecKeyType::kSecAttrKeyTypeEC;
-    const SecKeyAttributes attributes{type, keyClass, isRsa ? static_cast<std::size_t>(bits) : curve->bits};
-    return SecKey(std::make_shared<SecKey::Material>(std::move(key), attributes, curve));
+    if (!curve) throw CFError(CFError::errSecParam, "The key is neither RSA nor on a known curve.");
+    int isSpeltOut = 0;
+    EVP_PKEY_get_int_param(key.get(), OSSL_PKEY_PARAM_EC_DECODED_FROM_EXPLICIT_PARAMS, &isSpeltOut);
+    if (isSpeltOut != 0)
+        throw CFError(CFError::errSecParam, "The key does not name its curve (RFC 5480 section 2.1.1).");
+    EVP_PKEY_set_utf8_string_param(key.get(), OSSL_PKEY_PARAM_EC_POINT_CONVERSION_FORMAT, "uncompressed");
+    return adoptEcKey(std::move(key), keyClass, *curve);
 }
 
 SecKey SecKeyCreateWithData(ByteView data, const SecKeyAttributes& attributes) {
     const ErrorScope errors;
-    const bool isRsa = attributes.kSecAttrKeyType == SecKeyType::kSecAttrKeyTypeRSA;
-    return adoptKey(isRsa ? rsaKey(data, attributes.kSecAttrKeyClass) : ecKey(data, attributes),
-                    attributes.kSecAttrKeyClass);
+    if (attributes.kSecAttrKeyType == SecKeyType::kSecAttrKeyTypeEC) return ecKey(data, attributes);
+    return adoptRsaKey(rsaKey(data, attributes.kSecAttrKeyClass), attributes.kSecAttrKeyClass);
 }
 
 SecKey SecKeyCreateWithRSAPrivateNumbers(ByteView modulus, ByteView exponent, ByteView privateExponent) {
@@ -179,22 +203,21 @@ SecKey SecKeyCreateWithRSAPrivateNumbers(ByteView modulus, ByteView exponent, By
             throw platformError(CFError::errSecParam, "A number of the key cannot be read.");
     }
     const Parameters parameters(OSSL_PARAM_BLD_to_param(builder.get()));
-    return adoptKey(keyFromParameters("RSA", EVP_PKEY_KEYPAIR, parameters.get()),
-                    SecKeyClass::kSecAttrKeyClassPrivate);
+    return adoptRsaKey(keyFromParameters("RSA", EVP_PKEY_KEYPAIR, parameters.get()),
+                       SecKeyClass::kSecAttrKeyClassPrivate);
 }
 
 SecKey SecKeyCreateRandomKey(SecKeyType type, std::size_t sizeInBits) {
     const ErrorScope errors;
     if (type == SecKeyType::kSecAttrKeyTypeRSA)
-        return adoptKey(Key(EVP_RSA_gen(sizeInBits)), SecKeyClass::kSecAttrKeyClassPrivate);
+        return adoptRsaKey(Key(EVP_RSA_gen(sizeInBits)), SecKeyClass::kSecAttrKeyClassPrivate);
     const SecCurve* curve = secCurve(sizeInBits);
     if (!curve) throw CFError(CFError::errSecParam, "There is no curve of this size.");
-    const KeyContext context(
-        EVP_PKEY_CTX_new_from_pkey(nullptr, const_cast<EVP_PKEY*>(curveTemplate(*curve)), nullptr));
+    EVP_PKEY_CTX* context = generator(*curve);
     EVP_PKEY* key = nullptr;
-    if (!context || EVP_PKEY_keygen_init(context.get()) != 1 || EVP_PKEY_generate(context.get(), &key) != 1)
+    if (!context || EVP_PKEY_generate(context, &key) != 1)
         throw platformError(CFError::errSecInternal, "No key could be generated.");
-    return adoptKey(Key(key), SecKeyClass::kSecAttrKeyClassPrivate);
+    return adoptEcKey(Key(key), SecKeyClass::kSecAttrKeyClassPrivate, *curve);
 }
 
 SecKey SecKeyCopyPublicKey(const SecKey& key) {

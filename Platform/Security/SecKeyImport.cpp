@@ -16,11 +16,11 @@ int refusePassword(char*, int, int, void*) {
     return -1;
 }
 
-SecKey adoptParsed(EVP_PKEY* key, const unsigned char* end, ByteView der, SecKeyClass keyClass) {
+SecKey adoptWhole(EVP_PKEY* key, const unsigned char* end, ByteView der, SecKeyClass keyClass) {
     Key owned(key);
     if (!owned || end != der.data() + der.size())
         throw platformError(CFError::errSecDecode, "The bytes are not one key.");
-    return adoptKey(std::move(owned), keyClass);
+    return adoptParsedKey(std::move(owned), keyClass);
 }
 
 } // namespace
@@ -30,14 +30,14 @@ SecKey SecKeyCreateWithPKCS8(ByteView der) {
     const unsigned char* position = der.data();
     const Handle<PKCS8_PRIV_KEY_INFO, PKCS8_PRIV_KEY_INFO_free> info(
         d2i_PKCS8_PRIV_KEY_INFO(nullptr, &position, static_cast<long>(der.size())));
-    return adoptParsed(info ? EVP_PKCS82PKEY(info.get()) : nullptr, position, der, kPrivate);
+    return adoptWhole(info ? EVP_PKCS82PKEY(info.get()) : nullptr, position, der, kPrivate);
 }
 
 SecKey SecKeyCreateWithSubjectPublicKeyInfo(ByteView der) {
     const ErrorScope errors;
     const unsigned char* position = der.data();
     EVP_PKEY* key = d2i_PUBKEY(nullptr, &position, static_cast<long>(der.size()));
-    return adoptParsed(key, position, der, kPublic);
+    return adoptWhole(key, position, der, kPublic);
 }
 
 SecKey SecKeyCreateWithPEM(std::string_view text) {
@@ -47,7 +47,7 @@ SecKey SecKeyCreateWithPEM(std::string_view text) {
     Key key(isPrivate ? PEM_read_bio_PrivateKey(source.get(), nullptr, refusePassword, nullptr)
                       : PEM_read_bio_PUBKEY(source.get(), nullptr, refusePassword, nullptr));
     if (!key) throw platformError(CFError::errSecDecode, "The text is not a PEM key.");
-    return adoptKey(std::move(key), isPrivate ? kPrivate : kPublic);
+    return adoptParsedKey(std::move(key), isPrivate ? kPrivate : kPublic);
 }
 
 } // namespace korvane

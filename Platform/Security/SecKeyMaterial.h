@@ -38,9 +38,9 @@ private:
 /// The curve of a field size in bits, or null.
 [[nodiscard]] const SecCurve* secCurve(std::size_t bits);
 
-/// Wraps a key that OpenSSL has read or made.
-/// @throws CFError for a key that is neither RSA nor on one of the three curves.
-[[nodiscard]] SecKey adoptKey(openssl::Key key, SecKeyClass keyClass);
+/// Wraps a key that OpenSSL has parsed.
+/// @throws CFError for a key that is neither RSA nor on one of the three curves by name.
+[[nodiscard]] SecKey adoptParsedKey(openssl::Key key, SecKeyClass keyClass);
 
 /// A failure that tells OpenSSL's newest reason.
 [[nodiscard]] CFError platformError(int code, const std::string& what);

@@ -49,8 +49,8 @@ TEST(CompressorChoice, UnknownNamesAreRefused) {
         return 0;
     }));
     EXPECT_EQ(CompressorFactory().makeCompressor(CompressionAlgorithm::NONE).compress({}), Bytes());
-    EXPECT_EQ(compressionFromRawValue("DEF"), CompressionAlgorithm::DEFLATE);
-    EXPECT_EQ(compressionFromRawValue("def"), std::nullopt);
+    EXPECT_EQ(fromRawValue<CompressionAlgorithm>("DEF"), CompressionAlgorithm::DEFLATE);
+    EXPECT_EQ(fromRawValue<CompressionAlgorithm>("def"), std::nullopt);
 }
 
 } // namespace

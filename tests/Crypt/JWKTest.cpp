@@ -181,6 +181,12 @@ TEST(JWKGeneration, PublicHalfCarriesEveryParameterButWritesPublicOnes) {
     EXPECT_EQ(ECPrivateKey::generateWithoutParametersWith(ECCurveType::P521)["kid"], std::nullopt);
 }
 
+TEST(JWKConstruction, SymmetricKeysAreMadeOfAnyBytes) {
+    const SymmetricKey key(SecretBytes(16, 1));
+    EXPECT_EQ(key, SymmetricKey(Bytes(16, 1)));
+    EXPECT_EQ(key.converted<SecretBytes>(), SecretBytes(16, 1));
+}
+
 TEST(JWKThumbprint, PrivateAndPublicKeysShareIt) {
     const ECPrivateKey pair = ECPrivateKey::generateWith(ECCurveType::P384);
     EXPECT_EQ(pair.thumbprint(), pair.getPublic().thumbprint());

@@ -1,4 +1,5 @@
 #include "Platform/JSON.h"
+#include "Platform/JSONDecoding.h"
 #include "tests/support/Failures.h"
 
 #include <gmock/gmock.h>
@@ -86,29 +87,86 @@ TEST(JSONWritingTest, OnlyWritableContainersAreValid) {
         R"({"a":{"c":2,"d":1},"b":1})");
 }
 
-TEST(JSONWritingTest, QuotedStringsReadBackAsTheyWere) {
+TEST(JSONWritingTest, WrittenMembersReadBackAsTheyWere) {
     std::string text;
     for (char character = 1; character < 127; ++character)
         text += character;
     text += "\u00e9\u4e2d";
-    std::string json = "[";
-    appendJSONString(json, text);
-    const auto value = JSONSerialization::jsonObject(json + "]");
-    ASSERT_TRUE(value);
-    EXPECT_EQ(value->at(0), text);
+    JSONObjectWriter writer;
+    writer.addString("a \"name\"", text);
+    writer.addBoolean("yes", true);
+    writer.addJSON("list", "[1]");
+    writer.addString("repaired", "\xFFz");
+    const std::string json = std::move(writer).finish();
+    EXPECT_EQ(
+        JSONSerialization::jsonObject(json),
+        JSON::object(
+            {{"a \"name\"", text}, {"yes", true}, {"list", JSON::array({1})}, {"repaired", "\uFFFDz"}}));
+    EXPECT_EQ(JSONObjectWriter().finish(), "{}");
 }
 
-TEST(Decoding, FaultsAreToldApart) {
-    const JSON object = decodeObject(R"({"text":"t","null":null,"number":1})");
+TEST(JSONReading, MembersComeInOrderWithTheirRepeats) {
+    std::vector<std::string> seen;
+    const auto read = [&seen](const std::string& text) {
+        seen.clear();
+        return JSONSerialization::forEachMember(text, [&seen](std::string_view name, JSON&& value) {
+            seen.push_back(std::string(name) + "=" + value.dump());
+        });
+    };
+    EXPECT_EQ(read(R"({"b":1,"a":{"x":1,"x":2},"b":"2"})"), JSONTopLevel::object);
+    EXPECT_THAT(seen, testing::ElementsAre("b=1", R"(a={"x":2})", R"(b="2")"));
+    EXPECT_EQ(read("[1]"), JSONTopLevel::otherValue);
+    EXPECT_EQ(read("{\"a\":"), JSONTopLevel::malformed);
+    const std::string deepest = nested(JSONSerialization::kDepthLimit - 1);
+    EXPECT_EQ(read("{\"a\":" + deepest + "}"), JSONTopLevel::object);
+    EXPECT_EQ(read("{\"a\":[" + deepest + "]}"), JSONTopLevel::malformed);
+}
+
+TEST(Decoding, FaultsAreToldApartAndNameTheirPlace) {
+    const JSON object =
+        decodeObject(R"({"text":"t","null":null,"number":1,"list":[{"a":"x"},{"a":2}],"map":{"k":1}})");
+    const JSONField root(object);
     EXPECT_EQ(decodeString(object, "text"), "t");
-    EXPECT_TRUE(raises(DecodingErrorCase::keyNotFound, [&] { return decodeString(object, "absent"); }));
-    EXPECT_TRUE(raises(DecodingErrorCase::valueNotFound, [&] { return decodeString(object, "null"); }));
-    EXPECT_TRUE(raises(DecodingErrorCase::typeMismatch, [&] { return decodeString(object, "number"); }));
-    EXPECT_TRUE(
-        raises(DecodingErrorCase::typeMismatch, [&] { return decodeStringIfPresent(object, "number"); }));
-    EXPECT_EQ(decodeStringIfPresent(object, "null"), nullptr);
-    EXPECT_TRUE(raises(DecodingErrorCase::dataCorrupted, [] { return decodeObject("{"); }));
-    EXPECT_TRUE(raises(DecodingErrorCase::typeMismatch, [] { return decodeObject("[]"); }));
+    EXPECT_FALSE(root.memberIfPresent("null"));
+    EXPECT_FALSE(root.memberIfPresent("absent"));
+    const struct {
+        DecodingErrorCase kind;
+        std::function<void()> action;
+        std::vector<std::string> path;
+    } rows[] = {
+        {DecodingErrorCase::keyNotFound,
+         [&] { static_cast<void>(decodeString(object, "absent")); },
+         {"absent"}},
+        {DecodingErrorCase::valueNotFound,
+         [&] { static_cast<void>(decodeString(object, "null")); },
+         {"null"}},
+        {DecodingErrorCase::typeMismatch,
+         [&] { static_cast<void>(decodeString(object, "number")); },
+         {"number"}},
+        {DecodingErrorCase::typeMismatch,
+         [&] { static_cast<void>(root.member("map").stringTable()); },
+         {"map", "k"}},
+        {DecodingErrorCase::typeMismatch, [&] { static_cast<void>(root.member("map").elements()); }, {"map"}},
+        {DecodingErrorCase::typeMismatch,
+         [&] {
+             const JSONField list = root.member("list");
+             for (const JSONField& element : list.elements())
+                 static_cast<void>(element.member("a").string());
+         },
+         {"list", "Index 1", "a"}},
+        {DecodingErrorCase::dataCorrupted, [] { static_cast<void>(decodeObject("{")); }, {}},
+        {DecodingErrorCase::typeMismatch, [] { static_cast<void>(decodeObject("[]")); }, {}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(testing::PrintToString(row.path));
+        try {
+            row.action();
+            ADD_FAILURE() << "raised nothing";
+        } catch (const DecodingError& error) {
+            EXPECT_EQ(error.kind(), row.kind);
+            EXPECT_EQ(error.codingPath(), row.path);
+        }
+    }
 }
 
 } // namespace

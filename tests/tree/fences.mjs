@@ -8,7 +8,10 @@ import { join, relative } from "node:path";
 const arrows = {
   "Platform": ["Platform"],
   "Crypt": ["Platform", "Crypt"],
-  "Sdk/Messages": ["Platform", "Crypt", "Sdk/Messages"],
+  "Platform/Native": ["Platform"],
+  "Sdk/Events": ["Platform", "Sdk/Events"],
+  "Sdk/Messages": ["Platform", "Crypt", "Sdk/Events", "Sdk/Messages"],
+  "Sdk/DeviceData": ["Platform", "Crypt", "Sdk/Events", "Sdk/DeviceData"],
   "tools": ["Platform", "Crypt", "Sdk", "tools"],
   "tests": ["Platform", "Crypt", "Sdk", "tools", "tests"],
   "fuzz": ["Platform", "Crypt", "Sdk", "fuzz", "tests/support"],
@@ -22,6 +25,7 @@ const fences = [
   { library: /^unicode\//, folders: ["Platform"] },
   { library: /^simdjson/, folders: ["Platform"] },
   { library: /^(curl|asio)[./]/, folders: ["Platform/Native"] },
+  { library: /^fontconfig\//, folders: ["Platform/Native"] },
   { library: /^Q[A-Z]/, folders: ["Platform/Qt", "examples"] },
 ];
 
