@@ -25,11 +25,11 @@ ByteView computeTag(ContentEncryptionAlgorithm algorithm, ByteView hmacKey,
 } // namespace
 
 ContentEncryptionContext AESCBCEncryption::encrypt(ByteView headerData, const Payload& payload) const {
-    return encryptText(payload.data(), AdditionalAuthenticatedData(headerData).view());
+    return encrypt(payload.data(), AdditionalAuthenticatedData(headerData).view());
 }
 
-ContentEncryptionContext AESCBCEncryption::encryptText(ByteView plaintext,
-                                                       ByteView additionalAuthenticatedData) const {
+ContentEncryptionContext AESCBCEncryption::encrypt(ByteView plaintext,
+                                                   ByteView additionalAuthenticatedData) const {
     ContentEncryptionContext result;
     result.initializationVector.resize(initializationVectorLength(contentEncryptionAlgorithm_));
     SecureRandom::fill(result.initializationVector);
@@ -43,16 +43,20 @@ ContentEncryptionContext AESCBCEncryption::encryptText(ByteView plaintext,
     return result;
 }
 
-Bytes AESCBCEncryption::decrypt(const ContentDecryptionContext& context) const {
+Bytes AESCBCEncryption::decrypt(ByteView ciphertext, ByteView initializationVector,
+                                ByteView additionalAuthenticatedData, ByteView authenticationTag) const {
     const ContentKeys keys = retrieveKeys(contentEncryptionAlgorithm_, contentEncryptionKey_);
     Mac mac;
-    const ByteView tag =
-        computeTag(contentEncryptionAlgorithm_, keys.hmacKey, context.additionalAuthenticatedData,
-                   context.initializationVector, context.ciphertext, mac);
-    if (!isEqualInConstantTime(tag, context.authenticationTag))
+    const ByteView expected = computeTag(contentEncryptionAlgorithm_, keys.hmacKey,
+                                         additionalAuthenticatedData, initializationVector, ciphertext, mac);
+    if (!isEqualInConstantTime(expected, authenticationTag))
         throw JWEError(JWEErrorCase::hmacNotAuthenticated);
-    return AES::decrypt(context.ciphertext, keys.encryptionKey, contentEncryptionAlgorithm_,
-                        context.initializationVector);
+    return AES::decrypt(ciphertext, keys.encryptionKey, contentEncryptionAlgorithm_, initializationVector);
+}
+
+Bytes AESCBCEncryption::decrypt(const ContentDecryptionContext& decryptionContext) const {
+    return decrypt(decryptionContext.ciphertext, decryptionContext.initializationVector,
+                   decryptionContext.additionalAuthenticatedData, decryptionContext.authenticationTag);
 }
 
 AdditionalAuthenticatedData::AdditionalAuthenticatedData(ByteView headerData) {

@@ -54,11 +54,15 @@ public:
                                                    const Payload& payload) const override;
 
     /// As above, with the authenticated data as they are and a fresh random vector.
-    [[nodiscard]] ContentEncryptionContext encryptText(ByteView plaintext,
-                                                       ByteView additionalAuthenticatedData) const;
+    [[nodiscard]] ContentEncryptionContext encrypt(ByteView plaintext,
+                                                   ByteView additionalAuthenticatedData) const;
 
     /// @throws JWEError keyLengthNotSatisfied; hmacNotAuthenticated for any changed part; AESError
     /// decryptingFailed
+    [[nodiscard]] Bytes decrypt(ByteView ciphertext, ByteView initializationVector,
+                                ByteView additionalAuthenticatedData, ByteView authenticationTag) const;
+
+    /// As above, by the context's fields.
     [[nodiscard]] Bytes decrypt(const ContentDecryptionContext& decryptionContext) const override;
 
 private:

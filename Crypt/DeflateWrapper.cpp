@@ -45,7 +45,7 @@ std::optional<Bytes> perform(CompressionOperation operation, ByteView source, st
     auto stream = CompressionStream::make(operation, source);
     if (!stream) return std::nullopt;
     Bytes result = std::move(preload);
-    Bytes step(std::min(sourceSize, kLargestStep));
+    Bytes step(std::clamp(sourceSize, std::size_t{1}, kLargestStep));
     for (;;) {
         std::size_t produced = 0;
         const CompressionStream::Status status = stream->process(step, produced);

@@ -33,6 +33,7 @@ TEST(Deflate, DamagedInputIsRefused) {
     EXPECT_TRUE(
         raises(compressedDataMustBeGreaterThanZero, [] { return DeflateCompressor().decompress({}); }));
     EXPECT_EQ(perform(CompressionOperation::encode, {}, 0), std::nullopt);
+    EXPECT_EQ(perform(CompressionOperation::decode, {}, 0), std::nullopt);
 }
 
 TEST(Deflate, InflationStopsAtSixteenMebibytes) {

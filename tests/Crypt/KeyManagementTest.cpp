@@ -136,7 +136,7 @@ TEST(ContentEncryption, KeyLengthsAreChecked) {
 TEST(ContentEncryption, AnyChangeFailsAtTheTag) {
     const AESCBCEncryption cipher(CE::A128CBCHS256, SecretBytes(32, 5));
     const Bytes aad = toBytes("aad");
-    const ContentEncryptionContext sealed = cipher.encryptText(toBytes("some text"), aad);
+    const ContentEncryptionContext sealed = cipher.encrypt(toBytes("some text"), aad);
     EXPECT_EQ(sealed.authenticationTag.size(), 16U);
     EXPECT_EQ(asText(cipher.decrypt(
                   {sealed.ciphertext, sealed.initializationVector, aad, sealed.authenticationTag})),
@@ -176,7 +176,7 @@ TEST(ContentEncryption, AnyChangeFailsAtTheTag) {
 TEST(ContentEncryption, EmptyInputsAreRefused) {
     const AESCBCEncryption cipher(CE::A256CBCHS512, SecretBytes(64));
     EXPECT_TRUE(raises(
-        AESErrorCase::encryptingFailed, [&] { return cipher.encryptText({}, {}); },
+        AESErrorCase::encryptingFailed, [&] { return cipher.encrypt({}, {}); },
         "Encryption failed with status: -4300."));
     EXPECT_TRUE(raises(
         AESErrorCase::decryptingFailed,
