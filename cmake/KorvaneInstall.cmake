@@ -9,13 +9,16 @@ install(TARGETS korvane EXPORT KorvaneTargets
     LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}")
 install(EXPORT KorvaneTargets NAMESPACE Korvane:: DESTINATION "${package_folder}")
 
-# OpenSSL's handles and what stands on them are the library's own affair.
+# OpenSSL's handles and what stands on them are the library's own affair, and so are the parts of the native platform.
 foreach(layer IN ITEMS Platform Crypt Sdk)
     install(DIRECTORY "${PROJECT_SOURCE_DIR}/${layer}" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/korvane"
         FILES_MATCHING PATTERN "*.h"
         PATTERN "OpenSSLHandles.h" EXCLUDE
-        PATTERN "SecKeyMaterial.h" EXCLUDE)
+        PATTERN "SecKeyMaterial.h" EXCLUDE
+        PATTERN "Native" EXCLUDE)
 endforeach()
+install(FILES Platform/Native/NativePlatform.h
+    DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/korvane/Platform/Native")
 
 configure_package_config_file("${PROJECT_SOURCE_DIR}/cmake/KorvaneConfig.cmake.in"
     "${PROJECT_BINARY_DIR}/KorvaneConfig.cmake" INSTALL_DESTINATION "${package_folder}")

@@ -1,0 +1,16 @@
+#pragma once
+
+namespace korvane {
+
+/// What the device tells about its own integrity. Each check answers yes or no and does not fail.
+class IntegrityChecks {
+public:
+    virtual ~IntegrityChecks() = default;
+
+    [[nodiscard]] virtual bool isJailbroken() const = 0;
+    [[nodiscard]] virtual bool isEmulator() const = 0;
+    [[nodiscard]] virtual bool isDebuggerAttached() const = 0;
+    [[nodiscard]] virtual bool isOSVersionSupported() const = 0;
+};
+
+} // namespace korvane

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "Platform/ASIdentifierManager.h"
+#include "Platform/CLLocationManager.h"
+#include "Platform/IntegrityChecks.h"
+#include "Platform/Locale.h"
+#include "Platform/NSBundle.h"
+#include "Platform/NSProcessInfo.h"
+#include "Platform/NSUserDefaults.h"
+#include "Platform/NetworkInterfaces.h"
+#include "Platform/TimeZone.h"
+#include "Platform/UIDevice.h"
+#include "Platform/UIFont.h"
+#include "Platform/UIScreen.h"
+
+namespace korvane {
+
+/// The machine that the process runs on: one filling of the seam, of which a process has one at a time. The
+/// services live as long as the platform.
+class Platform {
+public:
+    Platform(const Platform&) = delete;
+    Platform& operator=(const Platform&) = delete;
+    virtual ~Platform() = default;
+
+    /// The platform of this process. Any thread. Without one, the process ends (`fatalError`).
+    [[nodiscard]] static Platform& current();
+
+    [[nodiscard]] virtual UIDevice& device() = 0;
+    [[nodiscard]] virtual UIScreen& mainScreen() = 0;
+    [[nodiscard]] virtual UIFontServices& fonts() = 0;
+    [[nodiscard]] virtual LocaleServices& locales() = 0;
+    [[nodiscard]] virtual TimeZone& timeZone() = 0;
+    [[nodiscard]] virtual CLLocationManager& locationManager() = 0;
+    [[nodiscard]] virtual ASIdentifierManager& identifierManager() = 0;
+    [[nodiscard]] virtual NSUserDefaults& userDefaults() = 0;
+    [[nodiscard]] virtual NSBundle& mainBundle() = 0;
+    [[nodiscard]] virtual NetworkInterfaces& networkInterfaces() = 0;
+    [[nodiscard]] virtual NSProcessInfo& processInfo() = 0;
+    [[nodiscard]] virtual IntegrityChecks& integrityChecks() = 0;
+
+protected:
+    Platform() = default;
+
+    /// Makes a filling the platform of the process for as long as this object lives. It is a filling's last
+    /// member, so that no thread meets a platform whose services are not there yet, or there no more.
+    class Installation {
+    public:
+        /// A second platform beside a living one ends the process (`fatalError`).
+        explicit Installation(Platform& platform);
+        Installation(const Installation&) = delete;
+        Installation& operator=(const Installation&) = delete;
+        ~Installation();
+    };
+};
+
+} // namespace korvane

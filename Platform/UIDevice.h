@@ -1,0 +1,31 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace korvane {
+
+/// The kind of interface that the device shows, by the platform's numbers.
+enum class UIUserInterfaceIdiom : int { unspecified = -1, phone = 0, pad = 1, tv = 2, carPlay = 3, mac = 5 };
+
+/// The device that the process runs on. No read fails.
+class UIDevice {
+public:
+    virtual ~UIDevice() = default;
+
+    /// The operating system's name, as in "iOS".
+    [[nodiscard]] virtual std::string systemName() const = 0;
+
+    /// The operating system's version, as in "14.4"; empty where the system has none.
+    [[nodiscard]] virtual std::string systemVersion() const = 0;
+
+    /// The name that its owner gave the device.
+    [[nodiscard]] virtual std::string name() const = 0;
+
+    /// UUID text that all applications of one vendor share on this device.
+    [[nodiscard]] virtual std::optional<std::string> identifierForVendor() const = 0;
+
+    [[nodiscard]] virtual UIUserInterfaceIdiom userInterfaceIdiom() const = 0;
+};
+
+} // namespace korvane

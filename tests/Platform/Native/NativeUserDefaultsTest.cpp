@@ -1,0 +1,174 @@
+#include "Platform/Native/NativeUserDefaults.h"
+
+#include "tests/support/Files.h"
+
+#include <gmock/gmock.h>
+
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <fstream>
+#include <thread>
+
+namespace korvane {
+namespace {
+
+namespace fs = std::filesystem;
+
+class UserDefaults : public testing::Test {
+protected:
+    UserDefaults() {
+        std::string pattern = testing::TempDir() + "defaults-XXXXXX";
+        root = mkdtemp(pattern.data());
+        file = root / "made" / "on demand" / "defaults.json";
+    }
+
+    ~UserDefaults() override { fs::remove_all(root); }
+
+    void write(const std::string& text) const {
+        fs::create_directories(file.parent_path());
+        std::ofstream(file, std::ios::binary) << text;
+    }
+
+    /// What another process finds now.
+    [[nodiscard]] std::optional<JSON> elsewhere(const std::string& key) const {
+        return NativeUserDefaults(file).valueForKey(key);
+    }
+
+    fs::path root;
+    fs::path file;
+};
+
+/// Runs `work` in a process of its own.
+pid_t inChild(const std::function<bool()>& work) {
+    const pid_t child = fork();
+    if (child == 0) _exit(work() ? 0 : 1);
+    return child;
+}
+
+bool succeeded(pid_t child) {
+    int status = 0;
+    return waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+TEST_F(UserDefaults, ValuesSurviveAndAreTheUsersAlone) {
+    NativeUserDefaults defaults(file);
+    EXPECT_EQ(defaults.valueForKey("a"), std::nullopt);
+    defaults.setObject("text", "a");
+    defaults.setObject(7, "b");
+    EXPECT_TRUE(defaults.synchronize());
+    EXPECT_EQ(elsewhere("a"), JSON("text"));
+    EXPECT_EQ(elsewhere("b"), JSON(7));
+
+    struct stat status {};
+    ASSERT_EQ(stat(file.c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777U, 0600U);
+}
+
+TEST_F(UserDefaults, AFileThatHoldsNoValuesCountsAsEmpty) {
+    for (const std::string& text :
+         {std::string(), std::string("{\"a\":\"torn"), std::string("[\"a\"]"), std::string("\xFF\xFE{}"),
+          std::string("{}{}"), std::string(4096, '\0'), std::string(100000, '[')}) {
+        SCOPED_TRACE(text.substr(0, 20));
+        write(text);
+        NativeUserDefaults defaults(file);
+        EXPECT_EQ(defaults.valueForKey("a"), std::nullopt);
+        defaults.setObject("new", "a");
+        EXPECT_EQ(elsewhere("a"), JSON("new"));
+    }
+}
+
+TEST_F(UserDefaults, ForeignMembersOfTheFileStay) {
+    write(R"({"theirs":{"deep":[1,null]},"a":true})");
+    NativeUserDefaults(file).setObject("x", "a");
+    EXPECT_EQ(readFile(file), R"({"theirs":{"deep":[1,null]},"a":"x"})");
+}
+
+TEST_F(UserDefaults, WithoutAPlaceToWriteValuesLastAsLongAsTheObject) {
+    std::ofstream(root / "plain file") << "x";
+    fs::create_directories(root / "folder.json" / "not empty");
+    for (const fs::path& place : {root / "plain file" / "defaults.json", root / "folder.json", fs::path()}) {
+        SCOPED_TRACE(place);
+        NativeUserDefaults defaults(place);
+        defaults.setObject("kept", "a");
+        EXPECT_FALSE(defaults.synchronize());
+        EXPECT_EQ(defaults.valueForKey("a"), JSON("kept"));
+    }
+}
+
+TEST_F(UserDefaults, ANamedPipeInTheFilesPlaceHoldsNobodyUp) {
+    fs::create_directories(file.parent_path());
+    ASSERT_EQ(mkfifo(file.c_str(), 0600), 0);
+    EXPECT_EQ(elsewhere("a"), std::nullopt);
+}
+
+TEST_F(UserDefaults, AWriteThatFailsHalfwayLeavesTheFileAndKeepsTheValue) {
+    write(R"({"a":"old"})");
+    EXPECT_TRUE(succeeded(inChild([this] {
+        std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit before = {RLIM_INFINITY, RLIM_INFINITY};
+        const rlimit tenOctets = {10, RLIM_INFINITY};
+        NativeUserDefaults defaults(file);
+        setrlimit(RLIMIT_FSIZE, &tenOctets);
+        defaults.setObject("new", "a");
+        const bool isIntact = readFile(file) == R"({"a":"old"})" && !defaults.synchronize();
+        const bool isKept = defaults.valueForKey("a") == JSON("new");
+        setrlimit(RLIMIT_FSIZE, &before);
+        return isIntact && isKept && defaults.synchronize() && elsewhere("a") == JSON("new");
+    })));
+}
+
+TEST_F(UserDefaults, WhatJSONCannotExpressIsNotStored) {
+    NativeUserDefaults defaults(file);
+    JSON deep = 1;
+    for (int level = 0; level < JSONSerialization::kDepthLimit; ++level)
+        deep = JSON::array({std::move(deep)});
+    defaults.setObject(std::move(deep), "a");
+    defaults.setObject("\xFF", "a");
+    defaults.setObject("x", "\xFF");
+    EXPECT_EQ(defaults.valueForKey("a"), std::nullopt);
+    defaults.setObject("good", "b");
+    EXPECT_EQ(elsewhere("b"), JSON("good"));
+}
+
+TEST_F(UserDefaults, ProcessesThatWriteAtOnceLoseNothing) {
+    constexpr int kProcesses = 4;
+    constexpr int kWrites = 40;
+    std::vector<pid_t> children;
+    for (int process = 0; process < kProcesses; ++process)
+        children.push_back(inChild([this, process] {
+            NativeUserDefaults defaults(file);
+            for (int index = 0; index < kWrites; ++index) {
+                defaults.setObject(index, std::to_string(process) + "." + std::to_string(index));
+                if (elsewhere(std::to_string(process) + ".0") != JSON(0)) return false;
+            }
+            return defaults.synchronize();
+        }));
+    for (const pid_t child : children)
+        EXPECT_TRUE(succeeded(child));
+
+    const std::optional<JSON> all = JSONSerialization::jsonObject(readFile(file));
+    ASSERT_TRUE(all);
+    EXPECT_EQ(all->size(), std::size_t{kProcesses} * kWrites);
+    for (int process = 0; process < kProcesses; ++process)
+        for (int index = 0; index < kWrites; ++index)
+            EXPECT_EQ(all->at(std::to_string(process) + "." + std::to_string(index)), index);
+}
+
+TEST(UserDefaultsPlace, FollowsTheEnvironment) {
+    setenv("HOME", "/home/ada", 1);
+    setenv("XDG_CONFIG_HOME", "/etc/ada", 1);
+    EXPECT_EQ(NativeUserDefaults::defaultFile(), "/etc/ada/korvane/defaults.json");
+    setenv("XDG_CONFIG_HOME", "relative", 1);
+    EXPECT_EQ(NativeUserDefaults::defaultFile(), "/home/ada/.config/korvane/defaults.json");
+    unsetenv("XDG_CONFIG_HOME");
+    unsetenv("HOME");
+    EXPECT_EQ(NativeUserDefaults::defaultFile(), "");
+}
+
+} // namespace
+} // namespace korvane
