@@ -106,6 +106,9 @@ private:
     bool isTooDeep_ = false;
 };
 
+/// The members of an object in their order, repeats included.
+using Members = std::vector<std::pair<std::string, JSON>>;
+
 /// One reader per thread: its buffers are reused, and what was read is cleansed out of them after each text.
 class Reader {
 public:
@@ -119,19 +122,17 @@ public:
         return result;
     }
 
-    /// Gives the members of the top-level object, those that repeat a name included. A text with integers
-    /// beyond 64 bits is malformed to this one.
-    std::optional<std::vector<std::pair<std::string, JSON>>> readMembers(std::string_view text,
-                                                                         JSONTopLevel& top) {
+    /// Gives the members of the top-level object, those that repeat a name included.
+    std::optional<Members> readMembers(std::string_view text, JSONTopLevel& top) {
         simdjson::dom::element root;
-        std::optional<std::vector<std::pair<std::string, JSON>>> members;
-        top = JSONTopLevel::malformed;
-        if (parse(text, root) == simdjson::SUCCESS) {
-            top = root.is_object() ? JSONTopLevel::object : JSONTopLevel::otherValue;
-            if (root.is_object()) members = convertMembers(simdjson::dom::object(root));
-            if (root.is_object() && !members) top = JSONTopLevel::malformed;
-        }
+        const simdjson::error_code error = parse(text, root);
+        std::optional<Members> members;
+        bool isOther = error == simdjson::SUCCESS && !root.is_object();
+        if (error == simdjson::SUCCESS && !isOther) members = convertMembers(simdjson::dom::object(root));
+        if (error == simdjson::NUMBER_ERROR) members = readBigNumberMembers(text, isOther);
         cleanse(text.size());
+        const JSONTopLevel withoutMembers = isOther ? JSONTopLevel::otherValue : JSONTopLevel::malformed;
+        top = members ? JSONTopLevel::object : withoutMembers;
         return members;
     }
 
@@ -154,11 +155,10 @@ private:
         return conversion.isTooDeep() ? std::nullopt : std::optional(std::move(value));
     }
 
-    static std::optional<std::vector<std::pair<std::string, JSON>>>
-    convertMembers(const simdjson::dom::object& object) {
+    static std::optional<Members> convertMembers(const simdjson::dom::object& object) {
         constexpr int kInsideTopLevel = 1;
         Conversion conversion(kInsideTopLevel);
-        std::vector<std::pair<std::string, JSON>> members;
+        Members members;
         members.reserve(object.size());
         for (const auto& [name, value] : object)
             members.emplace_back(name, conversion.convert(value));
@@ -168,17 +168,35 @@ private:
     /// simdjson refuses integers beyond 64 bits, which are valid JSON: those texts go through the slower
     /// reader, whose time grows with the square of the length. No message of the protocol has such a number
     /// at all.
-    static std::optional<JSON> readBigNumbers(std::string_view text) {
+    static std::optional<JSON>
+    readBigNumbers(std::string_view text,
+                   const std::function<void(int, JSON::parse_event_t, JSON&)>& watch = {}) {
         constexpr std::size_t kLongest = 16384;
         if (text.size() > kLongest) return std::nullopt;
         bool isTooDeep = false;
-        const auto watchDepth = [&isTooDeep](int depth, JSON::parse_event_t, JSON&) {
+        const auto callback = [&](int depth, JSON::parse_event_t event, JSON& value) {
             isTooDeep = isTooDeep || depth > JSONSerialization::kDepthLimit;
+            if (watch) watch(depth, event, value);
             return true;
         };
-        JSON value = JSON::parse(text, watchDepth, false);
+        JSON value = JSON::parse(text, callback, false);
         if (value.is_discarded() || isTooDeep) return std::nullopt;
         return value;
+    }
+
+    static std::optional<Members> readBigNumberMembers(std::string_view text, bool& isOther) {
+        using Event = JSON::parse_event_t;
+        Members members;
+        std::string name;
+        const auto watch = [&](int depth, Event event, JSON& value) {
+            if (depth != 1) return;
+            if (event == Event::key) name = value.get<std::string>();
+            if (event == Event::value || event == Event::object_end || event == Event::array_end)
+                members.emplace_back(name, value);
+        };
+        const std::optional<JSON> whole = readBigNumbers(text, watch);
+        isOther = whole && !whole->is_object();
+        return whole && !isOther ? std::optional(std::move(members)) : std::nullopt;
     }
 
     void cleanse(std::size_t length) {

@@ -115,6 +115,12 @@ TEST(JSONReading, MembersComeInOrderWithTheirRepeats) {
     };
     EXPECT_EQ(read(R"({"b":1,"a":{"x":1,"x":2},"b":"2"})"), JSONTopLevel::object);
     EXPECT_THAT(seen, testing::ElementsAre("b=1", R"(a={"x":2})", R"(b="2")"));
+    const std::string big = "123456789012345678901234567890";
+    EXPECT_EQ(read(R"({"b":)" + big + R"(,"a":{"x":[1]},"b":[2],"c":"t"})"), JSONTopLevel::object);
+    EXPECT_THAT(seen,
+                testing::ElementsAre("b=1.2345678901234568e+29", R"(a={"x":[1]})", "b=[2]", R"(c="t")"));
+    EXPECT_EQ(read("{\"a\":" + big + ",}"), JSONTopLevel::malformed);
+    EXPECT_EQ(read("[" + big + "]"), JSONTopLevel::otherValue);
     EXPECT_EQ(read("[1]"), JSONTopLevel::otherValue);
     EXPECT_EQ(read("{\"a\":"), JSONTopLevel::malformed);
     const std::string deepest = nested(JSONSerialization::kDepthLimit - 1);
