@@ -64,7 +64,7 @@ public:
     }
 
 private:
-    static void split(std::string_view compactSerialization, std::span<Bytes> components);
+    static void split(std::string_view text, std::span<Bytes> components);
 };
 
 } // namespace korvane

@@ -27,15 +27,12 @@ bool countsByOctets(std::string_view text) {
     return std::all_of(text.begin(), text.end(), [](char octet) { return octet > 0 && octet != '\r'; });
 }
 
-icu::BreakIterator& characterIterator() {
-    thread_local const std::unique_ptr<icu::BreakIterator> iterator = [] {
-        UErrorCode status = U_ZERO_ERROR;
-        std::unique_ptr<icu::BreakIterator> made(
-            icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
-        if (U_FAILURE(status)) fatalError("ICU has no rules for characters.");
-        return made;
-    }();
-    return *iterator;
+std::unique_ptr<icu::BreakIterator> makeCharacterIterator() {
+    UErrorCode status = U_ZERO_ERROR;
+    std::unique_ptr<icu::BreakIterator> made(
+        icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
+    if (U_FAILURE(status)) fatalError("ICU has no rules for characters.");
+    return made;
 }
 
 } // namespace
@@ -43,10 +40,10 @@ icu::BreakIterator& characterIterator() {
 std::size_t characterCount(std::string_view text) {
     if (countsByOctets(text)) return text.size();
     const icu::UnicodeString utf16 = toUtf16(text);
-    icu::BreakIterator& characters = characterIterator();
-    characters.setText(utf16);
+    thread_local const std::unique_ptr<icu::BreakIterator> characters = makeCharacterIterator();
+    characters->setText(utf16);
     std::size_t count = 0;
-    while (characters.next() != icu::BreakIterator::DONE)
+    while (characters->next() != icu::BreakIterator::DONE)
         ++count;
     return count;
 }
