@@ -69,7 +69,9 @@ TEST(RSAKeyManagement, LengthsAreThoseOfTheBlock) {
     const SecKey publicKey = SecKeyCopyPublicKey(rsaKey());
     const std::pair<KM, std::ptrdiff_t> rows[] = {
         {KM::RSA1_5, 245}, {KM::RSAOAEP, 214}, {KM::RSAOAEP256, 190}};
-    for (const auto& [algorithm, longest] : rows) {
+    for (const auto& row : rows) {
+        const KM algorithm = row.first;
+        const std::ptrdiff_t longest = row.second;
         EXPECT_EQ(maxMessageLength(algorithm, publicKey), longest);
         const auto size = static_cast<std::size_t>(longest);
         EXPECT_EQ(RSA::decrypt(RSA::encrypt(Bytes(size, 7), publicKey, algorithm), rsaKey(), algorithm),
