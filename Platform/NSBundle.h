@@ -1,17 +1,45 @@
 #pragma once
 
+#include "Platform/Bytes.h"
+
+#include <memory>
 #include <optional>
 #include <string>
 
 namespace korvane {
 
-/// A bundle: the application's own files.
+/// A bundle: a named place that holds files, such as the application's own. Any thread.
 class NSBundle {
 public:
     virtual ~NSBundle() = default;
 
+    /// The bundle of a folder's files. The folder need not exist; then the bundle is empty.
+    [[nodiscard]] static std::shared_ptr<NSBundle> bundleWithPath(const std::string& folder);
+
     /// The absolute URL of the receipt that the store gave with the application, or no value.
     [[nodiscard]] virtual std::optional<std::string> appStoreReceiptURL() const = 0;
+
+    /// The path of the file `name.extension` (`name` alone where the extension is empty), or no value where
+    /// the bundle has no such file.
+    [[nodiscard]] virtual std::optional<std::string> URLForResource(const std::string& name,
+                                                                    const std::string& extension) const = 0;
 };
+
+/// A bundle that is a folder and came from no store.
+class FolderBundle : public NSBundle {
+public:
+    explicit FolderBundle(std::string folder) : folder_(std::move(folder)) {}
+
+    [[nodiscard]] std::optional<std::string> appStoreReceiptURL() const override { return std::nullopt; }
+    [[nodiscard]] std::optional<std::string> URLForResource(const std::string& name,
+                                                            const std::string& extension) const override;
+
+private:
+    std::string folder_;
+};
+
+/// The bytes of a bundle's file, of at most 16 MiB.
+/// @throws CFError with the system's number and text for a file that cannot be read.
+[[nodiscard]] Bytes contentsOfFile(const std::string& path);
 
 } // namespace korvane

@@ -2,6 +2,7 @@
 
 #include "Platform/ASIdentifierManager.h"
 #include "Platform/CLLocationManager.h"
+#include "Platform/Dispatch.h"
 #include "Platform/IntegrityChecks.h"
 #include "Platform/Locale.h"
 #include "Platform/NSBundle.h"
@@ -12,6 +13,9 @@
 #include "Platform/UIDevice.h"
 #include "Platform/UIFont.h"
 #include "Platform/UIScreen.h"
+#include "Platform/URLSession.h"
+
+#include <memory>
 
 namespace korvane {
 
@@ -38,6 +42,9 @@ public:
     [[nodiscard]] virtual NetworkInterfaces& networkInterfaces() = 0;
     [[nodiscard]] virtual NSProcessInfo& processInfo() = 0;
     [[nodiscard]] virtual IntegrityChecks& integrityChecks() = 0;
+    [[nodiscard]] virtual Dispatch& dispatch() = 0;
+    [[nodiscard]] virtual std::shared_ptr<URLSession>
+    makeURLSession(const URLSessionConfiguration& configuration) = 0;
 
 protected:
     Platform() = default;

@@ -14,6 +14,7 @@ foreach(layer IN ITEMS Platform Crypt Sdk)
     install(DIRECTORY "${PROJECT_SOURCE_DIR}/${layer}" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/korvane"
         FILES_MATCHING PATTERN "*.h"
         PATTERN "OpenSSLHandles.h" EXCLUDE
+        PATTERN "SecCertificateMaterial.h" EXCLUDE
         PATTERN "SecKeyMaterial.h" EXCLUDE
         PATTERN "Native" EXCLUDE)
 endforeach()

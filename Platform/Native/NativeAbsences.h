@@ -2,7 +2,6 @@
 
 #include "Platform/ASIdentifierManager.h"
 #include "Platform/CLLocationManager.h"
-#include "Platform/NSBundle.h"
 #include "Platform/UIScreen.h"
 
 namespace korvane {
@@ -27,12 +26,6 @@ public:
     [[nodiscard]] std::string advertisingIdentifier() const override {
         return "00000000-0000-0000-0000-000000000000";
     }
-};
-
-/// A bundle that came from no store.
-class PlainBundle final : public NSBundle {
-public:
-    [[nodiscard]] std::optional<std::string> appStoreReceiptURL() const override { return std::nullopt; }
 };
 
 } // namespace korvane

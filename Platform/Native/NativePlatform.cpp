@@ -1,14 +1,29 @@
 #include "Platform/Native/NativePlatform.h"
 
+#include "Platform/Native/CurlEngine.h"
 #include "Platform/Native/NativeAbsences.h"
 #include "Platform/Native/NativeDevice.h"
+#include "Platform/Native/NativeDispatch.h"
 #include "Platform/Native/NativeFonts.h"
 #include "Platform/Native/NativeLocales.h"
 #include "Platform/Native/NativeNetworkInterfaces.h"
 #include "Platform/Native/NativeProcess.h"
+#include "Platform/Native/NativeURLSession.h"
 #include "Platform/Native/NativeUserDefaults.h"
 
+#include <filesystem>
+
 namespace korvane {
+
+namespace {
+
+/// Where the application's own files lie: beside its program.
+std::string executableFolder() {
+    std::error_code error;
+    return std::filesystem::read_symlink("/proc/self/exe", error).parent_path().string();
+}
+
+} // namespace
 
 struct NativePlatform::Services {
     NativeDevice device;
@@ -19,15 +34,22 @@ struct NativePlatform::Services {
     NoLocation location;
     NoAdvertising advertising;
     NativeUserDefaults defaults{NativeUserDefaults::defaultFile()};
-    PlainBundle bundle;
+    FolderBundle bundle{executableFolder()};
     NativeNetworkInterfaces interfaces;
     NativeProcessInfo process;
     NativeIntegrityChecks integrity;
+    NativeDispatch dispatch;
+    std::shared_ptr<CurlEngine> network = std::make_shared<CurlEngine>();
+    std::string authorities;
 };
 
 NativePlatform::NativePlatform() : services_(std::make_unique<Services>()) {}
 
-NativePlatform::~NativePlatform() = default;
+/// The threads end while the platform is still whole, since their work may ask for it.
+NativePlatform::~NativePlatform() {
+    services_->network->stop();
+    services_->dispatch.end();
+}
 
 UIDevice& NativePlatform::device() {
     return services_->device;
@@ -75,6 +97,32 @@ NSProcessInfo& NativePlatform::processInfo() {
 
 IntegrityChecks& NativePlatform::integrityChecks() {
     return services_->integrity;
+}
+
+Dispatch& NativePlatform::dispatch() {
+    return services_->dispatch;
+}
+
+std::shared_ptr<URLSession> NativePlatform::makeURLSession(const URLSessionConfiguration& configuration) {
+    URLSessionConfiguration own = configuration;
+    own.additionalCertificateAuthorities += services_->authorities;
+    return std::make_shared<NativeURLSession>(services_->dispatch, services_->network, own);
+}
+
+void NativePlatform::runMain() {
+    services_->dispatch.runMain();
+}
+
+void NativePlatform::runMainUntil(const std::function<bool()>& isDone) {
+    services_->dispatch.runMainUntil(isDone);
+}
+
+void NativePlatform::stopMain() {
+    services_->dispatch.stopMain();
+}
+
+void NativePlatform::addCertificateAuthorities(const std::string& pem) {
+    services_->authorities += "\n" + pem;
 }
 
 } // namespace korvane

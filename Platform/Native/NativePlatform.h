@@ -2,12 +2,14 @@
 
 #include "Platform/Platform.h"
 
+#include <functional>
 #include <memory>
+#include <string>
 
 namespace korvane {
 
 /// The headless platform: the services of the operating system, without a screen. While it lives it is the
-/// platform of the process.
+/// platform of the process. Its end waits for the work that runs on its queues and drops the rest.
 class NativePlatform final : public Platform {
 public:
     NativePlatform();
@@ -25,6 +27,23 @@ public:
     [[nodiscard]] NetworkInterfaces& networkInterfaces() override;
     [[nodiscard]] NSProcessInfo& processInfo() override;
     [[nodiscard]] IntegrityChecks& integrityChecks() override;
+    [[nodiscard]] Dispatch& dispatch() override;
+    [[nodiscard]] std::shared_ptr<URLSession>
+    makeURLSession(const URLSessionConfiguration& configuration) override;
+
+    /// Runs the main queue's work on the calling thread until `stopMain()`. One thread at a time.
+    void runMain();
+
+    /// As `runMain`, until `isDone` says true: it is asked before the first and after each piece of work.
+    void runMainUntil(const std::function<bool()>& isDone);
+
+    /// Ends `runMain()`, or the next one if none runs. Any thread.
+    void stopMain();
+
+    /// Trusts further authorities in every session made from now on, as a test bed needs. Before other
+    /// threads use the platform.
+    /// @param pem  certificates in PEM, one after the other.
+    void addCertificateAuthorities(const std::string& pem);
 
 private:
     struct Services;

@@ -1,5 +1,7 @@
 #include "tests/support/ScriptedDevice.h"
 
+#include "Platform/Failure.h"
+
 #include <cmath>
 
 namespace korvane {
@@ -101,6 +103,10 @@ struct Defaults final : NSUserDefaults {
 struct Bundle final : NSBundle {
     explicit Bundle(DeviceScript& s) : script(s) {}
     [[nodiscard]] std::optional<std::string> appStoreReceiptURL() const override { return script.receiptURL; }
+    [[nodiscard]] std::optional<std::string> URLForResource(const std::string& name,
+                                                            const std::string& extension) const override {
+        return FolderBundle(script.mainBundlePath).URLForResource(name, extension);
+    }
     DeviceScript& script;
 };
 
@@ -197,6 +203,14 @@ NSProcessInfo& ScriptedDevice::processInfo() {
 
 IntegrityChecks& ScriptedDevice::integrityChecks() {
     return services_->integrityChecks;
+}
+
+Dispatch& ScriptedDevice::dispatch() {
+    fatalError("A scripted device has no queues.");
+}
+
+std::shared_ptr<URLSession> ScriptedDevice::makeURLSession(const URLSessionConfiguration&) {
+    fatalError("A scripted device has no network.");
 }
 
 } // namespace korvane

@@ -38,6 +38,8 @@ struct DeviceScript {
     std::optional<CLLocation> location;
     std::string advertisingIdentifier = "00000000-0000-0000-0000-000000000000";
     std::optional<std::string> receiptURL;
+    /// The folder of the application's own files.
+    std::string mainBundlePath = "/nonexistent";
     std::vector<NetworkInterface> interfaces;
     std::string machine = "iPhone12,1";
     std::map<std::string, std::string> environment;
@@ -75,6 +77,11 @@ public:
     [[nodiscard]] NetworkInterfaces& networkInterfaces() override;
     [[nodiscard]] NSProcessInfo& processInfo() override;
     [[nodiscard]] IntegrityChecks& integrityChecks() override;
+
+    /// A device alone has neither queues nor a network (`fatalError`): see SimulatedPlatform.
+    [[nodiscard]] Dispatch& dispatch() override;
+    [[nodiscard]] std::shared_ptr<URLSession>
+    makeURLSession(const URLSessionConfiguration& configuration) override;
 
 private:
     struct Services;

@@ -12,6 +12,9 @@ const arrows = {
   "Sdk/Events": ["Platform", "Sdk/Events"],
   "Sdk/Messages": ["Platform", "Crypt", "Sdk/Events", "Sdk/Messages"],
   "Sdk/DeviceData": ["Platform", "Crypt", "Sdk/Events", "Sdk/DeviceData"],
+  "Sdk/SecureChannel": ["Platform", "Crypt", "Sdk/Events", "Sdk/SecureChannel"],
+  "Sdk/Service": ["Platform", "Crypt", "Sdk"],
+  "Sdk/Transaction": ["Platform", "Crypt", "Sdk/Events", "Sdk/Messages", "Sdk/SecureChannel", "Sdk/Transaction"],
   "tools": ["Platform", "Crypt", "Sdk", "tools"],
   "tests": ["Platform", "Crypt", "Sdk", "tools", "tests"],
   "fuzz": ["Platform", "Crypt", "Sdk", "fuzz", "tests/support"],
@@ -20,7 +23,7 @@ const arrows = {
 
 /** Which folders may include a foreign library. */
 const fences = [
-  { library: /^openssl\//, folders: ["Platform/Security", "bench/BareOpenSSL"] },
+  { library: /^openssl\//, folders: ["Platform/Security", "bench/BareOpenSSL", "tests/support/TestPki", "tools/acs/Pki"] },
   { library: /^zlib\.h$/, folders: ["Platform/Security"] },
   { library: /^unicode\//, folders: ["Platform"] },
   { library: /^simdjson/, folders: ["Platform"] },

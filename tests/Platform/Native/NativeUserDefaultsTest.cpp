@@ -160,11 +160,11 @@ TEST_F(UserDefaults, ProcessesThatWriteAtOnceLoseNothing) {
 }
 
 TEST(UserDefaultsPlace, FollowsTheEnvironment) {
-    setenv("HOME", "/home/ada", 1);
+    setenv("HOME", "/users/ada", 1);
     setenv("XDG_CONFIG_HOME", "/etc/ada", 1);
     EXPECT_EQ(NativeUserDefaults::defaultFile(), "/etc/ada/korvane/defaults.json");
     setenv("XDG_CONFIG_HOME", "relative", 1);
-    EXPECT_EQ(NativeUserDefaults::defaultFile(), "/home/ada/.config/korvane/defaults.json");
+    EXPECT_EQ(NativeUserDefaults::defaultFile(), "/users/ada/.config/korvane/defaults.json");
     unsetenv("XDG_CONFIG_HOME");
     unsetenv("HOME");
     EXPECT_EQ(NativeUserDefaults::defaultFile(), "");

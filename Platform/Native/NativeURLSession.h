@@ -1,0 +1,37 @@
+#pragma once
+
+#include "Platform/URLSession.h"
+
+#include <memory>
+#include <string>
+
+namespace korvane {
+
+class CurlEngine;
+
+/// A session over libcurl. Proxies are those that the environment names (`https_proxy`, `no_proxy` ...), as
+/// for any program of the system; no content coding is asked for.
+class NativeURLSession final : public URLSession {
+public:
+    NativeURLSession(Dispatch& dispatch, std::shared_ptr<CurlEngine> engine,
+                     const URLSessionConfiguration& configuration);
+
+    [[nodiscard]] std::shared_ptr<URLSessionDataTask> dataTask(URLRequest request,
+                                                               Completion completion) override;
+
+    /// What the tasks of a session share; they may outlive it.
+    struct Common {
+        URLSessionConfiguration configuration;
+
+        /// The system's authorities and the additional ones as PEM texts; empty if there are none of the
+        /// latter.
+        std::string authorities;
+        std::shared_ptr<CurlEngine> engine;
+        std::shared_ptr<DispatchQueue> queue;
+    };
+
+private:
+    std::shared_ptr<const Common> common_;
+};
+
+} // namespace korvane

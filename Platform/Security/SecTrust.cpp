@@ -1,0 +1,92 @@
+#include "Platform/Security/SecTrust.h"
+
+#include "Platform/Security/SecCertificateMaterial.h"
+
+#include <openssl/x509_vfy.h>
+#include <openssl/x509v3.h>
+
+namespace korvane {
+
+namespace {
+
+using namespace openssl;
+
+constexpr int kIntermediateLimit = 16;
+constexpr int kAuthenticationLevel = 1;
+
+void freeStack(STACK_OF(X509) * stack) {
+    sk_X509_free(stack);
+}
+
+/// Borrows its certificates.
+using CertificateStack = Handle<STACK_OF(X509), freeStack>;
+using StoreContext = Handle<X509_STORE_CTX, X509_STORE_CTX_free>;
+
+CertificateStack stackOf(const std::vector<SecCertificate>& certificates) {
+    CertificateStack stack = required(CertificateStack(sk_X509_new_null()), "a list of certificates");
+    for (const SecCertificate& each : certificates)
+        if (sk_X509_push(stack.get(), each.material().certificate.get()) <= 0) throw std::bad_alloc();
+    return stack;
+}
+
+CFError reason(int code) {
+    return {code, X509_verify_cert_error_string(code)};
+}
+
+void configure(X509_VERIFY_PARAM* parameters,
+               std::optional<std::chrono::system_clock::time_point> verifyDate) {
+    // An anchor ends the chain, whether or not it signed itself.
+    X509_VERIFY_PARAM_set_flags(parameters, X509_V_FLAG_PARTIAL_CHAIN);
+    X509_VERIFY_PARAM_set_depth(parameters, kIntermediateLimit);
+    X509_VERIFY_PARAM_set_auth_level(parameters, kAuthenticationLevel);
+    if (verifyDate) X509_VERIFY_PARAM_set_time(parameters, std::chrono::system_clock::to_time_t(*verifyDate));
+}
+
+/// OpenSSL also takes version 1 certificates and those with a mere key usage for authorities. Those between
+/// leaf and anchor must say that they are.
+bool intermediatesSayThatTheyAreAuthorities(X509_STORE_CTX* context) {
+    constexpr int kByBasicConstraints = 1;
+    const STACK_OF(X509)* chain = X509_STORE_CTX_get0_chain(context);
+    for (int index = 1; index + 1 < sk_X509_num(chain); ++index)
+        if (X509_check_ca(sk_X509_value(chain, index)) != kByBasicConstraints) return false;
+    return true;
+}
+
+} // namespace
+
+SecPolicy SecPolicyCreateBasicX509() {
+    return SecPolicy::basicX509;
+}
+
+OSStatus SecTrustCreateWithCertificates(std::span<const SecCertificate> certificates, SecPolicy,
+                                        std::optional<SecTrust>& trust) {
+    trust.reset();
+    if (certificates.empty()) return CFError::errSecParam;
+    trust = SecTrust(certificates);
+    return errSecSuccess;
+}
+
+OSStatus SecTrustSetAnchorCertificates(SecTrust& trust, std::span<const SecCertificate> anchors) {
+    trust.anchors_.assign(anchors.begin(), anchors.end());
+    return errSecSuccess;
+}
+
+std::optional<CFError>
+SecTrustEvaluateWithError(const SecTrust& trust,
+                          std::optional<std::chrono::system_clock::time_point> verifyDate) {
+    const ErrorScope errors;
+    const CertificateStack untrusted = stackOf(trust.certificates());
+    const CertificateStack anchors = stackOf(trust.anchors());
+    const StoreContext context = required(StoreContext(X509_STORE_CTX_new()), "a chain check");
+    // Without a store there is no place where OpenSSL could look for further anchors.
+    if (X509_STORE_CTX_init(context.get(), nullptr, sk_X509_value(untrusted.get(), 0), untrusted.get()) != 1)
+        return reason(X509_V_ERR_UNSPECIFIED);
+    X509_STORE_CTX_set0_trusted_stack(context.get(), anchors.get());
+    configure(X509_STORE_CTX_get0_param(context.get()), verifyDate);
+
+    if (X509_verify_cert(context.get()) != 1) return reason(X509_STORE_CTX_get_error(context.get()));
+    if (!intermediatesSayThatTheyAreAuthorities(context.get())) return reason(X509_V_ERR_INVALID_CA);
+    return std::nullopt;
+}
+
+} // namespace korvane

@@ -1,0 +1,86 @@
+#pragma once
+
+#include "Platform/Bytes.h"
+#include "Platform/Dispatch.h"
+#include "Platform/URL.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace korvane {
+
+/// How a request treats local copies of earlier answers. No platform of this library keeps any, so that both
+/// reach the server.
+enum class URLRequestCachePolicy { useProtocolCachePolicy, reloadIgnoringLocalCacheData };
+
+/// What all requests of a session share. Every session is ephemeral: no cookies, no credentials and no cache
+/// survive a request. TLS certificates are checked against the system's authorities, always.
+struct URLSessionConfiguration {
+    /// The longest time from `resume()` to the end of the answer.
+    Seconds timeoutIntervalForResource{7 * 24 * 3600.0};
+
+    URLRequestCachePolicy requestCachePolicy = URLRequestCachePolicy::useProtocolCachePolicy;
+
+    /// PEM certificates of authorities that count beside the system's: those of a test bed.
+    std::string additionalCertificateAuthorities;
+};
+
+struct URLRequest {
+    URL url;
+    std::string httpMethod = "GET";
+
+    /// Names and values in the order in which they are sent.
+    std::vector<std::pair<std::string, std::string>> httpHeaderFields = {};
+    std::optional<Bytes> httpBody = std::nullopt;
+    URLRequestCachePolicy cachePolicy = URLRequestCachePolicy::useProtocolCachePolicy;
+
+    /// The longest time to wait for a connection, and for the next bytes.
+    Seconds timeoutInterval{60.0};
+};
+
+/// One request on its way. Any thread.
+class URLSessionDataTask {
+public:
+    URLSessionDataTask(const URLSessionDataTask&) = delete;
+    URLSessionDataTask& operator=(const URLSessionDataTask&) = delete;
+    virtual ~URLSessionDataTask() = default;
+
+    /// Sends the request. Only the first call counts. Whoever called it need not keep the task.
+    virtual void resume() = 0;
+
+    /// Ends the task at once with the error "cancelled"; an ended task stays as it is.
+    virtual void cancel() = 0;
+
+protected:
+    URLSessionDataTask() = default;
+};
+
+/// Answers larger than this are a transport failure, in bytes.
+inline constexpr std::size_t kMostResponseBytes = 16 * 1024 * 1024;
+
+/// An HTTP client for http and https, to which redirects are held as well. Any thread.
+class URLSession {
+public:
+    /// Receives the body if an answer came, whatever its status code; it is empty then, not absent, if the
+    /// answer had none. Receives the error's text if the transport failed.
+    using Completion = std::function<void(std::optional<Bytes> body, std::optional<std::string> error)>;
+
+    URLSession(const URLSession&) = delete;
+    URLSession& operator=(const URLSession&) = delete;
+    virtual ~URLSession() = default;
+
+    /// A task that waits for its `resume()`. Once resumed or cancelled it calls `completion` exactly once, on
+    /// the session's own serial queue, unless the platform ends first. A URL of another scheme, or without
+    /// one, is a transport failure.
+    [[nodiscard]] virtual std::shared_ptr<URLSessionDataTask> dataTask(URLRequest request,
+                                                                       Completion completion) = 0;
+
+protected:
+    URLSession() = default;
+};
+
+} // namespace korvane

@@ -1,0 +1,258 @@
+#include "Platform/Native/NativePlatform.h"
+#include "tests/support/SimulatedPlatform.h"
+
+#include <gmock/gmock.h>
+
+#include <atomic>
+#include <optional>
+#include <stdexcept>
+#include <thread>
+#include <vector>
+
+namespace korvane {
+namespace {
+
+using testing::ElementsAre;
+using testing::Ge;
+
+constexpr Seconds kLong{60.0};
+
+std::shared_ptr<DispatchWorkItem> item(DispatchWorkItem::Work work) {
+    return std::make_shared<DispatchWorkItem>(std::move(work));
+}
+
+/// What every platform's queues keep to.
+template <class SomePlatform>
+class DispatchContract : public testing::Test {
+protected:
+    Dispatch& dispatch() { return platform_->dispatch(); }
+
+    /// Waits until all that a serial queue was given has run.
+    void finish(DispatchQueue& queue) {
+        queue.sync([] {});
+    }
+
+    std::optional<SomePlatform> platform_{std::in_place};
+};
+
+using Platforms = testing::Types<NativePlatform, SimulatedPlatform>;
+TYPED_TEST_SUITE(DispatchContract, Platforms);
+
+TYPED_TEST(DispatchContract, SerialQueueRunsOneAtATimeAndInTheOrderOfEachCaller) {
+    constexpr int kCallers = 8;
+    constexpr int kItems = 100;
+    const auto queue = this->dispatch().makeSerialQueue("numbers");
+    const auto ready = this->dispatch().makeSemaphore(0);
+    std::vector<std::vector<int>> seen(kCallers);
+    std::atomic<int> running{0};
+    std::atomic<bool> overlapped{false};
+    for (std::size_t caller = 0; caller < kCallers; ++caller)
+        this->dispatch().globalQueue().async([&, caller] {
+            for (int number = 0; number < kItems; ++number)
+                queue->async([&, caller, number] {
+                    overlapped = overlapped || running++ != 0;
+                    seen[caller].push_back(number);
+                    --running;
+                });
+            ready->signal();
+        });
+    for (int caller = 0; caller < kCallers; ++caller)
+        ASSERT_EQ(ready->wait(kLong), DispatchTimeoutResult::success);
+    this->finish(*queue);
+
+    EXPECT_FALSE(overlapped);
+    for (const auto& numbers : seen) {
+        ASSERT_EQ(numbers.size(), static_cast<std::size_t>(kItems));
+        EXPECT_TRUE(std::is_sorted(numbers.begin(), numbers.end()));
+    }
+}
+
+TYPED_TEST(DispatchContract, BlockedWorkDoesNotHoldUpTheGlobalQueue) {
+    constexpr int kBlocked = 40;
+    const auto gate = this->dispatch().makeSemaphore(0);
+    const auto ended = this->dispatch().makeSemaphore(0);
+    for (int index = 0; index < kBlocked; ++index)
+        this->dispatch().globalQueue().async([&] {
+            if (gate->wait(kLong) == DispatchTimeoutResult::success) ended->signal();
+        });
+    this->dispatch().globalQueue().async([&] {
+        for (int index = 0; index < kBlocked; ++index)
+            gate->signal();
+    });
+    for (int index = 0; index < kBlocked; ++index)
+        ASSERT_EQ(ended->wait(kLong), DispatchTimeoutResult::success);
+}
+
+TYPED_TEST(DispatchContract, CancelledItemDoesNotRunAndLetsGoWhatItHolds) {
+    const auto queue = this->dispatch().makeSerialQueue("cancelling");
+    const auto gate = this->dispatch().makeSemaphore(0);
+    const auto held = std::make_shared<bool>(false);
+    queue->async([gate] { static_cast<void>(gate->wait(kLong)); });
+    const auto cancelled = item([held] { *held = true; });
+    const auto delayed = item([held] { *held = true; });
+    queue->async(cancelled);
+    queue->asyncAfter(Seconds{0.01}, delayed);
+    cancelled->cancel();
+    delayed->cancel();
+    EXPECT_EQ(held.use_count(), 1);
+    gate->signal();
+
+    const auto later = this->dispatch().makeSemaphore(0);
+    queue->asyncAfter(Seconds{0.03}, item([later] { later->signal(); }));
+    ASSERT_EQ(later->wait(kLong), DispatchTimeoutResult::success);
+    EXPECT_TRUE(cancelled->isCancelled());
+    EXPECT_FALSE(*held);
+}
+
+TYPED_TEST(DispatchContract, ItemThatIsCancelledWhileItRunsEnds) {
+    const auto queue = this->dispatch().makeSerialQueue("running");
+    const auto started = this->dispatch().makeSemaphore(0);
+    const auto gate = this->dispatch().makeSemaphore(0);
+    const auto text = std::make_shared<std::string>("still there");
+    std::string seen;
+    const auto running = item([&seen, started, gate, text] {
+        started->signal();
+        if (gate->wait(kLong) == DispatchTimeoutResult::success) seen = *text;
+    });
+    queue->async(running);
+    ASSERT_EQ(started->wait(kLong), DispatchTimeoutResult::success);
+    running->cancel();
+    gate->signal();
+    this->finish(*queue);
+
+    EXPECT_TRUE(running->isCancelled());
+    EXPECT_EQ(seen, "still there");
+}
+
+TYPED_TEST(DispatchContract, DelayedWorkRunsInTheOrderOfItsTimesAndNotBefore) {
+    const auto queue = this->dispatch().makeSerialQueue("delays");
+    const auto ended = this->dispatch().makeSemaphore(0);
+    const Seconds start = this->dispatch().now();
+    std::vector<int> order;
+    std::vector<double> passed;
+    for (const int milliseconds : {60, 20, 40, -5})
+        queue->asyncAfter(Seconds{milliseconds / 1000.0}, item([&, milliseconds] {
+                              order.push_back(milliseconds);
+                              passed.push_back((this->dispatch().now() - start).count() * 1000);
+                              ended->signal();
+                          }));
+    for (int count = 0; count < 4; ++count)
+        ASSERT_EQ(ended->wait(kLong), DispatchTimeoutResult::success);
+
+    EXPECT_THAT(order, ElementsAre(-5, 20, 40, 60));
+    EXPECT_THAT(passed, ElementsAre(Ge(0), Ge(20), Ge(40), Ge(60)));
+}
+
+TYPED_TEST(DispatchContract, TimesBeyondAllClocksNeitherRunNorFail) {
+    const auto ran = std::make_shared<bool>(false);
+    this->dispatch().globalQueue().asyncAfter(Seconds{1e300}, item([ran] { *ran = true; }));
+    const auto semaphore = this->dispatch().makeSemaphore(1);
+    EXPECT_EQ(semaphore->wait(Seconds{1e300}), DispatchTimeoutResult::success);
+    EXPECT_FALSE(*ran);
+}
+
+TYPED_TEST(DispatchContract, SemaphoreCountsAndTimesOut) {
+    const auto semaphore = this->dispatch().makeSemaphore(1);
+    semaphore->signal();
+    EXPECT_EQ(semaphore->wait(Seconds{0}), DispatchTimeoutResult::success);
+    EXPECT_EQ(semaphore->wait(Seconds{0}), DispatchTimeoutResult::success);
+    const Seconds start = this->dispatch().now();
+    EXPECT_EQ(semaphore->wait(Seconds{0.02}), DispatchTimeoutResult::timedOut);
+    EXPECT_GE((this->dispatch().now() - start).count(), 0.02);
+
+    this->dispatch().globalQueue().async([semaphore] { semaphore->signal(); });
+    EXPECT_EQ(semaphore->wait(kLong), DispatchTimeoutResult::success);
+}
+
+TYPED_TEST(DispatchContract, SyncReturnsWhenTheWorkHasEnded) {
+    const auto queue = this->dispatch().makeSerialQueue("sync");
+    int value = 0;
+    queue->async([&] { value = 1; });
+    queue->sync([&] { value = value == 1 && queue->isCurrent() ? 2 : -1; });
+    EXPECT_EQ(value, 2);
+    EXPECT_FALSE(queue->isCurrent());
+
+    std::thread::id runner;
+    this->dispatch().globalQueue().sync([&] { runner = std::this_thread::get_id(); });
+    EXPECT_EQ(runner, std::this_thread::get_id());
+}
+
+TYPED_TEST(DispatchContract, ProgrammersFaultsEndTheProcess) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto queue = this->dispatch().makeSerialQueue("faults");
+    EXPECT_DEATH(queue->sync([&] { queue->sync([] {}); }), "would never return");
+    EXPECT_DEATH(queue->sync([] { throw std::runtime_error("out of a work item"); }),
+                 "left a work item: out of");
+}
+
+TEST(NativeDispatch, MainQueueRunsInOrderOnTheThreadThatRunsIt) {
+    NativePlatform platform;
+    DispatchQueue& main = platform.dispatch().mainQueue();
+    const auto thread = std::this_thread::get_id();
+    std::vector<int> order;
+    main.async([&] {
+        order.push_back(std::this_thread::get_id() == thread && main.isCurrent() ? 1 : -1);
+        main.async([&] { order.push_back(3); });
+        platform.dispatch().globalQueue().async([&] {
+            main.sync([&] { order.push_back(std::this_thread::get_id() == thread ? 4 : -4); });
+            platform.stopMain();
+        });
+    });
+    main.async([&] { order.push_back(2); });
+    EXPECT_FALSE(main.isCurrent());
+    platform.runMain();
+    EXPECT_THAT(order, ElementsAre(1, 2, 3, 4));
+
+    platform.stopMain();
+    platform.runMain();
+}
+
+TEST(NativeDispatch, TimerRepeatsUntilItIsInvalidated) {
+    NativePlatform platform;
+    Dispatch& dispatch = platform.dispatch();
+    const Seconds start = dispatch.now();
+    const auto held = std::make_shared<int>(0);
+    const std::weak_ptr<Timer> timer = Timer::scheduledTimer(dispatch, Seconds{0.005}, [held] { ++*held; });
+    platform.runMainUntil([&] { return *held == 3; });
+    EXPECT_GE((dispatch.now() - start).count(), 0.015);
+
+    timer.lock()->invalidate();
+    EXPECT_TRUE(timer.expired());
+    EXPECT_EQ(held.use_count(), 1);
+    bool isLater = false;
+    dispatch.mainQueue().asyncAfter(Seconds{0.03}, item([&] { isLater = true; }));
+    platform.runMainUntil([&] { return isLater; });
+    EXPECT_EQ(*held, 3);
+}
+
+TEST(NativeDispatch, EndOfThePlatformFreesWhatWaitsAndLetsGoWhoWaitsForTheMainQueue) {
+    const auto held = std::make_shared<int>(0);
+    std::shared_ptr<DispatchQueue> queue;
+    std::atomic<int> ended{0};
+    {
+        NativePlatform platform;
+        Dispatch& dispatch = platform.dispatch();
+        queue = dispatch.makeSerialQueue("survivor");
+        const auto started = dispatch.makeSemaphore(0);
+        queue->async([&, started] {
+            started->signal();
+            dispatch.mainQueue().sync([held] { ++*held; });
+            ++ended;
+        });
+        queue->async([held] { ++*held; });
+        dispatch.globalQueue().asyncAfter(Seconds{3600}, item([held] { ++*held; }));
+        Timer::scheduledTimer(dispatch, Seconds{3600}, [held] { ++*held; });
+        ASSERT_EQ(started->wait(kLong), DispatchTimeoutResult::success);
+    }
+    EXPECT_EQ(ended, 1);
+    EXPECT_EQ(*held, 0);
+    EXPECT_EQ(held.use_count(), 1);
+
+    queue->async([held] { ++*held; });
+    queue->sync([held] { ++*held; });
+    EXPECT_EQ(*held, 0);
+    EXPECT_EQ(held.use_count(), 1);
+}
+
+} // namespace
+} // namespace korvane

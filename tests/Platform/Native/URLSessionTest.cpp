@@ -1,0 +1,244 @@
+#include "Platform/Native/NativePlatform.h"
+#include "tests/support/LocalServer.h"
+
+#include <gmock/gmock.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <vector>
+
+namespace korvane {
+namespace {
+
+using testing::HasSubstr;
+
+constexpr Seconds kLong{60.0};
+
+struct Outcome {
+    std::optional<std::string> body;
+    std::optional<std::string> error;
+};
+
+URLRequest get(const std::string& url) {
+    return {*URL::make(url)};
+}
+
+URLRequest post(const std::string& url, const std::string& body) {
+    URLRequest request = get(url);
+    request.httpMethod = "POST";
+    request.httpBody = toBytes(body);
+    return request;
+}
+
+class NativeURLSession : public testing::Test {
+protected:
+    /// Requests to this machine go to it, whatever proxies the environment names.
+    static void SetUpTestSuite() { ::setenv("no_proxy", "*", 1); }
+
+    /// A task on the session, whose outcome `outcome()` waits for.
+    std::shared_ptr<URLSessionDataTask> task(URLSession& session, URLRequest request) {
+        return session.dataTask(std::move(request), [this](auto body, auto error) {
+            if (body) last_.body = std::string(asText(*body));
+            last_.error = std::move(error);
+            ++calls_;
+            ended_->signal();
+        });
+    }
+
+    Outcome outcome() {
+        EXPECT_EQ(ended_->wait(kLong), DispatchTimeoutResult::success);
+        return std::exchange(last_, {});
+    }
+
+    Outcome fetch(URLSession& session, URLRequest request) {
+        task(session, std::move(request))->resume();
+        return outcome();
+    }
+    Outcome fetch(URLRequest request) { return fetch(*session_, std::move(request)); }
+
+    LocalServer server_{LocalServer::Transport::plain};
+    NativePlatform platform_;
+    std::shared_ptr<URLSession> session_ = platform_.makeURLSession({});
+    std::shared_ptr<DispatchSemaphore> ended_ = platform_.dispatch().makeSemaphore(0);
+    Outcome last_;
+    std::atomic<int> calls_{0};
+};
+
+TEST_F(NativeURLSession, MethodHeadersAndBodyReachTheServerAndItsBodyComesBack) {
+    URLRequest request = post(server_.url("/echo"), std::string("a\0=\xff", 4));
+    request.httpHeaderFields = {{"Content-Type", "application/jose;charset=UTF-8"}, {"X-Other", "1, 2"}};
+    EXPECT_EQ(fetch(request).body, std::string("a\0=\xff", 4));
+    EXPECT_EQ(fetch(get(server_.url("/echo"))).body, "nothing");
+    EXPECT_EQ(fetch(post(server_.url("/echo"), "")).body, "nothing");
+
+    const auto received = server_.received();
+    ASSERT_EQ(received.size(), 3U);
+    EXPECT_EQ(received[0].method, "POST");
+    EXPECT_EQ(received[0].headers.at("content-type"), "application/jose;charset=UTF-8");
+    EXPECT_EQ(received[0].headers.at("x-other"), "1, 2");
+    EXPECT_EQ(received[0].headers.count("cookie") + received[0].headers.count("expect"), 0U);
+    EXPECT_EQ(received[1].method, "GET");
+    EXPECT_EQ(received[1].headers.count("content-type"), 0U);
+    EXPECT_EQ(received[2].method, "POST");
+    EXPECT_EQ(received[2].headers.at("content-length"), "0");
+}
+
+TEST_F(NativeURLSession, ConnectionServesTheNextRequestToo) {
+    for (int count = 0; count < 3; ++count)
+        ASSERT_EQ(fetch(post(server_.url("/echo"), "again")).body, "again");
+    const auto received = server_.received();
+    ASSERT_EQ(received.size(), 3U);
+    EXPECT_EQ(received[0].port, received[1].port);
+    EXPECT_EQ(received[0].port, received[2].port);
+}
+
+TEST_F(NativeURLSession, BodyCountsWhateverTheStatusAndEmptyIsNotAbsent) {
+    const struct {
+        const char* path;
+        const char* body;
+    } rows[] = {{"/broken", "broken"}, {"/empty", ""}, {"/missing", ""}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.path);
+        const Outcome outcome = fetch(get(server_.url(row.path)));
+        EXPECT_EQ(outcome.body, row.body);
+        EXPECT_EQ(outcome.error, std::nullopt);
+    }
+}
+
+TEST_F(NativeURLSession, BodiesOfMoreThan16MiBAreATransportFailure) {
+    const auto sized = [&](std::size_t bytes) {
+        return fetch(get(server_.url("/size?bytes=" + std::to_string(bytes))));
+    };
+    EXPECT_EQ(sized(kMostResponseBytes).body.value_or("").size(), kMostResponseBytes);
+    const Outcome larger = sized(kMostResponseBytes + 1);
+    EXPECT_EQ(larger.body, std::nullopt);
+    EXPECT_THAT(larger.error.value_or(""), HasSubstr("16 MiB"));
+}
+
+TEST_F(NativeURLSession, WhatIsNeitherHttpNorHttpsIsRefusedInRedirectsToo) {
+    const std::string host = server_.url("/echo").substr(std::string("http").size());
+    for (const std::string& url :
+         {std::string("file:///etc/passwd"), "ftp" + host, "dict" + host, host.substr(3),
+          std::string("/echo"), server_.url("/redirect?to=file:///etc/passwd"),
+          server_.url("/redirect?to=ftp" + host)}) {
+        SCOPED_TRACE(url);
+        const Outcome outcome = fetch(get(url));
+        EXPECT_EQ(outcome.body, std::nullopt);
+        EXPECT_NE(outcome.error.value_or(""), "");
+    }
+    EXPECT_EQ(fetch(get("HTTP" + host)).body, "nothing");
+    EXPECT_EQ(fetch(get(server_.url("/redirect?to=" + server_.url("/echo")))).body, "nothing");
+}
+
+TEST_F(NativeURLSession, RequestWithALineBreakInAHeaderIsNotSent) {
+    URLRequest request = get(server_.url("/echo"));
+    request.httpHeaderFields = {{"X-Name", "value\r\nX-Smuggled: yes"}};
+    EXPECT_EQ(fetch(request).error, "malformed request");
+    EXPECT_TRUE(server_.received().empty());
+}
+
+TEST_F(NativeURLSession, BrokenConnectionsAreTransportFailures) {
+    const Outcome cut = fetch(get(server_.url("/cut")));
+    EXPECT_EQ(cut.body, std::nullopt);
+    EXPECT_NE(cut.error.value_or(""), "");
+
+    std::optional<LocalServer> gone(std::in_place, LocalServer::Transport::plain);
+    const std::string url = gone->url("/echo");
+    gone.reset();
+    const Outcome refused = fetch(get(url));
+    EXPECT_EQ(refused.body, std::nullopt);
+    EXPECT_THAT(refused.error.value_or(""), HasSubstr("connect"));
+}
+
+TEST_F(NativeURLSession, TimeLimitsOfSessionAndRequestEndASilentExchange) {
+    URLSessionConfiguration configuration;
+    configuration.timeoutIntervalForResource = Seconds{0.2};
+    const auto session = platform_.makeURLSession(configuration);
+    EXPECT_THAT(fetch(*session, get(server_.url("/silence"))).error.value_or(""), HasSubstr("timed out"));
+
+    URLRequest request = get(server_.url("/silence"));
+    request.timeoutInterval = Seconds{1};
+    const Outcome idle = fetch(request);
+    EXPECT_EQ(idle.body, std::nullopt);
+    EXPECT_NE(idle.error.value_or(""), "");
+}
+
+TEST_F(NativeURLSession, CancelEndsARunningTaskAtOnceAndAnEndedOneNotAgain) {
+    const auto running = task(*session_, get(server_.url("/silence")));
+    running->resume();
+    server_.awaitSilence();
+    running->cancel();
+    EXPECT_EQ(outcome().error, "cancelled");
+    running->cancel();
+
+    const auto early = task(*session_, get(server_.url("/echo")));
+    early->cancel();
+    EXPECT_EQ(outcome().error, "cancelled");
+    early->resume();
+
+    const auto late = task(*session_, get(server_.url("/empty")));
+    late->resume();
+    EXPECT_EQ(outcome().body, "");
+    late->cancel();
+
+    EXPECT_EQ(fetch(post(server_.url("/echo"), "afterwards")).body, "afterwards");
+    EXPECT_EQ(calls_, 4);
+    const auto received = server_.received();
+    ASSERT_EQ(received.size(), 3U);
+    EXPECT_EQ(received[1].path, "/empty");
+}
+
+TEST_F(NativeURLSession, CancelAndAnswerThatRaceCompleteOnce) {
+    constexpr int kTasks = 100;
+    for (int index = 0; index < kTasks; ++index) {
+        const auto racing = task(*session_, get(server_.url("/empty")));
+        racing->resume();
+        platform_.dispatch().globalQueue().async([racing] { racing->cancel(); });
+        outcome();
+    }
+    EXPECT_EQ(calls_, kTasks);
+}
+
+TEST_F(NativeURLSession, ManyRequestsAtOnceEachGetTheirOwnAnswer) {
+    constexpr int kRequests = 40;
+    std::vector<std::string> answers(kRequests);
+    for (std::size_t index = 0; index < kRequests; ++index)
+        session_
+            ->dataTask(post(server_.url("/echo"), std::to_string(index)),
+                       [&, index](auto body, auto error) {
+                           answers[index] = body ? std::string(asText(*body)) : error.value_or("");
+                           ended_->signal();
+                       })
+            ->resume();
+    for (int index = 0; index < kRequests; ++index)
+        ASSERT_EQ(ended_->wait(kLong), DispatchTimeoutResult::success);
+    for (std::size_t index = 0; index < kRequests; ++index)
+        EXPECT_EQ(answers[index], std::to_string(index));
+}
+
+TEST_F(NativeURLSession, CertificatesAreCheckedAgainstKnownAuthoritiesAndTheHostsName) {
+    LocalServer secure(LocalServer::Transport::tls);
+    EXPECT_THAT(fetch(post(secure.url("/echo"), "x")).error.value_or(""), HasSubstr("certificate"));
+    EXPECT_THAT(fetch(get(server_.url("/redirect?to=" + secure.url("/echo")))).error.value_or(""),
+                HasSubstr("certificate"));
+
+    URLSessionConfiguration configuration;
+    configuration.additionalCertificateAuthorities = LocalServer::authority();
+    const auto trusting = platform_.makeURLSession(configuration);
+    EXPECT_EQ(fetch(*trusting, post(secure.url("/echo"), "x")).body, "x");
+    EXPECT_EQ(fetch(*trusting, post(secure.url("/echo"), "y")).body, "y");
+    const Outcome otherName = fetch(*trusting, get(secure.url("/echo", "localhost")));
+    EXPECT_EQ(otherName.body, std::nullopt);
+    EXPECT_NE(otherName.error.value_or(""), "");
+    EXPECT_NE(fetch(get(secure.url("/echo"))).error.value_or(""), "") << "an open connection was reused";
+
+    const auto received = secure.received();
+    ASSERT_EQ(received.size(), 2U);
+    EXPECT_EQ(received[0].port, received[1].port);
+
+    platform_.addCertificateAuthorities(LocalServer::authority());
+    EXPECT_EQ(fetch(*platform_.makeURLSession({}), get(secure.url("/echo"))).body, "nothing");
+}
+
+} // namespace
+} // namespace korvane

@@ -1,0 +1,166 @@
+#include "Platform/Security/SecTrust.h"
+#include "tests/support/TestPki.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <thread>
+
+namespace korvane {
+namespace {
+
+/// The text of the refusal, or an empty one for a trusted chain.
+std::string judged(const std::vector<TestIdentity>& chain, const std::vector<TestIdentity>& anchors,
+                   std::optional<std::chrono::system_clock::time_point> date = std::nullopt) {
+    const auto certificatesOf = [](const std::vector<TestIdentity>& identities) {
+        std::vector<SecCertificate> certificates;
+        for (const TestIdentity& each : identities)
+            certificates.push_back(each.certificate());
+        return certificates;
+    };
+    std::optional<SecTrust> trust;
+    EXPECT_EQ(SecTrustCreateWithCertificates(certificatesOf(chain), SecPolicyCreateBasicX509(), trust), 0);
+    SecTrustSetAnchorCertificates(*trust, certificatesOf(anchors));
+    const auto error = SecTrustEvaluateWithError(*trust, date);
+    return error ? error->localizedDescription() : "";
+}
+
+TEST(SecTrust, WithoutCertificatesIsNotMade) {
+    std::optional<SecTrust> trust;
+    EXPECT_EQ(SecTrustCreateWithCertificates({}, SecPolicyCreateBasicX509(), trust), CFError::errSecParam);
+    EXPECT_FALSE(trust);
+}
+
+TEST(SecTrust, ChainsUpToTheAnchorAreTrusted) {
+    const auto line = authorities(9);
+    const TestIdentity &root = line[0], &first = line[1], &second = line[2];
+    const TestIdentity leaf = second.issue({});
+    const TestIdentity direct = root.issue({});
+    const TestIdentity authorityLeaf = root.issue(authority("ACS"));
+    std::vector<TestIdentity> ten{line.rbegin(), line.rend() - 1};
+    ten.insert(ten.begin(), line[9].issue({}));
+    ASSERT_EQ(ten.size(), 10U);
+
+    struct Row {
+        const char* name;
+        std::vector<TestIdentity> chain;
+        std::vector<TestIdentity> anchors;
+    };
+    const std::vector<Row> rows{
+        {"leaf under the root", {direct}, {root}},
+        {"the root sent too", {direct, root}, {root}},
+        {"two intermediates", {leaf, second, first}, {root}},
+        {"any order behind the leaf", {leaf, root, first, second}, {root}},
+        {"ten certificates", ten, {root}},
+        {"an anchor that did not sign itself", {leaf, second}, {first}},
+        {"the anchor below a chain that goes on", {leaf, second, first, root}, {second}},
+        {"the leaf is the anchor", {direct}, {direct}},
+        {"a leaf that may sign", {authorityLeaf}, {root}},
+        {"one anchor of two", {direct}, {line[5], root}},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        EXPECT_EQ(judged(row.chain, row.anchors), "");
+    }
+}
+
+TEST(SecTrust, BrokenChainsAreRefused) {
+    const auto line = authorities(1);
+    const TestIdentity &root = line[0], &intermediate = line[1];
+    const TestIdentity namesake = selfSigned(authority("Root"));
+    const TestIdentity leaf = intermediate.issue({});
+    const TestIdentity silent =
+        root.issue({.commonName = "Silent", .basicConstraints = TestBasicConstraints::absent});
+    const TestIdentity lateAuthority = root.issue({.commonName = "Late",
+                                                   .basicConstraints = TestBasicConstraints::authority,
+                                                   .firstDay = -9,
+                                                   .lastDay = -1});
+    TestIdentity changed = root.issue({});
+    changed.der.back() ^= 1U;
+    std::vector<TestIdentity> deep = authorities(18);
+    std::vector<TestIdentity> tooDeep{deep.rbegin(), deep.rend() - 1};
+
+    struct Row {
+        const char* name;
+        std::vector<TestIdentity> chain;
+        std::vector<TestIdentity> anchors;
+        const char* text;
+    };
+    const std::vector<Row> rows{
+        {"expired", {root.issue({.firstDay = -9, .lastDay = -1})}, {root}, "certificate has expired"},
+        {"not yet valid", {root.issue({.firstDay = 1})}, {root}, "certificate is not yet valid"},
+        {"expired intermediate", {lateAuthority.issue({}), lateAuthority}, {root}, "certificate has expired"},
+        {"expired anchor", {lateAuthority.issue({})}, {lateAuthority}, "certificate has expired"},
+        {"issuer of the right name, another key",
+         {namesake.issue({})},
+         {root},
+         "certificate signature failure"},
+        {"changed signature", {changed}, {root}, "certificate signature failure"},
+        {"a leaf as issuer",
+         {leaf.issue({.commonName = "Intruder"}), leaf, intermediate},
+         {root},
+         "invalid CA certificate"},
+        {"an issuer that does not say it is one",
+         {silent.issue({}), silent},
+         {root},
+         "invalid CA certificate"},
+        {"an anchor that may not sign",
+         {leaf.issue({.commonName = "Intruder"})},
+         {leaf},
+         "invalid CA certificate"},
+        {"foreign root, sent too",
+         {namesake.issue({}), namesake},
+         {intermediate},
+         "self-signed certificate in certificate chain"},
+        {"self-signed", {selfSigned({})}, {root}, "self-signed certificate"},
+        {"missing intermediate", {leaf}, {root}, "unable to get local issuer certificate"},
+        {"wrong first certificate", {intermediate, leaf}, {leaf}, "unable to get local issuer certificate"},
+        {"no anchor at all", {leaf, intermediate, root}, {}, "self-signed certificate in certificate chain"},
+        {"SHA-1 signature",
+         {root.issue({.digest = "SHA1"})},
+         {root},
+         "CA signature digest algorithm too weak"},
+        {"unknown critical extension",
+         {root.issue({.hasUnknownCriticalExtension = true})},
+         {root},
+         "unhandled critical extension"},
+        {"longer than any real chain", tooDeep, {deep[0]}, "certificate chain too long"},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        EXPECT_EQ(judged(row.chain, row.anchors), row.text);
+    }
+}
+
+TEST(SecTrust, IsJudgedByTheDateThatIsGiven) {
+    const auto root = selfSigned(authority("Root"));
+    const auto leaf = root.issue({});
+    const auto now = std::chrono::system_clock::now();
+    const auto day = std::chrono::hours(24);
+    EXPECT_EQ(judged({leaf}, {root}, now + 364 * day), "");
+    EXPECT_EQ(judged({leaf}, {root}, now + 366 * day), "certificate has expired");
+    EXPECT_EQ(judged({leaf}, {root}, now - 2 * day), "certificate is not yet valid");
+}
+
+TEST(SecTrust, ManyThreadsJudgeOneChainAndTakeItsKey) {
+    const auto root = selfSigned(authority("Root"));
+    const SecCertificate anchor = root.certificate();
+    const SecCertificate leaf = root.issue({}).certificate();
+    std::optional<SecTrust> trust;
+    ASSERT_EQ(SecTrustCreateWithCertificates({&leaf, 1}, SecPolicyCreateBasicX509(), trust), 0);
+    SecTrustSetAnchorCertificates(*trust, {&anchor, 1});
+    std::atomic<int> trusted = 0;
+    std::vector<std::thread> threads;
+    for (int index = 0; index < 4; ++index)
+        threads.emplace_back([&] {
+            for (int round = 0; round < 25; ++round)
+                if (!SecTrustEvaluateWithError(*trust) && SecCertificateCopyKey(leaf)) ++trusted;
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(trusted, 100);
+    EXPECT_EQ(&SecCertificateCopyKey(leaf)->material(), &SecCertificateCopyKey(leaf)->material());
+}
+
+} // namespace
+} // namespace korvane

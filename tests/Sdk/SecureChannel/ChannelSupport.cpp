@@ -1,0 +1,53 @@
+#include "tests/Sdk/SecureChannel/ChannelSupport.h"
+
+#include "Crypt/ConcatKDF.h"
+#include "Crypt/EC.h"
+#include "Crypt/JWS.h"
+#include "Platform/UUID.h"
+
+#include <fstream>
+
+namespace korvane {
+
+TemporaryFolder::TemporaryFolder()
+    : path_(std::filesystem::temp_directory_path() / ("korvane-" + makeUUIDString())) {
+    std::filesystem::create_directories(path_);
+}
+
+TemporaryFolder::~TemporaryFolder() {
+    std::error_code error;
+    std::filesystem::remove_all(path_, error);
+}
+
+void TemporaryFolder::write(const std::string& name, ByteView bytes) const {
+    std::ofstream(path_ / name, std::ios::binary) << asText(bytes);
+}
+
+SecretBytes peerKey(const ECPrivateKey& own, const ECPublicKey& theirs, const std::string& partyVInfo) {
+    const Bytes suppPubInfo{0, 0, 1, 0};
+    return concatKDF(Hash::SHA256, ecdhDeriveBits(own, theirs), 256, {}, {}, asBytes(partyVInfo),
+                     suppPubInfo);
+}
+
+TransactionCerts certsWithRoot(const TestIdentity& root) {
+    return {{}, root.der, CertAlgorithm::EC};
+}
+
+JSON PlayedAcs::payload() const {
+    const JSON key = JSON::parse(ephemeral.getPublic().jsonString().value());
+    return {{"acsEphemPubKey", key}, {"sdkEphemPubKey", key}, {"acsURL", "https://acs.example/challenge"}};
+}
+
+std::string PlayedAcs::signedContent(const JSON& payload, SignatureAlgorithm algorithm) const {
+    return signedBy(leaf, {leaf.base64()}, payload, algorithm);
+}
+
+std::string PlayedAcs::signedBy(const TestIdentity& signer, const std::vector<std::string>& x5c,
+                                const JSON& payload, SignatureAlgorithm algorithm) {
+    JWSHeader header(algorithm);
+    header.setX5c(x5c);
+    const auto maker = Signer::make(algorithm, signer.privateKey()).value();
+    return JWS(header, Payload(toBytes(payload.dump())), maker).compactSerializedString();
+}
+
+} // namespace korvane

@@ -1,0 +1,157 @@
+#include "Sdk/Transaction/HttpClient.h"
+
+#include "Sdk/Events/SdkError.h"
+#include "tests/support/Failures.h"
+#include "tests/support/RecordingLogger.h"
+#include "tests/support/SimulatedPlatform.h"
+
+#include <gmock/gmock.h>
+
+namespace korvane {
+namespace {
+
+using testing::ElementsAre;
+using testing::Pair;
+
+const std::string kAcsURL = "https://acs.example/challenge";
+const Bytes kBody = toBytes("a.b.c.d.e");
+
+HttpAnswer received(std::string_view body) {
+    return {toBytes(body), std::nullopt};
+}
+
+HttpAnswer failed(const char* text) {
+    return {std::nullopt, text};
+}
+
+class HttpClientTest : public testing::Test {
+protected:
+    void answerWith(ScriptedAnswer answer) {
+        platform_.network().answer = [answer](const URLRequest&) { return answer; };
+    }
+
+    const SimulatedExchange& exchange(std::size_t index = 0) {
+        return platform_.network().exchanges().at(index);
+    }
+
+    SimulatedPlatform platform_;
+    HttpClient client_{kAcsURL};
+};
+
+TEST_F(HttpClientTest, SessionAndRequestsCarryTheirLimitsAndHeaders) {
+    const auto& sessions = platform_.network().sessions();
+    ASSERT_EQ(sessions.size(), 1U);
+    EXPECT_EQ(sessions[0].timeoutIntervalForResource, Seconds{60});
+    EXPECT_EQ(sessions[0].requestCachePolicy, URLRequestCachePolicy::reloadIgnoringLocalCacheData);
+    EXPECT_EQ(sessions[0].additionalCertificateAuthorities, "");
+
+    client_.sendErroData(kBody);
+    static_cast<void>(client_.loadImage("https://acs.example/logo.png"));
+    const URLRequest& post = exchange(0).request;
+    EXPECT_EQ(post.url.absoluteString(), kAcsURL);
+    EXPECT_EQ(post.httpMethod, "POST");
+    EXPECT_THAT(post.httpHeaderFields, ElementsAre(Pair("Content-Type", "application/jose;charset=UTF-8")));
+    EXPECT_EQ(post.httpBody, kBody);
+    EXPECT_EQ(post.timeoutInterval, Seconds{60});
+    EXPECT_EQ(post.cachePolicy, URLRequestCachePolicy::useProtocolCachePolicy);
+
+    const URLRequest& image = exchange(1).request;
+    EXPECT_EQ(image.url.absoluteString(), "https://acs.example/logo.png");
+    EXPECT_EQ(image.httpMethod, "GET");
+    EXPECT_TRUE(image.httpHeaderFields.empty());
+    EXPECT_EQ(image.httpBody, std::nullopt);
+}
+
+TEST_F(HttpClientTest, AnswersBeforeTwelveSecondsComeBackAndLaterOnesAreLost) {
+    const struct {
+        const char* name;
+        ScriptedAnswer answer;
+        HttpAnswer expected;
+        double seconds;
+        bool isCancelled;
+    } rows[] = {
+        {"at once", {toBytes("jwe"), {}, Seconds{0}}, received("jwe"), 0, false},
+        {"no byte", {Bytes{}, {}, Seconds{1}}, received(""), 1, false},
+        {"just in time", {toBytes("jwe"), {}, Seconds{11.999}}, received("jwe"), 11.999, false},
+        {"just too late", {toBytes("jwe"), {}, Seconds{12.001}}, {}, 12, true},
+        {"minutes late", {toBytes("jwe"), {}, Seconds{300}}, {}, 12, true},
+        {"error too late", {{}, "lost", Seconds{13}}, {}, 12, true},
+        {"never", {{}, {}, std::nullopt}, {}, 12, true},
+        {"error", {{}, "no connection", Seconds{2}}, failed("no connection"), 2, false},
+        {"error wins over body", {toBytes("jwe"), "broken off", Seconds{2}}, failed("broken off"), 2, false},
+        {"neither", {{}, {}, Seconds{2}}, {}, 2, false},
+    };
+    std::size_t index = 0;
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        answerWith(row.answer);
+        const Seconds start = platform_.now();
+        EXPECT_EQ(client_.sendCReqData(kBody), row.expected);
+        EXPECT_NEAR((platform_.now() - start).count(), row.seconds, 1e-6);
+        EXPECT_EQ(exchange(index++).isCancelled, row.isCancelled);
+        platform_.runUntilIdle();
+        EXPECT_EQ(platform_.leftAlive(), LeftAlive{});
+    }
+}
+
+TEST_F(HttpClientTest, ImagesAndErrosWaitTheSameTime) {
+    answerWith({{}, {}, std::nullopt});
+    EXPECT_EQ(client_.loadImage("https://acs.example/logo.png"), HttpAnswer{});
+    EXPECT_EQ(platform_.now(), Seconds{12});
+    client_.sendErroData(kBody);
+    EXPECT_EQ(platform_.now(), Seconds{24});
+}
+
+/// The answer and the end of the wait fall on one moment; either may come first, and nothing in between.
+TEST(HttpClientTimes, AnswerAtTwelveSecondsIsWholeOrLost) {
+    int got = 0;
+    for (std::uint64_t seed = 0; seed < 100; ++seed) {
+        SimulatedPlatform platform(seed);
+        platform.network().answer = [](const URLRequest&) {
+            return ScriptedAnswer{toBytes("jwe"), {}, Seconds{12}};
+        };
+        const HttpAnswer answer = HttpClient(kAcsURL).sendCReqData(kBody);
+        EXPECT_TRUE(answer == received("jwe") || answer == HttpAnswer{});
+        got += answer.data ? 1 : 0;
+        EXPECT_EQ(platform.now(), Seconds{12});
+        platform.runUntilIdle();
+        EXPECT_EQ(platform.leftAlive(), LeftAlive{});
+    }
+    EXPECT_GT(got, 0);
+    EXPECT_LT(got, 100);
+}
+
+TEST_F(HttpClientTest, LateAnswerFindsItsPlaceWhenTheClientHasGone) {
+    answerWith({toBytes("jwe"), {}, std::nullopt});
+    auto client = std::make_unique<HttpClient>(kAcsURL);
+    bool hasReturned = false;
+    platform_.dispatch().globalQueue().async([&] {
+        static_cast<void>(client->sendCReqData(kBody));
+        client.reset();
+        hasReturned = true;
+    });
+    EXPECT_TRUE(platform_.runUntil([&] { return hasReturned; }));
+    EXPECT_EQ(platform_.leftAlive().items, 1U);
+    platform_.runUntilIdle();
+    EXPECT_EQ(platform_.leftAlive(), LeftAlive{});
+}
+
+TEST_F(HttpClientTest, AddressThatIsNoUrlSendsNothing) {
+    const HttpClient client("https://acs.example/a b");
+    EXPECT_EQ(client.createAcsRequest(kBody), std::nullopt);
+    EXPECT_EQ(client.sendCReqData(kBody), HttpAnswer{});
+    client.sendErroData(kBody);
+
+    const RecordingLogger logger;
+    EXPECT_TRUE(raises(
+        SdkErrorCase::InvalidInputException, [&] { return client.loadImage("no url"); },
+        "Can not create imageUrl."));
+    EXPECT_THAT(
+        logger.lines(),
+        ElementsAre("Sdk/Transaction/HttpClient.cpp createLoadImageRequest(_:): Can not create imageUrl."));
+    EXPECT_TRUE(platform_.network().exchanges().empty());
+    EXPECT_EQ(platform_.now(), Seconds{0});
+}
+
+} // namespace
+} // namespace korvane

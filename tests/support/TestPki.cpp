@@ -1,0 +1,122 @@
+#include "tests/support/TestPki.h"
+
+#include "Crypt/DataExtensions.h"
+
+#include <openssl/evp.h>
+#include <openssl/x509.h>
+#include <openssl/x509v3.h>
+
+#include <memory>
+
+namespace korvane {
+
+namespace {
+
+using Key = std::unique_ptr<EVP_PKEY, decltype(&EVP_PKEY_free)>;
+using Certificate = std::unique_ptr<X509, decltype(&X509_free)>;
+
+Key generate(TestKeyType type) {
+    const auto made = [](EVP_PKEY* key) { return Key(key, EVP_PKEY_free); };
+    switch (type) {
+    case TestKeyType::p256: return made(EVP_EC_gen("P-256"));
+    case TestKeyType::p384: return made(EVP_EC_gen("P-384"));
+    case TestKeyType::rsa2048: return made(EVP_RSA_gen(2048U));
+    case TestKeyType::ed25519: break;
+    }
+    return made(EVP_PKEY_Q_keygen(nullptr, nullptr, "ED25519"));
+}
+
+/// What one of OpenSSL's writers gives.
+template <class Object, class Write>
+Bytes derOf(Object* object, Write write) {
+    unsigned char* octets = nullptr;
+    const int length = write(object, &octets);
+    Bytes bytes(octets, octets + length);
+    OPENSSL_free(octets);
+    return bytes;
+}
+
+Bytes pkcs8Of(EVP_PKEY* key) {
+    const std::unique_ptr<PKCS8_PRIV_KEY_INFO, decltype(&PKCS8_PRIV_KEY_INFO_free)> info(
+        EVP_PKEY2PKCS8(key), PKCS8_PRIV_KEY_INFO_free);
+    return derOf(info.get(), i2d_PKCS8_PRIV_KEY_INFO);
+}
+
+void addExtension(X509* certificate, int nid, const char* value) {
+    X509V3_CTX context{};
+    X509_EXTENSION* extension = X509V3_EXT_nconf_nid(nullptr, &context, nid, value);
+    X509_add_ext(certificate, extension, -1);
+    X509_EXTENSION_free(extension);
+}
+
+void addExtensions(X509* certificate, const CertificateFields& fields) {
+    if (fields.basicConstraints == TestBasicConstraints::authority)
+        addExtension(certificate, NID_basic_constraints, "critical,CA:TRUE");
+    if (fields.basicConstraints == TestBasicConstraints::endEntity)
+        addExtension(certificate, NID_basic_constraints, "critical,CA:FALSE");
+    // Nothing that judges chains knows what a comment would demand.
+    if (fields.hasUnknownCriticalExtension)
+        addExtension(certificate, NID_netscape_comment, "critical,DER:0401AA");
+}
+
+Certificate unsignedCertificate(const CertificateFields& fields, EVP_PKEY* key) {
+    static long serialNumber = 0;
+    Certificate certificate(X509_new(), X509_free);
+    X509_set_version(certificate.get(), X509_VERSION_3);
+    ASN1_INTEGER_set(X509_get_serialNumber(certificate.get()), ++serialNumber);
+    X509_gmtime_adj(X509_getm_notBefore(certificate.get()), 86400L * fields.firstDay);
+    X509_gmtime_adj(X509_getm_notAfter(certificate.get()), 86400L * fields.lastDay);
+    X509_NAME_add_entry_by_txt(X509_get_subject_name(certificate.get()), "CN", MBSTRING_UTF8,
+                               asBytes(fields.commonName).data(), -1, -1, 0);
+    X509_set_pubkey(certificate.get(), key);
+    addExtensions(certificate.get(), fields);
+    return certificate;
+}
+
+TestIdentity sign(X509* certificate, const X509_NAME* issuer, EVP_PKEY* issuerKey, EVP_PKEY* key,
+                  const CertificateFields& fields) {
+    X509_set_issuer_name(certificate, issuer);
+    const bool hasOwnDigest = EVP_PKEY_is_a(issuerKey, "ED25519") == 1;
+    const EVP_MD* digest = hasOwnDigest ? nullptr : EVP_get_digestbyname(fields.digest.c_str());
+    X509_sign(certificate, issuerKey, digest);
+    return {derOf(certificate, i2d_X509), pkcs8Of(key)};
+}
+
+} // namespace
+
+std::string TestIdentity::base64() const {
+    return base64EncodedString(der);
+}
+
+TestIdentity TestIdentity::issue(const CertificateFields& fields) const {
+    const unsigned char* keyPosition = pkcs8.data();
+    const unsigned char* position = der.data();
+    const Key issuerKey(d2i_AutoPrivateKey(nullptr, &keyPosition, static_cast<long>(pkcs8.size())),
+                        EVP_PKEY_free);
+    const Certificate issuer(d2i_X509(nullptr, &position, static_cast<long>(der.size())), X509_free);
+    const Key key = generate(fields.key);
+    const Certificate made = unsignedCertificate(fields, key.get());
+    return sign(made.get(), X509_get_subject_name(issuer.get()), issuerKey.get(), key.get(), fields);
+}
+
+TestIdentity selfSigned(const CertificateFields& fields) {
+    const Key key = generate(fields.key);
+    const Certificate made = unsignedCertificate(fields, key.get());
+    return sign(made.get(), X509_get_subject_name(made.get()), key.get(), key.get(), fields);
+}
+
+CertificateFields authority(const std::string& commonName) {
+    CertificateFields fields;
+    fields.commonName = commonName;
+    fields.basicConstraints = TestBasicConstraints::authority;
+    return fields;
+}
+
+std::vector<TestIdentity> authorities(std::size_t intermediates) {
+    std::vector<TestIdentity> made{selfSigned(authority("Root"))};
+    while (made.size() <= intermediates)
+        made.push_back(made.back().issue(authority("Intermediate " + std::to_string(made.size()))));
+    return made;
+}
+
+} // namespace korvane
