@@ -1,0 +1,59 @@
+#pragma once
+
+#include "Crypt/Algorithms.h"
+#include "Platform/JSON.h"
+#include "tools/acs/Faults.h"
+
+#include <cstddef>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace korvane::acs {
+
+/// One screen and what the cardholder must answer to leave it.
+struct Step {
+    /// Members of the CRes that shows it.
+    JSON screen;
+    /// Members that replace the screen's own after an answer that did not pass.
+    JSON retry = JSON::object();
+    /// Members of a CReq with the list of values that pass; all of them must be there.
+    JSON accepts = JSON::object();
+    /// Answers that are judged before the challenge fails.
+    std::size_t attempts = 1;
+    /// The first of them that can pass.
+    std::size_t passesFrom = 1;
+    std::optional<Fault> fault;
+};
+
+/// The last CRes of a challenge.
+struct Ending {
+    std::string transStatus;
+    std::optional<Fault> fault;
+};
+
+/// What the ACS plays. Immutable once read. Any thread.
+struct Scenario {
+    std::string description;
+    SignatureAlgorithm signature = SignatureAlgorithm::PS256;
+    std::optional<std::string> threeDSRequestorAppURL;
+    std::optional<Fault> authenticationFault;
+    /// Without a step the first CReq is answered by the ending.
+    std::vector<Step> steps;
+    Ending success{"Y", {}};
+    Ending failure{"N", {}};
+};
+
+/// @throws UsageError `FILE:LINE: MEMBER: what is wrong` for the first fault of the file.
+[[nodiscard]] Scenario loadScenario(const std::filesystem::path& file);
+
+/// As `loadScenario`, of a text.
+/// @param name  stands in place of the file in errors.
+[[nodiscard]] Scenario readScenario(std::string_view text, const std::string& name);
+
+/// The scenario that is played when none is named.
+[[nodiscard]] std::string_view defaultScenario();
+
+} // namespace korvane::acs

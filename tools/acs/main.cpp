@@ -1,0 +1,164 @@
+#include "tools/acs/EventLog.h"
+#include "tools/acs/HttpServer.h"
+#include "tools/acs/Pki.h"
+#include "tools/acs/Scenario.h"
+#include "tools/acs/Sealing.h"
+#include "tools/acs/Service.h"
+#include "tools/acs/UsageError.h"
+
+#include <CLI/CLI.hpp>
+
+#include <csignal>
+#include <iostream>
+#include <thread>
+
+namespace {
+
+using namespace korvane::acs;
+
+constexpr int kDone = 0;
+constexpr int kWrongUsage = 2;
+
+struct Options {
+    std::string pki;
+    std::string listen = "127.0.0.1:0";
+    std::string scenario;
+    std::string log;
+    std::string directoryServerID = "A999999999";
+    double forgetAfter = 600;
+};
+
+struct Address {
+    std::string host;
+    int port;
+};
+
+Address parseAddress(const std::string& text) {
+    const std::size_t colon = text.rfind(':');
+    const std::string host = text.substr(0, colon);
+    const std::string port = colon == std::string::npos ? "" : text.substr(colon + 1);
+    const bool isNumber =
+        !port.empty() && port.size() <= 5 && port.find_first_not_of("0123456789") == std::string::npos;
+    if (!isNumber || std::stoi(port) > 65535 || (host != "127.0.0.1" && host != "localhost"))
+        throw UsageError("--listen: " + text +
+                         " is no address of this kind: 127.0.0.1:PORT or localhost:PORT.");
+    return {host, std::stoi(port)};
+}
+
+std::string faultHelp() {
+    std::string text;
+    for (const FaultRow& row : allFaults()) {
+        std::string line = "  " + std::string(row.name);
+        line.resize(std::max<std::size_t>(line.size() + 1, 24), ' ');
+        text += line + std::string(row.effect) + ".\n";
+    }
+    return text;
+}
+
+std::string footer() {
+    return "Endpoints: POST /authenticate, POST /challenge/<acsTransID>, GET "
+           "/logo/{issuer,ps}-{medium,high,extraHigh}"
+           ".png\n"
+           "The first line on stdout has the event \"listening\", the url, and the certificates that a "
+           "client needs; "
+           "then comes a line per message, opened.\n\n"
+           "A scenario is a JSON object:\n"
+           "  description             for people\n"
+           "  signature               PS256 (default), RS256 or ES256\n"
+           "  threeDSRequestorAppURL  passed on by /authenticate\n"
+           "  authentication          {\"fault\": {...}}: spoils acsSignedContent\n"
+           "  steps                   list of screens, in their order\n"
+           "  success, failure        {\"transStatus\": \"Y\" or \"N\", \"fault\": {...}}: the last CRes\n"
+           "A step:\n"
+           "  screen      members of the CRes; {url} in a text is this server, acsHTML is plain HTML\n"
+           "  accepts     members of the CReq, each with the list of values that pass\n"
+           "  attempts    answers before the challenge fails (1)\n"
+           "  passesFrom  the first of them that can pass (1)\n"
+           "  retry       members that replace the screen's after a wrong answer\n"
+           "  fault       {\"name\": ..., parameters}: spoils the CRes that shows the screen\n\n"
+           "Faults, with their parameters in quotes; the first two are for authentication, the others for "
+           "steps:\n" +
+           faultHelp();
+}
+
+void addOptions(CLI::App& app, Options& options) {
+    app.add_option("--pki", options.pki, "Folder of certificates and keys; filled when absent or empty.")
+        ->required();
+    app.add_option("--listen", options.listen, "Where to listen; port 0 takes a free one.")
+        ->capture_default_str();
+    app.add_option("--scenario", options.scenario,
+                   "The scenario to play; without it a text screen that takes 1234.");
+    app.add_option("--log", options.log, "A file that gets the lines too.");
+    app.add_option("--directory-server", options.directoryServerID,
+                   "Directory server identifier that EC device data is bound to.")
+        ->capture_default_str();
+    app.add_option("--forget-after", options.forgetAfter, "Seconds until a challenge is forgotten.")
+        ->check(CLI::Range(0.001, 86400.0))
+        ->capture_default_str();
+    app.footer(footer());
+}
+
+korvane::JSON listeningEvent(const Options& options, const Pki& pki, const std::string& url) {
+    const auto path = [&](std::string_view name, const char* extension) {
+        return pki.file(name, extension).string();
+    };
+    return {{"event", "listening"},
+            {"url", url},
+            {"tlsRoot", path(Pki::tlsRoot, ".pem")},
+            {"directoryServerID", options.directoryServerID},
+            {"directoryServerRoot", path(Pki::directoryServerRoot, ".der")},
+            {"deviceDataRSA", path(Pki::deviceDataRSA, ".der")},
+            {"deviceDataEC", path(Pki::deviceDataEC, ".der")}};
+}
+
+/// Blocks the two signals, for the threads that start later too, so that `sigwait` gets them.
+sigset_t blockStopSignals() {
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGINT);
+    sigaddset(&signals, SIGTERM);
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    return signals;
+}
+
+void serve(const Options& options, const sigset_t& signals) {
+    const Address address = parseAddress(options.listen);
+    Scenario scenario = options.scenario.empty() ? readScenario(defaultScenario(), "the default scenario")
+                                                 : loadScenario(options.scenario);
+    const Pki pki(options.pki);
+    const KeyRing keys(pki, options.directoryServerID);
+    EventLog log(std::cout,
+                 options.log.empty() ? std::nullopt : std::optional<std::filesystem::path>(options.log));
+    HttpServer server(pki.file(Pki::tlsServer, ".pem"), pki.file(Pki::tlsServer, ".key"));
+    const std::string url =
+        "https://" + address.host + ":" + std::to_string(server.bind(address.host, address.port));
+    const auto lifetime = std::chrono::milliseconds(static_cast<long>(options.forgetAfter * 1000));
+    Service service({std::move(scenario), url, lifetime}, keys, log);
+    log.write(listeningEvent(options, pki, url));
+    std::thread serving([&] {
+        server.run([&](auto method, auto path, auto body) { return service.answer(method, path, body); });
+    });
+    int signal = 0;
+    sigwait(&signals, &signal);
+    server.stop();
+    serving.join();
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    Options options;
+    CLI::App app("Plays the 3DS server, the directory server and the ACS of a test, over HTTPS on loopback.",
+                 "korvane-acs");
+    addOptions(app, options);
+    try {
+        app.parse(argc, argv);
+        serve(options, blockStopSignals());
+        return kDone;
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? kDone : kWrongUsage;
+    } catch (const UsageError& error) {
+        std::cerr << "korvane-acs: " << error.what() << '\n';
+        return kWrongUsage;
+    }
+}
