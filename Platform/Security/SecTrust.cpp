@@ -3,7 +3,6 @@
 #include "Platform/Security/SecCertificateMaterial.h"
 
 #include <openssl/x509_vfy.h>
-#include <openssl/x509v3.h>
 
 namespace korvane {
 
@@ -42,16 +41,6 @@ void configure(X509_VERIFY_PARAM* parameters,
     if (verifyDate) X509_VERIFY_PARAM_set_time(parameters, std::chrono::system_clock::to_time_t(*verifyDate));
 }
 
-/// OpenSSL also takes version 1 certificates and those with a mere key usage for authorities. Those between
-/// leaf and anchor must say that they are.
-bool intermediatesSayThatTheyAreAuthorities(X509_STORE_CTX* context) {
-    constexpr int kByBasicConstraints = 1;
-    const STACK_OF(X509)* chain = X509_STORE_CTX_get0_chain(context);
-    for (int index = 1; index + 1 < sk_X509_num(chain); ++index)
-        if (X509_check_ca(sk_X509_value(chain, index)) != kByBasicConstraints) return false;
-    return true;
-}
-
 } // namespace
 
 SecPolicy SecPolicyCreateBasicX509() {
@@ -85,7 +74,6 @@ SecTrustEvaluateWithError(const SecTrust& trust,
     configure(X509_STORE_CTX_get0_param(context.get()), verifyDate);
 
     if (X509_verify_cert(context.get()) != 1) return reason(X509_STORE_CTX_get_error(context.get()));
-    if (!intermediatesSayThatTheyAreAuthorities(context.get())) return reason(X509_V_ERR_INVALID_CA);
     return std::nullopt;
 }
 

@@ -69,8 +69,9 @@ TEST(SecTrust, BrokenChainsAreRefused) {
     const TestIdentity &root = line[0], &intermediate = line[1];
     const TestIdentity namesake = selfSigned(authority("Root"));
     const TestIdentity leaf = intermediate.issue({});
-    const TestIdentity silent =
-        root.issue({.commonName = "Silent", .basicConstraints = TestBasicConstraints::absent});
+    const TestIdentity silent = root.issue({.commonName = "Silent",
+                                            .basicConstraints = TestBasicConstraints::absent,
+                                            .keyUsage = "keyCertSign"});
     const TestIdentity lateAuthority = root.issue({.commonName = "Late",
                                                    .basicConstraints = TestBasicConstraints::authority,
                                                    .firstDay = -9,
@@ -100,7 +101,7 @@ TEST(SecTrust, BrokenChainsAreRefused) {
          {leaf.issue({.commonName = "Intruder"}), leaf, intermediate},
          {root},
          "invalid CA certificate"},
-        {"an issuer that does not say it is one",
+        {"an issuer that may sign but does not say it is an authority",
          {silent.issue({}), silent},
          {root},
          "invalid CA certificate"},

@@ -54,6 +54,7 @@ void addExtensions(X509* certificate, const CertificateFields& fields) {
         addExtension(certificate, NID_basic_constraints, "critical,CA:TRUE");
     if (fields.basicConstraints == TestBasicConstraints::endEntity)
         addExtension(certificate, NID_basic_constraints, "critical,CA:FALSE");
+    if (!fields.keyUsage.empty()) addExtension(certificate, NID_key_usage, fields.keyUsage.c_str());
     // Nothing that judges chains knows what a comment would demand.
     if (fields.hasUnknownCriticalExtension)
         addExtension(certificate, NID_netscape_comment, "critical,DER:0401AA");

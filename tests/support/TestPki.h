@@ -24,6 +24,8 @@ struct CertificateFields {
     /// The digest of the signature.
     std::string digest = "SHA256";
     bool hasUnknownCriticalExtension = false;
+    /// As OpenSSL writes it ("keyCertSign"); empty for none.
+    std::string keyUsage = {};
 };
 
 /// A certificate with its private key. A value.
