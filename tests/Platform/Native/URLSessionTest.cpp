@@ -199,21 +199,24 @@ TEST_F(NativeURLSession, CancelAndAnswerThatRaceCompleteOnce) {
     EXPECT_EQ(calls_, kTasks);
 }
 
-TEST_F(NativeURLSession, ManyRequestsAtOnceEachGetTheirOwnAnswer) {
-    constexpr int kRequests = 40;
-    std::vector<std::string> answers(kRequests);
-    for (std::size_t index = 0; index < kRequests; ++index)
-        session_
-            ->dataTask(post(server_.url("/echo"), std::to_string(index)),
-                       [&, index](auto body, auto error) {
-                           answers[index] = body ? std::string(asText(*body)) : error.value_or("");
-                           ended_->signal();
-                       })
-            ->resume();
-    for (int index = 0; index < kRequests; ++index)
-        ASSERT_EQ(ended_->wait(kLong), DispatchTimeoutResult::success);
-    for (std::size_t index = 0; index < kRequests; ++index)
-        EXPECT_EQ(answers[index], std::to_string(index));
+/// Five at once are as many as the server's queue of new connections holds.
+TEST_F(NativeURLSession, RequestsAtOnceEachGetTheirOwnAnswer) {
+    constexpr std::size_t kAtOnce = 5;
+    for (std::size_t first = 0; first < 20 * kAtOnce; first += kAtOnce) {
+        std::vector<std::string> answers(kAtOnce);
+        for (std::size_t index = 0; index < kAtOnce; ++index)
+            session_
+                ->dataTask(post(server_.url("/echo"), std::to_string(first + index)),
+                           [&, index](auto body, auto error) {
+                               answers[index] = body ? std::string(asText(*body)) : error.value_or("");
+                               ended_->signal();
+                           })
+                ->resume();
+        for (std::size_t index = 0; index < kAtOnce; ++index)
+            ASSERT_EQ(ended_->wait(kLong), DispatchTimeoutResult::success);
+        for (std::size_t index = 0; index < kAtOnce; ++index)
+            EXPECT_EQ(answers[index], std::to_string(first + index));
+    }
 }
 
 TEST_F(NativeURLSession, CertificatesAreCheckedAgainstKnownAuthoritiesAndTheHostsName) {
@@ -229,7 +232,7 @@ TEST_F(NativeURLSession, CertificatesAreCheckedAgainstKnownAuthoritiesAndTheHost
     EXPECT_EQ(fetch(*trusting, post(secure.url("/echo"), "y")).body, "y");
     const Outcome otherName = fetch(*trusting, get(secure.url("/echo", "localhost")));
     EXPECT_EQ(otherName.body, std::nullopt);
-    EXPECT_NE(otherName.error.value_or(""), "");
+    EXPECT_THAT(otherName.error.value_or(""), HasSubstr("name"));
     EXPECT_NE(fetch(get(secure.url("/echo"))).error.value_or(""), "") << "an open connection was reused";
 
     const auto received = secure.received();
