@@ -12,12 +12,12 @@ AESError failed(AESErrorCase kind, std::string_view what, int status) {
 }
 
 /// Empty values never reach the platform.
-int ccAESCBCCrypt(CCOperation operation, ByteView data, ByteView key, ByteView initializationVector,
-                  Bytes& output) {
+int ccAESCBCCrypt(CCOperation operation, CCAlgorithm algorithm, ByteView data, ByteView key,
+                  ByteView initializationVector, Bytes& output) {
     if (data.empty() || key.empty() || initializationVector.empty()) return kCCParamError;
     output.resize(data.size() + kCCBlockSizeAES128);
     std::size_t moved = 0;
-    const int status = CCCrypt(operation, key, initializationVector, data, output, moved);
+    const int status = CCCrypt(operation, algorithm, key, initializationVector, data, output, moved);
     output.resize(moved);
     return status;
 }
@@ -26,7 +26,8 @@ Bytes crypt(CCOperation operation, ByteView data, ByteView key, ContentEncryptio
             ByteView initializationVector, AESErrorCase failure, std::string_view what) {
     if (!checkAESKeyLength(algorithm, key)) throw AESError(keyLengthNotSatisfied);
     Bytes output;
-    const int status = ccAESCBCCrypt(operation, data, key, initializationVector, output);
+    const int status =
+        ccAESCBCCrypt(operation, ccAlgorithm(algorithm), data, key, initializationVector, output);
     if (status != kCCSuccess) throw failed(failure, what, status);
     return output;
 }

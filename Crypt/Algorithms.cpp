@@ -219,9 +219,8 @@ std::size_t initializationVectorLength(ContentEncryptionAlgorithm) {
     return kCCBlockSizeAES128;
 }
 
-int ccAlgorithm(ContentEncryptionAlgorithm) {
-    constexpr int kCCAlgorithmAES = 0;
-    return kCCAlgorithmAES;
+CCAlgorithm ccAlgorithm(ContentEncryptionAlgorithm) {
+    return CCAlgorithm::kCCAlgorithmAES;
 }
 
 bool checkKeyLength(ContentEncryptionAlgorithm algorithm, ByteView key) {

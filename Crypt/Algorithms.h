@@ -99,8 +99,8 @@ struct RawValues<ContentEncryptionAlgorithm> {
 [[nodiscard]] std::size_t tagLength(ContentEncryptionAlgorithm algorithm);
 /// Bytes of the initialisation vector.
 [[nodiscard]] std::size_t initializationVectorLength(ContentEncryptionAlgorithm algorithm);
-/// The platform's number of the block cipher: 0, AES.
-[[nodiscard]] int ccAlgorithm(ContentEncryptionAlgorithm algorithm);
+/// The block cipher: AES in all rows.
+[[nodiscard]] CCAlgorithm ccAlgorithm(ContentEncryptionAlgorithm algorithm);
 [[nodiscard]] bool checkKeyLength(ContentEncryptionAlgorithm algorithm, ByteView key);
 [[nodiscard]] bool checkAESKeyLength(ContentEncryptionAlgorithm algorithm, ByteView key);
 

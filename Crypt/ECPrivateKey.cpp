@@ -30,23 +30,19 @@ SecKey generate(ECCurveType curveType) {
 
 ECPrivateKey::ECPrivateKey(const std::string& crv, std::string x, std::string y, std::string privateKey,
                            const StringMap& additionalParameters)
-    : JWK(kForm,
-          {{std::string(ECParameter::curve), requiredCurve(crv)},
-           {std::string(ECParameter::x), std::move(x)},
-           {std::string(ECParameter::y), std::move(y)},
-           {std::string(ECParameter::privateKey), std::move(privateKey)}},
-          additionalParameters) {}
+    : JWKOf(kForm,
+            {{std::string(ECParameter::curve), requiredCurve(crv)},
+             {std::string(ECParameter::x), std::move(x)},
+             {std::string(ECParameter::y), std::move(y)},
+             {std::string(ECParameter::privateKey), std::move(privateKey)}},
+            additionalParameters) {}
 
 ECPrivateKey::ECPrivateKey(const ECPrivateKeyComponents& components, const StringMap& additionalParameters)
     : ECPrivateKey(components.crv, base64URLEncodedString(components.x), base64URLEncodedString(components.y),
                    base64URLEncodedString(components.d), additionalParameters) {}
 
-ECPrivateKey::ECPrivateKey(const JSONField& object) : JWK(kForm, object) {
+ECPrivateKey::ECPrivateKey(const JSONField& object) : JWKOf(kForm, object) {
     requireCurve();
-}
-
-ECPrivateKey ECPrivateKey::make(ByteView data) {
-    return decode(*SecretJSON(decodeObject(asText(data))));
 }
 
 ECPrivateKey ECPrivateKey::generateWith(ECCurveType curveType) {
@@ -70,12 +66,6 @@ ECPrivateKeyComponents ECPrivateKey::components() const {
             decodedNumber(ECParameter::x, JOSEErrorCase::xNotBase64URLUIntEncoded),
             decodedNumber(ECParameter::y, JOSEErrorCase::yNotBase64URLUIntEncoded),
             decodedSecret(ECParameter::privateKey, JOSEErrorCase::privateKeyNotBase64URLUIntEncoded)};
-}
-
-ECPrivateKey ECPrivateKey::withThumbprintAsKeyId(JWKThumbprintAlgorithm algorithm) const {
-    ECPrivateKey key = *this;
-    key.setKeyIdentifier(thumbprint(algorithm));
-    return key;
 }
 
 } // namespace korvane

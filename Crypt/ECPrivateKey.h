@@ -7,7 +7,7 @@
 namespace korvane {
 
 /// An EC private key with its public half (RFC 7518 section 6.2.2).
-class ECPrivateKey : public JWK {
+class ECPrivateKey : public JWKOf<ECPrivateKey> {
 public:
     /// @param x, y, privateKey  Base64URL texts of big-endian numbers; they are not looked at.
     /// @throws JOSEError invalidCurvePointOctetLength for an unknown curve.
@@ -19,11 +19,6 @@ public:
     explicit ECPrivateKey(const Key& privateKey, const StringMap& additionalParameters = {})
         : ECPrivateKey(componentsFrom([&] { return ecPrivateKeyComponents(privateKey); }),
                        additionalParameters) {}
-
-    /// Decodes JSON.
-    /// @throws DecodingError
-    [[nodiscard]] static ECPrivateKey make(ByteView data);
-    [[nodiscard]] static ECPrivateKey decode(const JSON& object) { return ECPrivateKey(JSONField(object)); }
 
     /// A new key with a fresh UUID in upper case as "kid".
     /// @throws ECKeyPairError generateECKeyPairFail
@@ -57,11 +52,9 @@ public:
         return representing(std::type_identity<Key>{}, components());
     }
 
-    /// The same key with its thumbprint as "kid".
-    [[nodiscard]] ECPrivateKey
-    withThumbprintAsKeyId(JWKThumbprintAlgorithm algorithm = JWKThumbprintAlgorithm::SHA256) const;
-
 private:
+    friend JWKOf<ECPrivateKey>;
+
     explicit ECPrivateKey(const JSONField& object);
     ECPrivateKey(const ECPrivateKeyComponents& components, const StringMap& additionalParameters);
 

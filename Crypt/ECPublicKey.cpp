@@ -26,22 +26,18 @@ Bytes withoutSignByte(Bytes coordinate) {
 } // namespace
 
 ECPublicKey::ECPublicKey(ECCurveType crv, std::string x, std::string y, const StringMap& additionalParameters)
-    : JWK(kForm,
-          {{std::string(ECParameter::curve), rawValue(crv)},
-           {std::string(ECParameter::x), std::move(x)},
-           {std::string(ECParameter::y), std::move(y)}},
-          additionalParameters) {}
+    : JWKOf(kForm,
+            {{std::string(ECParameter::curve), rawValue(crv)},
+             {std::string(ECParameter::x), std::move(x)},
+             {std::string(ECParameter::y), std::move(y)}},
+            additionalParameters) {}
 
 ECPublicKey::ECPublicKey(const ECPublicKeyComponents& components, const StringMap& additionalParameters)
     : ECPublicKey(requiredCurve(components.crv), base64URLEncodedString(components.x),
                   base64URLEncodedString(components.y), additionalParameters) {}
 
-ECPublicKey::ECPublicKey(const JSONField& object) : JWK(kForm, object) {
+ECPublicKey::ECPublicKey(const JSONField& object) : JWKOf(kForm, object) {
     requireCurve();
-}
-
-ECPublicKey ECPublicKey::make(ByteView data) {
-    return decode(decodeObject(asText(data)));
 }
 
 ECCurveType ECPublicKey::crv() const {
@@ -52,12 +48,6 @@ ECPublicKeyComponents ECPublicKey::components() const {
     Bytes x = withoutSignByte(decodedNumber(ECParameter::x, JOSEErrorCase::xNotBase64URLUIntEncoded));
     Bytes y = withoutSignByte(decodedNumber(ECParameter::y, JOSEErrorCase::yNotBase64URLUIntEncoded));
     return {number(ECParameter::curve), std::move(x), std::move(y)};
-}
-
-ECPublicKey ECPublicKey::withThumbprintAsKeyId(JWKThumbprintAlgorithm algorithm) const {
-    ECPublicKey key = *this;
-    key.setKeyIdentifier(thumbprint(algorithm));
-    return key;
 }
 
 } // namespace korvane

@@ -6,7 +6,7 @@
 namespace korvane {
 
 /// An EC public key (RFC 7518 section 6.2.1).
-class ECPublicKey : public JWK {
+class ECPublicKey : public JWKOf<ECPublicKey> {
 public:
     /// @param x, y  Base64URL texts of big-endian coordinates; they are not looked at.
     ECPublicKey(ECCurveType crv, std::string x, std::string y, const StringMap& additionalParameters = {});
@@ -16,11 +16,6 @@ public:
     explicit ECPublicKey(const Key& publicKey, const StringMap& additionalParameters = {})
         : ECPublicKey(componentsFrom([&] { return ecPublicKeyComponents(publicKey); }),
                       additionalParameters) {}
-
-    /// Decodes JSON.
-    /// @throws DecodingError
-    [[nodiscard]] static ECPublicKey make(ByteView data);
-    [[nodiscard]] static ECPublicKey decode(const JSON& object) { return ECPublicKey(JSONField(object)); }
 
     [[nodiscard]] ECCurveType crv() const;
     [[nodiscard]] const std::string& x() const { return number(ECParameter::x); }
@@ -37,11 +32,9 @@ public:
         return representing(std::type_identity<Key>{}, components());
     }
 
-    /// The same key with its thumbprint as "kid".
-    [[nodiscard]] ECPublicKey
-    withThumbprintAsKeyId(JWKThumbprintAlgorithm algorithm = JWKThumbprintAlgorithm::SHA256) const;
-
 private:
+    friend JWKOf<ECPublicKey>;
+
     explicit ECPublicKey(const JSONField& object);
     ECPublicKey(const ECPublicKeyComponents& components, const StringMap& additionalParameters);
 

@@ -74,7 +74,7 @@ Bytes EC::sign(ByteView signingInput, const SecKey& privateKey, SignatureAlgorit
 bool EC::verify(ByteView verifyingInput, ByteView signature, const SecKey& publicKey,
                 SignatureAlgorithm algorithm) {
     const Signing signing = requireSigning(algorithm);
-    const std::size_t expected = 2 * signing.coordinateLength();
+    const std::size_t expected = signatureOctetLength(signing.curve);
     if (signature.size() != expected)
         throw ECError(verifyingFailed,
                       Description{"Signature is " + std::to_string(signature.size()) +

@@ -96,6 +96,35 @@ private:
     StringMap parameters_;
 };
 
+/// What each type of key has in its own type.
+template <class Key>
+class JWKOf : public JWK {
+public:
+    /// Decodes JSON text.
+    /// @throws DecodingError naming the member; JOSEError symmetricKeyNotBase64URLEncoded for a symmetric
+    /// key.
+    [[nodiscard]] static Key make(ByteView data) {
+        const SecretJSON object(decodeObject(asText(data)));
+        return decode(*object);
+    }
+
+    /// Decodes a value, or a field inside a record, whose path failures then tell. As above.
+    [[nodiscard]] static Key decode(const JSON& object) { return Key(JSONField(object)); }
+    [[nodiscard]] static Key decodeField(const JSONField& field) { return Key(field); }
+
+    /// The same key with its thumbprint as "kid".
+    /// @throws JOSEError as `thumbprint`
+    [[nodiscard]] Key
+    withThumbprintAsKeyId(JWKThumbprintAlgorithm algorithm = JWKThumbprintAlgorithm::SHA256) const {
+        Key key = static_cast<const Key&>(*this);
+        key.setKeyIdentifier(thumbprint(algorithm));
+        return key;
+    }
+
+protected:
+    using JWK::JWK;
+};
+
 /// RFC 7638, over the JSON text of the required parameters.
 struct Thumbprint {
     /// @throws ThumbprintError inputMustBeGreaterThanZero

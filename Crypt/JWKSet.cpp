@@ -82,20 +82,34 @@ JWKSet JWKSet::make(ByteView data) {
 }
 
 std::optional<std::string> JWKSet::jsonString() const {
-    std::string json = "{\"keys\":[";
+    constexpr std::string_view kStart = "{\"keys\":[";
+    constexpr std::string_view kEnd = "]}";
+    std::vector<SecretString> elements;
+    std::size_t length = kStart.size() + kEnd.size();
     for (const Key& key : keys_) {
         std::optional<std::string> element = key->jsonString();
         if (!element) return std::nullopt;
-        if (json.back() != '[') json += ',';
-        json += *element;
-        cleanse(*element);
+        length += element->size() + 1;
+        elements.emplace_back(std::move(*element));
     }
-    return json + "]}";
+    // Room for all of it, so that growth leaves no half-written private key behind.
+    std::string json;
+    json.reserve(length);
+    json += kStart;
+    for (const SecretString& element : elements) {
+        if (json.size() > kStart.size()) json += ',';
+        json += element.text();
+    }
+    json += kEnd;
+    return json;
 }
 
 std::optional<Bytes> JWKSet::jsonData() const {
-    const std::optional<std::string> json = jsonString();
-    return json ? std::optional(toBytes(*json)) : std::nullopt;
+    std::optional<std::string> json = jsonString();
+    if (!json) return std::nullopt;
+    Bytes data = toBytes(*json);
+    cleanse(*json);
+    return data;
 }
 
 } // namespace korvane

@@ -4,6 +4,7 @@
 #include "Platform/Bytes.h"
 
 #include <optional>
+#include <utility>
 
 namespace korvane {
 
@@ -12,7 +13,8 @@ class Payload {
 public:
     explicit Payload(Bytes payload) : payload_(std::move(payload)) {}
 
-    [[nodiscard]] const Bytes& payload() const noexcept { return payload_; }
+    [[nodiscard]] const Bytes& payload() const& noexcept { return payload_; }
+    [[nodiscard]] Bytes payload() && noexcept { return std::move(payload_); }
     [[nodiscard]] const Bytes& data() const noexcept { return payload_; }
 
     /// The payload as it goes into a message under the "zip" value of its header (RFC 7516 section 4.1.3).

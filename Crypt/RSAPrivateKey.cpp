@@ -15,33 +15,23 @@ constexpr JWKForm kForm{JWKKeyType::RSA, kNumbers, RSAParameter::privateExponent
 
 RSAPrivateKey::RSAPrivateKey(std::string modulus, std::string exponent, std::string privateExponent,
                              const StringMap& additionalParameters)
-    : JWK(kForm,
-          {{std::string(RSAParameter::modulus), std::move(modulus)},
-           {std::string(RSAParameter::exponent), std::move(exponent)},
-           {std::string(RSAParameter::privateExponent), std::move(privateExponent)}},
-          additionalParameters) {}
+    : JWKOf(kForm,
+            {{std::string(RSAParameter::modulus), std::move(modulus)},
+             {std::string(RSAParameter::exponent), std::move(exponent)},
+             {std::string(RSAParameter::privateExponent), std::move(privateExponent)}},
+            additionalParameters) {}
 
 RSAPrivateKey::RSAPrivateKey(const RSAPrivateKeyComponents& components, const StringMap& additionalParameters)
     : RSAPrivateKey(base64URLEncodedString(components.modulus), base64URLEncodedString(components.exponent),
                     base64URLEncodedString(components.privateExponent), additionalParameters) {}
 
-RSAPrivateKey::RSAPrivateKey(const JSONField& object) : JWK(kForm, object) {}
-
-RSAPrivateKey RSAPrivateKey::make(ByteView data) {
-    return decode(*SecretJSON(decodeObject(asText(data))));
-}
+RSAPrivateKey::RSAPrivateKey(const JSONField& object) : JWKOf(kForm, object) {}
 
 RSAPrivateKeyComponents RSAPrivateKey::components() const {
     return {
         decodedNumber(RSAParameter::modulus, JOSEErrorCase::modulusNotBase64URLUIntEncoded),
         decodedNumber(RSAParameter::exponent, JOSEErrorCase::exponentNotBase64URLUIntEncoded),
         decodedSecret(RSAParameter::privateExponent, JOSEErrorCase::privateExponentNotBase64URLUIntEncoded)};
-}
-
-RSAPrivateKey RSAPrivateKey::withThumbprintAsKeyId(JWKThumbprintAlgorithm algorithm) const {
-    RSAPrivateKey key = *this;
-    key.setKeyIdentifier(thumbprint(algorithm));
-    return key;
 }
 
 } // namespace korvane

@@ -6,7 +6,7 @@
 namespace korvane {
 
 /// An RSA private key without its primes (RFC 7518 section 6.3.2): "n", "e" and "d" only.
-class RSAPrivateKey : public JWK {
+class RSAPrivateKey : public JWKOf<RSAPrivateKey> {
 public:
     /// @param modulus, exponent, privateExponent  Base64URL texts of big-endian numbers; they are not looked
     /// at.
@@ -19,11 +19,6 @@ public:
         : RSAPrivateKey(componentsFrom([&] { return rsaPrivateKeyComponents(privateKey); }),
                         additionalParameters) {}
 
-    /// Decodes JSON.
-    /// @throws DecodingError
-    [[nodiscard]] static RSAPrivateKey make(ByteView data);
-    [[nodiscard]] static RSAPrivateKey decode(const JSON& object) { return RSAPrivateKey(JSONField(object)); }
-
     [[nodiscard]] const std::string& modulus() const { return number(RSAParameter::modulus); }
     [[nodiscard]] const std::string& exponent() const { return number(RSAParameter::exponent); }
     [[nodiscard]] const std::string& privateExponent() const { return number(RSAParameter::privateExponent); }
@@ -35,11 +30,9 @@ public:
         return representing(std::type_identity<Key>{}, components());
     }
 
-    /// The same key with its thumbprint as "kid".
-    [[nodiscard]] RSAPrivateKey
-    withThumbprintAsKeyId(JWKThumbprintAlgorithm algorithm = JWKThumbprintAlgorithm::SHA256) const;
-
 private:
+    friend JWKOf<RSAPrivateKey>;
+
     explicit RSAPrivateKey(const JSONField& object);
     RSAPrivateKey(const RSAPrivateKeyComponents& components, const StringMap& additionalParameters);
 

@@ -12,30 +12,20 @@ constexpr JWKForm kForm{JWKKeyType::RSA, kNumbers, "", "Key Type parameter wrong
 } // namespace
 
 RSAPublicKey::RSAPublicKey(std::string modulus, std::string exponent, const StringMap& additionalParameters)
-    : JWK(kForm,
-          {{std::string(RSAParameter::modulus), std::move(modulus)},
-           {std::string(RSAParameter::exponent), std::move(exponent)}},
-          additionalParameters) {}
+    : JWKOf(kForm,
+            {{std::string(RSAParameter::modulus), std::move(modulus)},
+             {std::string(RSAParameter::exponent), std::move(exponent)}},
+            additionalParameters) {}
 
 RSAPublicKey::RSAPublicKey(const RSAPublicKeyComponents& components, const StringMap& additionalParameters)
     : RSAPublicKey(base64URLEncodedString(components.modulus), base64URLEncodedString(components.exponent),
                    additionalParameters) {}
 
-RSAPublicKey::RSAPublicKey(const JSONField& object) : JWK(kForm, object) {}
-
-RSAPublicKey RSAPublicKey::make(ByteView data) {
-    return decode(decodeObject(asText(data)));
-}
+RSAPublicKey::RSAPublicKey(const JSONField& object) : JWKOf(kForm, object) {}
 
 RSAPublicKeyComponents RSAPublicKey::components() const {
     return {decodedNumber(RSAParameter::modulus, JOSEErrorCase::modulusNotBase64URLUIntEncoded),
             decodedNumber(RSAParameter::exponent, JOSEErrorCase::exponentNotBase64URLUIntEncoded)};
-}
-
-RSAPublicKey RSAPublicKey::withThumbprintAsKeyId(JWKThumbprintAlgorithm algorithm) const {
-    RSAPublicKey key = *this;
-    key.setKeyIdentifier(thumbprint(algorithm));
-    return key;
 }
 
 } // namespace korvane

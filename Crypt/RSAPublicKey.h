@@ -6,7 +6,7 @@
 namespace korvane {
 
 /// An RSA public key (RFC 7518 section 6.3.1).
-class RSAPublicKey : public JWK {
+class RSAPublicKey : public JWKOf<RSAPublicKey> {
 public:
     /// @param modulus, exponent  Base64URL texts of big-endian numbers; they are not looked at.
     RSAPublicKey(std::string modulus, std::string exponent, const StringMap& additionalParameters = {});
@@ -16,11 +16,6 @@ public:
     explicit RSAPublicKey(const Key& publicKey, const StringMap& additionalParameters = {})
         : RSAPublicKey(componentsFrom([&] { return rsaPublicKeyComponents(publicKey); }),
                        additionalParameters) {}
-
-    /// Decodes JSON.
-    /// @throws DecodingError
-    [[nodiscard]] static RSAPublicKey make(ByteView data);
-    [[nodiscard]] static RSAPublicKey decode(const JSON& object) { return RSAPublicKey(JSONField(object)); }
 
     [[nodiscard]] const std::string& modulus() const { return number(RSAParameter::modulus); }
     [[nodiscard]] const std::string& exponent() const { return number(RSAParameter::exponent); }
@@ -33,11 +28,9 @@ public:
         return representing(std::type_identity<Key>{}, components());
     }
 
-    /// The same key with its thumbprint as "kid".
-    [[nodiscard]] RSAPublicKey
-    withThumbprintAsKeyId(JWKThumbprintAlgorithm algorithm = JWKThumbprintAlgorithm::SHA256) const;
-
 private:
+    friend JWKOf<RSAPublicKey>;
+
     explicit RSAPublicKey(const JSONField& object);
     RSAPublicKey(const RSAPublicKeyComponents& components, const StringMap& additionalParameters);
 

@@ -5,8 +5,9 @@
 
 namespace korvane {
 
-/// A symmetric key (RFC 7518 section 6.4).
-class SymmetricKey : public JWK {
+/// A symmetric key (RFC 7518 section 6.4). Unlike the other types it fails to decode where "key_ops" or "x5c"
+/// is an array.
+class SymmetricKey : public JWKOf<SymmetricKey> {
 public:
     explicit SymmetricKey(ByteView key, const StringMap& additionalParameters = {});
 
@@ -17,11 +18,6 @@ public:
         : SymmetricKey(ByteView(componentsFrom([&] { return symmetricKeyComponents(key); })),
                        additionalParameters) {}
 
-    /// Decodes JSON. Unlike the other types, this one fails on a "key_ops" or "x5c" array.
-    /// @throws DecodingError; JOSEError symmetricKeyNotBase64URLEncoded
-    [[nodiscard]] static SymmetricKey make(ByteView data);
-    [[nodiscard]] static SymmetricKey decode(const JSON& object) { return SymmetricKey(JSONField(object)); }
-
     /// The Base64URL text of the key's bytes.
     [[nodiscard]] const std::string& key() const { return number(SymmetricKeyParameter::key); }
 
@@ -31,11 +27,9 @@ public:
         return representing(std::type_identity<Key>{}, components());
     }
 
-    /// The same key with its thumbprint as "kid".
-    [[nodiscard]] SymmetricKey
-    withThumbprintAsKeyId(JWKThumbprintAlgorithm algorithm = JWKThumbprintAlgorithm::SHA256) const;
-
 private:
+    friend JWKOf<SymmetricKey>;
+
     explicit SymmetricKey(const JSONField& object);
 
     [[nodiscard]] SymmetricKeyComponents components() const;

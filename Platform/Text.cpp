@@ -52,6 +52,15 @@ std::string repairedUtf8(std::string_view text) {
     return toUtf8(toUtf16(text));
 }
 
+std::string joined(const std::vector<std::string>& texts) {
+    std::string result;
+    for (const std::string& text : texts) {
+        if (&text != &texts.front()) result += ',';
+        result += text;
+    }
+    return result;
+}
+
 std::vector<std::vector<std::string>> regularExpressionMatches(std::string_view pattern,
                                                                std::string_view text) {
     UErrorCode status = U_ZERO_ERROR;

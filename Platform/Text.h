@@ -14,6 +14,9 @@ namespace korvane {
 /// The text with every octet run that is not UTF-8 replaced by U+FFFD.
 [[nodiscard]] std::string repairedUtf8(std::string_view text);
 
+/// The texts in their order, with commas and no blanks between them.
+[[nodiscard]] std::string joined(const std::vector<std::string>& texts);
+
 /// All matches of a regular expression (ICU syntax, no options) in `text`: per match its groups from 0, the
 /// whole match, on; a group that took no part is empty. An expression that does not compile gives no match.
 [[nodiscard]] std::vector<std::vector<std::string>> regularExpressionMatches(std::string_view pattern,

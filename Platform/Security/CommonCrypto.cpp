@@ -57,7 +57,8 @@ private:
     CipherContext context_;
 };
 
-ReusableCipher* blockCipher(std::size_t keyLength) {
+ReusableCipher* blockCipher(CCAlgorithm algorithm, std::size_t keyLength) {
+    if (algorithm != CCAlgorithm::kCCAlgorithmAES) return nullptr;
     thread_local ReusableCipher aes128("AES-128-CBC");
     thread_local ReusableCipher aes256("AES-256-CBC");
     if (keyLength == aes128.keyLength()) return &aes128;
@@ -168,10 +169,10 @@ std::array<std::uint8_t, Length> digest(ReusableDigest& algorithm, ByteView inpu
 
 } // namespace
 
-int CCCrypt(CCOperation operation, ByteView key, ByteView initializationVector, ByteView input,
-            std::span<std::uint8_t> output, std::size_t& moved) {
+int CCCrypt(CCOperation operation, CCAlgorithm algorithm, ByteView key, ByteView initializationVector,
+            ByteView input, std::span<std::uint8_t> output, std::size_t& moved) {
     moved = 0;
-    ReusableCipher* cipher = blockCipher(key.size());
+    ReusableCipher* cipher = blockCipher(algorithm, key.size());
     if (!cipher || initializationVector.size() != kCCBlockSizeAES128 || isTooLong(input))
         return kCCParamError;
     if (output.size() < input.size() + kCCBlockSizeAES128) return kCCBufferTooSmall;

@@ -20,7 +20,9 @@ inline constexpr int kCCUnspecifiedError = -4308;
 
 enum class CCOperation { kCCEncrypt = 0, kCCDecrypt = 1 };
 
-/// The numbers are the platform's.
+/// The numbers of these two are the platform's. AES is the one block cipher.
+enum class CCAlgorithm { kCCAlgorithmAES = 0 };
+
 enum class CCHmacAlgorithm { kCCHmacAlgSHA256 = 2, kCCHmacAlgSHA384 = 3, kCCHmacAlgSHA512 = 4 };
 
 inline constexpr std::size_t kCCBlockSizeAES128 = 16;
@@ -33,8 +35,9 @@ inline constexpr std::size_t kMaxDigestLength = 64;
 /// @return kCCSuccess; kCCParamError for a key or vector of another length; kCCBufferTooSmall;
 /// kCCAlignmentError for
 ///         a ciphertext of broken blocks; kCCDecodeError for bad padding.
-[[nodiscard]] int CCCrypt(CCOperation operation, ByteView key, ByteView initializationVector, ByteView input,
-                          std::span<std::uint8_t> output, std::size_t& moved);
+[[nodiscard]] int CCCrypt(CCOperation operation, CCAlgorithm algorithm, ByteView key,
+                          ByteView initializationVector, ByteView input, std::span<std::uint8_t> output,
+                          std::size_t& moved);
 
 /// The HMAC (RFC 2104) of the pieces, in order, as if they were one input. Any key, any input, empty ones
 /// included.

@@ -55,7 +55,7 @@ enum class SecKeyAlgorithm {
 class CFError : public Failure {
 public:
     static constexpr std::string_view kOSStatusDomain = "NSOSStatusErrorDomain";
-    static constexpr std::string_view kLocalAuthenticationDomain = "com.apple.LocalAuthentication";
+    static constexpr std::string_view kLocalAuthenticationDomain = "LocalAuthentication";
 
     /// Status numbers of the key services.
     static constexpr int errSecParam = -50;

@@ -56,15 +56,6 @@ private:
     std::optional<Look> look_;
 };
 
-std::string joined(const std::vector<std::string>& texts) {
-    std::string result;
-    for (const std::string& text : texts) {
-        if (&text != &texts.front()) result += ',';
-        result += text;
-    }
-    return result;
-}
-
 std::string screenResolution(const UIScreen& screen) {
     const CGSize size = screen.bounds().size;
     return decimalText(size.width) + "x" + decimalText(size.height);

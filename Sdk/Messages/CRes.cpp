@@ -1,6 +1,7 @@
 #include "Sdk/Messages/CRes.h"
 
 #include "Platform/Logger.h"
+#include "Platform/Text.h"
 
 #include <array>
 
@@ -100,10 +101,10 @@ struct Gathered {
             }
     }
 
-    [[nodiscard]] std::string repeatedNames() const {
-        std::string names;
+    [[nodiscard]] std::vector<std::string> repeatedNames() const {
+        std::vector<std::string> names;
         for (std::size_t index = 0; index < kFields.size(); ++index)
-            if (counts[index] > 1) names += (names.empty() ? "" : ",") + std::string(kFields[index].name);
+            if (counts[index] > 1) names.emplace_back(kFields[index].name);
         return names;
     }
 };
@@ -139,7 +140,7 @@ std::string ImageUrls::json() const {
 
 CRes CRes::decode(std::string_view json) {
     const Gathered gathered = gather(json);
-    const std::string repeated = gathered.repeatedNames();
+    const std::string repeated = joined(gathered.repeatedNames());
     if (!repeated.empty()) {
         KORVANE_LOG("init(from:)", "Duplicate key: " + repeated);
         throw ParsingError(ParsingErrorCase::duplicateKeyException, Description{repeated});

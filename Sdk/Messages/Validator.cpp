@@ -41,13 +41,6 @@ bool isPresentAndEmpty(const OptionalText& text) {
     return text && text->empty();
 }
 
-std::string joined(const Names& names) {
-    std::string text;
-    for (std::size_t index = 0; index < names.size(); ++index)
-        text += (index == 0 ? "" : ",") + names[index];
-    return text;
-}
-
 Names findings(const Judged& judged, std::span<const Rule> rules) {
     Names names;
     for (const Rule rule : rules)

@@ -8,8 +8,8 @@ namespace korvane {
 AcsSignedContent AcsSignedContent::decode(ByteView json) {
     const JSON object = decodeObject(asText(json));
     const JSONField content(object);
-    return {ECPublicKey::decode(content.member("acsEphemPubKey").value()),
-            ECPublicKey::decode(content.member("sdkEphemPubKey").value()), decodeString(object, "acsURL")};
+    return {ECPublicKey::decodeField(content.member("acsEphemPubKey")),
+            ECPublicKey::decodeField(content.member("sdkEphemPubKey")), content.member("acsURL").string()};
 }
 
 std::optional<std::string> AcsSignedContent::jsonString() const {

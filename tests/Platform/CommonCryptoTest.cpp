@@ -5,13 +5,15 @@
 namespace korvane {
 namespace {
 
+constexpr auto kAES = CCAlgorithm::kCCAlgorithmAES;
+
 TEST(BlockCipher, EachRefusalHasItsStatus) {
     const Bytes vector(16);
     const auto status = [](CCOperation operation, std::size_t keyLength, const Bytes& iv, const Bytes& input,
                            std::size_t room) {
         Bytes output(room, 0xEE);
         std::size_t moved = 99;
-        const int result = CCCrypt(operation, Bytes(keyLength), iv, input, output, moved);
+        const int result = CCCrypt(operation, kAES, Bytes(keyLength), iv, input, output, moved);
         EXPECT_TRUE(result == kCCSuccess || moved == 0);
         return result;
     };
@@ -29,12 +31,12 @@ TEST(BlockCipher, EachRefusalHasItsStatus) {
 TEST(BlockCipher, FailedDecryptionLeavesNoPlaintext) {
     Bytes sealed(64);
     std::size_t moved = 0;
-    ASSERT_EQ(CCCrypt(CCOperation::kCCEncrypt, Bytes(16, 1), Bytes(16), Bytes(40, 'p'), sealed, moved),
+    ASSERT_EQ(CCCrypt(CCOperation::kCCEncrypt, kAES, Bytes(16, 1), Bytes(16), Bytes(40, 'p'), sealed, moved),
               kCCSuccess);
     sealed.resize(moved);
     sealed.back() ^= 1U;
     Bytes opened(sealed.size() + 16, 0xEE);
-    ASSERT_EQ(CCCrypt(CCOperation::kCCDecrypt, Bytes(16, 1), Bytes(16), sealed, opened, moved),
+    ASSERT_EQ(CCCrypt(CCOperation::kCCDecrypt, kAES, Bytes(16, 1), Bytes(16), sealed, opened, moved),
               kCCDecodeError);
     EXPECT_THAT(opened, testing::Each(0));
 }

@@ -2,6 +2,7 @@
 
 #include "Crypt/JWE.h"
 #include "Platform/JSONDecoding.h"
+#include "Platform/Text.h"
 #include "Sdk/Messages/CReq.h"
 #include "Sdk/Messages/UiUtils.h"
 #include "tools/acs/Sealing.h"
@@ -13,13 +14,6 @@ namespace {
 std::string typeOf(const JSON& message) {
     const auto found = message.find("messageType");
     return found != message.end() && found->is_string() ? found->get<std::string>() : std::string();
-}
-
-std::string joined(const std::vector<std::string>& names) {
-    std::string list;
-    for (const std::string& name : names)
-        list += (list.empty() ? "" : ",") + name;
-    return list;
 }
 
 /// @throws ProtocolFault as `receive`

@@ -79,7 +79,7 @@ Answer Service::answer(std::string_view method, std::string_view path, std::stri
 Answer Service::authenticate(std::string_view path, std::string_view body) {
     try {
         const auto request = AuthenticationRequest::read(body, keys_);
-        JSON shown = JSON::parse(body);
+        JSON shown = JSONSerialization::jsonObject(body).value();
         shown["deviceData"] = request.deviceData;
         logReceived(path, shown);
         Authentication made = Authentication::make(request, settings_.scenario, keys_, settings_.url);
