@@ -3,7 +3,7 @@
 #include "Platform/DecimalText.h"
 #include "Platform/Text.h"
 #include "Sdk/DeviceData/DeviceIdentity.h"
-#include "Sdk/DeviceData/LetterCase.h"
+#include "Platform/LetterCase.h"
 
 #include <algorithm>
 #include <array>

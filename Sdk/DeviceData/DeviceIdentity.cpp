@@ -1,7 +1,7 @@
 #include "Sdk/DeviceData/DeviceIdentity.h"
 
 #include "Platform/UUID.h"
-#include "Sdk/DeviceData/LetterCase.h"
+#include "Platform/LetterCase.h"
 
 namespace korvane {
 

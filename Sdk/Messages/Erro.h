@@ -11,21 +11,21 @@ namespace korvane {
 /// The protocol's error message, sent in both directions. A value; JSON names equal field names, every field
 /// may be absent, and none is checked.
 struct Erro {
-    std::optional<std::string> threeDSServerTransID;
-    std::optional<std::string> acsTransID;
+    std::optional<std::string> threeDSServerTransID = std::nullopt;
+    std::optional<std::string> acsTransID = std::nullopt;
     /// Never set by the library.
-    std::optional<std::string> dsTransID;
+    std::optional<std::string> dsTransID = std::nullopt;
     /// Decimal text.
-    std::optional<std::string> errorCode;
+    std::optional<std::string> errorCode = std::nullopt;
     /// "C" where the library found the error.
-    std::optional<std::string> errorComponent;
-    std::optional<std::string> errorDescription;
-    std::optional<std::string> errorDetail;
+    std::optional<std::string> errorComponent = std::nullopt;
+    std::optional<std::string> errorDescription = std::nullopt;
+    std::optional<std::string> errorDetail = std::nullopt;
     /// The type of the message at fault.
-    std::optional<std::string> errorMessageType;
-    std::optional<std::string> messageType;
-    std::optional<std::string> messageVersion;
-    std::optional<std::string> sdkTransID;
+    std::optional<std::string> errorMessageType = std::nullopt;
+    std::optional<std::string> messageType = std::nullopt;
+    std::optional<std::string> messageVersion = std::nullopt;
+    std::optional<std::string> sdkTransID = std::nullopt;
 
     /// The UTF-8 JSON text of the fields that are present, in declaration order.
     [[nodiscard]] std::string jsonString() const;

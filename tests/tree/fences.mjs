@@ -14,7 +14,7 @@ const arrows = {
   "Sdk/DeviceData": ["Platform", "Crypt", "Sdk/Events", "Sdk/DeviceData"],
   "Sdk/SecureChannel": ["Platform", "Crypt", "Sdk/Events", "Sdk/SecureChannel"],
   "Sdk/Service": ["Platform", "Crypt", "Sdk"],
-  "Sdk/Transaction": ["Platform", "Crypt", "Sdk/Events", "Sdk/Messages", "Sdk/SecureChannel", "Sdk/Transaction"],
+  "Sdk/Transaction": ["Platform", "Crypt", "Sdk/Events", "Sdk/Messages", "Sdk/DeviceData", "Sdk/SecureChannel", "Sdk/Transaction"],
   "tools": ["Platform", "Crypt", "Sdk", "tools"],
   "tests": ["Platform", "Crypt", "Sdk", "tools", "tests"],
   "fuzz": ["Platform", "Crypt", "Sdk", "fuzz", "tests/support"],

@@ -1,3 +1,4 @@
+#include "Crypt/EC.h"
 #include "Crypt/JWE.h"
 #include "tests/Sdk/SecureChannel/ChannelSupport.h"
 

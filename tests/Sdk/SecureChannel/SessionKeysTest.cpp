@@ -1,3 +1,4 @@
+#include "Crypt/EC.h"
 #include "Crypt/JWE.h"
 #include "tests/Sdk/SecureChannel/ChannelSupport.h"
 
@@ -11,8 +12,6 @@ using enum SdkErrorCase;
 constexpr const char* kAcsTransactionId = "d7c1ee99-9478-44a6-b1f2-391e29c6b340";
 constexpr const char* kDecryptSite = "SessionKeys.cpp decryptAcsSignedContent(_:sdkReferenceNumber:)";
 constexpr const char* kNoPair = "Can not get private key from ephemeral KeyPair.";
-constexpr auto kDirect = KeyManagementAlgorithm::direct;
-constexpr auto kEnc = ContentEncryptionAlgorithm::A128CBCHS256;
 
 /// Both sides after a key agreement, and the key of the ACS's side.
 struct Session {
@@ -27,8 +26,7 @@ struct Session {
     }
 
     [[nodiscard]] std::string sealedByAcs(std::string_view text) const {
-        return JWE(JWEHeader(kDirect, kEnc), Payload(toBytes(text)), *Encrypter::make(kDirect, kEnc, key))
-            .compactSerializedString();
+        return PlayedAcs::sealed(text, key);
     }
 };
 

@@ -1,7 +1,8 @@
-#include "tests/Sdk/SecureChannel/ChannelSupport.h"
+#include "tests/support/PlayedAcs.h"
 
 #include "Crypt/ConcatKDF.h"
 #include "Crypt/EC.h"
+#include "Crypt/JWE.h"
 #include "Crypt/JWS.h"
 #include "Platform/UUID.h"
 
@@ -48,6 +49,13 @@ std::string PlayedAcs::signedBy(const TestIdentity& signer, const std::vector<st
     header.setX5c(x5c);
     const auto maker = Signer::make(algorithm, signer.privateKey()).value();
     return JWS(header, Payload(toBytes(payload.dump())), maker).compactSerializedString();
+}
+
+std::string PlayedAcs::sealed(std::string_view text, const SecretBytes& key) {
+    constexpr auto kDirect = KeyManagementAlgorithm::direct;
+    constexpr auto kEnc = ContentEncryptionAlgorithm::A128CBCHS256;
+    const auto encrypter = Encrypter::make(kDirect, kEnc, key);
+    return JWE(JWEHeader(kDirect, kEnc), Payload(toBytes(text)), encrypter.value()).compactSerializedString();
 }
 
 } // namespace korvane

@@ -1,0 +1,303 @@
+#include "Crypt/JWE.h"
+#include "Platform/LetterCase.h"
+#include "tests/support/Messages.h"
+#include "tests/support/PlayedAcs.h"
+#include "tests/support/RecordingLogger.h"
+#include "tests/support/SimulatedPlatform.h"
+#include "tests/support/TransactionPeer.h"
+
+#include <gmock/gmock.h>
+
+namespace korvane {
+namespace {
+
+using testing::Contains;
+using testing::HasSubstr;
+
+constexpr const char* kCanNotBuild = "Can not build CRes from decrypted data.";
+constexpr const char* kErroFromAcs = R"({"messageType":"Erro","errorCode":"402","errorDetail":"late"})";
+
+/// Both sides after the agreement on a key, before the first exchange.
+class ExchangeTest : public testing::Test {
+protected:
+    ExchangeTest() {
+        auto keys = std::make_unique<KeysContainer>(certsWithRoot(acs_.root));
+        const std::string published = keys->getEphemeralPublicKey().value();
+        peer_.transaction = makeTransaction(std::move(keys));
+        peer_.setParameters(parameters());
+        peer_.openSecureChannel();
+        key_ = peerKey(acs_.ephemeral, ECPublicKey::make(asBytes(published)), kReferenceNumber);
+    }
+
+    static std::shared_ptr<Transaction> makeTransaction(std::unique_ptr<KeysContainer> keys) {
+        return Transaction::make({.deviceData = "sealed",
+                                  .sdkReferenceNum = kReferenceNumber,
+                                  .messageVersion = "2.2.0",
+                                  .keysContainer = std::move(keys)});
+    }
+
+    [[nodiscard]] ChallengeParameters parameters() const {
+        ChallengeParameters parameters = validParameters();
+        parameters.setAcsSignedContent(acs_.signedContent());
+        return parameters;
+    }
+
+    [[nodiscard]] std::string sdkTransID() const { return lowercased(peer_.sdkTransactionID()); }
+
+    /// A response to the first request that the library accepts.
+    [[nodiscard]] JSON cRes() const {
+        JSON json = validCResJSON();
+        json["acsCounterAtoS"] = "000";
+        json["sdkTransID"] = sdkTransID();
+        return json;
+    }
+
+    [[nodiscard]] JSON cResWith(const char* name, const JSON& value) const {
+        JSON json = cRes();
+        json[name] = value;
+        return json;
+    }
+
+    [[nodiscard]] JSON cResWithout(const char* name) const {
+        JSON json = cRes();
+        json.erase(name);
+        return json;
+    }
+
+    [[nodiscard]] std::string sealed(const std::string& text) const { return PlayedAcs::sealed(text, key_); }
+    [[nodiscard]] std::string sealed(const JSON& json) const { return sealed(json.dump()); }
+
+    void answer(ScriptedAnswer answer) {
+        platform_.network().answer = [answer](const URLRequest&) { return answer; };
+    }
+    void answer(const std::string& body, Seconds delay = Seconds{0}) {
+        answer({toBytes(body), std::nullopt, delay});
+    }
+
+    [[nodiscard]] CReqSendingResult send() const { return peer_.sendCReq(toBytes("sealed request")); }
+
+    [[nodiscard]] Erro erro(int code, const std::string& details) const {
+        return {.threeDSServerTransID = kServerTransID,
+                .acsTransID = kAcsTransID,
+                .errorCode = std::to_string(code),
+                .errorComponent = "C",
+                .errorDescription = KorvaneError::getErrorByCode(code).description,
+                .errorDetail = details,
+                .errorMessageType = "CRes",
+                .messageType = "Erro",
+                .messageVersion = "2.2.0",
+                .sdkTransID = sdkTransID()};
+    }
+
+    SimulatedPlatform platform_;
+    PlayedAcs acs_;
+    TransactionPeer peer_;
+    SecretBytes key_;
+};
+
+/// An answer and what it comes to. A code of 0 stands for no Erro.
+struct AnswerRow {
+    const char* name;
+    std::string body;
+    int code;
+    std::string details;
+    std::string text;
+};
+
+TEST_F(ExchangeTest, FirstRequestIsSealedForTheAcsWithTheValuesOfTheTransaction) {
+    const JSON expected{{"threeDSServerTransID", kServerTransID},
+                        {"acsTransID", kAcsTransID},
+                        {"messageType", "CReq"},
+                        {"messageVersion", "2.2.0"},
+                        {"sdkTransID", sdkTransID()},
+                        {"sdkCounterStoA", "000"}};
+    JSON withAppURL = {{"threeDSRequestorAppURL", "https://shop.example/app"}};
+    withAppURL.update(expected);
+    const std::pair<std::optional<std::string>, JSON> rows[] = {
+        {std::nullopt, expected}, {"", expected}, {"https://shop.example/app", withAppURL}};
+    for (const auto& [appURL, json] : rows) {
+        ChallengeParameters values = parameters();
+        values.tdsRequestorAppURL = appURL;
+        peer_.setParameters(values);
+        const JWE jwe(peer_.getInitCReqData());
+        EXPECT_EQ(jwe.header().kid(), kAcsTransID);
+        EXPECT_EQ(asText(jwe.decrypt(key_).data()), json.dump());
+    }
+}
+
+TEST_F(ExchangeTest, AcceptedResponseIsAllThatComesBack) {
+    answer(sealed(cRes()), Seconds{9.9});
+    EXPECT_EQ(send(), CReqSendingResult{.cres = CRes::decode(cRes().dump())});
+    const auto& sent = platform_.network().exchanges().at(0).request;
+    EXPECT_EQ(sent.url.absoluteString(), "https://acs.example/challenge");
+    EXPECT_EQ(sent.httpBody, toBytes("sealed request"));
+    EXPECT_FALSE(peer_.hasCResTimer());
+}
+
+TEST_F(ExchangeTest, EachWrongAnswerBecomesItsErrorAndDescription) {
+    std::string repeated = cRes().dump();
+    repeated.insert(1, R"("sdkTransID":"a","acsTransID":"b",)");
+    JSON imageWithoutHigh = cResWith("psImage", {{"medium", "a"}, {"extraHigh", "b"}});
+    JSON optionOfNumber = cResWith("challengeSelectInfo", JSON::array({{{"a", 1}}}));
+    std::string foreign = sealed(cRes());
+    foreign[foreign.size() - 5] = foreign[foreign.size() - 5] == 'A' ? 'B' : 'A';
+    const std::string undecodable = "The operation couldn\u2019t be completed. (Korvane.JOSEError error 3.)";
+
+    const AnswerRow rows[] = {
+        {"no byte", "", 101, "JWE parse error", "JWE parse error."},
+        {"not a JWE", "<html>", 101, "JWE parse error", "JWE parse error."},
+        {"not UTF-8", "messageType\":\"Erro\xFF", 101, "JWE parse error", "JWE parse error."},
+        {"plain CRes", cRes().dump(), 101, "JWE parse error", "JWE parse error."},
+        {"damaged JWE", foreign, 302, undecodable, "Can not decrypt CRes JWE."},
+        {"no type", sealed(std::string("{}")), 101, "Invalid Message Type", "Can not recognize messageType."},
+        {"CReq", sealed(cResWith("messageType", "CReq")), 101, "Invalid Message Type",
+         "Can not recognize messageType."},
+        {"repeated members", sealed(repeated), 204, "acsTransID,sdkTransID", "Duplicate keys found."},
+        {"missing member", sealed(cResWithout("acsCounterAtoS")), 201, "acsCounterAtoS", kCanNotBuild},
+        {"missing inside", sealed(imageWithoutHigh), 201, "psImage,high", kCanNotBuild},
+        {"number for text", sealed(cResWith("challengeInfoText", 1)), 203, "challengeInfoText", kCanNotBuild},
+        {"number inside", sealed(optionOfNumber), 203, "challengeSelectInfo,Index 0,a", kCanNotBuild},
+        {"null where required", sealed(cResWith("acsTransID", nullptr)), 203, "acsTransID", kCanNotBuild},
+        {"list", sealed("[" + cRes().dump() + "]"), 203, "", kCanNotBuild},
+        {"no JSON", sealed(cRes().dump() + ","), 0, "", kCanNotBuild},
+        {"octets that are no text", sealed(R"({"messageType":"CRes","a":")" + std::string("\xFF\"}")), 0, "",
+         kCanNotBuild},
+        {"unknown screen", sealed(cResWith("acsUiType", "06")), 203, "acsUiType",
+         "Got error on CRes validation."},
+    };
+    for (const AnswerRow& row : rows) {
+        SCOPED_TRACE(row.name);
+        answer(row.body);
+        std::optional<Erro> expected;
+        if (row.code != 0) expected = erro(row.code, row.details);
+        EXPECT_EQ(send(), (CReqSendingResult{.erro = expected, .errorDescription = row.text}));
+        EXPECT_FALSE(peer_.hasCResTimer());
+    }
+
+    ChallengeParameters incomplete = parameters();
+    incomplete.acsTransactionId = std::nullopt;
+    peer_.setParameters(incomplete);
+    for (const AnswerRow& row : rows) {
+        SCOPED_TRACE(row.name);
+        answer(row.body);
+        EXPECT_EQ(send(), CReqSendingResult{.errorDescription = row.text});
+    }
+}
+
+TEST_F(ExchangeTest, ErrorOfTheAcsIsTakenPlainAndSealed) {
+    const Erro received{.errorCode = "402", .errorDetail = "late", .messageType = "Erro"};
+    const std::string notDecodable = R"({"messageType":"Erro","errorCode":402})";
+    for (const bool isSealed : {false, true}) {
+        answer(isSealed ? sealed(std::string(kErroFromAcs)) : kErroFromAcs);
+        EXPECT_EQ(send(), (CReqSendingResult{.erro = received,
+                                             .receivedError = true,
+                                             .errorDescription = "Receive Erro message instead of CRes."}));
+        answer(isSealed ? sealed(notDecodable) : notDecodable);
+        EXPECT_EQ(send(), CReqSendingResult{.errorDescription = "Can not decode Erro from received data."});
+    }
+}
+
+TEST_F(ExchangeTest, RequestNeedsAClientAndAResponseNeedsParameters) {
+    answer(sealed(cRes()));
+    peer_.removeParameters();
+    EXPECT_EQ(send(), CReqSendingResult{.errorDescription = "Can not create validation container."});
+
+    const TransactionPeer fresh{makeTransaction(std::make_unique<KeysContainer>(certsWithRoot(acs_.root)))};
+    const std::size_t sent = platform_.network().exchanges().size();
+    EXPECT_EQ(fresh.sendCReq({}), CReqSendingResult{.errorDescription = "Http client not initiated."});
+    fresh.sendErroToAcs(erro(101, ""));
+    EXPECT_EQ(platform_.network().exchanges().size(), sent);
+    platform_.runUntilIdle();
+    EXPECT_TRUE(fresh.takesTimeoutSignal());
+}
+
+TEST_F(ExchangeTest, TimesOfAnswersDecideAboutResultAndTimer) {
+    const CReqSendingResult accepted{.cres = CRes::decode(cRes().dump())};
+    const CReqSendingResult empty{.erro = erro(101, "Invalid Message Type"),
+                                  .errorDescription = "Receive empty cRes Data."};
+    const Bytes body = toBytes(sealed(cRes()));
+    const struct {
+        const char* name;
+        ScriptedAnswer answer;
+        CReqSendingResult expected;
+        double seconds;
+        bool timesOut;
+    } rows[] = {
+        {"before the timer", {body, {}, Seconds{9.999}}, accepted, 9.999, false},
+        {"after the timer, before the end", {body, {}, Seconds{10.001}}, accepted, 10.001, true},
+        {"just before the end", {body, {}, Seconds{11.999}}, accepted, 11.999, true},
+        {"never", {{}, {}, std::nullopt}, empty, 12, true},
+        {"neither body nor error", {{}, {}, Seconds{1}}, empty, 1, false},
+        {"transport failure", {{}, "refused", Seconds{1}}, {.errorDescription = "refused"}, 1, true},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        answer(row.answer);
+        const Seconds start = platform_.now();
+        EXPECT_EQ(send(), row.expected);
+        EXPECT_NEAR((platform_.now() - start).count(), row.seconds, 1e-6);
+        platform_.runUntilIdle();
+        EXPECT_EQ(peer_.takesTimeoutSignal(), row.timesOut);
+        EXPECT_FALSE(peer_.takesTimeoutSignal());
+        EXPECT_EQ(platform_.leftAlive(), LeftAlive{});
+    }
+}
+
+TEST_F(ExchangeTest, InterruptionDropsWhateverComesAndLeavesTheTimer) {
+    const std::pair<const char*, ScriptedAnswer> rows[] = {
+        {"a good response", {toBytes(sealed(cRes())), {}, Seconds{6}}},
+        {"a transport failure", {{}, "refused", Seconds{6}}},
+        {"nothing", {{}, {}, std::nullopt}},
+    };
+    platform_.dispatch().globalQueue().asyncAfter(
+        Seconds{5}, std::make_shared<DispatchWorkItem>([this] { peer_.interrupt(); }));
+    for (const auto& [name, scripted] : rows) {
+        SCOPED_TRACE(name);
+        answer(scripted);
+        EXPECT_EQ(send(), CReqSendingResult{.errorDescription = "Challenge interrupted."});
+        platform_.runUntilIdle();
+        EXPECT_TRUE(peer_.takesTimeoutSignal());
+    }
+}
+
+TEST_F(ExchangeTest, TimerOfATransactionThatHasGoneDoesNothing) {
+    answer({{}, "refused", Seconds{1}});
+    static_cast<void>(send());
+    const std::weak_ptr<Transaction> weak = peer_.transaction;
+    peer_.transaction = nullptr;
+    EXPECT_TRUE(weak.expired());
+    EXPECT_EQ(platform_.leftAlive().timers, 1U);
+    platform_.runUntilIdle();
+    EXPECT_EQ(platform_.leftAlive(), LeftAlive{});
+}
+
+TEST_F(ExchangeTest, ErrorGoesToTheAcsInTheClear) {
+    peer_.sendErroToAcs(erro(302, "a"));
+    const auto& request = platform_.network().exchanges().at(0).request;
+    EXPECT_EQ(request.url.absoluteString(), "https://acs.example/challenge");
+    EXPECT_EQ(request.httpHeaderFields.at(0).second, "application/jose;charset=UTF-8");
+    EXPECT_EQ(Erro::decode(request.httpBody.value()), erro(302, "a"));
+}
+
+TEST_F(ExchangeTest, LogTellsMessagesAndFailures) {
+    const RecordingLogger log;
+    const std::string site = "Sdk/Transaction/Exchange.cpp sendCReq(_:_:): ";
+    answer(sealed(cResWith("acsUiType", "06")));
+    static_cast<void>(send());
+    EXPECT_THAT(log.lines(), Contains(site + "send CReq Data"));
+    EXPECT_THAT(log.lines(), Contains(HasSubstr("\"acsUiType\": \"06\"")));
+    EXPECT_EQ(log.lines().back(),
+              site + erro(203, "acsUiType").jsonString() + ":Got error on CRes validation.");
+
+    answer(std::string("x"));
+    static_cast<void>(send());
+    EXPECT_EQ(log.lines().back(), site + "JWE parse error");
+
+    peer_.removeParameters();
+    answer(sealed(std::string("{}")));
+    static_cast<void>(send());
+    EXPECT_EQ(log.lines().back(), site + "Can not recognize messageType.");
+}
+
+} // namespace
+} // namespace korvane

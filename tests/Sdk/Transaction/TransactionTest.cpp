@@ -1,0 +1,83 @@
+#include "Sdk/Transaction/Transaction.h"
+
+#include "Sdk/Events/SdkError.h"
+#include "tests/support/Failures.h"
+#include "tests/support/PlayedAcs.h"
+#include "tests/support/RecordingLogger.h"
+#include "tests/support/SimulatedPlatform.h"
+#include "tests/support/TransactionPeer.h"
+
+#include <gmock/gmock.h>
+
+namespace korvane {
+namespace {
+
+using testing::MatchesRegex;
+
+class TransactionTest : public testing::Test {
+protected:
+    [[nodiscard]] std::shared_ptr<Transaction> makeTransaction() const {
+        return Transaction::make({.deviceData = "sealed device",
+                                  .sdkReferenceNum = "reference",
+                                  .messageVersion = "2.1.0",
+                                  .keysContainer = std::make_unique<KeysContainer>(certsWithRoot(root_))});
+    }
+
+    SimulatedPlatform platform_;
+    TestIdentity root_ = selfSigned(authority("Root"));
+};
+
+TEST_F(TransactionTest, AuthenticationRequestIsTheSameAtEachCall) {
+    const auto transaction = makeTransaction();
+    const auto first = transaction->getAuthenticationRequestParameters();
+    EXPECT_EQ(first.getDeviceData(), "sealed device");
+    EXPECT_EQ(first.getSDKReferenceNumber(), "reference");
+    EXPECT_EQ(first.getMessageVersion(), "2.1.0");
+    EXPECT_EQ(first.getSDKAppID(), "6ba7b810-9dad-41d1-80b4-00c04fd430c8");
+    EXPECT_THAT(first.getSDKTransactionID(), MatchesRegex("[0-9a-f]{8}(-[0-9a-f]{4}){3}-[0-9a-f]{12}"));
+    EXPECT_EQ(JSON::parse(first.getSDKEphemeralPublicKey())["crv"], "P-256");
+
+    transaction->close();
+    const auto second = transaction->getAuthenticationRequestParameters();
+    EXPECT_EQ(second.getSDKTransactionID(), first.getSDKTransactionID());
+    EXPECT_EQ(second.getSDKEphemeralPublicKey(), first.getSDKEphemeralPublicKey());
+}
+
+TEST_F(TransactionTest, TwoTransactionsShareTheApplicationAlone) {
+    const auto one = makeTransaction()->getAuthenticationRequestParameters();
+    const auto other = makeTransaction()->getAuthenticationRequestParameters();
+    EXPECT_NE(one.getSDKTransactionID(), other.getSDKTransactionID());
+    EXPECT_NE(one.getSDKEphemeralPublicKey(), other.getSDKEphemeralPublicKey());
+    EXPECT_EQ(one.getSDKAppID(), other.getSDKAppID());
+}
+
+TEST_F(TransactionTest, BeginningIsLoggedAndTheEndIsToldOnStandardOutput) {
+    const RecordingLogger log;
+    auto transaction = makeTransaction();
+    EXPECT_THAT(log.lines(),
+                testing::ElementsAre(
+                    "Sdk/Transaction/Transaction.cpp "
+                    "init(deviceData:sdkReferenceNum:messageVersion:keysContainer:uiCustomization:"
+                    "extSpinnerProducer:): Transaction messageVersion=2.1.0, sdkReferenceNum=reference, "
+                    "keysContainer=KeysContainer"));
+    testing::internal::CaptureStdout();
+    transaction.reset();
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "Transaction deinit\n");
+}
+
+TEST_F(TransactionTest, StepsBeforeTheChallengeHasParametersAreRefused) {
+    const TransactionPeer peer{makeTransaction()};
+    const char* kText = "Challenge parameters must be present.";
+    EXPECT_TRUE(raises(
+        SdkErrorCase::InvalidInputException, [&] { return peer.getInitCReqData(); }, kText));
+    EXPECT_TRUE(raises(
+        SdkErrorCase::InvalidInputException,
+        [&] {
+            peer.openSecureChannel();
+            return true;
+        },
+        kText));
+}
+
+} // namespace
+} // namespace korvane
