@@ -1,6 +1,7 @@
 // The linear scans of texts against the regular expressions that they stand for, and counting characters.
 
 #include "Platform/Text.h"
+#include "Sdk/Messages/MessageType.h"
 #include "Sdk/Messages/UiUtils.h"
 #include "fuzz/support/Fuzz.h"
 
@@ -19,6 +20,23 @@ void checkScans(std::string_view text) {
             "The scan for a JWE differs from its expression.");
     require(validateBase64url(text) == (regularExpressionMatches(kBase64URLPattern, text).size() == 1),
             "The scan for Base64URL differs from its expression.");
+}
+
+MessageType typeByPattern(std::string_view text) {
+    const auto matches = regularExpressionMatches("messageType\"\\s?:\\s?\"(\\w{4})", text);
+    if (matches.empty()) return MessageType::unknown;
+    if (matches.front()[1] == "CRes") return MessageType::CRes;
+    return matches.front()[1] == "Erro" ? MessageType::Erro : MessageType::unknown;
+}
+
+/// The fuzzer seldom writes the long name by itself: it is put in front of the input, and there twice.
+void checkTypes(std::string_view text) {
+    const std::string name = "messageType\"";
+    const std::string half(text.substr(0, text.size() / 2));
+    for (const std::string& message : {std::string(text), name + std::string(text),
+                                       name + half + name + std::string(text.substr(half.size()))})
+        require(recognizeMessageType(message) == typeByPattern(message),
+                "The scan for a message's type differs from its expression.");
 }
 
 bool isAscii(std::string_view text) {
@@ -65,6 +83,7 @@ void checkPadding(std::string_view text) {
 void run(ByteView input) {
     const std::string_view text = asText(input);
     checkScans(text);
+    checkTypes(text);
     checkCounting(text);
     checkPadding(text);
 }
