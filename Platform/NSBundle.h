@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace korvane {
 
@@ -23,6 +24,19 @@ public:
     /// the bundle has no such file.
     [[nodiscard]] virtual std::optional<std::string> URLForResource(const std::string& name,
                                                                     const std::string& extension) const = 0;
+
+    /// The folder that the bundle is.
+    [[nodiscard]] virtual std::string bundlePath() const = 0;
+
+    /// The folder of the frameworks that come with the bundle's application; it need not exist.
+    [[nodiscard]] virtual std::string privateFrameworksPath() const { return bundlePath() + "/Frameworks"; }
+
+    /// A list of texts among the bundle's own settings, such as "UISupportedInterfaceOrientations"; no value
+    /// where it does not say.
+    [[nodiscard]] virtual std::optional<std::vector<std::string>>
+    stringsForInfoDictionaryKey(const std::string& /*key*/) const {
+        return std::nullopt;
+    }
 };
 
 /// A bundle that is a folder and came from no store.
@@ -33,6 +47,7 @@ public:
     [[nodiscard]] std::optional<std::string> appStoreReceiptURL() const override { return std::nullopt; }
     [[nodiscard]] std::optional<std::string> URLForResource(const std::string& name,
                                                             const std::string& extension) const override;
+    [[nodiscard]] std::string bundlePath() const override { return folder_; }
 
 private:
     std::string folder_;

@@ -19,13 +19,17 @@
 
 namespace korvane {
 
+class NotificationCenter;
+class TextMeasurer;
+class UIApplication;
+
 /// The machine that the process runs on: one filling of the seam, of which a process has one at a time. The
 /// services live as long as the platform.
 class Platform {
 public:
     Platform(const Platform&) = delete;
     Platform& operator=(const Platform&) = delete;
-    virtual ~Platform() = default;
+    virtual ~Platform();
 
     /// The platform of this process. Any thread. Without one, the process ends (`fatalError`).
     [[nodiscard]] static Platform& current();
@@ -33,6 +37,7 @@ public:
     [[nodiscard]] virtual UIDevice& device() = 0;
     [[nodiscard]] virtual UIScreen& mainScreen() = 0;
     [[nodiscard]] virtual UIFontServices& fonts() = 0;
+    [[nodiscard]] virtual TextMeasurer& textMeasurer() = 0;
     [[nodiscard]] virtual LocaleServices& locales() = 0;
     [[nodiscard]] virtual TimeZone& timeZone() = 0;
     [[nodiscard]] virtual CLLocationManager& locationManager() = 0;
@@ -46,8 +51,12 @@ public:
     [[nodiscard]] virtual std::shared_ptr<URLSession>
     makeURLSession(const URLSessionConfiguration& configuration) = 0;
 
+    /// The same for every filling: what is observed, and what is shown.
+    [[nodiscard]] NotificationCenter& notificationCenter() noexcept;
+    [[nodiscard]] UIApplication& application() noexcept;
+
 protected:
-    Platform() = default;
+    Platform();
 
     /// Makes a filling the platform of the process for as long as this object lives. It is a filling's last
     /// member, so that no thread meets a platform whose services are not there yet, or there no more.
@@ -57,8 +66,17 @@ protected:
         explicit Installation(Platform& platform);
         Installation(const Installation&) = delete;
         Installation& operator=(const Installation&) = delete;
+        /// Windows go first, while the services are still there for what they hold.
         ~Installation();
+
+    private:
+        Platform& platform_;
     };
+
+private:
+    struct Interface;
+
+    std::unique_ptr<Interface> interface_;
 };
 
 } // namespace korvane

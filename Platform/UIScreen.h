@@ -2,15 +2,23 @@
 
 #include "Platform/CGGeometry.h"
 
+#include <string_view>
+
 namespace korvane {
 
-/// The main screen. Main queue only.
+/// The main screen. Its bounds: any thread; the rest: main queue only.
 class UIScreen {
 public:
+    /// Posted when `isCaptured()` changes.
+    static constexpr std::string_view capturedDidChangeNotification = "UIScreenCapturedDidChangeNotification";
+
     virtual ~UIScreen() = default;
 
     /// The screen's rectangle in points, in its present orientation; empty where there is no screen.
     [[nodiscard]] virtual CGRect bounds() const = 0;
+
+    /// Whether the screen is being recorded or mirrored, as far as the machine tells.
+    [[nodiscard]] virtual bool isCaptured() const { return false; }
 };
 
 } // namespace korvane

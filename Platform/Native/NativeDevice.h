@@ -2,6 +2,7 @@
 
 #include "Platform/UIDevice.h"
 
+#include <atomic>
 #include <string_view>
 
 namespace korvane {
@@ -16,6 +17,12 @@ public:
     [[nodiscard]] std::string name() const override;
     [[nodiscard]] std::optional<std::string> identifierForVendor() const override;
     [[nodiscard]] UIUserInterfaceIdiom userInterfaceIdiom() const override;
+    /// Upright, until it is said to be held in another way.
+    [[nodiscard]] UIDeviceOrientation orientation() const override { return orientation_.load(); }
+    void setOrientation(UIDeviceOrientation orientation) { orientation_.store(orientation); }
+
+private:
+    std::atomic<UIDeviceOrientation> orientation_{UIDeviceOrientation::portrait};
 };
 
 /// The value of `name` in the text of an os-release file (os-release(5)), unquoted, or no value.

@@ -6,35 +6,27 @@
 #include "Platform/Native/NativeDispatch.h"
 #include "Platform/Native/NativeFonts.h"
 #include "Platform/Native/NativeLocales.h"
+#include "Platform/Native/NativeMainBundle.h"
 #include "Platform/Native/NativeNetworkInterfaces.h"
 #include "Platform/Native/NativeProcess.h"
 #include "Platform/Native/NativeURLSession.h"
 #include "Platform/Native/NativeUserDefaults.h"
-
-#include <filesystem>
+#include "Platform/View/TextMeasurer.h"
+#include "Platform/View/UIApplication.h"
 
 namespace korvane {
-
-namespace {
-
-/// Where the application's own files lie: beside its program.
-std::string executableFolder() {
-    std::error_code error;
-    return std::filesystem::read_symlink("/proc/self/exe", error).parent_path().string();
-}
-
-} // namespace
 
 struct NativePlatform::Services {
     NativeDevice device;
     NoScreen screen;
     NativeFonts fonts;
+    FixedAdvances textMeasurer;
     NativeLocales locales;
     NativeTimeZone timeZone;
     NoLocation location;
     NoAdvertising advertising;
     NativeUserDefaults defaults{NativeUserDefaults::defaultFile()};
-    FolderBundle bundle{executableFolder()};
+    NativeMainBundle bundle;
     NativeNetworkInterfaces interfaces;
     NativeProcessInfo process;
     NativeIntegrityChecks integrity;
@@ -61,6 +53,10 @@ UIScreen& NativePlatform::mainScreen() {
 
 UIFontServices& NativePlatform::fonts() {
     return services_->fonts;
+}
+
+TextMeasurer& NativePlatform::textMeasurer() {
+    return services_->textMeasurer;
 }
 
 LocaleServices& NativePlatform::locales() {
@@ -119,6 +115,12 @@ void NativePlatform::runMainUntil(const std::function<bool()>& isDone) {
 
 void NativePlatform::stopMain() {
     services_->dispatch.stopMain();
+}
+
+void NativePlatform::turn(UIDeviceOrientation orientation, CGSize screen) {
+    services_->device.setOrientation(orientation);
+    services_->screen.setBounds({{0, 0}, screen});
+    application().deviceDidRotate();
 }
 
 void NativePlatform::addCertificateAuthorities(const std::string& pem) {

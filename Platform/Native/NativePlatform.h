@@ -18,6 +18,7 @@ public:
     [[nodiscard]] UIDevice& device() override;
     [[nodiscard]] UIScreen& mainScreen() override;
     [[nodiscard]] UIFontServices& fonts() override;
+    [[nodiscard]] TextMeasurer& textMeasurer() override;
     [[nodiscard]] LocaleServices& locales() override;
     [[nodiscard]] TimeZone& timeZone() override;
     [[nodiscard]] CLLocationManager& locationManager() override;
@@ -39,6 +40,10 @@ public:
 
     /// Ends `runMain()`, or the next one if none runs. Any thread.
     void stopMain();
+
+    /// Holds the device in another way: its screen has that size from now on, and the application is told.
+    /// Main queue only.
+    void turn(UIDeviceOrientation orientation, CGSize screen);
 
     /// Trusts further authorities in every session made from now on, as a test bed needs. Before other
     /// threads use the platform.

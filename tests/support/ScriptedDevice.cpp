@@ -1,6 +1,7 @@
 #include "tests/support/ScriptedDevice.h"
 
 #include "Platform/Failure.h"
+#include "Platform/View/TextMeasurer.h"
 
 #include <cmath>
 
@@ -19,12 +20,14 @@ struct Device final : UIDevice {
     [[nodiscard]] UIUserInterfaceIdiom userInterfaceIdiom() const override {
         return script.userInterfaceIdiom;
     }
+    [[nodiscard]] UIDeviceOrientation orientation() const override { return script.orientation; }
     DeviceScript& script;
 };
 
 struct Screen final : UIScreen {
     explicit Screen(DeviceScript& s) : script(s) {}
     [[nodiscard]] CGRect bounds() const override { return script.bounds; }
+    [[nodiscard]] bool isCaptured() const override { return script.isCaptured; }
     DeviceScript& script;
 };
 
@@ -107,6 +110,12 @@ struct Bundle final : NSBundle {
                                                             const std::string& extension) const override {
         return FolderBundle(script.mainBundlePath).URLForResource(name, extension);
     }
+    [[nodiscard]] std::string bundlePath() const override { return script.mainBundlePath; }
+    [[nodiscard]] std::optional<std::vector<std::string>>
+    stringsForInfoDictionaryKey(const std::string& key) const override {
+        const auto found = script.infoDictionary.find(key);
+        return found == script.infoDictionary.end() ? std::nullopt : std::optional(found->second);
+    }
     DeviceScript& script;
 };
 
@@ -142,6 +151,7 @@ struct ScriptedDevice::Services {
     Device device{script};
     Screen mainScreen{script};
     Fonts fonts{script};
+    FixedAdvances textMeasurer{};
     Locales locales{script};
     Zone timeZone{script};
     Location locationManager{script};
@@ -167,6 +177,10 @@ UIScreen& ScriptedDevice::mainScreen() {
 
 UIFontServices& ScriptedDevice::fonts() {
     return services_->fonts;
+}
+
+TextMeasurer& ScriptedDevice::textMeasurer() {
+    return services_->textMeasurer;
 }
 
 LocaleServices& ScriptedDevice::locales() {

@@ -18,6 +18,8 @@ struct DeviceScript {
     std::optional<std::string> identifierForVendor = "6BA7B810-9DAD-41D1-80B4-00C04FD430C8";
     UIUserInterfaceIdiom userInterfaceIdiom = UIUserInterfaceIdiom::phone;
     CGRect bounds{{0, 0}, {375, 667}};
+    UIDeviceOrientation orientation = UIDeviceOrientation::portrait;
+    bool isCaptured = false;
 
     /// Families and their fonts, in the order in which the device lists them.
     std::vector<std::pair<std::string, std::vector<std::string>>> fonts{
@@ -40,6 +42,8 @@ struct DeviceScript {
     std::optional<std::string> receiptURL;
     /// The folder of the application's own files.
     std::string mainBundlePath = "/nonexistent";
+    /// The application's own settings.
+    std::map<std::string, std::vector<std::string>> infoDictionary;
     std::vector<NetworkInterface> interfaces;
     std::string machine = "iPhone12,1";
     std::map<std::string, std::string> environment;
@@ -68,6 +72,7 @@ public:
     [[nodiscard]] UIDevice& device() override;
     [[nodiscard]] UIScreen& mainScreen() override;
     [[nodiscard]] UIFontServices& fonts() override;
+    [[nodiscard]] TextMeasurer& textMeasurer() override;
     [[nodiscard]] LocaleServices& locales() override;
     [[nodiscard]] TimeZone& timeZone() override;
     [[nodiscard]] CLLocationManager& locationManager() override;

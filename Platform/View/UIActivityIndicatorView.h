@@ -1,0 +1,44 @@
+#pragma once
+
+#include "Platform/View/UIView.h"
+
+#include <optional>
+
+namespace korvane {
+
+/// Turns while something is under way, and hides when it stands still. Main queue only.
+class UIActivityIndicatorView : public UIView {
+public:
+    /// The side of the large indicator, in points.
+    static constexpr double kLargeSide = 37;
+
+    UIActivityIndicatorView() : UIActivityIndicatorView(CGRect{{0, 0}, {kLargeSide, kLargeSide}}) {}
+    explicit UIActivityIndicatorView(const CGRect& frame) : UIView(frame) { setHidden(true); }
+
+    [[nodiscard]] UIViewKind kind() const noexcept override { return UIViewKind::activityIndicator; }
+
+    [[nodiscard]] bool isAnimating() const noexcept { return isAnimating_; }
+    virtual void startAnimating() { setAnimating(true); }
+    virtual void stopAnimating() { setAnimating(false); }
+    [[nodiscard]] bool hidesWhenStopped() const noexcept { return hidesWhenStopped_; }
+    void setHidesWhenStopped(bool hides) {
+        hidesWhenStopped_ = hides;
+        setAnimating(isAnimating_);
+    }
+    [[nodiscard]] const std::optional<UIColor>& color() const noexcept { return color_; }
+    void setColor(std::optional<UIColor> color) { assign(color_, std::move(color), UIViewChange::paint); }
+
+    [[nodiscard]] CGSize sizeThatFits(CGSize /*size*/) const override { return {kLargeSide, kLargeSide}; }
+
+private:
+    void setAnimating(bool isAnimating) {
+        assign(isAnimating_, isAnimating, UIViewChange::paint);
+        setHidden(hidesWhenStopped_ && !isAnimating_);
+    }
+
+    std::optional<UIColor> color_;
+    bool isAnimating_ = false;
+    bool hidesWhenStopped_ = true;
+};
+
+} // namespace korvane

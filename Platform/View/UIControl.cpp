@@ -1,0 +1,91 @@
+#include "Platform/View/UIControl.h"
+
+#include <algorithm>
+
+namespace korvane {
+
+void UIControl::addTarget(ControlEvent event, Action action) {
+    targets_.push_back({event, std::move(action)});
+}
+
+void UIControl::addTarget(ControlEvent event, std::function<void()> action) {
+    addTarget(event, Action([action = std::move(action)](UIControl&) { action(); }));
+}
+
+void UIControl::removeTargets(ControlEvent event) {
+    std::erase_if(targets_, [event](const Target& target) { return target.event == event; });
+}
+
+void UIControl::sendActions(ControlEvent event) {
+    const auto self = shared_from_this();
+    std::vector<Action> actions;
+    for (const Target& target : targets_)
+        if (target.event == event) actions.push_back(target.action);
+    for (const Action& action : actions)
+        action(*this);
+}
+
+void UIControl::setState(bool& flag, bool value) {
+    if (assign(flag, value, UIViewChange::paint)) stateDidChange();
+}
+
+void UIControl::setEnabled(bool isEnabled) {
+    setState(isEnabled_, isEnabled);
+}
+
+void UIControl::setSelected(bool isSelected) {
+    setState(isSelected_, isSelected);
+}
+
+void UIControl::setHighlighted(bool isHighlighted) {
+    setState(isHighlighted_, isHighlighted);
+}
+
+ControlState UIControl::state() const noexcept {
+    if (!isEnabled_) return ControlState::disabled;
+    if (isHighlighted_) return ControlState::highlighted;
+    return isSelected_ ? ControlState::selected : ControlState::normal;
+}
+
+/// What a control is made of does not take its touches.
+std::shared_ptr<UIView> UIControl::hitTest(CGPoint point) {
+    return UIView::hitTest(point) ? std::static_pointer_cast<UIView>(shared_from_this()) : nullptr;
+}
+
+/// A finger may slip off the control a little.
+bool UIControl::isWithinReach(const UITouches& touches) const {
+    constexpr double kSlip = 20;
+    const CGRect reach = UIEdgeInsetsInsetRect(bounds(), {-kSlip, -kSlip, -kSlip, -kSlip});
+    return std::ranges::any_of(
+        touches, [&](const auto& touch) { return CGRectContainsPoint(reach, touch->location(this)); });
+}
+
+void UIControl::touchesBegan(const UITouches& /*touches*/) {
+    if (!isEnabled_) return;
+    isTracking_ = true;
+    setHighlighted(true);
+    sendActions(ControlEvent::touchDown);
+}
+
+void UIControl::touchesMoved(const UITouches& touches) {
+    if (!isTracking_) return;
+    const bool isInside = isWithinReach(touches);
+    setHighlighted(isInside);
+    sendActions(isInside ? ControlEvent::touchDragInside : ControlEvent::touchDragOutside);
+}
+
+void UIControl::touchesEnded(const UITouches& touches) {
+    if (!isTracking_) return;
+    isTracking_ = false;
+    setHighlighted(false);
+    sendActions(isWithinReach(touches) ? ControlEvent::touchUpInside : ControlEvent::touchUpOutside);
+}
+
+void UIControl::touchesCancelled(const UITouches& /*touches*/) {
+    if (!isTracking_) return;
+    isTracking_ = false;
+    setHighlighted(false);
+    sendActions(ControlEvent::touchCancel);
+}
+
+} // namespace korvane

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "Platform/View/UIImage.h"
+#include "Platform/View/UIView.h"
+
+namespace korvane {
+
+/// A picture. Main queue only.
+class UIImageView : public UIView {
+public:
+    using UIView::UIView;
+
+    [[nodiscard]] UIViewKind kind() const noexcept override { return UIViewKind::image; }
+
+    /// Null for none.
+    [[nodiscard]] const UIImagePtr& image() const noexcept { return image_; }
+    void setImage(UIImagePtr image) { assign(image_, std::move(image), UIViewChange::content); }
+
+    /// The image's size; nothing without one.
+    [[nodiscard]] CGSize sizeThatFits(CGSize /*size*/) const override {
+        return image_ ? image_->size() : CGSize{};
+    }
+
+protected:
+    [[nodiscard]] UIAccessibilityRole defaultAccessibilityRole() const override {
+        return UIAccessibilityRole::image;
+    }
+
+private:
+    UIImagePtr image_;
+};
+
+} // namespace korvane

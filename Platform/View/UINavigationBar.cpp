@@ -1,0 +1,105 @@
+#include "Platform/View/UINavigationBar.h"
+
+#include <algorithm>
+
+namespace korvane {
+
+namespace {
+
+/// The room between what is at an end and the bar's edge, and beside the title.
+constexpr double kMargin = 8;
+
+CGSize sizeOf(const UIView& view, double most) {
+    const CGSize own = view.bounds().size.width > 0 ? view.bounds().size : view.intrinsicContentSize();
+    return {own.width, std::min(own.height, most)};
+}
+
+} // namespace
+
+void UINavigationItem::changed() {
+    const auto told = onChange_;
+    if (told) told();
+}
+
+void UINavigationItem::setTitle(std::string title) {
+    if (title == title_) return;
+    title_ = std::move(title);
+    changed();
+}
+
+void UINavigationItem::setLeftBarButtonItem(std::shared_ptr<UIBarButtonItem> item) {
+    if (item == left_) return;
+    left_ = std::move(item);
+    changed();
+}
+
+void UINavigationItem::setRightBarButtonItem(std::shared_ptr<UIBarButtonItem> item) {
+    if (item == right_) return;
+    right_ = std::move(item);
+    changed();
+}
+
+UINavigationBar::UINavigationBar() : titleLabel_(std::make_shared<UILabel>()) {
+    titleLabel_->setFont(UIFont::systemFont(17, UIFontWeight::semibold));
+    titleLabel_->setTextAlignment(NSTextAlignment::center);
+    titleLabel_->setAccessibilityRole(UIAccessibilityRole::header);
+    addSubview(titleLabel_);
+}
+
+UINavigationBar::~UINavigationBar() {
+    for (const auto& item : items_)
+        item->onChange_ = nullptr;
+}
+
+void UINavigationBar::setItems(std::vector<std::shared_ptr<UINavigationItem>> items) {
+    if (items == items_) return;
+    for (const auto& item : items_)
+        item->onChange_ = nullptr;
+    items_ = std::move(items);
+    for (const auto& item : items_)
+        item->onChange_ = [this] { showTopItem(); };
+    showTopItem();
+}
+
+std::shared_ptr<UINavigationItem> UINavigationBar::topItem() const {
+    return items_.empty() ? nullptr : items_.back();
+}
+
+void UINavigationBar::setTitleTextAttributes(const UITitleTextAttributes& attributes) {
+    attributes_ = attributes;
+    if (attributes.font) titleLabel_->setFont(*attributes.font);
+    if (attributes.foregroundColor) titleLabel_->setTextColor(*attributes.foregroundColor);
+}
+
+void UINavigationBar::showTopItem() {
+    const auto item = topItem();
+    titleLabel_->setText(item ? item->title() : "");
+    const auto show = [this](std::shared_ptr<UIView>& place, const std::shared_ptr<UIBarButtonItem>& button) {
+        const auto view = button ? button->customView() : nullptr;
+        if (view == place) return;
+        if (place && place->superview().get() == this) place->removeFromSuperview();
+        place = view;
+        if (view) addSubview(view);
+    };
+    show(leftView_, item ? item->leftBarButtonItem() : nullptr);
+    show(rightView_, item ? item->rightBarButtonItem() : nullptr);
+    setNeedsLayout();
+}
+
+/// The ends come first, and the title gets the room between them, around the middle.
+void UINavigationBar::layoutSubviews() {
+    UIView::layoutSubviews();
+    const CGSize bar = bounds().size;
+    double taken = kMargin;
+    const auto place = [&](UIView& view, bool isLeft) {
+        const CGSize size = sizeOf(view, bar.height);
+        view.setFrame(
+            {{isLeft ? kMargin : bar.width - kMargin - size.width, (bar.height - size.height) / 2}, size});
+        taken = std::max(taken, size.width + 2 * kMargin);
+    };
+    if (leftView_) place(*leftView_, true);
+    if (rightView_) place(*rightView_, false);
+    titleLabel_->setFrame({{taken, 0}, {std::max(0.0, bar.width - 2 * taken), bar.height}});
+}
+
+} // namespace korvane

@@ -1,0 +1,137 @@
+#pragma once
+
+#include "Platform/View/UIScrollView.h"
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace korvane {
+
+class UITableView;
+
+/// A row of a table. Tables here have the one section 0.
+struct IndexPath {
+    int section = 0;
+    int row = 0;
+    friend bool operator==(const IndexPath&, const IndexPath&) = default;
+};
+
+/// One row's view, which serves other rows once its own has scrolled away. Main queue only.
+class UITableViewCell : public UIView {
+public:
+    UITableViewCell();
+
+    [[nodiscard]] UIViewKind kind() const noexcept override { return UIViewKind::tableCell; }
+
+    /// Fills the cell; what the row shows goes in here.
+    [[nodiscard]] const std::shared_ptr<UIView>& contentView() const noexcept { return contentView_; }
+    [[nodiscard]] const std::string& reuseIdentifier() const noexcept { return reuseIdentifier_; }
+    [[nodiscard]] bool isSelected() const noexcept { return isSelected_; }
+    virtual void setSelected(bool isSelected) { assign(isSelected_, isSelected, UIViewChange::paint); }
+    [[nodiscard]] UIAccessibilityState accessibilityState() const override { return {true, isSelected_}; }
+
+    /// The cell is about to be handed out for another row.
+    virtual void prepareForReuse() {}
+
+    void layoutSubviews() override;
+    void touchesEnded(const UITouches& touches) override;
+
+private:
+    friend class UITableView;
+
+    std::shared_ptr<UIView> contentView_;
+    std::string reuseIdentifier_;
+    bool isSelected_ = false;
+};
+
+class UITableViewDataSource {
+public:
+    virtual ~UITableViewDataSource() = default;
+
+    virtual int numberOfRowsInSection(UITableView& tableView, int section) = 0;
+    /// A cell filled for the row; not null.
+    virtual std::shared_ptr<UITableViewCell> cellForRowAt(UITableView& tableView, IndexPath indexPath) = 0;
+};
+
+class UITableViewDelegate {
+public:
+    virtual ~UITableViewDelegate() = default;
+
+    virtual void didSelectRowAt(UITableView& /*tableView*/, IndexPath /*indexPath*/) {}
+};
+
+enum class UITableViewCellSeparatorStyle { none, singleLine };
+
+/// Rows of one height below each other, of which only those in sight have a cell. Main queue only.
+class UITableView : public UIScrollView {
+public:
+    using CellFactory = std::function<std::shared_ptr<UITableViewCell>()>;
+
+    using UIScrollView::UIScrollView;
+
+    [[nodiscard]] UIViewKind kind() const noexcept override { return UIViewKind::table; }
+
+    [[nodiscard]] std::shared_ptr<UITableViewDataSource> dataSource() const { return dataSource_.lock(); }
+    void setDataSource(std::weak_ptr<UITableViewDataSource> dataSource);
+    [[nodiscard]] std::shared_ptr<UITableViewDelegate> delegate() const { return delegate_.lock(); }
+    void setDelegate(std::weak_ptr<UITableViewDelegate> delegate) { delegate_ = std::move(delegate); }
+
+    [[nodiscard]] double rowHeight() const noexcept { return rowHeight_; }
+    void setRowHeight(double height);
+    [[nodiscard]] UITableViewCellSeparatorStyle separatorStyle() const noexcept { return separatorStyle_; }
+    void setSeparatorStyle(UITableViewCellSeparatorStyle style) {
+        assign(separatorStyle_, style, UIViewChange::paint);
+    }
+
+    /// Says how cells of an identifier are made.
+    void registerCell(CellFactory factory, const std::string& forCellReuseIdentifier);
+    /// A cell that no row uses, or a new one. An identifier that nobody registered ends the process
+    /// (`fatalError`).
+    [[nodiscard]] std::shared_ptr<UITableViewCell> dequeueReusableCell(const std::string& withIdentifier);
+
+    /// Asks the data source for everything anew, at the next layout.
+    void reloadData();
+    /// As of the last layout or reload.
+    [[nodiscard]] int numberOfRows() const noexcept { return rows_; }
+    /// The cells in sight, from the top.
+    [[nodiscard]] std::vector<std::shared_ptr<UITableViewCell>> visibleCells() const;
+    /// Null for a row out of sight.
+    [[nodiscard]] std::shared_ptr<UITableViewCell> cellForRow(IndexPath at) const;
+    [[nodiscard]] std::optional<IndexPath> indexPath(const UITableViewCell& forCell) const;
+
+    /// The selected row, if any; a touch selects as this does and then tells the delegate.
+    [[nodiscard]] std::optional<IndexPath> indexPathForSelectedRow() const noexcept { return selected_; }
+    void selectRow(std::optional<IndexPath> at);
+
+    [[nodiscard]] CGSize contentSize() const override;
+    void layoutSubviews() override;
+
+protected:
+    void didScroll() override { setNeedsLayout(); }
+    [[nodiscard]] UIAccessibilityRole defaultAccessibilityRole() const override {
+        return UIAccessibilityRole::list;
+    }
+
+private:
+    friend class UITableViewCell;
+
+    void cellWasTapped(const UITableViewCell& cell);
+    void recycle(std::map<int, std::shared_ptr<UITableViewCell>>::iterator cell);
+    void showRow(int row);
+
+    std::weak_ptr<UITableViewDataSource> dataSource_;
+    std::weak_ptr<UITableViewDelegate> delegate_;
+    std::map<std::string, CellFactory> factories_;
+    std::multimap<std::string, std::shared_ptr<UITableViewCell>> spareCells_;
+    std::map<int, std::shared_ptr<UITableViewCell>> cells_; // by row
+    std::optional<IndexPath> selected_;
+    UITableViewCellSeparatorStyle separatorStyle_ = UITableViewCellSeparatorStyle::singleLine;
+    double rowHeight_ = 44;
+    int rows_ = 0;
+    bool needsReload_ = true;
+};
+
+} // namespace korvane

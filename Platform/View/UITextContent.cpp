@@ -1,0 +1,17 @@
+#include "Platform/View/UITextContent.h"
+
+#include "Platform/Platform.h"
+#include "Platform/View/TextMeasurer.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace korvane {
+
+CGSize measuredText(const std::string& text, const UIFont& font, double maximumWidth, int maximumLines) {
+    const CGSize size =
+        Platform::current().textMeasurer().size(text, font, std::max(0.0, maximumWidth), maximumLines);
+    return {std::ceil(size.width), std::ceil(size.height)};
+}
+
+} // namespace korvane

@@ -1,0 +1,127 @@
+#pragma once
+
+#include "Platform/View/UIControl.h"
+#include "Platform/View/UITextContent.h"
+
+#include <memory>
+#include <string>
+
+namespace korvane {
+
+class UITextField;
+
+/// Keyboards by the platform's numbers.
+enum class UIKeyboardType : int {
+    defaultType = 0,
+    asciiCapable = 1,
+    numbersAndPunctuation = 2,
+    url = 3,
+    numberPad = 4,
+    phonePad = 5,
+    namePhonePad = 6,
+    emailAddress = 7,
+    decimalPad = 8,
+    twitter = 9,
+    webSearch = 10,
+    asciiCapableNumberPad = 11
+};
+
+enum class UITextBorderStyle { none, line, bezel, roundedRect };
+
+/// A stretch of a text in bytes of UTF-8, which begins and ends between user-perceived characters.
+struct UITextRange {
+    std::size_t location = 0;
+    std::size_t length = 0;
+    friend bool operator==(const UITextRange&, const UITextRange&) = default;
+};
+
+class UITextFieldDelegate {
+public:
+    virtual ~UITextFieldDelegate() = default;
+
+    /// Asked before the field becomes the first responder; the place to give it an input view.
+    virtual bool textFieldShouldBeginEditing(UITextField& /*textField*/) { return true; }
+    virtual void textFieldDidBeginEditing(UITextField& /*textField*/) {}
+    virtual bool textFieldShouldEndEditing(UITextField& /*textField*/) { return true; }
+    virtual void textFieldDidEndEditing(UITextField& /*textField*/) {}
+    /// Asked before typing changes the text.
+    virtual bool textField(UITextField& /*textField*/, UITextRange /*shouldChangeCharactersIn*/,
+                           const std::string& /*replacementString*/) {
+        return true;
+    }
+};
+
+/// A line of text that can be typed. What was typed is cleansed from memory when other text takes its place
+/// and when the field goes. Main queue only.
+class UITextField : public UITextContent<UIControl>, public UIKeyInput {
+public:
+    using UITextContent::UITextContent;
+    ~UITextField() override;
+
+    [[nodiscard]] UIViewKind kind() const noexcept override { return UIViewKind::textField; }
+
+    [[nodiscard]] std::shared_ptr<UITextFieldDelegate> delegate() const { return delegate_.lock(); }
+    void setDelegate(std::weak_ptr<UITextFieldDelegate> delegate) { delegate_ = std::move(delegate); }
+
+    /// Sets the text and puts the insertion point behind it. No event is sent.
+    void setText(std::string text) override;
+    [[nodiscard]] const std::string& placeholder() const noexcept { return placeholder_; }
+    void setPlaceholder(std::string text) { assign(placeholder_, std::move(text), UIViewChange::content); }
+    /// Whether a renderer shows dots in place of the characters.
+    [[nodiscard]] bool isSecureTextEntry() const noexcept { return isSecureTextEntry_; }
+    void setSecureTextEntry(bool isSecure) { assign(isSecureTextEntry_, isSecure, UIViewChange::paint); }
+    [[nodiscard]] UIKeyboardType keyboardType() const noexcept { return keyboardType_; }
+    void setKeyboardType(UIKeyboardType type) { keyboardType_ = type; }
+    [[nodiscard]] UITextBorderStyle borderStyle() const noexcept { return borderStyle_; }
+    void setBorderStyle(UITextBorderStyle style) { assign(borderStyle_, style, UIViewChange::content); }
+
+    [[nodiscard]] UITextRange selectedRange() const noexcept { return selectedRange_; }
+    /// A range that the text does not have, or that splits a character, is refused.
+    /// @return whether the range is now the selection.
+    bool setSelectedRange(UITextRange range);
+
+    [[nodiscard]] bool hasText() const override { return !text().empty(); }
+    /// Both send `ControlEvent::editingChanged` once the text is another.
+    void insertText(const std::string& text) override;
+    void deleteBackward() override;
+
+    [[nodiscard]] std::shared_ptr<UIView> inputView() const override { return inputView_; }
+    /// Takes the place of the present one at once if the field is the first responder. The view's owner is
+    /// not this field alone: a controller's view is held by its controller too.
+    void setInputView(std::shared_ptr<UIView> view);
+    [[nodiscard]] std::shared_ptr<UIView> inputAccessoryView() const override { return inputAccessoryView_; }
+    void setInputAccessoryView(std::shared_ptr<UIView> view);
+
+    [[nodiscard]] bool canBecomeFirstResponder() override;
+    [[nodiscard]] bool canResignFirstResponder() override;
+    /// Asks the delegate first.
+    bool becomeFirstResponder() override;
+    /// A tap begins editing.
+    void touchesEnded(const UITouches& touches) override;
+
+    [[nodiscard]] CGSize sizeThatFits(CGSize size) const override;
+
+protected:
+    void didBecomeFirstResponder() override;
+    void didResignFirstResponder() override;
+    [[nodiscard]] UIAccessibilityRole defaultAccessibilityRole() const override {
+        return UIAccessibilityRole::textField;
+    }
+    /// What has been typed is not read out.
+    [[nodiscard]] std::string defaultAccessibilityLabel() const override { return placeholder_; }
+
+private:
+    void replace(UITextRange range, const std::string& with);
+    void store(std::string& text);
+
+    std::weak_ptr<UITextFieldDelegate> delegate_;
+    std::string placeholder_;
+    UITextRange selectedRange_;
+    std::shared_ptr<UIView> inputView_;
+    std::shared_ptr<UIView> inputAccessoryView_;
+    UIKeyboardType keyboardType_ = UIKeyboardType::defaultType;
+    UITextBorderStyle borderStyle_ = UITextBorderStyle::none;
+    bool isSecureTextEntry_ = false;
+};
+
+} // namespace korvane

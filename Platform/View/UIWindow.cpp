@@ -1,0 +1,223 @@
+#include "Platform/View/UIWindow.h"
+
+#include "Platform/Platform.h"
+#include "Platform/View/UIApplication.h"
+#include "Platform/View/UIGestureRecognizer.h"
+#include "Platform/View/UIViewController.h"
+
+#include <algorithm>
+#include <array>
+
+namespace korvane {
+
+UIWindow::UIWindow() : UIWindow(Platform::current().mainScreen().bounds()) {}
+
+UIWindow::UIWindow(const CGRect& frame) : UIView(frame) {
+    setMultipleTouchEnabled(true);
+}
+
+UIWindow::~UIWindow() = default;
+
+void UIWindow::setRootViewController(std::shared_ptr<UIViewController> controller) {
+    if (controller == root_) return;
+    const auto old = std::exchange(root_, std::move(controller));
+    if (old) {
+        old->finishTransition();
+        auto shown = old;
+        while (shown->presented_)
+            shown = shown->presented_;
+        shown->beginAppearanceTransition(false, UIAnimated::no);
+        old->dropPresented();
+        if (old->isViewLoaded()) old->view()->removeFromSuperview();
+        shown->endAppearanceTransition();
+    }
+    if (isVisible_) becomeVisible();
+}
+
+void UIWindow::makeKeyAndVisible() {
+    UIApplication::shared().makeKey(std::static_pointer_cast<UIWindow>(shared_from_this()));
+    isVisible_ = true;
+    setNeedsDisplay();
+    becomeVisible();
+}
+
+/// Lets the root controller appear, where it has not.
+void UIWindow::becomeVisible() {
+    const auto root = root_;
+    if (!root || root->isAppearing() || root->presented_) return;
+    root->beginAppearanceTransition(true, UIAnimated::no);
+    insertSubview(root->view(), 0);
+    setNeedsLayout();
+    layoutIfNeeded();
+    root->endAppearanceTransition();
+}
+
+/// Drops everything without a word to it.
+void UIWindow::clear() {
+    isVisible_ = false;
+    frameRequest_ = nullptr;
+    touches_.clear();
+    const auto root = std::exchange(root_, nullptr);
+    if (root) root->dropPresented();
+    while (!subviews().empty())
+        subviews().back()->removeFromSuperview();
+    input_.reset();
+    accessory_.reset();
+}
+
+void UIWindow::setSafeAreaInsets(const UIEdgeInsets& insets) {
+    if (!assign(safeArea_, insets, UIViewChange::layout)) return;
+    const auto mark = [](const auto& again, UIView& view) -> void {
+        view.setNeedsLayout();
+        for (const auto& child : view.subviews())
+            again(again, *child);
+    };
+    mark(mark, *this);
+}
+
+void UIWindow::setTraits(const UITraitCollection& traits) {
+    if (traits == traits_) return;
+    const UITraitCollection previous = std::exchange(traits_, traits);
+    spreadTraits(previous);
+}
+
+void UIWindow::treeNeedsLayout() {
+    if (!isVisible_ || std::exchange(hasLayoutRequest_, true)) return;
+    Platform::current().dispatch().mainQueue().async([weak = weak_from_this()] {
+        const auto window = std::static_pointer_cast<UIWindow>(weak.lock());
+        if (!window) return;
+        window->hasLayoutRequest_ = false;
+        window->layoutIfNeeded();
+    });
+}
+
+void UIWindow::treeDidChange() {
+    if (!frameRequest_ || std::exchange(hasFrameRequest_, true)) return;
+    const auto request = frameRequest_;
+    request();
+}
+
+void UIWindow::layoutSubviews() {
+    UIView::layoutSubviews();
+    for (const auto& view : subviews())
+        if (view->viewController() && view != input_) view->setFrame({{0, 0}, bounds().size});
+    layOutInput();
+}
+
+CGRect UIWindow::inputFrame() const {
+    if (!input_) return {};
+    const double height =
+        CGRectGetMaxY(input_->frame()) - (accessory_ ? accessory_ : input_)->frame().origin.y;
+    return {{0, bounds().size.height - height}, {bounds().size.width, height}};
+}
+
+void UIWindow::layOutInput() {
+    if (!input_) return;
+    constexpr double kPortraitHeight = 260;
+    constexpr double kLandscapeHeight = 206;
+    const CGSize own = bounds().size;
+    const double usual = (own.height > own.width ? kPortraitHeight : kLandscapeHeight) + safeArea_.bottom;
+    const double wanted = input_->fittingSize(own.width).height;
+    const double height = isInputSized_ && wanted > 0 ? wanted : usual;
+    input_->setFrame({{0, own.height - height}, {own.width, height}});
+    bringSubviewToFront(input_);
+    if (!accessory_) return;
+    const double above = accessory_->fittingSize(own.width).height;
+    accessory_->setFrame({{0, own.height - height - above}, {own.width, above}});
+    bringSubviewToFront(accessory_);
+}
+
+/// Replaces what is shown at the foot; a keyboard's controller appears and disappears with its view.
+void UIWindow::showInput(const std::shared_ptr<UIView>& input, const std::shared_ptr<UIView>& accessory) {
+    const auto oldAccessory = std::exchange(accessory_, accessory);
+    if (oldAccessory && oldAccessory != accessory) oldAccessory->removeFromSuperview();
+    const auto old = std::exchange(input_, input);
+    if (old && old != input) {
+        const auto controller = old->viewController();
+        if (controller) controller->beginAppearanceTransition(false, UIAnimated::yes);
+        old->removeFromSuperview();
+        if (!isInputSized_) old->setFrame({});
+        if (controller) controller->endAppearanceTransition();
+    }
+    if (!input) return;
+    const auto controller = input->viewController();
+    if (old != input) isInputSized_ = input->bounds().size.height > 0;
+    if (controller) controller->beginAppearanceTransition(true, UIAnimated::yes);
+    addSubview(input);
+    if (accessory) addSubview(accessory);
+    layoutIfNeeded();
+    if (controller) controller->endAppearanceTransition();
+}
+
+std::shared_ptr<UITouch> UIWindow::touch(const TouchPoint& point) {
+    const auto known = std::ranges::find(touches_, point.identifier, &UITouch::identifier);
+    if (point.phase != UITouchPhase::began) {
+        if (known == touches_.end()) return nullptr;
+        const auto found = *known;
+        found->phase_ = point.phase;
+        found->location_ = point.location;
+        if (point.phase != UITouchPhase::moved) touches_.erase(known);
+        return found;
+    }
+    const auto view = known == touches_.end() ? hitTest(point.location) : nullptr;
+    const auto isOnView = [&view](const auto& other) { return other->view() == view; };
+    if (!view || (!view->isMultipleTouchEnabled() && std::ranges::any_of(touches_, isOnView))) return nullptr;
+    auto fresh = std::make_shared<UITouch>(point.identifier, point.location, view);
+    touches_.push_back(fresh);
+    return fresh;
+}
+
+void UIWindow::sendTouches(const std::vector<TouchPoint>& points) {
+    const auto self = shared_from_this();
+    std::array<UITouches, 4> byPhase;
+    for (const TouchPoint& point : points)
+        if (auto news = touch(point))
+            byPhase[static_cast<std::size_t>(point.phase)].push_back(std::move(news));
+    for (std::size_t phase = 0; phase < byPhase.size(); ++phase) {
+        UITouches taken = recognize(byPhase[phase]);
+        std::erase_if(byPhase[phase], [](const auto& news) { return news->isTaken_; });
+        deliver(static_cast<UITouchPhase>(phase), byPhase[phase]);
+        deliver(UITouchPhase::cancelled, taken);
+    }
+}
+
+/// Shows fingers to the recognisers of the views that they are on, the innermost first, and performs what is
+/// recognised.
+/// @return the fingers that the views are to lose.
+UITouches UIWindow::recognize(const UITouches& touches) {
+    std::vector<std::shared_ptr<UIGestureRecognizer>> recognized;
+    UITouches taken;
+    for (const auto& news : touches) {
+        for (auto view = news->view(); view; view = view->superview())
+            for (const auto& recognizer : view->gestureRecognizers()) {
+                if (!recognizer->isEnabled() || !recognizer->recognizes(*news, *view)) continue;
+                recognized.push_back(recognizer);
+                if (recognizer->cancelsTouchesInView()) news->isTaken_ = true;
+            }
+        if (news->isTaken_) taken.push_back(news);
+    }
+    for (const auto& recognizer : recognized)
+        recognizer->perform();
+    return taken;
+}
+
+/// Tells each touched view of all its fingers at once, in the order of the first ones.
+void UIWindow::deliver(UITouchPhase phase, const UITouches& touches) {
+    UITouches rest = touches;
+    while (!rest.empty()) {
+        const auto view = rest.front()->view();
+        UITouches own;
+        std::ranges::copy_if(rest, std::back_inserter(own),
+                             [&](const auto& one) { return one->view() == view; });
+        std::erase_if(rest, [&](const auto& one) { return one->view() == view; });
+        if (!view) continue;
+        switch (phase) {
+        case UITouchPhase::began: view->touchesBegan(own); break;
+        case UITouchPhase::moved: view->touchesMoved(own); break;
+        case UITouchPhase::ended: view->touchesEnded(own); break;
+        case UITouchPhase::cancelled: view->touchesCancelled(own); break;
+        }
+    }
+}
+
+} // namespace korvane

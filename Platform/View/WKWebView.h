@@ -1,0 +1,71 @@
+#pragma once
+
+#include "Platform/URLSession.h"
+#include "Platform/View/UIView.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace korvane {
+
+class WKWebView;
+
+enum class WKNavigationActionPolicy { cancel, allow };
+
+/// Where a page wants to go: no value for an address that is no URL.
+struct WKNavigationAction {
+    std::optional<URLRequest> request;
+};
+
+class WKNavigationDelegate {
+public:
+    using DecisionHandler = std::function<void(WKNavigationActionPolicy)>;
+
+    virtual ~WKNavigationDelegate() = default;
+
+    /// Calls the handler once, now or later, on the main queue.
+    virtual void webView(WKWebView& webView, const WKNavigationAction& decidePolicyFor,
+                         const DecisionHandler& decisionHandler) = 0;
+};
+
+/// A web page, as far as its user sees it: the page's text and who is asked before it goes elsewhere. The
+/// engine that shows it is a renderer's. Main queue only.
+class WKWebView : public UIView {
+public:
+    using UIView::UIView;
+
+    [[nodiscard]] UIViewKind kind() const noexcept override { return UIViewKind::webView; }
+
+    /// Shows a page of HTML text. Every call counts as a new page, also with the same text.
+    void loadHTMLString(std::string html, std::optional<std::string> baseURL = std::nullopt);
+    /// The page that was loaded last; empty before the first one.
+    [[nodiscard]] const std::string& htmlString() const noexcept { return html_; }
+    [[nodiscard]] const std::optional<std::string>& baseURL() const noexcept { return baseURL_; }
+    /// How many pages were loaded: an engine loads anew whenever this has grown.
+    [[nodiscard]] int loadCount() const noexcept { return loadCount_; }
+
+    [[nodiscard]] std::shared_ptr<WKNavigationDelegate> navigationDelegate() const {
+        return delegate_.lock();
+    }
+    void setNavigationDelegate(std::weak_ptr<WKNavigationDelegate> delegate) {
+        delegate_ = std::move(delegate);
+    }
+
+    /// For the engine: asks the delegate about one navigation. Without a delegate it is allowed.
+    void decidePolicy(const WKNavigationAction& action, const WKNavigationDelegate::DecisionHandler& decide);
+
+protected:
+    [[nodiscard]] UIAccessibilityRole defaultAccessibilityRole() const override {
+        return UIAccessibilityRole::page;
+    }
+
+private:
+    std::string html_;
+    std::optional<std::string> baseURL_;
+    int loadCount_ = 0;
+    std::weak_ptr<WKNavigationDelegate> delegate_;
+};
+
+} // namespace korvane

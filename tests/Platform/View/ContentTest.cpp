@@ -1,0 +1,251 @@
+#include "Platform/View/TextMeasurer.h"
+#include "Platform/View/UIActivityIndicatorView.h"
+#include "Platform/View/UIButton.h"
+#include "Platform/View/UINavigationBar.h"
+#include "Platform/View/UITextField.h"
+#include "Platform/View/UITextView.h"
+#include "Platform/View/WKWebView.h"
+#include "tests/Platform/View/ViewSupport.h"
+
+namespace korvane {
+namespace {
+
+TEST(FixedAdvancesOfText, BreakLinesAtBlanks) {
+    struct Row {
+        const char* name;
+        const char* text;
+        double width;
+        int lines;
+        CGSize expected; // in advances and lines
+    };
+    const std::vector<Row> rows{
+        {"empty", "", 99, 0, {0, 1}},
+        {"fits exactly", "ab cd", 5, 0, {5, 1}},
+        {"one too many", "ab cd", 4.9, 0, {3, 2}},
+        {"a long word is cut", "abcdefg", 3, 0, {3, 3}},
+        {"a long word behind a short one", "a bcdef", 3, 0, {3, 3}},
+        {"line feeds", "a\n\nbcd", 99, 0, {3, 3}},
+        {"ends with a line feed", "a\n", 99, 0, {1, 2}},
+        {"the first lines count", "a b cccc", 1.9, 2, {1.9, 2}},
+        {"unbounded", "a b c d e f", kUnbounded, 0, {11, 1}},
+        {"a mark has no width", "e\u0301e\u0301", 99, 0, {2, 1}},
+        {"no room at all", "abc", 0, 0, {0, 3}},
+        {"bytes that are no text", "\xFF\xC3", 99, 0, {2, 1}},
+    };
+    const UIFont font = UIFont::systemFont(10);
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        const double advance = FixedAdvances::kAdvance * 10;
+        const double width = row.width == kUnbounded ? kUnbounded : row.width * advance + 1e-9;
+        const CGSize size = FixedAdvances().size(row.text, font, width, row.lines);
+        EXPECT_NEAR(size.width / advance, row.expected.width, 1e-6);
+        EXPECT_NEAR(size.height / (FixedAdvances::kLineHeight * 10), row.expected.height, 1e-6);
+    }
+    EXPECT_EQ(FixedAdvances().size("\u4E2D", font, kUnbounded, 0).width, FixedAdvances::kWideAdvance * 10);
+}
+
+Bytes bytes(std::string_view text) {
+    return toBytes(text);
+}
+
+TEST(ImageHead, TellsTheSizeOrThatThereIsNone) {
+    using namespace std::string_view_literals;
+    struct Row {
+        const char* name;
+        std::string_view data;
+        std::optional<CGSize> expected;
+    };
+    constexpr auto kPng = "\x89PNG\r\n\x1A\n\0\0\0\rIHDR\0\0\1\x2C\0\0\0\x64\x08\6\0\0\0"sv;
+    constexpr auto kJpeg = "\xFF\xD8\xFF\xE0\0\4JF\xFF\xFF\xC4\0\3x\xFF\xC2\0\x11\x08\0\x64\1\x2C\3"sv;
+    const std::vector<Row> rows{
+        {"PNG", kPng, CGSize{300, 100}},
+        {"PNG without its last byte of size", kPng.substr(0, 23), std::nullopt},
+        {"PNG with another first chunk", "\x89PNG\r\n\x1A\n\0\0\0\rIDAT\0\0\1\x2C\0\0\0\x64"sv, std::nullopt},
+        {"JPEG behind other segments and a fill byte", kJpeg, CGSize{300, 100}},
+        {"JPEG that ends in its frame", kJpeg.substr(0, 22), std::nullopt},
+        {"JPEG with a length beyond the end", "\xFF\xD8\xFF\xE0\xFF\xFFxx"sv, std::nullopt},
+        {"JPEG without a frame", "\xFF\xD8\xFF\xD9"sv, std::nullopt},
+        {"GIF", "GIF89a\x2C\1\x64\0\0"sv, CGSize{300, 100}},
+        {"empty GIF", "GIF89a\0\0\x64\0\0"sv, std::nullopt},
+        {"SVG", "<?xml version='1.0'?><svg xmlns='x' width=\"30\" height='10.5px'/>", CGSize{30, 10.5}},
+        {"SVG by its box, stroke widths aside", "<svg stroke-width='2' viewBox='0, 0 24 12'>",
+         CGSize{24, 12}},
+        {"SVG of all the room", "<svg width='100%' height='100%' viewBox='0 0 2 1'>", CGSize{2, 1}},
+        {"SVG without a size", "<svg viewBox='0 0 24'>", std::nullopt},
+        {"SVG that is cut off", "<svg width='3", std::nullopt},
+        {"text", "hello", std::nullopt},
+        {"nothing", "", std::nullopt},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        EXPECT_EQ(encodedImageSize(bytes(row.data)), row.expected);
+        EXPECT_EQ(UIImage::make(bytes(row.data)) != nullptr, row.expected.has_value());
+    }
+}
+
+TEST(Color, IsReadFromItsHexText) {
+    EXPECT_EQ(UIColor::fromHex("#FF0080"), UIColor(1, 0, 128 / 255.0, 1));
+    EXPECT_EQ(UIColor::fromHex("#00000000"), UIColor::clear());
+    for (const char* text : {"", "#FFF", "FF00801", "#GG0000", "#-12345", "#12345", "#1234567"})
+        EXPECT_EQ(UIColor::fromHex(text), std::nullopt) << text;
+    EXPECT_EQ(UIColor::label().resolved(UIUserInterfaceStyle::dark), (RGBA{1, 1, 1, 1}));
+}
+
+class Content : public ViewTest {
+protected:
+    static UIImagePtr image(double width, double height) {
+        return UIImage::filled({width, height}, UIColor::black());
+    }
+};
+
+TEST_F(Content, AButtonShowsItsState) {
+    const auto button = add<UIButton>(rootView(), {{0, 0}, {100, 40}});
+    button->setTitle("Go", ControlState::normal);
+    button->setTitle("Going", ControlState::highlighted);
+    button->setTitleColor(UIColor::red(), ControlState::normal);
+    button->setTitleColor(UIColor::blue(), ControlState::disabled);
+    button->setImage(image(10, 10), ControlState::selected);
+    EXPECT_EQ(button->titleLabel()->text(), "Go");
+    EXPECT_EQ(button->accessibilityLabel(), "Go");
+    button->setHighlighted(true);
+    EXPECT_EQ(button->titleLabel()->text(), "Going");
+    EXPECT_EQ(button->titleLabel()->textColor(), UIColor::red());
+    button->setEnabled(false);
+    EXPECT_EQ(button->titleLabel()->text(), "Go");
+    EXPECT_EQ(button->titleLabel()->textColor(), UIColor::blue());
+    EXPECT_EQ(button->imageView(), nullptr);
+    button->setEnabled(true);
+    button->setHighlighted(false);
+    button->setSelected(true);
+    EXPECT_EQ(button->imageView()->image()->size().width, 10);
+    button->setSelected(false);
+    EXPECT_EQ(button->imageView()->image(), nullptr);
+}
+
+TEST_F(Content, AButtonPlacesImageAndTitleByAlignmentAndInsets) {
+    using enum UIControlContentHorizontalAlignment;
+    struct Row {
+        const char* name;
+        UIControlContentHorizontalAlignment alignment;
+        UIEdgeInsets titleInsets, imageInsets;
+        double imageX, titleX, titleWidth;
+    };
+    // The image is 10 wide, the title 22 (four characters of 5.5), the button 100.
+    const std::vector<Row> rows{
+        {"in the middle", center, {}, {}, 34, 44, 22},
+        {"at the left", left, {}, {}, 0, 10, 22},
+        {"at the right", right, {}, {}, 68, 78, 22},
+        {"the image pushed to the far end, the title to its place",
+         left,
+         {0, -10, 0, 0},
+         {0, 90, 0, 0},
+         90,
+         0,
+         22},
+        {"shifts around the middle count by half", center, {0, 8, 0, 0}, {0, 0, 0, 8}, 30, 48, 22},
+        {"a title has the room that insets leave", left, {0, 40, 0, 35}, {}, 0, 50, 15},
+    };
+    const auto button = add<UIButton>(rootView(), {{0, 0}, {100, 40}});
+    button->titleLabel()->setFont(UIFont::systemFont(10));
+    button->setTitle("abcd", ControlState::normal);
+    button->setImage(image(10, 20), ControlState::normal);
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        button->setContentHorizontalAlignment(row.alignment);
+        button->setTitleEdgeInsets(row.titleInsets);
+        button->setImageEdgeInsets(row.imageInsets);
+        window->layoutIfNeeded();
+        EXPECT_EQ(button->imageView()->frame(), (CGRect{{row.imageX, 10}, {10, 20}}));
+        EXPECT_EQ(button->titleLabel()->frame(), (CGRect{{row.titleX, 14}, {row.titleWidth, 12}}));
+    }
+    button->setTitleEdgeInsets({});
+    button->setContentEdgeInsets({1, 2, 3, 4});
+    EXPECT_EQ(button->intrinsicContentSize(), (CGSize{38, 24}));
+    button->titleLabel()->setFont(UIFont::systemFont(20));
+    EXPECT_EQ(button->intrinsicContentSize(), (CGSize{60, 28})) << "the label's font counts for the button";
+}
+
+TEST_F(Content, TextsShrinkOrGrowToTheirWidth) {
+    const auto label = add<UILabel>(rootView(), {{0, 0}, {55, 20}});
+    label->setFont(UIFont::systemFont(10));
+    label->setText("0123456789012"); // 71.5 points, measured as 72
+    EXPECT_EQ(label->scaleFactor(), 1);
+    label->setAdjustsFontSizeToFitWidth(true);
+    EXPECT_DOUBLE_EQ(label->scaleFactor(), 55.0 / 72);
+    label->setMinimumScaleFactor(0.9);
+    EXPECT_EQ(label->scaleFactor(), 0.9);
+
+    const auto text = add<UITextView>(rootView(), {{0, 0}, {65, 10}});
+    text->setFont(UIFont::systemFont(10));
+    text->setText("01234 56789"); // both words need 60.5 of the 55 points between the paddings
+    EXPECT_EQ(text->contentSize().height, 24 + 16);
+    text->setLineFragmentPadding(0);
+    EXPECT_EQ(text->contentSize().height, 12 + 16);
+    text->setTextContainerInset({});
+    EXPECT_EQ(text->sizeThatFits({65, kUnbounded}), (CGSize{61, 12}));
+    text->setFrame({{0, 0}, {40, 10}});
+    EXPECT_EQ(text->contentSize().height, 24) << "a new width counts at once";
+}
+
+TEST_F(Content, ABarPlacesItsEndsAndTheTitleBetweenThem) {
+    const auto bar = add<UINavigationBar>(rootView(), {{0, 0}, {320, 44}});
+    const auto cancel = std::make_shared<UIView>(CGRect{{0, 0}, {60, 30}});
+    const auto item = std::make_shared<UINavigationItem>("Pay");
+    item->setRightBarButtonItem(std::make_shared<UIBarButtonItem>(cancel));
+    bar->setItems({std::make_shared<UINavigationItem>("below"), item});
+    window->layoutIfNeeded();
+    EXPECT_EQ(cancel->frame(), (CGRect{{252, 7}, {60, 30}}));
+    EXPECT_EQ(bar->titleLabel()->frame(), (CGRect{{76, 0}, {168, 44}}));
+    bar->setTitleTextAttributes({UIFont::boldSystemFont(20), std::nullopt});
+    EXPECT_EQ(bar->titleLabel()->font(), UIFont::boldSystemFont(20));
+    bar->setItems({});
+    item->setTitle("gone");
+    EXPECT_EQ(bar->titleLabel()->text(), "");
+    EXPECT_EQ(cancel->superview(), nullptr);
+}
+
+TEST_F(Content, WhatIsTypedIsNotReadOut) {
+    const auto field = add<UITextField>(rootView(), {});
+    field->setPlaceholder("Code");
+    field->setText("123456");
+    EXPECT_EQ(field->accessibilityLabel(), "Code");
+    EXPECT_EQ(field->accessibilityRole(), UIAccessibilityRole::textField);
+}
+
+TEST_F(Content, APageAsksItsDelegateBeforeItLeaves) {
+    class Policy : public WKNavigationDelegate {
+    public:
+        void webView(WKWebView& /*webView*/, const WKNavigationAction& action,
+                     const DecisionHandler& decide) override {
+            decide(action.request ? WKNavigationActionPolicy::allow : WKNavigationActionPolicy::cancel);
+        }
+    };
+    const auto page = add<WKWebView>(rootView(), {});
+    std::vector<WKNavigationActionPolicy> decisions;
+    const auto decide = [&](WKNavigationActionPolicy policy) { decisions.push_back(policy); };
+    page->decidePolicy({}, decide);
+    auto policy = std::make_shared<Policy>();
+    page->setNavigationDelegate(policy);
+    page->decidePolicy({}, decide);
+    policy.reset();
+    page->decidePolicy({}, decide);
+    using enum WKNavigationActionPolicy;
+    EXPECT_THAT(decisions, testing::ElementsAre(allow, cancel, allow));
+    page->loadHTMLString("<p>");
+    page->loadHTMLString("<p>");
+    EXPECT_EQ(page->loadCount(), 2) << "the same page again is a new one";
+}
+
+TEST_F(Content, AnIndicatorThatStandsStillHides) {
+    const auto indicator = add<UIActivityIndicatorView>(rootView(), {});
+    EXPECT_TRUE(indicator->isHidden());
+    indicator->startAnimating();
+    EXPECT_FALSE(indicator->isHidden());
+    indicator->stopAnimating();
+    EXPECT_TRUE(indicator->isHidden());
+    indicator->setHidesWhenStopped(false);
+    EXPECT_FALSE(indicator->isHidden());
+}
+
+} // namespace
+} // namespace korvane

@@ -1,0 +1,100 @@
+#include "Platform/View/UIButton.h"
+#include "Platform/View/UITableView.h"
+#include "tests/Platform/View/ViewSupport.h"
+
+namespace korvane {
+namespace {
+
+using testing::ElementsAre;
+
+class Rows : public UITableViewDataSource, public UITableViewDelegate {
+public:
+    int numberOfRowsInSection(UITableView& /*tableView*/, int /*section*/) override { return count; }
+    std::shared_ptr<UITableViewCell> cellForRowAt(UITableView& table, IndexPath path) override {
+        auto cell = table.dequeueReusableCell("row");
+        cell->setTag(path.row);
+        asked.push_back(path.row);
+        return cell;
+    }
+    void didSelectRowAt(UITableView& /*tableView*/, IndexPath path) override { selected.push_back(path.row); }
+
+    int count = 10;
+    std::vector<int> asked, selected;
+};
+
+class Table : public ViewTest {
+protected:
+    /// Rows of 40 points in a table that shows three of them.
+    Table() {
+        table = add<UITableView>(rootView(), {{0, 100}, {200, 120}});
+        table->registerCell(
+            [this] {
+                ++made;
+                return std::make_shared<UITableViewCell>();
+            },
+            "row");
+        table->setRowHeight(40);
+        rows = std::make_shared<Rows>();
+        table->setDataSource(rows);
+        table->setDelegate(rows);
+        window->layoutIfNeeded();
+    }
+    std::vector<int> shown() {
+        std::vector<int> tags;
+        for (const auto& cell : table->visibleCells())
+            tags.push_back(cell->tag());
+        return tags;
+    }
+    void scrollTo(double y) {
+        table->setContentOffset({0, y});
+        window->layoutIfNeeded();
+    }
+
+    int made = 0;
+    std::shared_ptr<UITableView> table;
+    std::shared_ptr<Rows> rows;
+};
+
+TEST_F(Table, OnlyRowsInSightHaveACellAndCellsServeAgain) {
+    EXPECT_THAT(shown(), ElementsAre(0, 1, 2));
+    scrollTo(60);
+    EXPECT_THAT(shown(), ElementsAre(1, 2, 3, 4));
+    EXPECT_EQ(table->cellForRow({0, 3})->frame(), (CGRect{{0, 120}, {200, 40}}));
+    scrollTo(-500);
+    EXPECT_THAT(shown(), ElementsAre());
+    scrollTo(1000);
+    EXPECT_THAT(shown(), ElementsAre());
+    scrollTo(280);
+    EXPECT_THAT(shown(), ElementsAre(7, 8, 9));
+    EXPECT_LE(made, 4);
+    EXPECT_EQ(table->contentSize(), (CGSize{200, 400}));
+}
+
+TEST_F(Table, ACellInSightStaysTheSameUntilAReload) {
+    const auto cell = table->cellForRow({0, 1});
+    scrollTo(10);
+    EXPECT_EQ(table->cellForRow({0, 1}), cell);
+    rows->asked.clear();
+    rows->count = 2;
+    table->reloadData();
+    window->layoutIfNeeded();
+    EXPECT_THAT(rows->asked, ElementsAre(0, 1));
+    EXPECT_EQ(table->numberOfRows(), 2);
+}
+
+TEST_F(Table, ATapSelectsItsRowAndOneOnAControlDoesNot) {
+    tap({50, 190}); // row 2
+    EXPECT_THAT(rows->selected, ElementsAre(2));
+    EXPECT_TRUE(table->cellForRow({0, 2})->isSelected());
+    const auto cell = table->cellForRow({0, 0});
+    add<UIButton>(*cell->contentView(), {{0, 0}, {200, 40}});
+    tap({50, 110});
+    EXPECT_THAT(rows->selected, ElementsAre(2));
+    scrollTo(120);
+    scrollTo(0);
+    EXPECT_TRUE(table->cellForRow({0, 2})->isSelected()) << "the row is selected, whichever cell shows it";
+    EXPECT_FALSE(table->cellForRow({0, 1})->isSelected());
+}
+
+} // namespace
+} // namespace korvane
