@@ -1,10 +1,10 @@
-#include "tools/jose/Arguments.h"
+#include "tools/common/Arguments.h"
 
 #include "Crypt/DataExtensions.h"
 
 #include <algorithm>
 
-namespace korvane::jose {
+namespace korvane::tools {
 
 namespace {
 
@@ -20,6 +20,8 @@ TypeRow rowOf(MemberType type) {
     case MemberType::text: return {&JSON::is_string, "must be a string."};
     case MemberType::number: return {&JSON::is_number, "must be a number."};
     case MemberType::object: return {&JSON::is_object, "must be an object."};
+    case MemberType::boolean: return {&JSON::is_boolean, "must be true or false."};
+    case MemberType::list: return {&JSON::is_array, "must be a list."};
     }
     fatalError("A member has no type.");
 }
@@ -54,6 +56,24 @@ const std::string& Arguments::text(std::string_view name) const {
     return value(name).get_ref<const std::string&>();
 }
 
+std::optional<std::string> Arguments::textIfPresent(std::string_view name) const {
+    return valueIfPresent(name) ? std::optional(text(name)) : std::nullopt;
+}
+
+std::optional<bool> Arguments::booleanIfPresent(std::string_view name) const {
+    const JSON* found = valueIfPresent(name);
+    return found ? std::optional(found->get<bool>()) : std::nullopt;
+}
+
+std::vector<std::string> Arguments::texts(std::string_view name) const {
+    std::vector<std::string> texts;
+    for (const JSON& element : value(name)) {
+        if (!element.is_string()) throw memberError(wrongType, pathOf(name), "must be a list of strings.");
+        texts.push_back(element.get<std::string>());
+    }
+    return texts;
+}
+
 const JSON* Arguments::valueIfPresent(std::string_view name) const {
     const auto found = object_.find(name);
     return found == object_.end() ? nullptr : &*found;
@@ -85,4 +105,4 @@ std::size_t Arguments::count(std::string_view name, std::size_t largest) const {
     return number.get<std::size_t>();
 }
 
-} // namespace korvane::jose
+} // namespace korvane::tools

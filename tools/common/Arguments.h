@@ -3,17 +3,18 @@
 #include "Platform/Bytes.h"
 #include "Platform/JSON.h"
 #include "Platform/Security/Secret.h"
-#include "tools/jose/InputError.h"
+#include "tools/common/InputError.h"
 
 #include <cstddef>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
-namespace korvane::jose {
+namespace korvane::tools {
 
-enum class MemberType { text, number, object };
+enum class MemberType { text, number, object, boolean, list };
 enum class Presence { required, optional };
 
 /// One member that a JSON object of the input may have.
@@ -32,6 +33,16 @@ public:
 
     /// A text of the table; it must be present.
     [[nodiscard]] const std::string& text(std::string_view name) const;
+
+    /// A text of the table, or no value where it is absent.
+    [[nodiscard]] std::optional<std::string> textIfPresent(std::string_view name) const;
+
+    /// A yes or no of the table, or no value where it is absent.
+    [[nodiscard]] std::optional<bool> booleanIfPresent(std::string_view name) const;
+
+    /// A list of texts; it must be present.
+    /// @throws InputError wrongType for an element that is no text.
+    [[nodiscard]] std::vector<std::string> texts(std::string_view name) const;
 
     /// The value of a member that must be present.
     [[nodiscard]] const JSON& value(std::string_view name) const { return *object_.find(name); }
@@ -73,4 +84,4 @@ private:
     std::string_view path_;
 };
 
-} // namespace korvane::jose
+} // namespace korvane::tools

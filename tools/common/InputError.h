@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace korvane::jose {
+namespace korvane::tools {
 
 /// What can be wrong with a line of input before the library has been asked anything. All cases carry a
 /// description.
@@ -21,12 +21,12 @@ enum class InputErrorCase {
     wrongKey,
 };
 
-} // namespace korvane::jose
+} // namespace korvane::tools
 
 namespace korvane {
 
 template <>
-struct FailureTraits<jose::InputErrorCase> {
+struct FailureTraits<tools::InputErrorCase> {
     static constexpr std::string_view domain = "InputError";
     static constexpr std::array<std::string_view, 10> cases{
         "notJSON",   "lineTooLong", "unknownOp", "unknownMember",    "missingMember",
@@ -36,7 +36,7 @@ struct FailureTraits<jose::InputErrorCase> {
 
 } // namespace korvane
 
-namespace korvane::jose {
+namespace korvane::tools {
 
 using InputError = TypedFailure<InputErrorCase>;
 
@@ -46,4 +46,4 @@ using InputError = TypedFailure<InputErrorCase>;
     return InputError(kind, Description{"\"" + std::string(member) + "\" " + std::string(what)});
 }
 
-} // namespace korvane::jose
+} // namespace korvane::tools

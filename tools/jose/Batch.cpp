@@ -2,12 +2,14 @@
 
 #include "Platform/JSON.h"
 #include "Platform/Security/Secret.h"
-#include "tools/jose/InputError.h"
+#include "tools/common/InputError.h"
 #include "tools/jose/OperationTable.h"
 
 #include <optional>
 
 namespace korvane::jose {
+
+using namespace tools;
 
 namespace {
 

@@ -6,9 +6,11 @@
 #include "Crypt/RSAPublicKey.h"
 #include "Crypt/SymmetricKey.h"
 #include "Platform/Security/SecCertificate.h"
-#include "tools/jose/Arguments.h"
+#include "tools/common/Arguments.h"
 
 namespace korvane::jose {
+
+using namespace tools;
 
 /// An RSA private key by its numbers. The library makes no platform key of an RSA private JWK; this type is
 /// the way that it leaves to applications.

@@ -7,6 +7,8 @@
 
 namespace korvane::jose {
 
+using namespace tools;
+
 namespace {
 
 using enum MemberType;

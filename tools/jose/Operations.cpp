@@ -10,6 +10,8 @@
 
 namespace korvane::jose {
 
+using namespace tools;
+
 namespace {
 
 using enum InputErrorCase;
