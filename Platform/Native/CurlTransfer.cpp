@@ -64,6 +64,9 @@ CurlTransfer::CurlTransfer(const URLRequest& request, const URLSessionConfigurat
 void CurlTransfer::setMethod(const URLRequest& request) {
     CURL* easy = easy_.get();
     const bool isPost = request.httpMethod == "POST";
+    isRepeatable_ = request.httpMethod == "GET" || request.httpMethod == "HEAD";
+    curl_easy_setopt(easy, CURLOPT_PREREQFUNCTION, &CurlTransfer::permit);
+    curl_easy_setopt(easy, CURLOPT_PREREQDATA, this);
     if (isPost || request.httpBody) {
         static constexpr std::uint8_t kNothing = 0;
         const ByteView body = request.httpBody ? ByteView(*request.httpBody) : ByteView();
@@ -116,8 +119,19 @@ std::size_t CurlTransfer::receive(char* bytes, std::size_t size, std::size_t cou
     return length;
 }
 
+/// libcurl sends a request once more where a kept connection ends without an answer. The server may have
+/// acted on it all the same, so that only what changes nothing there is repeated (RFC 9110 section 9.2.2).
+int CurlTransfer::permit(void* transfer, char*, char*, int, int) {
+    auto& self = *static_cast<CurlTransfer*>(transfer);
+    long redirects = 0;
+    curl_easy_getinfo(self.easy_.get(), CURLINFO_REDIRECT_COUNT, &redirects);
+    const bool isFirst = self.sendings_++ <= redirects;
+    return isFirst || self.isRepeatable_ ? CURL_PREREQFUNC_OK : CURL_PREREQFUNC_ABORT;
+}
+
 TransferOutcome CurlTransfer::outcome(CURLcode code) {
     if (code == CURLE_OK) return {std::move(body_), std::nullopt};
+    if (code == CURLE_ABORTED_BY_CALLBACK) return {std::nullopt, "The connection ended without an answer."};
     if (isTooLarge_) return {std::nullopt, "The answer is larger than 16 MiB."};
     return {std::nullopt, error_.front() ? error_.data() : curl_easy_strerror(code)};
 }

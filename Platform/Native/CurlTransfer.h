@@ -37,6 +37,7 @@ public:
 
 private:
     static std::size_t receive(char* bytes, std::size_t size, std::size_t count, void* transfer);
+    static int permit(void* transfer, char*, char*, int, int);
 
     void setMethod(const URLRequest& request);
     void setHeaders(const URLRequest& request);
@@ -47,6 +48,9 @@ private:
     CurlList headers_;
     Bytes body_;
     bool isTooLarge_ = false;
+    bool isRepeatable_ = false;
+    /// How often a request was sent, redirected ones included.
+    long sendings_ = 0;
     std::array<char, CURL_ERROR_SIZE> error_{};
 };
 
