@@ -10,7 +10,7 @@ install(TARGETS korvane EXPORT KorvaneTargets
 install(EXPORT KorvaneTargets NAMESPACE Korvane:: DESTINATION "${package_folder}")
 
 # OpenSSL's handles and what stands on them are the library's own affair, and so are the parts of the native platform.
-foreach(layer IN ITEMS Platform Crypt Sdk)
+foreach(layer IN ITEMS Platform Crypt Sdk keyboard Ui)
     install(DIRECTORY "${PROJECT_SOURCE_DIR}/${layer}" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/korvane"
         FILES_MATCHING PATTERN "*.h"
         PATTERN "OpenSSLHandles.h" EXCLUDE
@@ -31,3 +31,7 @@ install(FILES "${PROJECT_BINARY_DIR}/KorvaneConfig.cmake" "${PROJECT_BINARY_DIR}
 file(RELATIVE_PATH prefix_from_pkgconfig "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
 configure_file("${PROJECT_SOURCE_DIR}/cmake/korvane.pc.in" "${PROJECT_BINARY_DIR}/korvane.pc" @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/korvane.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+
+# The resources, where the native platform looks for those of applications that bring none along.
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/resources/KorvaneResources.bundle"
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/korvane/Frameworks/Korvane.framework")

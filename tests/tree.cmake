@@ -3,6 +3,7 @@
 # Every header compiles alone, and twice.
 file(GLOB_RECURSE headers RELATIVE "${PROJECT_SOURCE_DIR}" CONFIGURE_DEPENDS
     "${PROJECT_SOURCE_DIR}/Platform/*.h" "${PROJECT_SOURCE_DIR}/Crypt/*.h" "${PROJECT_SOURCE_DIR}/Sdk/*.h"
+    "${PROJECT_SOURCE_DIR}/keyboard/*.h" "${PROJECT_SOURCE_DIR}/Ui/*.h"
     "${PROJECT_SOURCE_DIR}/tests/support/*.h")
 set(sources)
 foreach(header IN LISTS headers)

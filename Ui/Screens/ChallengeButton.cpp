@@ -1,0 +1,65 @@
+#include "Ui/Screens/ChallengeButton.h"
+
+#include "Ui/Screens/Later.h"
+
+namespace korvane {
+
+namespace {
+
+constexpr Seconds kPress{0.2};
+constexpr double kTitleInset = 5;
+/// The width that a missing image is given.
+constexpr double kNoImageWidth = 15;
+
+} // namespace
+
+void ChallengeButton::awakeFromNib() {
+    UIButton::awakeFromNib();
+    titleLabel()->setAdjustsFontSizeToFitWidth(true);
+    setTitleEdgeInsets({0, kTitleInset, 0, kTitleInset});
+    customBackgroundColor = backgroundColor();
+    customTextColor = titleColor(ControlState::normal);
+}
+
+void ChallengeButton::setHighlighted(bool isHighlighted) {
+    const bool isChange = isHighlighted != this->isHighlighted();
+    UIButton::setHighlighted(isHighlighted);
+    if (!isChange || isPressed) return;
+    isPressed = true;
+    applyLook();
+    onMainQueueAfter(kPress, [weak = weakFrom(this)] {
+        const auto button = weak.lock();
+        if (!button) return;
+        button->applyLook();
+        button->isPressed = false;
+    });
+}
+
+void ChallengeButton::applyLook() {
+    const bool isLit = isHighlighted();
+    setBackgroundColor(isLit && customHighlitedColor ? customHighlitedColor : customBackgroundColor);
+    const auto& textColor = isLit && customHighlitedTextColor ? customHighlitedTextColor : customTextColor;
+    setTitleColor(textColor, ControlState::normal);
+    if (textColor) titleLabel()->setTextColor(*textColor);
+}
+
+UIEdgeInsets ShowInfoButtonButton::imageInsetsAtRight(double fromRight) const {
+    const double width = imageView() ? imageView()->frame().size.height : kNoImageWidth;
+    return {0, bounds().size.width - width - fromRight, 0, 0};
+}
+
+void ShowInfoButtonButton::applyCustomInsets() {
+    // What is placed here is measured by how it lies now.
+    layoutIfNeeded();
+    const double titleShift = leftTitleInset.value_or(0);
+    if (rightImageInset)
+        setImageEdgeInsets(imageInsetsAtRight(*rightImageInset));
+    else if (leftImageInset)
+        setImageEdgeInsets({0, titleLabel()->frame().size.width + *leftImageInset + titleShift, 0, 0});
+    if (!leftImageInset) return;
+    UIEdgeInsets title = titleEdgeInsets();
+    title.left = titleShift - (imageView() ? imageView()->frame().size.width : 0);
+    setTitleEdgeInsets(title);
+}
+
+} // namespace korvane

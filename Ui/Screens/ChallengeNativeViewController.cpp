@@ -1,0 +1,139 @@
+#include "Ui/Screens/ChallengeNativeViewController.h"
+
+#include "Ui/Screens/Later.h"
+
+#include <algorithm>
+
+namespace korvane {
+
+namespace {
+
+constexpr Seconds kMeasuringDelay{0.2};
+constexpr Seconds kSectionAnimation{0.3};
+constexpr double kWarningWidth = 45;
+
+} // namespace
+
+// Lifecycle.
+
+void ChallengeNativeViewController::viewDidLoad() {
+    ChallengeViewController::viewDidLoad();
+    scrollView = std::dynamic_pointer_cast<UIScrollView>(view());
+    if (scrollView) scrollView->setScrollDelegate(weakFrom(this));
+    challengeInfoLabel->setAdjustsFontSizeToFitWidth(true);
+    challengeInfoHeader->setAdjustsFontSizeToFitWidth(true);
+    connect(*whyInfoButton.get(), &ChallengeNativeViewController::inverseWhyInfoDisplaying);
+    connect(*extInfoButton.get(), &ChallengeNativeViewController::inverseExtInfoDisplaying);
+    whitelistingInfo->addTarget(ControlEvent::touchUpInside, [weak = weakFrom(this)](UIControl& sender) {
+        if (const auto self = weak.lock())
+            self->whitelistingChecked(static_cast<ChallengeSelectButton&>(sender));
+    });
+}
+
+void ChallengeNativeViewController::viewWillAppear(UIAnimated animated) {
+    ChallengeViewController::viewWillAppear(animated);
+    whyInfoButton->setImage(arrowDown.get(), ControlState::normal);
+    extInfoButton->setImage(arrowDown.get(), ControlState::normal);
+    whitelistingInfo->setImage(uncheckedWhitelistingCheckBox.get(), ControlState::normal);
+    whyInfoHeightConstraint->setConstant(0);
+    extInfoHeightConstraint->setConstant(0);
+}
+
+void ChallengeNativeViewController::viewDidAppear(UIAnimated animated) {
+    ChallengeViewController::viewDidAppear(animated);
+    isWhitelistingInfo = whitelistingInfo->isHidden();
+    onMainQueueAfter(kMeasuringDelay, [weak = weakFrom(this)] {
+        if (const auto self = weak.lock()) self->calculatedContentSize(false);
+    });
+}
+
+void ChallengeNativeViewController::viewDidLayoutSubviews() {
+    applyCustomConstraints();
+    for (const auto* text : {&whyInfo, &extInfo}) {
+        (*text)->setContentInset({});
+        (*text)->setTextContainerInset({});
+        (*text)->setLineFragmentPadding(0);
+    }
+    whyInfoButton->applyCustomInsets();
+    extInfoButton->applyCustomInsets();
+    ChallengeViewController::viewDidLayoutSubviews();
+}
+
+void ChallengeNativeViewController::scrollViewDidScroll(UIScrollView& ofContent) {
+    toolBarTopConstraint->setConstant(std::max(0.0, ofContent.contentOffset().y));
+}
+
+// The sections.
+
+void ChallengeNativeViewController::inverseWhyInfoDisplaying() {
+    inverseDisplaying({whyInfo, whyInfoButton, whyInfoHeightConstraint});
+}
+
+void ChallengeNativeViewController::inverseExtInfoDisplaying() {
+    inverseDisplaying({extInfo, extInfoButton, extInfoHeightConstraint});
+}
+
+void ChallengeNativeViewController::inverseDisplaying(const Section& section) {
+    const bool isOpen = section.text->frame().size.height > 0;
+    const double height = section.text->contentSize().height;
+    section.button->setImage(isOpen ? arrowDown.get() : arrowUp.get(), ControlState::normal);
+    calculatedContentSize(true, isOpen ? -height : height);
+    section.height->setConstant(isOpen ? 0 : height);
+    UIView::animate(kSectionAnimation, [this] { view()->layoutIfNeeded(); });
+}
+
+void ChallengeNativeViewController::calculatedContentSize(bool doOffset, double deltaHeight) {
+    const auto content = std::dynamic_pointer_cast<UIScrollView>(view());
+    if (!content) return;
+    const double contentHeight = CGRectGetMaxY(extInfo->frame()) + deltaHeight;
+    const double over = contentHeight - content->bounds().size.height;
+    if (doOffset && over > 0 && deltaHeight > 0) content->setContentOffset({0, over}, UIAnimated::yes);
+    UIView::animate(kSectionAnimation, [&content, contentHeight] {
+        content->setContentSize({content->contentSize().width, contentHeight});
+    });
+}
+
+// Warning and whitelisting.
+
+void ChallengeNativeViewController::showWarning() {
+    warningWidthConstraint->setConstant(kWarningWidth);
+}
+
+void ChallengeNativeViewController::whitelistingChecked(ChallengeSelectButton& sender) {
+    sender.setChecked(!sender.isChecked());
+    sender.setImage(sender.isChecked() ? checkedWhitelistingCheckBox.get()
+                                       : uncheckedWhitelistingCheckBox.get(),
+                    ControlState::normal);
+}
+
+std::optional<YesNoSelector> ChallengeNativeViewController::getWhitelistingDataEntry() const {
+    if (isWhitelistingInfo) return std::nullopt;
+    return whitelistingInfo->isChecked() ? YesNoSelector::Y : YesNoSelector::N;
+}
+
+// Constraints of the application's.
+
+std::shared_ptr<UIView> ChallengeNativeViewController::control(UiObject object) const {
+    switch (object) {
+    case UiObject::bankLogo: return bankLogo.get();
+    case UiObject::psLogo: return psLogo.get();
+    case UiObject::challengeInfoHeader: return challengeInfoHeader.get();
+    case UiObject::challengeInfoLabel: return challengeInfoLabel.get();
+    case UiObject::challengeInfoText: return challengeInfoText.get();
+    case UiObject::whitelistingInfo: return whitelistingInfo.get();
+    case UiObject::whyInfoButton: return whyInfoButton.get();
+    case UiObject::whyInfo: return whyInfo.get();
+    case UiObject::extInfoButton: return extInfoButton.get();
+    case UiObject::extInfo: return extInfo.get();
+    case UiObject::warningImage: return warningImage.get();
+    case UiObject::otp:
+    case UiObject::submitButton:
+    case UiObject::resendButton:
+    case UiObject::continueButton:
+    case UiObject::tableView:
+    case UiObject::nextButton: return nullptr;
+    }
+    return nullptr;
+}
+
+} // namespace korvane

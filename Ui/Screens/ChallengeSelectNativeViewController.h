@@ -1,0 +1,112 @@
+#pragma once
+
+#include "Platform/JSONDecoding.h"
+#include "Platform/View/UITableView.h"
+#include "Ui/Screens/ChallengeNativeViewController.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace korvane {
+
+/// A row of the list of options: a button under the tag `kButtonTag`.
+class ChallengeTableViewCell final : public UITableViewCell {
+public:
+    static constexpr int kButtonTag = 1000;
+
+    /// A cell without the button is a fault of the storyboard and ends the process (`fatalError`).
+    [[nodiscard]] std::shared_ptr<ChallengeSelectButton> button() const;
+};
+
+/// What the two screens share that let the cardholder choose among options: the list, as long as its rows,
+/// and the button to go on, which acts on the global queue. Only cells that the list shows take part. Main
+/// queue only.
+class ChallengeSelectNativeViewController : public ChallengeNativeViewController,
+                                            public UITableViewDataSource {
+public:
+    static constexpr double kRowHeight = 40;
+    static constexpr double kLandscapeRowHeight = 30;
+
+    void viewDidLoad() override;
+
+    int numberOfRowsInSection(UITableView& tableView, int section) override;
+    std::shared_ptr<UITableViewCell> cellForRowAt(UITableView& tableView, IndexPath indexPath) override;
+
+    UIOutlet<UITableView> tableView{*this, "tableView"};
+    UIOutlet<ChallengeButton> nextButton{*this, "nextButton"};
+    UIOutlet<NSLayoutConstraint> selectorHeihgtConstraint{*this, "selectorHeihgtConstraint"};
+    /// The options: of each the first entry counts, from key to label. To be set before the view is loaded.
+    std::optional<std::vector<StringTable>> data;
+    ResourceImage checkedCheckBox{"CheckedCheckbox"};
+    ResourceImage uncheckedCheckBox{"UncheckedCheckbox"};
+
+protected:
+    [[nodiscard]] std::span<const UiObject> chain() const override;
+    [[nodiscard]] std::shared_ptr<UIView> control(UiObject object) const override;
+    [[nodiscard]] virtual double rowHeight() const { return kRowHeight; }
+    [[nodiscard]] virtual std::string cellIdentifier() const = 0;
+    virtual void optionSelected(ChallengeSelectButton& sender) = 0;
+    virtual void processSelection() = 0;
+    virtual void setOptionTitle(ChallengeSelectButton& button, const std::string& title) = 0;
+
+    /// The buttons of the cells in sight, from the top.
+    [[nodiscard]] std::vector<std::shared_ptr<ChallengeSelectButton>> visibleButtons() const;
+    void showChecked(ChallengeSelectButton& button, bool isChecked);
+    void sendAfterDelay(const std::string& choice);
+};
+
+/// The screen on which one option can be chosen.
+class ChallengeSingleSelectNativeViewController : public ChallengeSelectNativeViewController {
+public:
+    void applyCustomization(const std::shared_ptr<const UiCustomization>& customization) override;
+    using ChallengeNativeViewController::applyCustomization;
+
+    /// Chooses all options with the sender's key, and no others.
+    void radioButtonSelected(ChallengeSelectButton& sender);
+    /// Sends the first option that is chosen. Without one the spinner stays and nothing is sent.
+    void processSingleSelect();
+
+protected:
+    [[nodiscard]] std::string cellIdentifier() const override { return "SingleSelectCell"; }
+    void optionSelected(ChallengeSelectButton& sender) override { radioButtonSelected(sender); }
+    void processSelection() override { processSingleSelect(); }
+    void setOptionTitle(ChallengeSelectButton& button, const std::string& title) override {
+        setTitles(button, title);
+    }
+};
+
+/// The screen on which several options can be chosen, or none.
+class ChallengeMultiSelectNativeViewController : public ChallengeSelectNativeViewController {
+public:
+    void applyCustomization(const std::shared_ptr<const UiCustomization>& customization) override;
+    using ChallengeNativeViewController::applyCustomization;
+
+    void multiSelectChecked(ChallengeSelectButton& sender);
+    /// Sends the chosen options in the list's order with commas between them; an empty text for none.
+    void processMultiSelect();
+
+protected:
+    [[nodiscard]] std::string cellIdentifier() const override { return "MultiSelectCell"; }
+    void optionSelected(ChallengeSelectButton& sender) override { multiSelectChecked(sender); }
+    void processSelection() override { processMultiSelect(); }
+    void setOptionTitle(ChallengeSelectButton& button, const std::string& title) override {
+        button.setTitle(title, ControlState::normal);
+    }
+};
+
+/// The same with lower rows, for screens that lie on their side.
+class LandscapeChallengeSingleSelectNativeViewController final
+    : public ChallengeSingleSelectNativeViewController {
+protected:
+    [[nodiscard]] double rowHeight() const override { return kLandscapeRowHeight; }
+};
+
+class LandscapeChallengeMultiSelectNativeViewController final
+    : public ChallengeMultiSelectNativeViewController {
+protected:
+    [[nodiscard]] double rowHeight() const override { return kLandscapeRowHeight; }
+};
+
+} // namespace korvane

@@ -1,0 +1,155 @@
+#include "Ui/Screens/ChallengeTextNativeViewController.h"
+
+#include "Platform/Platform.h"
+#include "Platform/View/UIApplication.h"
+#include "Platform/View/UIGestureRecognizer.h"
+#include "Platform/View/UIWindow.h"
+#include "Ui/Screens/Later.h"
+
+#include <algorithm>
+#include <array>
+
+namespace korvane {
+
+namespace {
+
+constexpr double kFieldBorder = 1;
+constexpr double kFieldCorner = 4;
+/// Between the field and the keyboard.
+constexpr double kFieldClearance = 5;
+constexpr Seconds kKeyboardAnimation{0.25};
+
+constexpr std::array kChain{UiObject::challengeInfoText,
+                            UiObject::challengeInfoLabel,
+                            UiObject::otp,
+                            UiObject::submitButton,
+                            UiObject::resendButton,
+                            UiObject::whitelistingInfo,
+                            UiObject::whyInfoButton,
+                            UiObject::whyInfo,
+                            UiObject::extInfoButton,
+                            UiObject::extInfo};
+
+} // namespace
+
+void ChallengeTextNativeViewController::viewDidLoad() {
+    ChallengeNativeViewController::viewDidLoad();
+    otp->setDelegate(weakFrom(this));
+    otp->layer().setBorderWidth(kFieldBorder);
+    otp->layer().setCornerRadius(kFieldCorner);
+    secureKeyboard->setDelegate(weakFrom(this));
+    connect(*submitButton.get(), &ChallengeTextNativeViewController::checkOtp);
+    connect(*resendButton.get(), &ChallengeTextNativeViewController::resendOtp);
+    observeKeyboard();
+    auto tap = std::make_shared<UITapGestureRecognizer>([weak = weakFrom(this)] {
+        if (const auto self = weak.lock()) self->view()->endEditing();
+    });
+    tap->setCancelsTouchesInView(false);
+    view()->addGestureRecognizer(std::move(tap));
+}
+
+/// The keyboard of another screen, such as the twin that is not shown, is not this one's concern; one that
+/// was shown here always goes again.
+void ChallengeTextNativeViewController::observeKeyboard() {
+    NotificationCenter& center = NotificationCenter::defaultCenter();
+    showObserver_ = center.addObserver(UIResponder::keyboardWillShowNotification,
+                                       [weak = weakFrom(this)](const Notification& notification) {
+                                           const auto self = weak.lock();
+                                           if (self && self->isAppearing())
+                                               self->keyboardWillShow(notification);
+                                       });
+    hideObserver_ = center.addObserver(UIResponder::keyboardWillHideNotification,
+                                       [weak = weakFrom(this)](const Notification& notification) {
+                                           if (const auto self = weak.lock())
+                                               self->keyboardWillHide(notification);
+                                       });
+}
+
+void ChallengeTextNativeViewController::traitCollectionDidChange(const UITraitCollection& previous) {
+    ChallengeNativeViewController::traitCollectionDidChange(previous);
+    const auto look = customConfig ? customConfig->getTextBoxCustomization() : nullptr;
+    if (look && look->borderColor) otp->layer().setBorderColor(look->borderColor);
+}
+
+void ChallengeTextNativeViewController::applyCustomization(
+    const std::shared_ptr<const UiCustomization>& customization) {
+    ChallengeNativeViewController::applyCustomization(customization);
+    customizeButton(*submitButton.get(), ButtonType::SUBMIT, "submit");
+    customizeButton(*submitButton.get(), ButtonType::VERIFY, "submit");
+    customizeButton(*resendButton.get(), ButtonType::RESEND, "resend");
+    if (const auto& label = customization->getLabelCustomization())
+        applyCustomization(*challengeInfoLabel.get(), *label, "text challengeInfoLabel");
+    if (const auto& box = customization->getTextBoxCustomization())
+        applyCustomization(*otp.get(), *box, "otp text");
+}
+
+// Actions.
+
+void ChallengeTextNativeViewController::checkOtp() {
+    if (keyboardIsShown) view()->endEditing();
+    const std::string text = otp->text();
+    if (text.empty()) return;
+    showSpinner();
+    const auto actions = transaction();
+    if (!actions) return;
+    onGlobalQueueAfter(kActionDelay, [actions, text, whitelisting = getWhitelistingDataEntry()] {
+        onMainQueue([actions, text, whitelisting] { actions->sendChallengeDataToAcs(text, whitelisting); });
+    });
+}
+
+void ChallengeTextNativeViewController::resendOtp() {
+    if (keyboardIsShown) view()->endEditing();
+    showSpinner();
+    const auto actions = transaction();
+    if (!actions) return;
+    onGlobalQueueAfter(kActionDelay, [actions] { onMainQueue([actions] { actions->resendOtp(); }); });
+}
+
+// The keyboard.
+
+bool ChallengeTextNativeViewController::textFieldShouldBeginEditing(UITextField& textField) {
+    secureKeyboard->set(std::static_pointer_cast<UITextField>(textField.shared_from_this()));
+    return true;
+}
+
+void ChallengeTextNativeViewController::keyboardDonePressed() {
+    view()->endEditing();
+}
+
+void ChallengeTextNativeViewController::keyboardWillShow(const Notification& sender) {
+    if (keyboardIsShown) return;
+    keyboardIsShown = true;
+    const auto window = UIApplication::shared().keyWindow();
+    const UIEdgeInsets covered = window ? window->safeAreaInsets() : UIEdgeInsets{};
+    const double fieldBottom = CGRectGetMaxY(otp->frame()) + toolBar->bounds().size.height + covered.top;
+    const double visible = Platform::current().mainScreen().bounds().size.height -
+                           sender.keyboardFrameEnd.size.height + covered.bottom;
+    viewOffset = fieldBottom > visible ? fieldBottom - visible + kFieldClearance : 0;
+    moveView(-viewOffset);
+}
+
+void ChallengeTextNativeViewController::keyboardWillHide(const Notification& /*sender*/) {
+    if (!keyboardIsShown) return;
+    keyboardIsShown = false;
+    moveView(viewOffset);
+}
+
+void ChallengeTextNativeViewController::moveView(double by) {
+    UIView::animate(kKeyboardAnimation,
+                    [this, by] { view()->setFrame(CGRectOffset(view()->frame(), 0, by)); });
+}
+
+// The application's constraints.
+
+std::span<const UiObject> ChallengeTextNativeViewController::chain() const {
+    return kChain;
+}
+
+std::shared_ptr<UIView> ChallengeTextNativeViewController::control(UiObject object) const {
+    if (object == UiObject::otp) return otp.get();
+    if (object == UiObject::submitButton) return submitButton.get();
+    if (object == UiObject::resendButton) return resendButton.get();
+    return ChallengeNativeViewController::control(object);
+}
+
+} // namespace korvane

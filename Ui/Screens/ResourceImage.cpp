@@ -1,0 +1,17 @@
+#include "Ui/Screens/ResourceImage.h"
+
+#include "keyboard/Bundle.h"
+
+namespace korvane {
+
+const UIImagePtr& ResourceImage::get() {
+    if (!isSet_) set(UIImage::named(name_, *Bundle::resources()));
+    return image_;
+}
+
+void ResourceImage::set(UIImagePtr image) {
+    image_ = std::move(image);
+    isSet_ = true;
+}
+
+} // namespace korvane

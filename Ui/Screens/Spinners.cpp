@@ -1,0 +1,64 @@
+#include "Ui/Screens/Later.h"
+#include "Ui/Screens/ProgressView.h"
+#include "Ui/Screens/TopController.h"
+
+namespace korvane {
+
+namespace {
+
+/// The spinner of a controller, by its tag.
+void removeSpinner(const std::shared_ptr<UIViewController>& controller) {
+    if (!controller) return;
+    if (const auto spinner = controller->view()->viewWithTag(ExternalProgressDialog::kTag))
+        spinner->removeFromSuperview();
+}
+
+} // namespace
+
+void ExternalProgressDialog::start() {
+    onMainQueue([spinner = view(), controller = hudedController()] {
+        spinner->setTag(kTag);
+        if (controller) controller->view()->addSubview(spinner);
+    });
+    internalStartAnimating();
+}
+
+void ExternalProgressDialog::stop() {
+    internalStopAnimating();
+    onMainQueue([controller = hudedController()] { removeSpinner(controller); });
+}
+
+std::shared_ptr<ProgressView> ProgressView::make(double alpha,
+                                                 std::shared_ptr<UIViewController> hudedController) {
+    auto spinner = std::make_shared<ProgressView>();
+    spinner->setTag(ExternalProgressDialog::kTag);
+    spinner->setBackgroundColor(UIColor::white().withAlphaComponent(alpha));
+    const auto controller = hudedController ? std::move(hudedController) : getTopController();
+    spinner->hudedController_ = controller;
+    if (!controller) return spinner;
+    onMainQueue([spinner, controller] {
+        spinner->follow();
+        controller->view()->addSubview(spinner);
+    });
+    return spinner;
+}
+
+void ProgressView::follow() {
+    if (const auto controller = hudedController_.lock()) setFrame(controller->view()->bounds());
+}
+
+void ProgressView::start() {
+    onMainQueue([self = weakFrom(this)] {
+        if (const auto spinner = self.lock()) spinner->startAnimating();
+    });
+}
+
+void ProgressView::stop() {
+    onMainQueue([self = std::static_pointer_cast<ProgressView>(shared_from_this())] {
+        self->stopAnimating();
+        removeSpinner(self->hudedController());
+        self->hudedController_.reset();
+    });
+}
+
+} // namespace korvane

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "Ui/Screens/Orientation.h"
+#include "tests/Ui/ScreenSupport.h"
+
+#include <string>
+#include <vector>
+
+namespace korvane {
+
+/// A telephone as it is held, with what its system covers.
+struct GalleryScreen {
+    const char* name;
+    CGSize size;
+    UIEdgeInsets safeArea;
+
+    [[nodiscard]] Orientation orientation() const {
+        return size.width < size.height ? Orientation::PORTRAIT : Orientation::LANDSCAPE;
+    }
+};
+
+[[nodiscard]] const std::vector<GalleryScreen>& galleryScreens();
+
+/// A tree of views, one a line: kind, identifier, frame in its superview, and the text that it shows.
+[[nodiscard]] std::string dumped(const UIView& view, int depth = 0);
+
+/// What is wrong with where the views of a screen lie: leaves that overlap, leaves beyond the screen's sides,
+/// texts with less room than they need. Empty if all is well.
+[[nodiscard]] std::vector<std::string> geometryFaults(const UIView& screen);
+
+} // namespace korvane

@@ -1,0 +1,108 @@
+#include "tests/Ui/Gallery.h"
+
+#include "tests/support/Files.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+namespace korvane {
+namespace {
+
+using testing::IsEmpty;
+
+constexpr UiType kKinds[] = {UiType::TEXT, UiType::SINGLE_SELECT, UiType::MULTI_SELECT, UiType::OOB,
+                             UiType::HTML_OTHER};
+constexpr const char* kFiles[] = {"text.txt", "singleSelect.txt", "multiSelect.txt", "oob.txt", "html.txt"};
+
+/// Everything that a screen can show.
+CRes fullCRes(UiType kind) {
+    CRes cRes = screenCRes(kind);
+    cRes.whitelistingInfoText = "Ask less often when I pay in this shop";
+    cRes.challengeInfoTextIndicator = "Y";
+    return cRes;
+}
+
+/// The longest texts that a response can bring.
+CRes longCRes(UiType kind) {
+    const auto text = [](std::size_t length) {
+        std::string words;
+        while (words.size() < length)
+            words += "words of a bank ";
+        words.resize(length, '.');
+        words.back() = '.';
+        return words;
+    };
+    CRes cRes = fullCRes(kind);
+    for (auto label :
+         {&CRes::challengeInfoHeader, &CRes::challengeInfoLabel, &CRes::whyInfoLabel, &CRes::expandInfoLabel,
+          &CRes::submitAuthenticationLabel, &CRes::resendInformationLabel, &CRes::oobContinueLabel})
+        cRes.*label = text(45);
+    cRes.challengeInfoText = text(350);
+    cRes.whyInfoText = text(256);
+    cRes.expandInfoText = text(256);
+    cRes.whitelistingInfoText = text(64);
+    cRes.challengeSelectInfo.emplace(8, StringTable{{"key", text(45)}});
+    return cRes;
+}
+
+/// The least that a response brings.
+CRes bareCRes(UiType kind) {
+    CRes cRes = screenCRes(kind);
+    for (auto part : {&CRes::challengeInfoHeader, &CRes::challengeInfoLabel, &CRes::whyInfoLabel,
+                      &CRes::expandInfoLabel, &CRes::resendInformationLabel})
+        (cRes.*part).reset();
+    return cRes;
+}
+
+class Gallery : public ScreenTest {
+protected:
+    std::shared_ptr<ChallengeViewController> showOn(const GalleryScreen& on, const CRes& cRes) {
+        resize(on.size, on.safeArea);
+        const auto container = factory().getViewControllerContainer(cRes);
+        return show<ChallengeViewController>(container, container.isHtmlChallenge() ? Orientation::PORTRAIT
+                                                                                    : on.orientation());
+    }
+};
+
+TEST_F(Gallery, EveryScreenLooksAsItsDumpSays) {
+    const bool isToBeWritten = std::getenv("KORVANE_WRITE_GALLERY") != nullptr;
+    for (std::size_t kind = 0; kind < std::size(kKinds); ++kind) {
+        std::ostringstream dumps;
+        for (const GalleryScreen& on : galleryScreens())
+            dumps << "# " << on.name << '\n' << dumped(*showOn(on, fullCRes(kKinds[kind]))->view()) << '\n';
+        const std::string text = dumps.str();
+        const std::string file = (std::filesystem::path(KORVANE_GALLERY) / kFiles[kind]).string();
+        if (isToBeWritten) std::ofstream(file) << text;
+        EXPECT_EQ(text, readFile(file)) << kFiles[kind];
+    }
+}
+
+TEST_F(Gallery, NothingOverlapsOrLacksRoomOnAnyScreenOpenOrClosed) {
+    struct Row {
+        const char* name;
+        CRes (*make)(UiType);
+    };
+    for (const Row& row : {Row{"full", fullCRes}, Row{"long", longCRes}, Row{"bare", bareCRes}}) {
+        for (const UiType kind : kKinds) {
+            for (const GalleryScreen& on : galleryScreens()) {
+                SCOPED_TRACE(testing::Message() << row.name << " " << rawValue(kind) << " " << on.name);
+                const auto screen = showOn(on, row.make(kind));
+                EXPECT_THAT(geometryFaults(*screen->view()), IsEmpty());
+                const auto native = std::dynamic_pointer_cast<ChallengeNativeViewController>(screen);
+                if (!native) continue;
+                native->inverseWhyInfoDisplaying();
+                native->inverseExtInfoDisplaying();
+                native->scrollView->setContentOffset(
+                    {0, 0}); // or else the bar lies over what is scrolled away
+                settle();
+                EXPECT_THAT(geometryFaults(*screen->view()), IsEmpty()) << "open";
+                EXPECT_EQ(native->scrollView->contentSize().height, CGRectGetMaxY(native->extInfo->frame()));
+            }
+        }
+    }
+}
+
+} // namespace
+} // namespace korvane

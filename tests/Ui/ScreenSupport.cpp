@@ -1,0 +1,63 @@
+#include "tests/Ui/ScreenSupport.h"
+
+#include "Crypt/DataExtensions.h"
+#include "tests/support/Messages.h"
+
+namespace korvane {
+
+std::string encodedPage(std::string_view page) {
+    return base64URLEncodedString(asBytes(page));
+}
+
+CRes screenCRes(UiType kind) {
+    CRes cRes = validCRes();
+    cRes.acsUiType = std::string(rawValue(kind));
+    cRes.resendInformationLabel = "Another code";
+    cRes.whyInfoLabel = "Why?";
+    cRes.whyInfoText = "Because your bank asks for it.";
+    cRes.expandInfoLabel = "More";
+    cRes.expandInfoText = "Codes are valid for ten minutes. Never tell anybody a code.";
+    cRes.oobContinueLabel = "Go on";
+    cRes.challengeAddInfo = "You may go on now.";
+    cRes.challengeSelectInfo = {{{"phone", "Phone *** 12"}}, {{"mail", "Mail a***@b.c"}}, {{"app", "App"}}};
+    cRes.acsHTML = encodedPage("<p>page</p>");
+    return cRes;
+}
+
+ScreenTest::ScreenTest(CGSize screen) {
+    platform.script().mainBundlePath = KORVANE_MAIN_BUNDLE;
+    platform.script().bounds = {{0, 0}, screen};
+    window = std::make_shared<UIWindow>();
+    host = std::make_shared<UIViewController>();
+    window->setRootViewController(host);
+    window->makeKeyAndVisible();
+    platform.runUntilIdle();
+}
+
+ScreenTest::~ScreenTest() {
+    if (stack) stack->transaction = nullptr;
+}
+
+void ScreenTest::resize(CGSize screen, UIEdgeInsets safeArea) {
+    platform.script().bounds = {{0, 0}, screen};
+    UIApplication::shared().deviceDidRotate();
+    window->setSafeAreaInsets(safeArea);
+    settle();
+}
+
+void ScreenTest::present(const std::shared_ptr<UIViewController>& screen) {
+    ASSERT_TRUE(screen);
+    if (host->presentedViewController()) host->dismiss(UIAnimated::no);
+    settle();
+    stack = std::make_shared<ChallengeRootNavigationController>(screen);
+    stack->transaction = actions;
+    host->present(stack, UIAnimated::no);
+    settle();
+}
+
+void ScreenTest::settle() {
+    platform.runFor(Seconds(2));
+    window->layoutIfNeeded();
+}
+
+} // namespace korvane
