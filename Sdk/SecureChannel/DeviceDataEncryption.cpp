@@ -4,6 +4,7 @@
 #include "Crypt/JWE.h"
 #include "Platform/JSON.h"
 #include "Sdk/Events/SdkError.h"
+#include "Sdk/SecureChannel/CertificateMemo.h"
 #include "Sdk/SecureChannel/KeyDerivation.h"
 
 namespace korvane {
@@ -23,7 +24,7 @@ std::string KeysContainer::getEncryptedDeviceInfo(ByteView data) {
 
 SecCertificate KeysContainer::deviceInfoCertificate() const {
     if (providedCerts_)
-        if (auto certificate = SecCertificateCreateWithData(providedCerts_->deviceInfoEncCertDerBytes))
+        if (auto certificate = rememberedCertificate(providedCerts_->deviceInfoEncCertDerBytes))
             return std::move(*certificate);
     if (!devInfoCert_)
         KORVANE_RAISE("getEncryptedDeviceInfo(_:)", InvalidInputException,

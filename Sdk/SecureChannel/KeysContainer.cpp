@@ -3,6 +3,7 @@
 #include "Crypt/DataExtensions.h"
 #include "Platform/Platform.h"
 #include "Sdk/Events/SdkError.h"
+#include "Sdk/SecureChannel/CertificateMemo.h"
 
 namespace korvane {
 
@@ -51,7 +52,7 @@ SecCertificate KeysContainer::loadCert(const std::string& name) const {
     const auto path = bundle.URLForResource(resource, extension);
     if (!path)
         KORVANE_RAISE(kLoadCert, InvalidInputException, "Can not get bundle url for cert file " + name);
-    auto certificate = SecCertificateCreateWithData(contentsOfCertFile(*path, name));
+    auto certificate = rememberedCertificate(contentsOfCertFile(*path, name));
     if (!certificate)
         KORVANE_RAISE(kLoadCert, SDKRuntimeException, "Can not create SecCertificate for file " + name);
     return std::move(*certificate);

@@ -16,6 +16,16 @@ using enum SdkErrorCase;
 constexpr auto kKeyManagement = KeyManagementAlgorithm::direct;
 constexpr auto kContentEncryption = ContentEncryptionAlgorithm::A128CBCHS256;
 
+/// Written once, where a "kid" that is set later would have it written twice.
+JWEHeader headerWithKid(const std::string& kid) {
+    JSON::object_t members;
+    members.reserve(3);
+    members.emplace_back(HeaderParameter::alg, rawValue(kKeyManagement));
+    members.emplace_back(HeaderParameter::enc, rawValue(kContentEncryption));
+    members.emplace_back(HeaderParameter::kid, kid);
+    return JWEHeader(JSON(std::move(members)));
+}
+
 } // namespace
 
 std::optional<std::string> KeysContainer::getEphemeralPublicKey() {
@@ -41,15 +51,13 @@ std::string KeysContainer::decryptAcsSignedContent(ByteView content, const std::
 
 Bytes KeysContainer::encryptCReq(Bytes cReq, const std::string& acsTransactionId) const {
     constexpr const char* kFunction = "encryptCReq(_:_:)";
-    JWEHeader header(kKeyManagement, kContentEncryption);
-    header.setKid(acsTransactionId);
     if (!cek_) KORVANE_RAISE(kFunction, InvalidInputException, "Can not get CEK.");
     const auto encrypter = Encrypter::make(kKeyManagement, kContentEncryption, *cek_);
     if (!encrypter) KORVANE_RAISE(kFunction, SDKRuntimeException, "Can not create A128CBCHS256 encrypter.");
-    const JWE jwe(std::move(header), Payload(std::move(cReq)), *encrypter);
-    // A "kid" that is no text leaves the header without it, and the ACS without a way to find its key.
+    // No header can hold a "kid" that is no text, and without one the ACS has no way to find its key.
     if (!isUtf8(acsTransactionId))
         KORVANE_RAISE(kFunction, InvalidInputException, "Can not get serialize JWE.");
+    const JWE jwe(headerWithKid(acsTransactionId), Payload(std::move(cReq)), *encrypter);
     return jwe.compactSerializedData();
 }
 

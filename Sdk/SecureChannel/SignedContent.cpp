@@ -2,6 +2,7 @@
 
 #include "Crypt/JWS.h"
 #include "Sdk/Events/SdkError.h"
+#include "Sdk/SecureChannel/CertificateMemo.h"
 
 #include <algorithm>
 
@@ -60,7 +61,7 @@ std::optional<SecKey> KeysContainer::validateCertChain(const std::vector<std::st
 
 SecCertificate KeysContainer::rootCertificate() const {
     if (providedCerts_)
-        if (auto certificate = SecCertificateCreateWithData(providedCerts_->dsRootCADerBytes))
+        if (auto certificate = rememberedCertificate(providedCerts_->dsRootCADerBytes))
             return std::move(*certificate);
     if (!devInfoCert_)
         KORVANE_RAISE(kValidate, InvalidInputException,

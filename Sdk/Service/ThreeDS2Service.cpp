@@ -25,9 +25,9 @@ void requireMessageVersion(const std::string& version) {
         KORVANE_RAISE(kCreate, InvalidInputException, "Message version " + version + " not supported");
 }
 
-std::string sealed(const DeviceInfo& info, KeysContainer& keysContainer) {
+std::string sealed(std::string_view document, KeysContainer& keysContainer) {
     try {
-        return keysContainer.getEncryptedDeviceInfo(asBytes(info.jsonString()));
+        return keysContainer.getEncryptedDeviceInfo(asBytes(document));
     } catch (const std::exception&) {
         KORVANE_RAISE(kCreate, SDKRuntimeException, "Can not create DeviceInfo Jwe");
     }
@@ -36,14 +36,25 @@ std::string sealed(const DeviceInfo& info, KeysContainer& keysContainer) {
 } // namespace
 
 void ThreeDS2Service::initialize(std::shared_ptr<const ConfigParameters> configParameters,
+                                 std::shared_ptr<const UiCustomization> uiCustomization,
+                                 std::shared_ptr<const UiCustomizationConstraints> uiCustomizationConstraints,
+                                 std::shared_ptr<IKorvaneLogger> logger, Locale locale) {
+    uiCustomizationConstraints_ = std::move(uiCustomizationConstraints);
+    initialize(std::move(configParameters), std::move(uiCustomization), std::move(logger), std::move(locale));
+}
+
+void ThreeDS2Service::initialize(std::shared_ptr<const ConfigParameters> configParameters,
+                                 std::shared_ptr<const UiCustomization> uiCustomization,
                                  std::shared_ptr<IKorvaneLogger> logger, Locale locale) {
     configParameters_ = std::move(configParameters);
+    uiCustomization_ = std::move(uiCustomization);
     locale_ = std::move(locale);
     Logger::shared().setDebug(std::move(logger));
     Platform& platform = Platform::current();
     for (Warning& warning : findIntegrityWarnings(platform.integrityChecks()))
         warnings_.push_back(std::move(warning));
     collectDeviceData(platform, {.locale = locale_, .sdkVersion = kSdkVersion}, deviceData_);
+    deviceDocument_ = makeDeviceInfo(deviceData_, warnings_).jsonString();
 }
 
 std::string ThreeDS2Service::getSDKVersion() const {
@@ -58,14 +69,16 @@ std::vector<Warning> ThreeDS2Service::getWarnings() const {
 
 std::shared_ptr<Transaction> ThreeDS2Service::createTransaction(const std::string& directoryServerID,
                                                                 const std::string& messageVersion) const {
-    const DeviceInfo info = makeDeviceInfo(deviceData_, warnings_);
     auto keysContainer = makeKeysContainer(requireConfigParameters(kCreate), directoryServerID);
     requireMessageVersion(messageVersion);
-    std::string deviceData = sealed(info, *keysContainer);
+    std::string deviceData = sealed(deviceDocument_, *keysContainer);
     return Transaction::make({.deviceData = std::move(deviceData),
                               .sdkReferenceNum = kSdkReferenceNum,
                               .messageVersion = messageVersion,
-                              .keysContainer = std::move(keysContainer)});
+                              .keysContainer = std::move(keysContainer),
+                              .uiCustomization = uiCustomization_,
+                              .uiCustomizationConstraints = uiCustomizationConstraints_,
+                              .extSpinnerProducer = spinnerProducer_});
 }
 
 const ConfigParameters& ThreeDS2Service::requireConfigParameters(const char* function) const {

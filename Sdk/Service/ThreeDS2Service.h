@@ -30,13 +30,28 @@ public:
         certsProducer_ = std::move(producer);
     }
 
+    /// Takes the place of the library's spinner in every transaction that is created from now on. May be
+    /// called at any time; null gives the library's back.
+    void setSpinnerProducer(std::shared_ptr<SpinnerProducerProtocol> producer) {
+        spinnerProducer_ = std::move(producer);
+    }
+
     /// Stores what it is given, runs the checks of the device's integrity and collects the device data. May
     /// be called again: what it is given then takes the place of what it was given before, and the warnings
     /// are added to those that are there. Main queue only, since it reads the screen.
     /// @param configParameters  the service counts as initialised while it has them.
+    /// @param uiCustomization  the look of the screens; null for the library's own.
     /// @param logger  receives the log lines of the whole process; null silences them.
     /// @param locale  for the device data.
     void initialize(std::shared_ptr<const ConfigParameters> configParameters,
+                    std::shared_ptr<const UiCustomization> uiCustomization, std::shared_ptr<IKorvaneLogger> logger,
+                    Locale locale);
+
+    /// The same with places for the screens' controls; null for the library's own. The shorter form leaves
+    /// the places of an earlier call.
+    void initialize(std::shared_ptr<const ConfigParameters> configParameters,
+                    std::shared_ptr<const UiCustomization> uiCustomization,
+                    std::shared_ptr<const UiCustomizationConstraints> uiCustomizationConstraints,
                     std::shared_ptr<IKorvaneLogger> logger, Locale locale);
 
     /// Takes the configuration away, so that the service counts as not initialised. All else stays, and
@@ -64,10 +79,15 @@ private:
     makeKeysContainer(const ConfigParameters& configParameters, const std::string& directoryServerID) const;
 
     std::shared_ptr<const ConfigParameters> configParameters_;
+    std::shared_ptr<const UiCustomization> uiCustomization_;
+    std::shared_ptr<const UiCustomizationConstraints> uiCustomizationConstraints_;
     std::shared_ptr<TransactionCertsProducerProtocol> certsProducer_;
+    std::shared_ptr<SpinnerProducerProtocol> spinnerProducer_;
     std::optional<Locale> locale_;
     std::vector<Warning> warnings_;
     DeviceData deviceData_;
+    /// The JSON text that every transaction seals: written once, since it can have thousands of characters.
+    std::string deviceDocument_;
 };
 
 } // namespace korvane

@@ -1,30 +1,177 @@
 #include "Sdk/Transaction/Transaction.h"
 
+#include "Crypt/JOSEError.h"
 #include "Crypt/JWS.h"
 #include "Platform/LetterCase.h"
+#include "Platform/Platform.h"
 #include "Sdk/Events/SdkError.h"
 #include "Sdk/SecureChannel/AcsSignedContent.h"
+#include "Ui/Screens/VCFactory.h"
+
+#include <limits>
 
 namespace korvane {
 
 namespace {
 
-std::string signedContentText(const ChallengeParameters& parameters) {
-    return "Acs signed content:\n" + parameters.acsSignedContent.value_or("nil");
+constexpr const char* kDoChallenge = "doChallenge(challengeParameters:challengeStatusReceiver:timeout:)";
+constexpr const char* kInner = "innerDoTransaction()";
+
+constexpr Seconds kLongestWaitForTimeout{15.0};
+constexpr int kNotVerified = 302;
+constexpr int kTimedOut = 402;
+
+const std::string& orNil(const std::optional<std::string>& value) {
+    static const std::string nil = "nil";
+    return value ? *value : nil;
+}
+
+std::string parametersText(const std::shared_ptr<ChallengeParameters>& parameters) {
+    const ChallengeParameters values = parameters ? *parameters : ChallengeParameters{};
+    return "Do challenge with parmeters tdsServerTransactionId=" + orNil(values.tdsServerTransactionId) +
+           ", acsTransactionId=" + orNil(values.acsTransactionId) +
+           ", acsRefNumber=" + orNil(values.acsRefNumber) +
+           ", tdsRequestorAppURL=" + orNil(values.tdsRequestorAppURL);
+}
+
+Seconds secondsOf(std::int64_t minutes) {
+    constexpr std::int64_t kSecondsPerMinute = 60;
+    constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max() / kSecondsPerMinute;
+    if (minutes > kMost || minutes < -kMost) fatalError("The time-out of a challenge is beyond counting.");
+    return Seconds(static_cast<double>(minutes * kSecondsPerMinute));
+}
+
+/// Why the channel could not be opened, in the words for the application, and whether it was for a lack of
+/// trust, which the ACS is to know.
+struct ChannelFailure {
+    std::string text;
+    bool isVerification;
+};
+
+ChannelFailure verificationFailure(const std::string& text) {
+    return {"Can not verification AcsSignedContent: " + text, true};
+}
+
+ChannelFailure contentFailure(const std::string& text) {
+    return {"Can not get acsURL from AcsSignedContent: " + text, false};
+}
+
+/// This is the one place that knows it may hold an `SdkError`, and tells it in that error's own words. A
+/// signature that does not verify is a lack of trust like a chain that does not.
+ChannelFailure describeChannelFailure(const std::exception& error) {
+    if (const auto* failure = dynamic_cast<const SdkError*>(&error))
+        return failure->kind() == SdkErrorCase::SDKRuntimeException
+                   ? verificationFailure(failure->message())
+                   : contentFailure(failure->localizedDescription());
+    if (const auto* failure = dynamic_cast<const TypedFailure<JOSEErrorCase>*>(&error))
+        if (failure->kind() == JOSEErrorCase::signatureInvalid ||
+            failure->kind() == JOSEErrorCase::verifyingFailed)
+            return verificationFailure(genericDescription(error));
+    return contentFailure(genericDescription(error));
+}
+
+UIImagePtr loadLogo(const HttpClient* client, const std::optional<ImageUrls>& urls) {
+    if (!client || !urls) return nullptr;
+    HttpAnswer answer = client->loadImage(urls->high);
+    return answer.data ? UIImage::make(std::move(*answer.data)) : nullptr;
 }
 
 } // namespace
 
+void Transaction::doChallenge(std::shared_ptr<ChallengeParameters> challengeParameters,
+                              std::shared_ptr<ChallengeStatusReceiver> challengeStatusReceiver,
+                              std::int64_t timeout) {
+    const auto task = std::make_shared<DispatchWorkItem>([weak = weak_from_this()] {
+        if (const auto self = weak.lock()) self->challengeTimerFired();
+    });
+    challengeTimeoutTask_.set(task);
+    DispatchQueue& global = Platform::current().dispatch().globalQueue();
+    global.asyncAfter(secondsOf(timeout), task);
+    challengeParameters_.set(std::move(challengeParameters));
+    challengeStatusReceiver_.set(std::move(challengeStatusReceiver));
+    global.async([self = shared_from_this()] { self->innerDoTransaction(); });
+}
+
+/// The line about the beginning is written here, at the end of the time.
+void Transaction::challengeTimerFired() {
+    KORVANE_LOG(kDoChallenge, parametersText(challengeParameters_.get()));
+    onMainQueue([weak = weak_from_this()] {
+        if (const auto self = weak.lock()) self->challengeTimedOut();
+    });
+}
+
+void Transaction::challengeTimedOut() {
+    if (const auto receiver = challengeStatusReceiver_.get()) receiver->timedout();
+    const auto root = challengeRootVC_.lock();
+    if (!root) {
+        KORVANE_LOG(kDoChallenge, "CReq error send completetion");
+        initCReqErrorSendCompletetionSemaphore_->signal();
+        return;
+    }
+    isEnded_ = true;
+    root->dismiss(UIAnimated::yes, [self = shared_from_this()] {
+        self->challengeInterrupted_ = true;
+        self->cancelCResTimer();
+        const KorvaneError error = KorvaneError::getErrorByCode(kTimedOut);
+        KORVANE_LOG(kDoChallenge, error.details);
+        self->sendErroIfPossible(self->createErroIfPossible(error));
+    });
+}
+
+void Transaction::innerDoTransaction() {
+    KORVANE_LOG(kInner, "Start inner Do Transaction");
+    if (!openSecureChannelOrTell()) return;
+    Bytes data;
+    try {
+        data = getInitCReqData();
+    } catch (const std::exception& error) {
+        endStart(kInner, "Can not get init CReq data: " + genericDescription(error));
+        return;
+    }
+    KORVANE_LOG(kInner, "send CReq");
+    const CReqSendingResult result = sendCReq(data, CResPosition::initial);
+    if (challengeInterrupted_) {
+        // The application has heard of the end; this thread only lets that path finish first.
+        static_cast<void>(initCReqErrorSendCompletetionSemaphore_->wait(kLongestWaitForTimeout));
+        return;
+    }
+    processInitResult(result);
+}
+
+bool Transaction::openSecureChannelOrTell() {
+    try {
+        openSecureChannel();
+        return true;
+    } catch (const std::exception& error) {
+        const ChannelFailure failure = describeChannelFailure(error);
+        cancelChallengeTimer();
+        if (failure.isVerification)
+            sendErroIfPossible(createErroIfPossible(KorvaneError::getErrorByCode(kNotVerified)));
+        onMainQueue([self = shared_from_this(), text = failure.text] {
+            KORVANE_LOG(kInner, text);
+            self->sendRuntimeErrorToApp(text);
+        });
+        return false;
+    }
+}
+
 /// The content is read twice: first for the URL alone, since an error about a signature that does not verify
 /// has to be sent there.
 void Transaction::openSecureChannel() {
-    constexpr const char* kFunction = "innerDoTransaction()";
-    const auto parameters = requireChallengeParameters(kFunction);
-    KORVANE_LOG(kFunction, signedContentText(*parameters));
+    const auto parameters = requireChallengeParameters(kInner);
+    KORVANE_LOG(kInner, "Acs signed content:\n" + orNil(parameters->acsSignedContent));
     const std::string& content = parameters->getAcsSignedContent();
     const AcsSignedContent signedContent = AcsSignedContent::decode(JWS(content).payload().data());
     httpClient_.set(std::make_shared<HttpClient>(signedContent.acsURL));
     keysContainer_->parseAcsSignedContent(content, sdkReferenceNum_);
+}
+
+Bytes Transaction::getInitCReqData() const {
+    constexpr const char* kFunction = "getInitCReqData()";
+    const auto parameters = requireChallengeParameters(kFunction);
+    const std::string json = makeCReq(*parameters).jsonString();
+    KORVANE_LOG(kFunction, json);
+    return keysContainer_->encryptCReq(toBytes(json), parameters->getAcsTransactionId());
 }
 
 CReq Transaction::makeCReq(const ChallengeParameters& parameters) const {
@@ -39,12 +186,38 @@ CReq Transaction::makeCReq(const ChallengeParameters& parameters) const {
     return cReq;
 }
 
-Bytes Transaction::getInitCReqData() const {
-    constexpr const char* kFunction = "getInitCReqData()";
-    const auto parameters = requireChallengeParameters(kFunction);
-    const std::string json = makeCReq(*parameters).jsonString();
-    KORVANE_LOG(kFunction, json);
-    return keysContainer_->encryptCReq(toBytes(json), parameters->getAcsTransactionId());
+void Transaction::processInitResult(const CReqSendingResult& result) {
+    if (result.cres) {
+        try {
+            processInitCRes(*result.cres);
+        } catch (const std::exception& error) {
+            endStart(kInner, "Can not process init CReq: " + genericDescription(error));
+        }
+    } else if (result.erro) {
+        cancelChallengeTimer();
+        if (!result.receivedError) sendErroIfPossible(result.erro);
+        onMainQueue([self = shared_from_this(), erro = *result.erro] { self->tellProtocolError(erro); });
+    } else {
+        endStart(kInner, result.errorDescription.value_or("Unknown error"));
+    }
+}
+
+/// A start that failed has nothing on the screen to take away.
+void Transaction::endStart(const char* function, const std::string& text) {
+    cancelChallengeTimer();
+    onMainQueue([self = shared_from_this(), function, text] {
+        KORVANE_LOG(function, text);
+        self->tellRuntimeError(text);
+    });
+}
+
+void Transaction::processInitCRes(const CRes& cRes) {
+    const auto client = httpClient_.get();
+    const UIImagePtr psImage = loadLogo(client.get(), cRes.psImage);
+    const UIImagePtr bankImage = loadLogo(client.get(), cRes.issuerImage);
+    vcFactory_.set(
+        std::make_shared<VCFactory>(psImage, bankImage, uiCustomization_, uiCustomizationConstraints_));
+    onMainQueue([self = shared_from_this(), cRes] { self->presentRootChallengeVc(cRes); });
 }
 
 } // namespace korvane

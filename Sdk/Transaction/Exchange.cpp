@@ -77,10 +77,12 @@ CReqSendingResult Transaction::sendCReq(const Bytes& data, CResPosition position
                     "Receive empty cRes Data.");
 }
 
+/// The form is looked at first, since nearly every answer is a JWE, and none is an Erro as well: that has
+/// quotes.
 CReqSendingResult Transaction::readAnswer(const Bytes& body, CResPosition position) const {
-    const std::string_view text = isUtf8(asText(body)) ? asText(body) : std::string_view{};
-    if (recognizeMessageType(text) == MessageType::Erro) return receivedErro(text);
+    const std::string_view text = asText(body);
     if (!validateJWE(text)) {
+        if (isUtf8(text) && recognizeMessageType(text) == MessageType::Erro) return receivedErro(text);
         constexpr const char* kDetails = "JWE parse error";
         KORVANE_LOG(kFunction, kDetails);
         return {.erro = createErroIfPossible(errorWithDetails(kNotRecognized, kDetails)),
@@ -162,6 +164,10 @@ void Transaction::cancelCResTimer() {
 }
 
 void Transaction::cResTimedOut() {
+    if (const auto root = challengeRootVC_.lock()) {
+        root->dismiss(UIAnimated::yes);
+        return;
+    }
     initCReqErrorSendCompletetionSemaphore_->signal();
 }
 

@@ -59,4 +59,8 @@ void Transaction::sendErroToAcs(const Erro& erro) const {
     if (const auto client = httpClient_.get()) client->sendErroData(toBytes(erro.jsonString()));
 }
 
+void Transaction::sendErroIfPossible(const std::optional<Erro>& erro) const {
+    if (erro) sendErroToAcs(*erro);
+}
+
 } // namespace korvane

@@ -5,6 +5,9 @@
 #include "Platform/UUID.h"
 #include "Sdk/DeviceData/DeviceIdentity.h"
 #include "Sdk/Events/SdkError.h"
+#include "Ui/Screens/ProgressView.h"
+#include "Ui/Screens/TopController.h"
+#include "Ui/Screens/VCFactory.h"
 
 #include <cstdio>
 
@@ -19,6 +22,10 @@ Transaction::Transaction(Private, TransactionArguments arguments)
       deviceData_(std::move(arguments.deviceData)), sdkAppID_(appID(Platform::current())),
       sdkReferenceNum_(std::move(arguments.sdkReferenceNum)),
       keysContainer_(std::move(arguments.keysContainer)),
+      uiCustomization_(std::move(arguments.uiCustomization)),
+      uiCustomizationConstraints_(std::move(arguments.uiCustomizationConstraints)),
+      spinnerProducer_(std::move(arguments.extSpinnerProducer)),
+      changeOrientationQueue_(Platform::current().dispatch().makeSerialQueue("Change orientation queue")),
       initCReqErrorSendCompletetionSemaphore_(Platform::current().dispatch().makeSemaphore(0)) {
     KORVANE_LOG("init(deviceData:sdkReferenceNum:messageVersion:keysContainer:uiCustomization:"
                 "extSpinnerProducer:)",
@@ -26,7 +33,10 @@ Transaction::Transaction(Private, TransactionArguments arguments)
                     ", keysContainer=KeysContainer");
 }
 
+/// The last to let go may stand on any queue; views go on the main queue.
 Transaction::~Transaction() {
+    if (auto screens = lastCResViewControllerContainer_.exchange(nullptr))
+        onMainQueue([screens = std::move(screens)] {});
     std::puts("Transaction deinit");
 }
 
@@ -46,6 +56,22 @@ AuthenticationRequestParameters Transaction::getAuthenticationRequestParameters(
                                             .sdkReferenceNum = sdkReferenceNum_,
                                             .ephemeralPublic = std::move(*key),
                                             .messageVersion = messageVersion_});
+}
+
+std::shared_ptr<ProgressDialog> Transaction::getProgressView() const {
+    constexpr double kAlpha = 0.8;
+    if (spinnerProducer_)
+        if (auto top = getTopController()) return spinnerProducer_->getSpinner(std::move(top));
+    return ProgressView::make(kAlpha, nullptr);
+}
+
+std::optional<std::string> Transaction::challengeData() const {
+    const auto data = challengeData_.get();
+    return data ? std::optional(*data) : std::nullopt;
+}
+
+void Transaction::onMainQueue(std::function<void()> work) {
+    Platform::current().dispatch().mainQueue().async(std::move(work));
 }
 
 std::shared_ptr<ChallengeParameters> Transaction::requireChallengeParameters(const char* function) const {

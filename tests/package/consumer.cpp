@@ -1,12 +1,20 @@
-#include "Crypt/JWE.h"
-#include "Crypt/SecureRandom.h"
+#include "Platform/Native/NativePlatform.h"
+#include "Sdk/Events/SdkError.h"
+#include "Sdk/Service/ThreeDS2Service.h"
+
+#include <cstdio>
 
 using namespace korvane;
 
 int main() {
-    const SecretBytes key = randomBytes(32);
-    const auto dir = KeyManagementAlgorithm::direct;
-    const auto enc = ContentEncryptionAlgorithm::A128CBCHS256;
-    const JWE sealed(JWEHeader(dir, enc), Payload(toBytes("paid")), *Encrypter::make(dir, enc, key));
-    return asText(JWE(sealed.compactSerializedString()).decrypt(key).data()) == "paid" ? 0 : 1;
+    NativePlatform platform;
+    ThreeDS2Service service;
+    service.initialize(std::make_shared<ConfigParameters>(), nullptr, nullptr, Locale{"en-GB"});
+    try {
+        const auto transaction = service.createTransaction("F170738365", "2.2.0");
+        const auto request = transaction->getAuthenticationRequestParameters();
+        std::puts(request.getSDKTransactionID().c_str()); // goes through the 3DS server with the other values
+    } catch (const SdkError& error) {
+        std::puts(error.localizedDescription().c_str());
+    }
 }

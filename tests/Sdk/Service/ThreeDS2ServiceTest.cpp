@@ -42,7 +42,7 @@ public:
 class ThreeDS2ServiceTest : public testing::Test {
 protected:
     void initialize(const std::string& locale = "fr_CA") {
-        service_.initialize(std::make_shared<ConfigParameters>(), nullptr, Locale{locale});
+        service_.initialize(std::make_shared<ConfigParameters>(), nullptr, nullptr, Locale{locale});
     }
 
     SimulatedPlatform platform_;
@@ -97,7 +97,7 @@ TEST_F(ThreeDS2ServiceTest, SecondInitializeReplacesConfigurationLoggerAndLocale
     EXPECT_EQ(Logger::shared().debug(), nullptr);
     service_.setCertProducer(directoryServer_);
     const auto before = service_.createTransaction("any", "2.1.0");
-    service_.initialize(std::make_shared<ConfigParameters>(), nullptr, Locale{"de"});
+    service_.initialize(std::make_shared<ConfigParameters>(), nullptr, nullptr, Locale{"de"});
     const auto after = service_.createTransaction("any", "2.1.0");
     EXPECT_EQ(directoryServer_->open(*before).deviceData.at("C005"), "fr-CA");
     EXPECT_EQ(directoryServer_->open(*after).deviceData.at("C005"), "de");

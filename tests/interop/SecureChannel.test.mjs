@@ -1,0 +1,122 @@
+// The directory server and the ACS on other implementations: Node agrees on keys, jose opens, signs and seals.
+
+import { strict as assert } from "node:assert";
+import * as crypto from "node:crypto";
+import { suite, test } from "node:test";
+
+import { CompactEncrypt, CompactSign, compactDecrypt, decodeProtectedHeader } from "jose";
+
+import { Batch } from "./Batch.mjs";
+
+const enc = "A128CBC-HS256";
+const parameters = [
+  ...Array.from({ length: 15 }, (_, index) => `C${String(index + 1).padStart(3, "0")}`),
+  ...Array.from({ length: 14 }, (_, index) => `I${String(index + 1).padStart(3, "0")}`),
+];
+
+const privateKey = (pkcs8) =>
+  crypto.createPrivateKey({ key: Buffer.from(pkcs8, "base64url"), format: "der", type: "pkcs8" });
+const publicKey = ({ kty, crv, x, y }) => crypto.createPublicKey({ key: { kty, crv, x, y }, format: "jwk" });
+
+/** The Concat KDF (RFC 7518 section 4.6.2) for 256 bits, with empty algorithm and party U. */
+function agreedKey(own, theirs, partyVInfo) {
+  const number = (value) => { const bytes = Buffer.alloc(4); bytes.writeUInt32BE(value); return bytes; };
+  const party = Buffer.from(partyVInfo);
+  const z = crypto.diffieHellman({ privateKey: own, publicKey: theirs });
+  const input = [number(1), z, number(0), number(0), number(party.length), party, number(256)];
+  return crypto.createHash("sha256").update(Buffer.concat(input)).digest();
+}
+
+async function openDeviceData({ deviceData, deviceDataKey, directoryServerID }, algorithm) {
+  const own = privateKey(deviceDataKey);
+  const { alg, epk } = decodeProtectedHeader(deviceData);
+  assert.equal(alg, algorithm === "RSA" ? "RSA-OAEP-256" : "dir");
+  const key = algorithm === "RSA" ? own : agreedKey(own, publicKey(epk), directoryServerID);
+  const { plaintext } = await compactDecrypt(deviceData, key,
+    { keyManagementAlgorithms: [alg], contentEncryptionAlgorithms: [enc] });
+  return JSON.parse(Buffer.from(plaintext));
+}
+
+/** The ACS: what it sends, and the key that it shares with the application. */
+class Acs {
+  constructor(request) {
+    this.request = request;
+    this.ids = { threeDSServerTransID: crypto.randomUUID(), acsTransID: crypto.randomUUID() };
+    const pair = crypto.generateKeyPairSync("ec", { namedCurve: "P-256" });
+    this.acsEphemPubKey = pair.publicKey.export({ format: "jwk" });
+    const sdkEphemPubKey = JSON.parse(request.ephemeralPublic);
+    assert.deepEqual(Object.keys(sdkEphemPubKey).sort(), ["crv", "kty", "x", "y"]);
+    this.sdkEphemPubKey = sdkEphemPubKey;
+    this.key = agreedKey(pair.privateKey, publicKey(sdkEphemPubKey), request.sdkReferenceNum);
+  }
+
+  async answer(alg) {
+    const { acsEphemPubKey, sdkEphemPubKey } = this;
+    const content = { acsEphemPubKey, sdkEphemPubKey, acsURL: "https://acs.example/challenge" };
+    const acsSignedContent = await new CompactSign(Buffer.from(JSON.stringify(content)))
+      .setProtectedHeader({ alg, x5c: this.request.x5c }).sign(privateKey(this.request.signingKey));
+    return { ...this.ids, acsSignedContent };
+  }
+
+  async open(jwe) {
+    const { plaintext, protectedHeader } = await compactDecrypt(jwe, this.key,
+      { keyManagementAlgorithms: ["dir"], contentEncryptionAlgorithms: [enc] });
+    return { header: protectedHeader, message: JSON.parse(Buffer.from(plaintext)) };
+  }
+
+  seal(message, key = this.key) {
+    return new CompactEncrypt(Buffer.from(JSON.stringify(message)))
+      .setProtectedHeader({ alg: "dir", enc, kid: this.ids.acsTransID }).encrypt(key);
+  }
+
+  cRes() {
+    const { sdkTransId: sdkTransID, messageVersion } = this.request;
+    return { ...this.ids, sdkTransID, messageVersion, messageType: "CRes", acsCounterAtoS: "000",
+      challengeCompletionInd: "N", acsUiType: "01", challengeInfoHeader: "Caf\u00e9 \u{1f512}",
+      challengeInfoLabel: "Code", challengeInfoText: "Enter it.", submitAuthenticationLabel: "Submit" };
+  }
+}
+
+/** Runs with an application that has made its authentication request. */
+async function withApplication(choice, body) {
+  const application = new Batch(process.env.KORVANE_APPLICATION);
+  let ended;
+  try {
+    await body(application, await application.ask(choice));
+  } finally {
+    ended = await application.close();
+  }
+  assert.equal(ended, 0, "the exit code");
+}
+
+for (const { algorithm, signingKey, alg } of [
+  { algorithm: "RSA", signingKey: "RSA", alg: "PS256" },
+  { algorithm: "EC", signingKey: "EC", alg: "ES256" },
+  { algorithm: "EC", signingKey: "RSA", alg: "RS256" },
+])
+  suite(`${algorithm} device data, ${alg} content`, () => {
+    test("the directory server opens the device document; the ACS opens the CReq, and its CRes is accepted", () =>
+      withApplication({ algorithm, signingKey }, async (application, request) => {
+        const { DV, DD, DPNA = { none: "" }, ...rest } = await openDeviceData(request, algorithm);
+        assert.deepEqual([DV, rest], ["1.4", {}]);
+        assert.deepEqual([...Object.keys(DD), ...Object.keys(DPNA)].sort(), parameters);
+        assert.ok(Object.values(DD).every((value) => typeof value === "string" && value !== ""));
+        assert.ok(Object.values(DPNA).every((reason) => /^RE0[1-4]$/.test(reason)));
+
+        const acs = new Acs(request);
+        const { cReq } = await application.ask(await acs.answer(alg));
+        const { header, message } = await acs.open(cReq);
+        assert.deepEqual(header, { alg: "dir", enc, kid: acs.ids.acsTransID });
+        assert.deepEqual(message, { ...acs.ids, messageType: "CReq", messageVersion: "2.2.0",
+          sdkTransID: request.sdkTransId, sdkCounterStoA: "000" });
+        assert.deepEqual(await application.ask({ cRes: await acs.seal(acs.cRes()) }), { header: "Caf\u00e9 \u{1f512}" });
+      }));
+
+    test("a CRes under another key is refused", () =>
+      withApplication({ algorithm, signingKey }, async (application, request) => {
+        const acs = new Acs(request);
+        await application.ask(await acs.answer(alg));
+        const cRes = await acs.seal(acs.cRes(), crypto.randomBytes(32));
+        assert.deepEqual(await application.ask({ cRes }), { error: "Can not decrypt CRes JWE.", code: "302" });
+      }));
+  });
