@@ -1,0 +1,142 @@
+#include "tools/challenge/Finger.h"
+
+#include "Platform/Text.h"
+#include "Platform/View/UIScrollView.h"
+
+#include <array>
+#include <optional>
+
+namespace korvane::challenge {
+
+namespace {
+
+using Identifier = CustomKeyboardIdentifier;
+
+/// The pages of the keyboard, as far as keys lead from one to another.
+enum class Page { capitals, small, numbers, symbols, pad };
+constexpr std::size_t kReachablePages = 4;
+
+/// The key that brings a finger from a page (row) nearer to another one (column). Small letters are reached
+/// from capitals by way of the numbers, since shift has times of its own.
+constexpr std::array<std::array<Identifier, kReachablePages>, kReachablePages> kWays{{
+    {Identifier::ShiftOn, Identifier::Numbers, Identifier::Numbers, Identifier::Numbers},
+    {Identifier::ShiftOff, Identifier::ShiftOff, Identifier::Numbers, Identifier::Numbers},
+    {Identifier::Letters, Identifier::Letters, Identifier::Numbers, Identifier::Symbols},
+    {Identifier::Letters, Identifier::Letters, Identifier::Numbers, Identifier::Symbols},
+}};
+
+Page pageOf(CustomKeyboardLayoutState state) {
+    using State = CustomKeyboardLayoutState;
+    if (state == State::Letters(CustomKeyboardShiftState::Off)) return Page::small;
+    if (state == State::Numbers()) return Page::numbers;
+    if (state == State::Symbols()) return Page::symbols;
+    return state == State::NumberPad() ? Page::pad : Page::capitals;
+}
+
+constexpr std::array<CustomKeyboardLayoutState, kReachablePages> kPages{
+    CustomKeyboardLayoutState::Letters(CustomKeyboardShiftState::Once),
+    CustomKeyboardLayoutState::Letters(CustomKeyboardShiftState::Off), CustomKeyboardLayoutState::Numbers(),
+    CustomKeyboardLayoutState::Symbols()};
+
+/// The key of a page, in any row, that types a character.
+std::shared_ptr<KeyboardButton> keyOf(const KeyboardRow& row, const std::string& character) {
+    if (!row.characters()) return nullptr;
+    for (const auto& element : *row.characters()) {
+        if (const auto* inner = std::get_if<std::shared_ptr<KeyboardRow>>(&element)) {
+            if (auto key = keyOf(**inner, character)) return key;
+            continue;
+        }
+        const auto& key = std::get<std::shared_ptr<KeyboardButton>>(element);
+        if (key->type().kind() == KeyboardButtonType::Kind::Key && key->type().string() == character)
+            return key;
+    }
+    return nullptr;
+}
+
+std::shared_ptr<KeyboardButton> keyOf(const KeyboardLayout& page, const std::string& character) {
+    if (character == " ") return page.getKeyboardButton(rawValue(Identifier::Space));
+    if (!page.rows()) return nullptr;
+    for (const auto& row : *page.rows())
+        if (auto key = keyOf(*row, character)) return key;
+    return nullptr;
+}
+
+/// The first page that has a character, or no value.
+std::optional<Page> pageWith(const CustomKeyboard& keyboard, const std::string& character) {
+    for (std::size_t page = 0; page < kReachablePages; ++page)
+        if (keyOf(*keyboard.getKeyboardLayout(kPages[page]), character)) return static_cast<Page>(page);
+    return std::nullopt;
+}
+
+/// The user-perceived characters of a text.
+std::vector<std::string> charactersOf(const std::string& text) {
+    std::vector<std::string> characters;
+    for (auto& match : regularExpressionMatches("\\X", text))
+        characters.push_back(std::move(match.front()));
+    return characters;
+}
+
+} // namespace
+
+void Finger::tap(UIView& view) {
+    window_->layoutIfNeeded();
+    reveal(view);
+    window_->layoutIfNeeded();
+    const CGSize size = view.bounds().size;
+    const CGPoint middle = view.convertTo(nullptr, CGPoint{size.width / 2, size.height / 2});
+    const auto hit = window_->hitTest(middle);
+    if (!hit || !hit->isDescendant(view)) throw Refusal("The control is covered or out of sight.");
+    touch(middle);
+}
+
+void Finger::reveal(const UIView& view) {
+    for (auto above = view.superview(); above; above = above->superview())
+        if (auto* scroll = dynamic_cast<UIScrollView*>(above.get()))
+            scroll->scrollRectToVisible(view.convertTo(scroll, view.bounds()), UIAnimated::no);
+}
+
+void Finger::touch(CGPoint place) {
+    constexpr std::uint64_t kFinger = 1;
+    window_->sendTouch({kFinger, UITouchPhase::began, place});
+    window_->sendTouch({kFinger, UITouchPhase::ended, place});
+}
+
+void Finger::type(const std::string& text, ChallengeTextNativeViewController& screen) {
+    if (!screen.otp->isFirstResponder()) tap(*screen.otp.get());
+    const auto keyboard = screen.secureKeyboard->customKeyboard();
+    if (!keyboard || !screen.otp->isFirstResponder()) throw Refusal("The keyboard does not open.");
+    for (const std::string& character : charactersOf(text))
+        if (!pressKeyFor(character, *keyboard)) screen.otp->insertText(character);
+}
+
+bool Finger::pressKeyFor(const std::string& character, CustomKeyboard& keyboard) {
+    constexpr int kMostTurns = 4;
+    for (int turn = 0; turn < kMostTurns; ++turn) {
+        const auto& page = keyboard.getCurrentKeyboardLayout();
+        if (const auto key = keyOf(*page, character)) {
+            pressKey(*key);
+            return true;
+        }
+        const Page from = pageOf(keyboard.keyboardLayoutState());
+        const auto to = pageWith(keyboard, character);
+        if (from == Page::pad || !to) return false;
+        const Identifier way = kWays[static_cast<std::size_t>(from)][static_cast<std::size_t>(*to)];
+        const auto key = page->getKeyboardButton(rawValue(way));
+        if (!key) return false;
+        pressKey(*key);
+    }
+    return false;
+}
+
+void Finger::pressKey(const KeyboardButton& key) {
+    window_->layoutIfNeeded();
+    const CGSize size = key.bounds().size;
+    touch(key.convertTo(nullptr, CGPoint{size.width / 2, size.height / 2}));
+}
+
+void Finger::closeKeyboard(ChallengeTextNativeViewController& screen) {
+    const auto bar = screen.secureKeyboard->customToolBar();
+    if (screen.otp->isFirstResponder() && bar) tap(*bar->buttonClose());
+}
+
+} // namespace korvane::challenge

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace korvane::challenge {
+
+/// What the tool is started with.
+struct Options {
+    std::string directoryServer;
+    /// "EC" or "RSA": the kind of key in the directory server's certificate.
+    std::string algorithm;
+    /// Files in DER.
+    std::string directoryServerCertificate;
+    std::string directoryServerRoot;
+    std::string messageVersion = "2.2.0";
+    /// For the whole challenge, in minutes.
+    std::int64_t timeout = 5;
+    std::string locale = "en-US";
+    /// A file in PEM with a further authority for HTTPS; empty for none.
+    std::string certificateAuthority;
+    bool isLogging = false;
+};
+
+} // namespace korvane::challenge
