@@ -10,12 +10,12 @@
 #include "bench/Allocations.h"
 #include "bench/LoopPlatform.h"
 #include "bench/Silence.h"
+#include "bench/Timing.h"
 #include "tests/support/Messages.h"
 #include "tests/support/PlayedAcs.h"
 
 #include <algorithm>
 #include <cstdio>
-#include <ctime>
 #include <optional>
 
 #include <malloc.h>
@@ -26,35 +26,6 @@ namespace {
 
 constexpr const char* kDirectoryServerID = "A000000999";
 constexpr std::size_t kExchanges = 4;
-constexpr std::size_t kRuns = 201;
-
-double cpuMicroseconds() {
-    timespec time{};
-    ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) * 1e6 + static_cast<double>(time.tv_nsec) / 1e3;
-}
-
-double microsecondsOf(const std::function<void()>& work) {
-    const double before = cpuMicroseconds();
-    work();
-    return cpuMicroseconds() - before;
-}
-
-double median(std::vector<double> values) {
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
-}
-
-/// The median of single calls, behind some to warm up.
-double medianOf(const std::function<double()>& measured) {
-    constexpr std::size_t kWarmingRuns = 10;
-    for (std::size_t run = 0; run < kWarmingRuns; ++run)
-        static_cast<void>(measured());
-    std::vector<double> times(kRuns);
-    for (double& time : times)
-        time = measured();
-    return median(std::move(times));
-}
 
 std::size_t heapNow() {
     const struct mallinfo2 heap = ::mallinfo2();
@@ -96,11 +67,6 @@ struct Application {
         return screen;
     }
 };
-
-void printLine(const char* name, double microseconds, double target) {
-    std::printf("%-32s %12.1f %12.0f  %s\n", name, microseconds, target,
-                microseconds <= target ? "ok" : "above");
-}
 
 void printScreens() {
     constexpr double kContainerTarget = 1000;
@@ -183,7 +149,7 @@ public:
             const TransactionCerts certs;
         };
         service_.setCertProducer(std::make_shared<Producer>(certificates()));
-        service_.initialize(std::make_shared<ConfigParameters>(), nullptr, nullptr, Locale("en_GB"));
+        service_.initialize(std::make_shared<ConfigParameters>(), nullptr, nullptr, Locale{"en_GB"});
         platform_.answer = [this](const URLRequest&) {
             noteHeap();
             return session_.answers.at(next_++);

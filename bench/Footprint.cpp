@@ -31,7 +31,7 @@ std::shared_ptr<const ConfigParameters> configuration(const TemporaryFolder& fol
 }
 
 void initialize(ThreeDS2Service& service, const std::shared_ptr<const ConfigParameters>& configured) {
-    service.initialize(configured, nullptr, nullptr, Locale("en_GB"));
+    service.initialize(configured, nullptr, nullptr, Locale{"en_GB"});
 }
 
 double millisecondsOf(const std::function<void()>& work) {

@@ -1,6 +1,7 @@
 #include "bench/BareOpenSSL.h"
 #include "bench/Challenge.h"
 #include "bench/Footprint.h"
+#include "bench/Keyboard.h"
 #include "bench/Operations.h"
 #include "bench/Report.h"
 #include "bench/SdkOperations.h"
@@ -79,6 +80,7 @@ int run(int count, char** arguments) {
     }
     printFootprint();
     printChallenge();
+    printKeyboard();
     benchmark::Shutdown();
     return 0;
 }

@@ -52,14 +52,14 @@ std::shared_ptr<ThreeDS2Service> makeService(const TransactionCerts& certs) {
     };
     auto service = std::make_shared<ThreeDS2Service>();
     service->setCertProducer(std::make_shared<Producer>(certs));
-    service->initialize(std::make_shared<ConfigParameters>(), nullptr, nullptr, Locale("en_GB"));
+    service->initialize(std::make_shared<ConfigParameters>(), nullptr, nullptr, Locale{"en_GB"});
     return service;
 }
 
 /// The document that the service seals for each transaction.
 Bytes deviceDocument(Platform& platform) {
     DeviceData data;
-    collectDeviceData(platform, {.locale = Locale("en_GB"), .sdkVersion = "1.0.0"}, data);
+    collectDeviceData(platform, {.locale = Locale{"en_GB"}, .sdkVersion = "1.0.0"}, data);
     return toBytes(makeDeviceInfo(data, {}).jsonString());
 }
 

@@ -81,7 +81,7 @@ AppSide::AppSide(const JSON& listening, const Options& options) : listening_(lis
     else
         configured = configuration(listening, options.algorithm);
     onQueue(platform_->dispatch().mainQueue(), [&] {
-        service_.initialize(configured, nullptr, nullptr, Locale("fr_CA"));
+        service_.initialize(configured, nullptr, nullptr, Locale{"fr_CA"});
         peer_.transaction = service_.createTransaction(listening["directoryServerID"].get<std::string>(),
                                                        options.messageVersion);
         request_ = peer_.transaction->getAuthenticationRequestParameters();

@@ -62,7 +62,7 @@ private:
 std::shared_ptr<Transaction> createTransaction(const Identities& identities, CertAlgorithm algorithm) {
     ThreeDS2Service service;
     service.setCertProducer(std::make_shared<Producer>(identities, algorithm));
-    service.initialize(std::make_shared<ConfigParameters>(), nullptr, nullptr, Locale("en_GB"));
+    service.initialize(std::make_shared<ConfigParameters>(), nullptr, nullptr, Locale{"en_GB"});
     return service.createTransaction(kDirectoryServerID, "2.2.0");
 }
 

@@ -22,7 +22,7 @@ const arrows = {
   "tools": ["Platform", "Crypt", "Sdk", "keyboard", "Ui", "tools"],
   "tests": ["Platform", "Crypt", "Sdk", "keyboard", "Ui", "tools", "tests"],
   "fuzz": ["Platform", "Crypt", "Sdk", "fuzz", "tests/support"],
-  "bench": ["Platform", "Crypt", "Sdk", "Ui", "bench", "tests/support"],
+  "bench": ["Platform", "Crypt", "Sdk", "keyboard", "Ui", "bench", "tests/support"],
 };
 
 /** Which folders may include a foreign library. */

@@ -25,8 +25,8 @@ constexpr CGSize kLandscape{844, 390};
 
 /// How long a turned device may take to show another screen; after that the present one stays.
 constexpr Seconds kTurnLimit{0.5};
-/// The longest that anything can take after the screens have gone: two exchanges.
-constexpr Seconds kSilenceLimit{30};
+/// Longer than anything takes after the screens have gone: the rest of an exchange, and an error to the ACS.
+constexpr Seconds kSilenceLimit{16};
 
 class StandardErrorLogger final : public IKorvaneLogger {
 public:

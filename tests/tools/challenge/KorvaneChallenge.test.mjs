@@ -223,6 +223,17 @@ suite("faults after the first screen", () => {
     });
 });
 
+test("an ACS that falls silent after the first screen: the screens go, and no ending is told", () => {
+  const step = shipped("oob").steps[0];
+  const silent = { ...step, fault: { name: "noAnswer" } };
+  return withAcs({ steps: [{ ...step, attempts: 1, passesFrom: 1 }, silent] }, async (acs) => {
+    const cardholder = await Cardholder.begin(acs);
+    await expectEnd(cardholder, await cardholder.act("continue"),
+      { event: "error", message: "The screens have gone and the library told no ending." }, 1);
+    assert.deepEqual(received(acs, "Erro").map(({ errorCode }) => errorCode), ["101"]);
+  });
+});
+
 suite("lines that cannot be served", () => {
   test("are answered, and the challenge stands", () => withAcs("text", async (acs) => {
     const cardholder = new Cardholder(Cardholder.options(acs));

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "Platform/UIDevice.h"
+#include "tests/challenge/simulation/Chance.h"
+#include "tests/challenge/simulation/Reply.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace korvane::simulation {
+
+/// What is wrong with the values that the challenge starts with.
+enum class StartFault { none, noContent, noJWS, badSignature, strangersChain, noAcsTransID };
+
+/// How the cardholder goes about it.
+enum class Temper {
+    patient,   // acts when nothing runs
+    hasty,     // touches all the time, and twice
+    assisted,  // acts by assistive means, which a spinner does not stop
+    absent,    // goes away for minutes
+    cancelling // gives up soon
+};
+
+/// The device is turned.
+struct Turn {
+    Time at;
+    UIDeviceOrientation to;
+};
+
+/// Everything about one story that is decided before it begins.
+struct Plan {
+    std::uint64_t seed = 0;
+    std::string messageVersion;
+    std::int64_t minutes = 0;
+    bool hasRequestorURL = false;
+    /// Whether changes of the screen take their time.
+    bool playsAnimations = false;
+    /// Whether the application keeps the transaction to the end.
+    bool keepsTransaction = false;
+    StartFault startFault = StartFault::none;
+    /// To the requests in the order in which they come; the last one to all further ones.
+    std::vector<Reply> replies;
+    /// Of an image's answer.
+    Time imageDelay{0};
+    /// Of the answer to an Erro; absent for none.
+    std::optional<Time> erroDelay;
+    UIDeviceOrientation heldAtFirst = UIDeviceOrientation::portrait;
+    std::vector<Turn> turns;
+    /// When the application takes the screens away.
+    std::optional<Time> dismissal;
+    Temper temper = Temper::patient;
+    /// Whether codes are typed on the keyboard's keys.
+    bool typesOnKeys = false;
+
+    explicit Plan(std::uint64_t itsSeed);
+
+    [[nodiscard]] const Reply& reply(std::size_t request) const {
+        return replies[std::min(request, replies.size() - 1)];
+    }
+    /// For people, a line for each decision.
+    [[nodiscard]] std::vector<std::string> lines() const;
+};
+
+[[nodiscard]] const char* nameOf(UIDeviceOrientation orientation);
+
+} // namespace korvane::simulation

@@ -1,0 +1,98 @@
+#pragma once
+
+#include "Platform/URLSession.h"
+#include "tests/challenge/simulation/Chance.h"
+#include "tests/support/SimulatedAcs.h"
+
+#include <optional>
+#include <string>
+
+namespace korvane::simulation {
+
+/// What the ACS can do with a request.
+enum class ReplyKind {
+    screen,
+    status,
+    unknownStatus,
+    noConnection,
+    silence,
+    rubbish,
+    emptyBody,
+    plainErro,
+    plainErroOfNumbers,
+    sealedErro,
+    strangersKey,
+    noJSON,
+    unknownType,
+    repeatedKey,
+    missingField,
+    numberForText,
+    wrongCounter,
+    missingLabel,
+    foreignTransaction,
+    otherVersion,
+    unknownScreen,
+    criticalExtension,
+};
+
+inline constexpr std::size_t kReplyKinds = static_cast<std::size_t>(ReplyKind::criticalExtension) + 1;
+
+/// What a screen of a reply has.
+struct PlannedScreen {
+    /// "01" to "05".
+    std::string uiType = "01";
+    bool asksForWhitelisting = false;
+    bool hasResend = true;
+    bool hasSections = false;
+    bool hasWarning = false;
+    /// The page is no Base64URL text.
+    bool isUndecodable = false;
+    /// How many images go with it, the scheme's first; only those of a first response count.
+    int logos = 0;
+    /// The address of the first of them is none.
+    bool hasBadLogo = false;
+
+    [[nodiscard]] bool isPage() const { return uiType == "05"; }
+};
+
+/// One reply of the ACS.
+struct Reply {
+    ReplyKind kind = ReplyKind::status;
+    PlannedScreen screen;
+    std::string status = "Y";
+    Time delay{0};
+};
+
+/// What must come of a body that has arrived.
+struct Verdict {
+    enum class Kind {
+        screen,
+        status,
+        /// The library finds an error, tells the ACS and the application.
+        madeErro,
+        /// The ACS sent one.
+        receivedErro,
+        /// Only the application hears of it.
+        failure,
+    };
+    Kind kind = Kind::failure;
+    /// The error's code and details, or what the failure says in `text`.
+    std::string code;
+    std::string text;
+};
+
+/// The body and the time of an answer.
+[[nodiscard]] ScriptedAnswer play(const Reply& reply, SimulatedAcs& acs);
+
+/// @param isCounterRight  whether the reply's counter is the library's when it arrives.
+[[nodiscard]] Verdict verdictOn(const Reply& reply, bool isFirst, bool isCounterRight);
+
+/// For people.
+[[nodiscard]] std::string describe(const Reply& reply);
+
+inline constexpr const char* kRequestorURL = "https://shop.example/back";
+inline constexpr const char* kNoConnection = "The connection was lost.";
+inline constexpr const char* kPsLogo = "https://acs.example/scheme.png";
+inline constexpr const char* kBankLogo = "https://acs.example/bank.png";
+
+} // namespace korvane::simulation
