@@ -195,26 +195,33 @@ suite("faults after the first screen", () => {
   const protocol = (errorCode) => ({ event: "protocolError", errorCode });
   const runtime = { event: "runtimeError", errorCode: "-1" };
   const rows = [
-    { fault: { name: "wrongCounter" }, ending: protocol("302"), erro: "302" },
-    { fault: { name: "repeatedKey", member: "acsTransID" }, ending: protocol("204"), erro: "204" },
-    { fault: { name: "missingField", member: "acsUiType" }, ending: protocol("201"), erro: "201" },
-    { fault: { name: "criticalExtension" }, ending: protocol("202"), erro: "202" },
-    { fault: { name: "foreignTransactionID" }, ending: protocol("301"), erro: "301" },
-    { fault: { name: "wrongKey" }, ending: protocol("302"), erro: "302" },
-    { fault: { name: "emptyBody" }, ending: protocol("101"), erro: "101" },
-    { fault: { name: "http500" }, ending: protocol("101"), erro: "101" },
-    { fault: { name: "plainErro" }, ending: { event: "protocolError" } },
-    { fault: { name: "sealedErro" }, ending: { event: "protocolError" } },
-    { fault: { name: "connectionClosed" }, ending: runtime },
-    { fault: { name: "notJSON" }, ending: runtime },
+    { name: "wrongCounter", ending: protocol("302"), erro: "302" },
+    { name: "repeatedKey", change: { member: "acsTransID" }, ending: protocol("204"), erro: "204" },
+    { name: "missingField", change: { member: "acsUiType" }, ending: protocol("201"), erro: "201" },
+    { name: "criticalExtension", ending: protocol("202"), erro: "202" },
+    { name: "foreignTransactionID", ending: protocol("301"), erro: "301" },
+    { name: "wrongKey", ending: protocol("302"), erro: "302" },
+    { name: "emptyBody", ending: protocol("101"), erro: "101" },
+    { name: "http500", ending: protocol("101"), erro: "101" },
+    { name: "plainErro", ending: { event: "protocolError" } },
+    { name: "sealedErro", ending: { event: "protocolError" } },
+    { name: "connectionClosed", ending: runtime },
+    { name: "notJSON", ending: runtime },
+    { name: "badField", ending: protocol("203"), erro: "203" },
+    { name: "badType", ending: protocol("203"), erro: "203" },
+    { name: "missingNestedField", ending: protocol("201"), erro: "201" },
+    { name: "unknownType", ending: protocol("101"), erro: "101" },
+    { name: "notJWE", ending: protocol("101"), erro: "101" },
+    { name: "undecodableErro", ending: { ...runtime,
+      errorMessage: "Can not decode Erro from received data." } },
   ];
   const first = { screen: shipped("oob").steps[0].screen, accepts: { oobContinue: [true] } };
   const second = { ...shipped("text").steps[0] };
   const defaults = (name) => shipped(`fault${name[0].toUpperCase()}${name.slice(1)}`).steps[0].fault;
 
-  for (const { fault, ending, erro } of rows)
-    test(fault.name, () => {
-      const scenario = { steps: [first, { ...second, fault: { ...defaults(fault.name), ...fault } }] };
+  for (const { name, change, ending, erro } of rows)
+    test(name, () => {
+      const scenario = { steps: [first, { ...second, fault: { ...defaults(name), ...change } }] };
       return withAcs(scenario, async (acs) => {
         const cardholder = await Cardholder.begin(acs);
         await expectEnd(cardholder, await cardholder.act("continue"), ending);
@@ -223,15 +230,18 @@ suite("faults after the first screen", () => {
     });
 });
 
-test("an ACS that falls silent after the first screen: the screens go, and no ending is told", () => {
-  const step = shipped("oob").steps[0];
-  const silent = { ...step, fault: { name: "noAnswer" } };
-  return withAcs({ steps: [{ ...step, attempts: 1, passesFrom: 1 }, silent] }, async (acs) => {
-    const cardholder = await Cardholder.begin(acs);
-    await expectEnd(cardholder, await cardholder.act("continue"),
-      { event: "error", message: "The screens have gone and the library told no ending." }, 1);
-    assert.deepEqual(received(acs, "Erro").map(({ errorCode }) => errorCode), ["101"]);
-  });
+suite("an ACS that is silent for too long after the first screen: the screens go, and no ending is told", () => {
+  const rows = [{ fault: { name: "noAnswer" }, erros: ["101"] }, { fault: { name: "slowAnswer", seconds: 11 }, erros: [] }];
+  for (const { fault, erros } of rows)
+    test(fault.name, () => {
+      const step = shipped("oob").steps[0];
+      return withAcs({ steps: [{ ...step, attempts: 1, passesFrom: 1 }, { ...step, fault }] }, async (acs) => {
+        const cardholder = await Cardholder.begin(acs);
+        await expectEnd(cardholder, await cardholder.act("continue"),
+          { event: "error", message: "The screens have gone and the library told no ending." }, 1);
+        assert.deepEqual(received(acs, "Erro").map(({ errorCode }) => errorCode), erros);
+      });
+    });
 });
 
 suite("lines that cannot be served", () => {
