@@ -6,8 +6,10 @@
 #include "tests/Platform/View/ViewSupport.h"
 #include "tests/support/Failures.h"
 
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <stdexcept>
 
 namespace korvane {
 namespace {
@@ -49,8 +51,8 @@ constexpr const char* kPay = R"({"scenes": {"pay": {
 class Storyboard : public ViewTest {
 protected:
     Storyboard() {
-        folder = testing::TempDir() + "storyboard" + std::to_string(++folders);
-        std::filesystem::create_directories(folder);
+        folder = testing::TempDir() + "storyboard-XXXXXX";
+        if (!mkdtemp(folder.data())) throw std::runtime_error("no temporary folder");
         write("Colors.json",
               R"({"tone": {"light": "#FFFFFF", "dark": "#000000"}, "plain": "#FF0000", "broken": 1})");
         write("dot.svg", "<svg width='12' height='6'/>");
@@ -71,7 +73,6 @@ protected:
     }
 
     std::string folder;
-    static inline int folders = 0;
 };
 
 TEST_F(Storyboard, AControllerComesWithItsViewsOutletsAndConstraints) {
