@@ -1,6 +1,7 @@
 #include "Sdk/Service/ThreeDS2Service.h"
 
 #include "Platform/Platform.h"
+#include "Sdk/DeviceData/DeviceIdentity.h"
 #include "Sdk/DeviceData/IntegrityWarnings.h"
 #include "Sdk/Events/SdkError.h"
 
@@ -55,6 +56,7 @@ void ThreeDS2Service::initialize(std::shared_ptr<const ConfigParameters> configP
         warnings_.push_back(std::move(warning));
     collectDeviceData(platform, {.locale = locale_, .sdkVersion = kSdkVersion}, deviceData_);
     deviceDocument_ = makeDeviceInfo(deviceData_, warnings_).jsonString();
+    sdkAppID_ = appID(platform);
 }
 
 std::string ThreeDS2Service::getSDKVersion() const {
@@ -73,6 +75,7 @@ std::shared_ptr<Transaction> ThreeDS2Service::createTransaction(const std::strin
     requireMessageVersion(messageVersion);
     std::string deviceData = sealed(deviceDocument_, *keysContainer);
     return Transaction::make({.deviceData = std::move(deviceData),
+                              .sdkAppID = sdkAppID_,
                               .sdkReferenceNum = kSdkReferenceNum,
                               .messageVersion = messageVersion,
                               .keysContainer = std::move(keysContainer),

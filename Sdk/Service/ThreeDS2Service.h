@@ -88,6 +88,8 @@ private:
     DeviceData deviceData_;
     /// The JSON text that every transaction seals: written once, since it can have thousands of characters.
     std::string deviceDocument_;
+    /// Read once with the device data, of which it is a part: it lies in a file.
+    std::string sdkAppID_;
 };
 
 } // namespace korvane

@@ -3,7 +3,6 @@
 #include "Platform/LetterCase.h"
 #include "Platform/Platform.h"
 #include "Platform/UUID.h"
-#include "Sdk/DeviceData/DeviceIdentity.h"
 #include "Sdk/Events/SdkError.h"
 #include "Ui/Screens/ProgressView.h"
 #include "Ui/Screens/TopController.h"
@@ -19,7 +18,7 @@ std::shared_ptr<Transaction> Transaction::make(TransactionArguments arguments) {
 
 Transaction::Transaction(Private, TransactionArguments arguments)
     : messageVersion_(std::move(arguments.messageVersion)), sdkTransactionID_(makeUUIDString()),
-      deviceData_(std::move(arguments.deviceData)), sdkAppID_(appID(Platform::current())),
+      deviceData_(std::move(arguments.deviceData)), sdkAppID_(std::move(arguments.sdkAppID)),
       sdkReferenceNum_(std::move(arguments.sdkReferenceNum)),
       keysContainer_(std::move(arguments.keysContainer)),
       uiCustomization_(std::move(arguments.uiCustomization)),

@@ -38,6 +38,8 @@ class VCFactory;
 struct TransactionArguments {
     /// The sealed device document, a compact JWE.
     std::string deviceData;
+    /// Identifies the application's installation.
+    std::string sdkAppID;
     std::string sdkReferenceNum;
     /// "2.1.0" or "2.2.0".
     std::string messageVersion;

@@ -106,12 +106,13 @@ TEST_F(ThreeDS2ServiceTest, SecondInitializeReplacesConfigurationLoggerAndLocale
     EXPECT_EQ(directoryServer_->open(*after).securityWarning, std::nullopt);
 }
 
-TEST_F(ThreeDS2ServiceTest, TransactionCarriesReferenceAndVersion) {
+TEST_F(ThreeDS2ServiceTest, TransactionCarriesApplicationReferenceAndVersion) {
     initialize();
     service_.setCertProducer(directoryServer_);
     for (const std::string version : {"2.1.0", "2.2.0"}) {
         const auto request = service_.createTransaction("any", version)->getAuthenticationRequestParameters();
         EXPECT_EQ(request.getMessageVersion(), version);
+        EXPECT_EQ(request.getSDKAppID(), "6ba7b810-9dad-41d1-80b4-00c04fd430c8");
         EXPECT_EQ(request.getSDKReferenceNumber(), "3DS_LOA_SDK_QXRV_020200_00417");
     }
     EXPECT_THAT(directoryServer_->asked, ElementsAre("any", "any"));

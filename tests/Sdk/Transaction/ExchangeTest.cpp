@@ -31,6 +31,7 @@ protected:
 
     static std::shared_ptr<Transaction> makeTransaction(std::unique_ptr<KeysContainer> keys) {
         return Transaction::make({.deviceData = "sealed",
+                                  .sdkAppID = "application",
                                   .sdkReferenceNum = kReferenceNumber,
                                   .messageVersion = "2.2.0",
                                   .keysContainer = std::move(keys)});

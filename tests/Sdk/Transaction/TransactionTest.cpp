@@ -18,6 +18,7 @@ class TransactionTest : public testing::Test {
 protected:
     [[nodiscard]] std::shared_ptr<Transaction> makeTransaction() const {
         return Transaction::make({.deviceData = "sealed device",
+                                  .sdkAppID = "application",
                                   .sdkReferenceNum = "reference",
                                   .messageVersion = "2.1.0",
                                   .keysContainer = std::make_unique<KeysContainer>(certsWithRoot(root_))});
@@ -33,7 +34,7 @@ TEST_F(TransactionTest, AuthenticationRequestIsTheSameAtEachCall) {
     EXPECT_EQ(first.getDeviceData(), "sealed device");
     EXPECT_EQ(first.getSDKReferenceNumber(), "reference");
     EXPECT_EQ(first.getMessageVersion(), "2.1.0");
-    EXPECT_EQ(first.getSDKAppID(), "6ba7b810-9dad-41d1-80b4-00c04fd430c8");
+    EXPECT_EQ(first.getSDKAppID(), "application");
     EXPECT_THAT(first.getSDKTransactionID(), MatchesRegex("[0-9a-f]{8}(-[0-9a-f]{4}){3}-[0-9a-f]{12}"));
     EXPECT_EQ(JSON::parse(first.getSDKEphemeralPublicKey())["crv"], "P-256");
 
@@ -43,12 +44,11 @@ TEST_F(TransactionTest, AuthenticationRequestIsTheSameAtEachCall) {
     EXPECT_EQ(second.getSDKEphemeralPublicKey(), first.getSDKEphemeralPublicKey());
 }
 
-TEST_F(TransactionTest, TwoTransactionsShareTheApplicationAlone) {
+TEST_F(TransactionTest, TwoTransactionsShareNoKeyAndNoIdentifier) {
     const auto one = makeTransaction()->getAuthenticationRequestParameters();
     const auto other = makeTransaction()->getAuthenticationRequestParameters();
     EXPECT_NE(one.getSDKTransactionID(), other.getSDKTransactionID());
     EXPECT_NE(one.getSDKEphemeralPublicKey(), other.getSDKEphemeralPublicKey());
-    EXPECT_EQ(one.getSDKAppID(), other.getSDKAppID());
 }
 
 TEST_F(TransactionTest, BeginningIsLoggedAndTheEndIsToldOnStandardOutput) {
