@@ -6,9 +6,12 @@
 
 namespace korvane {
 
-NativeDispatch::NativeDispatch()
-    : loops_(std::make_shared<NativeLoops>()), main_(std::make_shared<NativeMainQueue>(loops_)),
-      global_(std::make_shared<NativeGlobalQueue>(loops_)) {}
+NativeDispatch::NativeDispatch() : NativeDispatch(std::make_unique<Loop>()) {}
+
+NativeDispatch::NativeDispatch(std::unique_ptr<MainLoop> main)
+    : loops_(std::make_shared<NativeLoops>(std::move(main))),
+      main_(std::make_shared<NativeMainQueue>(loops_)), global_(std::make_shared<NativeGlobalQueue>(loops_)) {
+}
 
 NativeDispatch::~NativeDispatch() {
     end();
@@ -36,11 +39,11 @@ void NativeDispatch::runMain() {
 
 void NativeDispatch::runMainUntil(const std::function<bool()>& isDone) {
     while (!isDone())
-        loops_->main.runOne();
+        loops_->main->runOne();
 }
 
 void NativeDispatch::stopMain() {
-    loops_->main.post([this] { isStopAsked_ = true; });
+    loops_->main->post([this] { isStopAsked_ = true; });
 }
 
 void NativeDispatch::end() {
@@ -49,9 +52,9 @@ void NativeDispatch::end() {
     loops_->timers.stop();
     std::size_t ended = 0;
     const std::size_t threads =
-        loops_->workers.stop([this, &ended] { loops_->main.post([&ended] { ++ended; }); });
+        loops_->workers.stop([this, &ended] { loops_->main->post([&ended] { ++ended; }); });
     while (ended < threads)
-        loops_->main.runOne();
+        loops_->main->runOne();
     loops_->workers.join();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Dispatch.h"
+#include "Platform/Native/MainLoop.h"
 
 #include <functional>
 #include <memory>
@@ -14,6 +15,9 @@ struct NativeLoops;
 class NativeDispatch final : public Dispatch {
 public:
     NativeDispatch();
+
+    /// The main queue runs in a loop that is run elsewhere; `runMain` is for one's own.
+    explicit NativeDispatch(std::unique_ptr<MainLoop> main);
 
     /// Calls `end()`.
     ~NativeDispatch() override;

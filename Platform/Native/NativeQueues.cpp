@@ -54,13 +54,13 @@ void NativeQueue::enqueueAfter(Seconds delay, std::shared_ptr<DispatchWorkItem> 
 
 bool NativeMainQueue::isCurrent() const {
     const auto running = loops();
-    return running && running->main.isCurrent();
+    return running && running->main->isCurrent();
 }
 
 void NativeMainQueue::enqueue(std::shared_ptr<DispatchWorkItem> item) {
     const auto running = loops();
     if (!running) return;
-    running->main.post([&isEnding = running->isEnding, item = std::move(item)] {
+    running->main->post([&isEnding = running->isEnding, item = std::move(item)] {
         if (!isEnding) item->perform();
     });
 }

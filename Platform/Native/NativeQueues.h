@@ -15,7 +15,9 @@ namespace korvane {
 
 /// What the queues run on. Queues hold it weakly: what they are given after its end is dropped.
 struct NativeLoops {
-    Loop main;
+    explicit NativeLoops(std::unique_ptr<MainLoop> mainLoop) : main(std::move(mainLoop)) {}
+
+    const std::unique_ptr<MainLoop> main;
     WorkerThreads workers;
     TimerThread timers;
 

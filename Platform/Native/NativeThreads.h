@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Dispatch.h"
+#include "Platform/Native/MainLoop.h"
 
 #include <asio/executor_work_guard.hpp>
 #include <asio/io_context.hpp>
@@ -15,21 +16,20 @@
 namespace korvane {
 
 /// An Asio loop that stays alive without work. Any thread.
-class Loop {
+class Loop final : public MainLoop {
 public:
-    /// The job runs in the loop. It is dropped if the loop goes first.
-    void post(std::function<void()> job);
+    void post(std::function<void()> job) override;
 
     /// Runs jobs on the calling thread until `stop()`.
     void run() { context_.run(); }
-    void runOne() { context_.run_one(); }
+    void runOne() override { context_.run_one(); }
     void stop() { context_.stop(); }
 
     /// `run()` returns as soon as no job is left.
     void finish() { work_.reset(); }
 
     /// Whether the caller is a job of this loop.
-    [[nodiscard]] bool isCurrent() const { return context_.get_executor().running_in_this_thread(); }
+    [[nodiscard]] bool isCurrent() const override { return context_.get_executor().running_in_this_thread(); }
 
     [[nodiscard]] asio::io_context& context() noexcept { return context_; }
 
