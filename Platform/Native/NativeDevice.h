@@ -8,7 +8,7 @@
 namespace korvane {
 
 /// The machine as os-release and its host name tell it. There is no vendor's identifier.
-class NativeDevice final : public UIDevice {
+class NativeDevice : public UIDevice {
 public:
     /// The name in os-release, else the kernel's.
     [[nodiscard]] std::string systemName() const override;

@@ -1,16 +1,15 @@
 #pragma once
 
-#include "Platform/Platform.h"
+#include "Platform/Native/SystemPlatform.h"
 
 #include <functional>
 #include <memory>
-#include <string>
 
 namespace korvane {
 
 /// The headless platform: the services of the operating system, without a screen. While it lives it is the
 /// platform of the process. Its end waits for the work that runs on its queues and drops the rest.
-class NativePlatform final : public Platform {
+class NativePlatform final : public SystemPlatform {
 public:
     NativePlatform();
     ~NativePlatform() override;
@@ -19,18 +18,7 @@ public:
     [[nodiscard]] UIScreen& mainScreen() override;
     [[nodiscard]] UIFontServices& fonts() override;
     [[nodiscard]] TextMeasurer& textMeasurer() override;
-    [[nodiscard]] LocaleServices& locales() override;
-    [[nodiscard]] TimeZone& timeZone() override;
-    [[nodiscard]] CLLocationManager& locationManager() override;
-    [[nodiscard]] ASIdentifierManager& identifierManager() override;
-    [[nodiscard]] NSUserDefaults& userDefaults() override;
-    [[nodiscard]] NSBundle& mainBundle() override;
-    [[nodiscard]] NetworkInterfaces& networkInterfaces() override;
-    [[nodiscard]] NSProcessInfo& processInfo() override;
-    [[nodiscard]] IntegrityChecks& integrityChecks() override;
     [[nodiscard]] Dispatch& dispatch() override;
-    [[nodiscard]] std::shared_ptr<URLSession>
-    makeURLSession(const URLSessionConfiguration& configuration) override;
 
     /// Runs the main queue's work on the calling thread until `stopMain()`. One thread at a time.
     void runMain();
@@ -45,15 +33,10 @@ public:
     /// Main queue only.
     void turn(UIDeviceOrientation orientation, CGSize screen);
 
-    /// Trusts further authorities in every session made from now on, as a test bed needs. Before other
-    /// threads use the platform.
-    /// @param pem  certificates in PEM, one after the other.
-    void addCertificateAuthorities(const std::string& pem);
-
 private:
-    struct Services;
+    struct Parts;
 
-    std::unique_ptr<Services> services_;
+    std::unique_ptr<Parts> parts_;
     Installation installation_{*this};
 };
 
