@@ -58,6 +58,15 @@ void UIApplication::showInput(const UIResponder* responder) {
     center.post({UIResponder::keyboardWillShowNotification, window->inputFrame()});
 }
 
+void UIApplication::setTextScale(double scale) {
+    if (textScale_.exchange(scale) == scale) return;
+    const auto windows = windows_;
+    for (const auto& window : windows) {
+        window->invalidateTree();
+        window->layoutIfNeeded();
+    }
+}
+
 void UIApplication::willResignActive() {
     if (state_ != UIApplicationState::active) return;
     state_ = UIApplicationState::inactive;

@@ -3,6 +3,7 @@
 #include "Platform/Dispatch.h"
 #include "Platform/View/UIResponder.h"
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <string_view>
@@ -40,6 +41,11 @@ public:
     /// Receives text, or null.
     [[nodiscard]] std::shared_ptr<UIResponder> firstResponder() const { return firstResponder_.lock(); }
 
+    /// How large the user wants text: a factor of fonts' sizes, at first 1. Any thread.
+    [[nodiscard]] double textScale() const noexcept { return textScale_; }
+    /// Lays out every window anew.
+    void setTextScale(double scale);
+
     // From the renderer, or from what stands for the user.
 
     [[nodiscard]] UIApplicationState state() const noexcept { return state_; }
@@ -76,6 +82,7 @@ private:
     std::vector<std::shared_ptr<UIWindow>> windows_;
     std::weak_ptr<UIResponder> firstResponder_;
     UIApplicationState state_ = UIApplicationState::active;
+    std::atomic<double> textScale_{1};
     bool playsAnimations_ = false;
     std::weak_ptr<UIWindow> inputWindow_; // shows an input view
 };

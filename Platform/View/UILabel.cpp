@@ -6,9 +6,9 @@ namespace korvane {
 
 CGSize UILabel::sizeThatFits(CGSize size) const {
     if (text().empty()) return {};
-    if (numberOfLines_ != 1) return measuredText(text(), font(), size.width, numberOfLines_);
+    if (numberOfLines_ != 1) return measuredText(text(), shownFont(), size.width, numberOfLines_);
     // One line is not broken but cut short.
-    const CGSize line = measuredText(text(), font(), kUnbounded, 1);
+    const CGSize line = measuredText(text(), shownFont(), kUnbounded, 1);
     return {std::min(line.width, size.width), line.height};
 }
 

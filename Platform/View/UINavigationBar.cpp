@@ -1,5 +1,7 @@
 #include "Platform/View/UINavigationBar.h"
 
+#include "Platform/View/UIButton.h"
+
 #include <algorithm>
 
 namespace korvane {
@@ -9,8 +11,13 @@ namespace {
 /// The room between what is at an end and the bar's edge, and beside the title.
 constexpr double kMargin = 8;
 
+/// How much a long title shrinks before it is cut short.
+constexpr double kSmallestTitle = 0.7;
+
+/// A button follows its title; another view may bring a size of its own.
 CGSize sizeOf(const UIView& view, double most) {
-    const CGSize own = view.bounds().size.width > 0 ? view.bounds().size : view.intrinsicContentSize();
+    const bool isSized = view.kind() != UIViewKind::button && view.bounds().size.width > 0;
+    const CGSize own = isSized ? view.bounds().size : view.intrinsicContentSize();
     return {own.width, std::min(own.height, most)};
 }
 
@@ -43,6 +50,9 @@ UINavigationBar::UINavigationBar() : titleLabel_(std::make_shared<UILabel>()) {
     titleLabel_->setFont(UIFont::systemFont(17, UIFontWeight::semibold));
     titleLabel_->setTextAlignment(NSTextAlignment::center);
     titleLabel_->setAccessibilityRole(UIAccessibilityRole::header);
+    titleLabel_->setAdjustsFontForContentSizeCategory(false);
+    titleLabel_->setAdjustsFontSizeToFitWidth(true);
+    titleLabel_->setMinimumScaleFactor(kSmallestTitle);
     addSubview(titleLabel_);
 }
 
@@ -80,6 +90,9 @@ void UINavigationBar::showTopItem() {
         if (place && place->superview().get() == this) place->removeFromSuperview();
         place = view;
         if (view) addSubview(view);
+        // A bar has one height, whatever the user's size of text.
+        if (const auto* control = dynamic_cast<const UIButton*>(view.get()))
+            control->titleLabel()->setAdjustsFontForContentSizeCategory(false);
     };
     show(leftView_, item ? item->leftBarButtonItem() : nullptr);
     show(rightView_, item ? item->rightBarButtonItem() : nullptr);

@@ -2,11 +2,16 @@
 
 #include "Platform/Platform.h"
 #include "Platform/View/TextMeasurer.h"
+#include "Platform/View/UIApplication.h"
 
 #include <algorithm>
 #include <cmath>
 
 namespace korvane {
+
+UIFont inUsersSize(const UIFont& font) {
+    return font.withSize(font.pointSize() * UIApplication::shared().textScale());
+}
 
 CGSize measuredText(const std::string& text, const UIFont& font, double maximumWidth, int maximumLines) {
     const CGSize size =

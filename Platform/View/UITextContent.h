@@ -10,6 +10,9 @@ namespace korvane {
 
 enum class NSTextAlignment { natural, left, center, right };
 
+/// The font in the size in which the user wants to read it.
+[[nodiscard]] UIFont inUsersSize(const UIFont& font);
+
 /// A view that shows one text in one font: what labels, text views and text fields share. Main queue only.
 /// `Base` is a view.
 template <class Base>
@@ -22,6 +25,13 @@ public:
     virtual void setText(std::string text) { this->assign(text_, std::move(text), UIViewChange::content); }
     [[nodiscard]] const UIFont& font() const noexcept { return font_; }
     void setFont(const UIFont& font) { this->assign(font_, font, UIViewChange::content); }
+    /// Whether the user's size of text counts (`UIApplication::textScale`); it does unless told otherwise.
+    [[nodiscard]] bool adjustsFontForContentSizeCategory() const noexcept { return adjustsFont_; }
+    void setAdjustsFontForContentSizeCategory(bool adjusts) {
+        this->assign(adjustsFont_, adjusts, UIViewChange::content);
+    }
+    /// The font in the size that the user sees.
+    [[nodiscard]] UIFont shownFont() const { return adjustsFont_ ? inUsersSize(font_) : font_; }
     [[nodiscard]] const UIColor& textColor() const noexcept { return textColor_; }
     void setTextColor(const UIColor& color) { this->assign(textColor_, color, UIViewChange::paint); }
     [[nodiscard]] NSTextAlignment textAlignment() const noexcept { return textAlignment_; }
@@ -43,6 +53,7 @@ private:
     UIFont font_ = UIFont::systemFont(17);
     UIColor textColor_ = UIColor::label();
     NSTextAlignment textAlignment_ = NSTextAlignment::natural;
+    bool adjustsFont_ = true;
 };
 
 /// What a text needs within a width, by the platform's measurer, in whole points upwards.

@@ -138,7 +138,7 @@ void UITextField::didResignFirstResponder() {
 CGSize UITextField::sizeThatFits(CGSize /*size*/) const {
     constexpr double kBorderRoom = 7;
     const double room = borderStyle_ == UITextBorderStyle::none ? 0 : kBorderRoom;
-    const CGSize line = measuredText(text().empty() ? placeholder_ : text(), font(), kUnbounded, 1);
+    const CGSize line = measuredText(text().empty() ? placeholder_ : text(), shownFont(), kUnbounded, 1);
     return {line.width + 2 * room, line.height + 2 * room};
 }
 

@@ -30,6 +30,12 @@ void show(UIViewController& controller, UIWindow& window, std::size_t atIndex) {
     window.insertSubview(controller.view(), atIndex);
 }
 
+/// Makes changes that are seen little by little if the change of screens is.
+void change(UIAnimated animated, const std::function<void()>& changes) {
+    if (animated == UIAnimated::no) return changes();
+    UIView::animate(UIApplication::kTransition, changes);
+}
+
 } // namespace
 
 /// Runs the second half of a change: now, or when it has been seen. What comes before that finishes it.
@@ -86,7 +92,8 @@ void UIViewController::present(std::shared_ptr<UIViewController> controller, UIA
     const bool hides = window && covers(*controller);
     if (hides) presenter->beginAppearanceTransition(false, animated);
     if (window) controller->beginAppearanceTransition(true, animated);
-    if (window) show(*controller, *window, window->subviews().size());
+    controller->view()->setAlpha(1);
+    if (window) change(animated, [&] { show(*controller, *window, window->subviews().size()); });
     if (window) window->layoutIfNeeded();
     presenter->runTransition(
         animated,
@@ -117,6 +124,7 @@ void UIViewController::dismiss(UIAnimated animated, Completion completion) {
         show(*presenter, *window, 0);
         window->layoutIfNeeded();
     }
+    change(animated, [&] { top->view()->setAlpha(0); });
     presenter->runTransition(
         animated, [presenter, top] { presenter->endDismissal(top); }, std::move(completion));
 }

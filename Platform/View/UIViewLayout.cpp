@@ -60,16 +60,20 @@ CGPoint UIView::convertFrom(const UIView* view, CGPoint point) const {
     return {point.x - zero.x, point.y - zero.y};
 }
 
+/// What lies beyond the window is covered by nothing: a view that is moved out takes its content along.
 UIEdgeInsets UIView::safeAreaInsets() const {
     const auto shownIn = window();
     if (!shownIn) return {};
-    const CGRect safe = UIEdgeInsetsInsetRect(shownIn->bounds(), shownIn->safeAreaInsets());
+    const UIEdgeInsets most = shownIn->safeAreaInsets();
+    const CGRect safe = UIEdgeInsetsInsetRect(shownIn->bounds(), most);
     const CGRect own = convertTo(nullptr, bounds_);
-    const auto covered = [](double distance, double most) { return std::clamp(distance, 0.0, most); };
-    return {covered(safe.origin.y - own.origin.y, own.size.height),
-            covered(safe.origin.x - own.origin.x, own.size.width),
-            covered(CGRectGetMaxY(own) - CGRectGetMaxY(safe), own.size.height),
-            covered(CGRectGetMaxX(own) - CGRectGetMaxX(safe), own.size.width)};
+    const auto covered = [](double distance, double extent, double inset) {
+        return std::clamp(distance, 0.0, std::min(extent, inset));
+    };
+    return {covered(safe.origin.y - own.origin.y, own.size.height, most.top),
+            covered(safe.origin.x - own.origin.x, own.size.width, most.left),
+            covered(CGRectGetMaxY(own) - CGRectGetMaxY(safe), own.size.height, most.bottom),
+            covered(CGRectGetMaxX(own) - CGRectGetMaxX(safe), own.size.width, most.right)};
 }
 
 std::shared_ptr<UILayoutGuide> UIView::safeAreaLayoutGuide() {

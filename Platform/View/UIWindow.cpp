@@ -10,6 +10,13 @@
 
 namespace korvane {
 
+namespace {
+
+/// How long an input view takes to come.
+constexpr Seconds kInputTransition{0.2};
+
+} // namespace
+
 UIWindow::UIWindow() : UIWindow(Platform::current().mainScreen().bounds()) {}
 
 UIWindow::UIWindow(const CGRect& frame) : UIView(frame) {
@@ -73,6 +80,17 @@ void UIWindow::setSafeAreaInsets(const UIEdgeInsets& insets) {
             again(again, *child);
     };
     mark(mark, *this);
+}
+
+void UIWindow::invalidateTree() {
+    const auto invalidate = [](const auto& again, UIView& view) -> void {
+        view.invalidateIntrinsicContentSize();
+        view.setNeedsLayout();
+        view.setNeedsDisplay();
+        for (const auto& child : view.subviews())
+            again(again, *child);
+    };
+    invalidate(invalidate, *this);
 }
 
 void UIWindow::setTraits(const UITraitCollection& traits) {
@@ -143,8 +161,10 @@ void UIWindow::showInput(const std::shared_ptr<UIView>& input, const std::shared
     const auto controller = input->viewController();
     if (old != input) isInputSized_ = input->bounds().size.height > 0;
     if (controller) controller->beginAppearanceTransition(true, UIAnimated::yes);
-    addSubview(input);
-    if (accessory) addSubview(accessory);
+    UIView::animate(kInputTransition, [&] {
+        addSubview(input);
+        if (accessory) addSubview(accessory);
+    });
     layoutIfNeeded();
     if (controller) controller->endAppearanceTransition();
 }

@@ -78,6 +78,8 @@ private:
     [[nodiscard]] UITouches recognize(const UITouches& touches);
     void showInput(const std::shared_ptr<UIView>& input, const std::shared_ptr<UIView>& accessory);
     void layOutInput();
+    /// All content would like another size than before.
+    void invalidateTree();
     void becomeVisible();
     void clear();
 
