@@ -113,10 +113,16 @@ std::shared_ptr<KeyboardButton> typingKey(std::string_view character, Style styl
     return std::make_shared<KeyboardButton>(KeyboardButtonType::Key(std::string(character)), style());
 }
 
+/// In the style's tint, so that it is seen in light and dark surroundings.
+UIImagePtr tintedImage(const std::string& name) {
+    const UIImagePtr image = keyboardImage(name);
+    return image ? image->withRenderingMode(UIImageRenderingMode::alwaysTemplate) : nullptr;
+}
+
 std::shared_ptr<KeyboardButton> effectKey(const EffectKey& key) {
     const std::string caption(key.caption);
     auto type = key.kind == kText ? KeyboardButtonType::Text(caption)
-                                  : KeyboardButtonType::Image(keyboardImage(caption));
+                                  : KeyboardButtonType::Image(tintedImage(caption));
     return std::make_shared<KeyboardButton>(std::move(type), key.style(), key.width, nullptr,
                                             std::string(rawValue(key.identifier)));
 }

@@ -49,6 +49,7 @@ void ChallengeNativeViewController::viewDidAppear(UIAnimated animated) {
 
 void ChallengeNativeViewController::viewDidLayoutSubviews() {
     applyCustomConstraints();
+    growWhitelistingInfo();
     for (const auto* text : {&whyInfo, &extInfo}) {
         (*text)->setContentInset({});
         (*text)->setTextContainerInset({});
@@ -57,6 +58,14 @@ void ChallengeNativeViewController::viewDidLayoutSubviews() {
     whyInfoButton->applyCustomInsets();
     extInfoButton->applyCustomInsets();
     ChallengeViewController::viewDidLayoutSubviews();
+}
+
+/// A question in large letters, or in many, gets the room that it needs.
+void ChallengeNativeViewController::growWhitelistingInfo() {
+    if (whitelistingInfo->isHidden()) return;
+    const double needed = whitelistingInfo->fittingSize(whitelistingInfo->bounds().size.width).height;
+    if (needed > whitelistingInfoHeightConstraint->constant())
+        whitelistingInfoHeightConstraint->setConstant(needed);
 }
 
 void ChallengeNativeViewController::scrollViewDidScroll(UIScrollView& ofContent) {

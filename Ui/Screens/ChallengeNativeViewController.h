@@ -99,6 +99,7 @@ private:
 
     void inverseDisplaying(const Section& section);
     void applyCustomConstraints();
+    void growWhitelistingInfo();
     void customizeImages(const UiCustomization& customization);
     void customizeArrow(ResourceImage& arrow, const CustImageCustomization& look);
     void customizeTexts(const UiCustomization& customization);
