@@ -10,6 +10,9 @@ namespace korvane {
 
 namespace {
 
+/// What leaves fades so far: it is not seen, and takes touches until it has gone.
+constexpr double kFaded = 0.01;
+
 void runFromMainQueue(UIViewController::Completion completion) {
     if (completion) Platform::current().dispatch().mainQueue().async(std::move(completion));
 }
@@ -124,7 +127,7 @@ void UIViewController::dismiss(UIAnimated animated, Completion completion) {
         show(*presenter, *window, 0);
         window->layoutIfNeeded();
     }
-    change(animated, [&] { top->view()->setAlpha(0); });
+    change(animated, [&] { top->view()->setAlpha(kFaded); });
     presenter->runTransition(
         animated, [presenter, top] { presenter->endDismissal(top); }, std::move(completion));
 }
