@@ -13,6 +13,8 @@ const metrics = {
 };
 
 const bar = 44;
+/** How far the screens themselves set the title of a section's button in. */
+const titleInset = 25;
 const regular = (size) => ({ size });
 const medium = (size) => ({ size, weight: 0.23 });
 const semibold = (size) => ({ size, weight: 0.3 });
@@ -81,7 +83,7 @@ function section(name, above, m) {
       { image: "ArrowDown", contentHorizontalAlignment: "left", font: medium(16), titleColor: "challenge_accent",
         // The room of the arrow, which stands at the right end.
         contentEdgeInsets: [0, 0, 0, 20] },
-      `${button}.top = ${above}.bottom + ${m.small}`, `${button}.leading = self.leading`,
+      `${button}.top = ${above}.bottom + ${m.small}`, `${button}.leading = self.leading + ${m.margin - titleInset}`,
       `${button}.trailing = self.trailing - ${m.margin}`, `${button}.height = 44`),
     control(name, "UITextView", { font: regular(15), textColor: "challenge_secondary_text" },
       `${name}.top = ${button}.bottom + 4`, ...across(name, m),
