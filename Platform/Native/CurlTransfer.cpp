@@ -13,6 +13,11 @@ constexpr const char* kProtocols = "http,https";
 constexpr long kMostRedirects = 20;
 constexpr Seconds kLongestLimit{30.0 * 24 * 3600};
 
+/// A connection that has idled for longer than these seconds is not used for what may not be repeated:
+/// servers close idle connections after a few seconds, and under TLS libcurl does not always notice before it
+/// has sent.
+constexpr long kFreshEnough = 1;
+
 bool hasPrefix(std::string_view text, std::string_view lowerCasePrefix) {
     const auto isSame = [](char a, char b) { return (a >= 'A' && a <= 'Z' ? a + ('a' - 'A') : a) == b; };
     return text.size() >= lowerCasePrefix.size() &&
@@ -65,6 +70,7 @@ void CurlTransfer::setMethod(const URLRequest& request) {
     CURL* easy = easy_.get();
     const bool isPost = request.httpMethod == "POST";
     isRepeatable_ = request.httpMethod == "GET" || request.httpMethod == "HEAD";
+    if (!isRepeatable_) curl_easy_setopt(easy, CURLOPT_MAXAGE_CONN, kFreshEnough);
     curl_easy_setopt(easy, CURLOPT_PREREQFUNCTION, &CurlTransfer::permit);
     curl_easy_setopt(easy, CURLOPT_PREREQDATA, this);
     if (isPost || request.httpBody) {

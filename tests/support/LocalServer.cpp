@@ -20,7 +20,6 @@ constexpr const char* kKey = KORVANE_SERVER_KEY;
 
 /// An open connection holds a thread, and a server's end waits for connections that idle.
 constexpr std::size_t kThreads = 48;
-constexpr time_t kKeepAliveSeconds = 1;
 
 std::unique_ptr<httplib::Server> makeServer(LocalServer::Transport transport) {
     if (transport == LocalServer::Transport::tls)
@@ -100,7 +99,7 @@ LocalServer::LocalServer(Transport transport) : state_(std::make_unique<State>(t
     };
     state_->server->Get(".*", handler).Post(".*", handler);
     state_->server->new_task_queue = [] { return new httplib::ThreadPool(kThreads); };
-    state_->server->set_keep_alive_timeout(kKeepAliveSeconds);
+    state_->server->set_keep_alive_timeout(kKeepAlive.count());
     state_->port = state_->server->bind_to_any_port("127.0.0.1");
     if (state_->port <= 0) std::abort();
     state_->thread = std::thread([state = state_.get()] { state->server->listen_after_bind(); });

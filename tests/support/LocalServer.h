@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <map>
 #include <memory>
 #include <string>
@@ -26,6 +27,9 @@ struct ReceivedRequest {
 class LocalServer {
 public:
     enum class Transport { plain, tls };
+
+    /// How long a connection is kept that nothing is asked on.
+    static constexpr std::chrono::seconds kKeepAlive{1};
 
     explicit LocalServer(Transport transport);
     LocalServer(const LocalServer&) = delete;

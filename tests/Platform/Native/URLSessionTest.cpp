@@ -92,6 +92,22 @@ TEST_F(NativeURLSession, ConnectionServesTheNextRequestToo) {
     EXPECT_EQ(received[0].port, received[2].port);
 }
 
+/// The wait is longer than the server keeps a connection that nothing is asked on.
+TEST_F(NativeURLSession, APostTakesAFreshConnectionWhereTheKeptOneHasIdled) {
+    for (const auto transport : {LocalServer::Transport::plain, LocalServer::Transport::tls}) {
+        LocalServer server(transport);
+        URLSessionConfiguration configuration;
+        configuration.additionalCertificateAuthorities = LocalServer::authority();
+        const auto session = platform_.makeURLSession(configuration);
+        ASSERT_EQ(fetch(*session, post(server.url("/echo"), "first")).body, "first");
+        EXPECT_EQ(ended_->wait(LocalServer::kKeepAlive * 2.5), DispatchTimeoutResult::timedOut);
+        EXPECT_EQ(fetch(*session, post(server.url("/echo"), "second")).body, "second");
+        const auto received = server.received();
+        ASSERT_EQ(received.size(), 2U);
+        EXPECT_NE(received[0].port, received[1].port);
+    }
+}
+
 TEST_F(NativeURLSession, BodyCountsWhateverTheStatusAndEmptyIsNotAbsent) {
     const struct {
         const char* path;
