@@ -111,9 +111,12 @@ void UIViewController::attachChild(UIViewController& child) {
     view_->insertSubview(child.view(), above);
 }
 
+/// A child that has moved itself, as one does over a keyboard, stays there until its room is another.
 void UIViewController::layOutChildren() {
+    const CGRect room = childFrame();
+    if (room == std::exchange(childRoom_, room)) return;
     const auto child = childForAppearance();
-    if (child && child->view_ && child->view_->superview() == view_) child->view_->setFrame(childFrame());
+    if (child && child->view_ && child->view_->superview() == view_) child->view_->setFrame(room);
 }
 
 void UIViewController::beginAppearanceTransition(bool isAppearing, UIAnimated animated) {

@@ -134,6 +134,7 @@ private:
     UIViewController* parent_ = nullptr; // cleared by the parent
     std::vector<std::shared_ptr<UIViewController>> children_;
     std::shared_ptr<UIViewController> leaving_; // shown still, but no child any more
+    CGRect childRoom_;                          // as of the last layout
     std::shared_ptr<UIViewController> presented_;
     std::weak_ptr<UIViewController> presenting_;
     UIModalPresentationStyle style_ = UIModalPresentationStyle::automatic;

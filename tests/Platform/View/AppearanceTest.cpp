@@ -201,6 +201,22 @@ TEST_F(Appearance, TheBarOfAStackShowsTheTopsTitleAboveIt) {
     EXPECT_EQ(stack->navigationBar()->titleLabel()->text(), "Second");
 }
 
+TEST_F(Appearance, AScreenThatMovesItselfStaysThereUntilItsRoomIsAnother) {
+    const auto top = std::make_shared<UIViewController>();
+    const auto stack = std::make_shared<UINavigationController>(top);
+    stack->setNavigationBarHidden(true, UIAnimated::no);
+    window->setRootViewController(stack);
+    window->layoutIfNeeded();
+    const CGRect room = top->view()->frame();
+    top->view()->setFrame(CGRectOffset(room, 0, -80));
+    stack->view()->setNeedsLayout();
+    window->layoutIfNeeded();
+    EXPECT_EQ(top->view()->frame(), CGRectOffset(room, 0, -80));
+    window->setFrame({{0, 0}, {room.size.height, room.size.width}});
+    window->layoutIfNeeded();
+    EXPECT_EQ(top->view()->frame(), (CGRect{{0, 0}, {room.size.height, room.size.width}}));
+}
+
 TEST_F(Appearance, AWindowThatIsRemovedReleasesWhatItShows) {
     auto a = make("a");
     auto b = make("b");
