@@ -16,10 +16,19 @@ foreach(layer IN ITEMS Platform Crypt Sdk keyboard Ui)
         PATTERN "OpenSSLHandles.h" EXCLUDE
         PATTERN "SecCertificateMaterial.h" EXCLUDE
         PATTERN "SecKeyMaterial.h" EXCLUDE
-        PATTERN "Native" EXCLUDE)
+        PATTERN "Native" EXCLUDE
+        PATTERN "Qt" EXCLUDE)
 endforeach()
-install(FILES Platform/Native/NativePlatform.h
+install(FILES Platform/Native/NativePlatform.h Platform/Native/SystemPlatform.h
     DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/korvane/Platform/Native")
+
+# The Qt filling is exported apart: applications without Qt do not need to find it.
+if(KORVANE_QT)
+    install(TARGETS korvane-qt EXPORT KorvaneQtTargets ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}")
+    install(EXPORT KorvaneQtTargets NAMESPACE Korvane:: DESTINATION "${package_folder}")
+    install(FILES Platform/Qt/KorvaneHost.h Platform/Qt/KorvaneWindow.h Platform/Qt/QtPlatform.h
+        DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/korvane/Platform/Qt")
+endif()
 
 configure_package_config_file("${PROJECT_SOURCE_DIR}/cmake/KorvaneConfig.cmake.in"
     "${PROJECT_BINARY_DIR}/KorvaneConfig.cmake" INSTALL_DESTINATION "${package_folder}")

@@ -18,3 +18,13 @@ add_test(NAME package.pkgConfig
         "'${CMAKE_CXX_COMPILER}' -std=c++20 '${consumer}/consumer.cpp' $(${pkg_config}) -o '${program}' && '${program}'")
 
 set_tests_properties(package.cmake package.pkgConfig PROPERTIES FIXTURES_REQUIRED package)
+
+# The program of the README: the scene is loaded, and a transaction is made.
+if(KORVANE_QT)
+    add_test(NAME package.qt
+        COMMAND "${CMAKE_CTEST_COMMAND}" --build-and-test "${consumer}/qt" "${CMAKE_BINARY_DIR}/package/qt"
+            --build-generator Ninja --build-options "-DCMAKE_PREFIX_PATH=${prefix}"
+            "-DCMAKE_CXX_COMPILER=${CMAKE_CXX_COMPILER}" --test-command consumer)
+    set_tests_properties(package.qt PROPERTIES FIXTURES_REQUIRED package TIMEOUT 300
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_QUICK_BACKEND=software")
+endif()

@@ -5,6 +5,9 @@ file(GLOB_RECURSE headers RELATIVE "${PROJECT_SOURCE_DIR}" CONFIGURE_DEPENDS
     "${PROJECT_SOURCE_DIR}/Platform/*.h" "${PROJECT_SOURCE_DIR}/Crypt/*.h" "${PROJECT_SOURCE_DIR}/Sdk/*.h"
     "${PROJECT_SOURCE_DIR}/keyboard/*.h" "${PROJECT_SOURCE_DIR}/Ui/*.h"
     "${PROJECT_SOURCE_DIR}/tests/support/*.h")
+if(NOT KORVANE_QT)
+    list(FILTER headers EXCLUDE REGEX "^Platform/Qt/")
+endif()
 set(sources)
 foreach(header IN LISTS headers)
     set(source "${CMAKE_CURRENT_BINARY_DIR}/headers/${header}.cpp")
@@ -13,11 +16,17 @@ foreach(header IN LISTS headers)
 endforeach()
 add_library(headers_alone OBJECT EXCLUDE_FROM_ALL ${sources})
 target_link_libraries(headers_alone PRIVATE korvane korvane_flags OpenSSL::Crypto)
+if(KORVANE_QT)
+    target_link_libraries(headers_alone PRIVATE korvane-qt Qt6::WebEngineQuick)
+endif()
 target_compile_options(headers_alone PRIVATE -O0 -g0)
 add_test(NAME tree.headersCompileAlone
     COMMAND "${CMAKE_COMMAND}" --build "${CMAKE_BINARY_DIR}" --target headers_alone)
 set_tests_properties(tree.headersCompileAlone PROPERTIES RUN_SERIAL ON TIMEOUT 900)
 
 find_program(NODE node REQUIRED)
+add_test(NAME tree.readmeShowsWhatIsCompiled
+    COMMAND "${NODE}" "${CMAKE_CURRENT_SOURCE_DIR}/tree/readme.mjs"
+        "${PROJECT_SOURCE_DIR}/README.md" "${CMAKE_CURRENT_SOURCE_DIR}/package/qt/consumer.cpp")
 add_test(NAME tree.includesKeepTheirFences
     COMMAND "${NODE}" "${CMAKE_CURRENT_SOURCE_DIR}/tree/fences.mjs" "${PROJECT_SOURCE_DIR}")

@@ -102,6 +102,43 @@ const std::vector<GalleryScreen>& galleryScreens() {
     return screens;
 }
 
+CRes fullCRes(UiType kind) {
+    CRes cRes = screenCRes(kind);
+    cRes.whitelistingInfoText = "Ask less often when I pay in this shop";
+    cRes.challengeInfoTextIndicator = "Y";
+    return cRes;
+}
+
+CRes longCRes(UiType kind) {
+    const auto text = [](std::size_t length) {
+        std::string words;
+        while (words.size() < length)
+            words += "words of a bank ";
+        words.resize(length, '.');
+        words.back() = '.';
+        return words;
+    };
+    CRes cRes = fullCRes(kind);
+    for (auto label :
+         {&CRes::challengeInfoHeader, &CRes::challengeInfoLabel, &CRes::whyInfoLabel, &CRes::expandInfoLabel,
+          &CRes::submitAuthenticationLabel, &CRes::resendInformationLabel, &CRes::oobContinueLabel})
+        cRes.*label = text(45);
+    cRes.challengeInfoText = text(350);
+    cRes.whyInfoText = text(256);
+    cRes.expandInfoText = text(256);
+    cRes.whitelistingInfoText = text(64);
+    cRes.challengeSelectInfo.emplace(8, StringTable{{"key", text(45)}});
+    return cRes;
+}
+
+CRes bareCRes(UiType kind) {
+    CRes cRes = screenCRes(kind);
+    for (auto part : {&CRes::challengeInfoHeader, &CRes::challengeInfoLabel, &CRes::whyInfoLabel,
+                      &CRes::expandInfoLabel, &CRes::resendInformationLabel})
+        (cRes.*part).reset();
+    return cRes;
+}
+
 std::string dumped(const UIView& view, int depth) {
     std::ostringstream line;
     line << std::string(static_cast<std::size_t>(depth) * 2, ' ')

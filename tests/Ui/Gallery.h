@@ -21,6 +21,11 @@ struct GalleryScreen {
 
 [[nodiscard]] const std::vector<GalleryScreen>& galleryScreens();
 
+/// Responses with everything that a screen can show, with the longest texts, and with the least.
+[[nodiscard]] CRes fullCRes(UiType kind);
+[[nodiscard]] CRes longCRes(UiType kind);
+[[nodiscard]] CRes bareCRes(UiType kind);
+
 /// A tree of views, one a line: kind, identifier, frame in its superview, and the text that it shows.
 [[nodiscard]] std::string dumped(const UIView& view, int depth = 0);
 

@@ -16,46 +16,6 @@ constexpr UiType kKinds[] = {UiType::TEXT, UiType::SINGLE_SELECT, UiType::MULTI_
                              UiType::HTML_OTHER};
 constexpr const char* kFiles[] = {"text.txt", "singleSelect.txt", "multiSelect.txt", "oob.txt", "html.txt"};
 
-/// Everything that a screen can show.
-CRes fullCRes(UiType kind) {
-    CRes cRes = screenCRes(kind);
-    cRes.whitelistingInfoText = "Ask less often when I pay in this shop";
-    cRes.challengeInfoTextIndicator = "Y";
-    return cRes;
-}
-
-/// The longest texts that a response can bring.
-CRes longCRes(UiType kind) {
-    const auto text = [](std::size_t length) {
-        std::string words;
-        while (words.size() < length)
-            words += "words of a bank ";
-        words.resize(length, '.');
-        words.back() = '.';
-        return words;
-    };
-    CRes cRes = fullCRes(kind);
-    for (auto label :
-         {&CRes::challengeInfoHeader, &CRes::challengeInfoLabel, &CRes::whyInfoLabel, &CRes::expandInfoLabel,
-          &CRes::submitAuthenticationLabel, &CRes::resendInformationLabel, &CRes::oobContinueLabel})
-        cRes.*label = text(45);
-    cRes.challengeInfoText = text(350);
-    cRes.whyInfoText = text(256);
-    cRes.expandInfoText = text(256);
-    cRes.whitelistingInfoText = text(64);
-    cRes.challengeSelectInfo.emplace(8, StringTable{{"key", text(45)}});
-    return cRes;
-}
-
-/// The least that a response brings.
-CRes bareCRes(UiType kind) {
-    CRes cRes = screenCRes(kind);
-    for (auto part : {&CRes::challengeInfoHeader, &CRes::challengeInfoLabel, &CRes::whyInfoLabel,
-                      &CRes::expandInfoLabel, &CRes::resendInformationLabel})
-        (cRes.*part).reset();
-    return cRes;
-}
-
 class Gallery : public ScreenTest {
 protected:
     std::shared_ptr<ChallengeViewController> showOn(const GalleryScreen& on, const CRes& cRes) {

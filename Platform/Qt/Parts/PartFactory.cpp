@@ -1,0 +1,222 @@
+#include "Platform/Qt/Parts/PartFactory.h"
+
+#include "Platform/Failure.h"
+#include "Platform/Qt/Parts/Picture.h"
+#include "Platform/Qt/Parts/Values.h"
+#include "Platform/Qt/Parts/ViewItem.h"
+#include "Platform/Qt/Web/WebPage.h"
+#include "Platform/View/UIActivityIndicatorView.h"
+#include "Platform/View/UIImageView.h"
+#include "Platform/View/UILabel.h"
+#include "Platform/View/UINavigationBar.h"
+#include "Platform/View/UITableView.h"
+#include "Platform/View/UITextField.h"
+#include "Platform/View/UITextView.h"
+#include "Platform/View/UIVisualEffectView.h"
+#include "Platform/View/UIWindow.h"
+#include "Platform/View/WKWebView.h"
+
+#include <QFontMetricsF>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace korvane {
+
+namespace {
+
+// Over the item's subviews, which are numbered from 0.
+constexpr double kContentLevel = -1;
+constexpr double kOverlayLevel = 1e6;
+
+UIUserInterfaceStyle styleOf(const UIView& view) {
+    return view.traitCollection().userInterfaceStyle;
+}
+
+void setText(QQuickItem& part, const std::string& text, const UIFont& font, const QColor& color,
+             NSTextAlignment alignment) {
+    part.setProperty("text", drawnText(text));
+    part.setProperty("font", drawnFont(font));
+    part.setProperty("color", color);
+    switch (alignment) {
+    case NSTextAlignment::natural: break;
+    case NSTextAlignment::left: part.setProperty("horizontalAlignment", Qt::AlignLeft); break;
+    case NSTextAlignment::center: part.setProperty("horizontalAlignment", Qt::AlignHCenter); break;
+    case NSTextAlignment::right: part.setProperty("horizontalAlignment", Qt::AlignRight); break;
+    }
+}
+
+void updateLabel(QQuickItem& part, const UIView& view) {
+    const auto& label = static_cast<const UILabel&>(view);
+    const UIFont font = label.shownFont();
+    const double shrunk = label.scaleFactor();
+    // Whole pixels: what is shrunk to fit must not be rounded up.
+    const double size = shrunk < 1 ? std::floor(font.pointSize() * shrunk) : font.pointSize();
+    setText(part, label.text(), font.withSize(size), asColor(label.textColor(), styleOf(view)),
+            label.textAlignment());
+    part.setProperty("lines", label.numberOfLines());
+}
+
+void updateScroll(QQuickItem& part, const UIView& view) {
+    const auto& scroll = static_cast<const UIScrollView&>(view);
+    const CGSize size = view.bounds().size;
+    part.setProperty("contentHeight", scroll.contentSize().height);
+    part.setProperty("viewHeight", size.height);
+    part.setProperty("viewOffset", scroll.contentOffset().y);
+    part.setProperty("color", asColor(UIColor::secondaryLabel(), styleOf(view)));
+}
+
+void updateTextView(QQuickItem& part, const UIView& view) {
+    const auto& text = static_cast<const UITextView&>(view);
+    const UIEdgeInsets& inset = text.textContainerInset();
+    updateScroll(part, view);
+    setText(part, text.text(), text.shownFont(), asColor(text.textColor(), styleOf(view)),
+            text.textAlignment());
+    part.setProperty("topPadding", inset.top);
+    part.setProperty("leftPadding", inset.left + text.lineFragmentPadding());
+    part.setProperty("rightPadding", inset.right + text.lineFragmentPadding());
+    part.setProperty("scrollColor", asColor(UIColor::secondaryLabel(), styleOf(view)));
+}
+
+void updateTextField(QQuickItem& part, const UIView& view) {
+    constexpr QChar kDot{0x2022};
+    const auto& field = static_cast<const UITextField&>(view);
+    const UIUserInterfaceStyle style = styleOf(view);
+    QString text = drawnText(field.text());
+    QString before = drawnText(field.text().substr(0, field.selectedRange().location));
+    if (field.isSecureTextEntry()) {
+        text.fill(kDot);
+        before.fill(kDot);
+    }
+    setText(part, {}, field.shownFont(), asColor(field.textColor(), style), field.textAlignment());
+    part.setProperty("text", text);
+    part.setProperty("placeholder", drawnText(field.placeholder()));
+    part.setProperty("placeholderColor", asColor(UIColor::placeholderText(), style));
+    part.setProperty("caretColor", asColor(field.tintColor(), style));
+    part.setProperty("caretPlace", QFontMetricsF(drawnFont(field.shownFont())).horizontalAdvance(before));
+    part.setProperty("editing", field.isFirstResponder());
+    part.setProperty("bordered", field.borderStyle() != UITextBorderStyle::none);
+    part.setProperty("lineColor", asColor(UIColor::separator(), style));
+}
+
+void updatePicture(QQuickItem& part, const UIView& view) {
+    const auto& image = static_cast<const UIImageView&>(view);
+    static_cast<Picture&>(part).show(image.image(), view.contentMode(),
+                                     asColor(view.tintColor(), styleOf(view)), styleOf(view));
+}
+
+void updateBar(QQuickItem& part, const UIView& view) {
+    const auto& bar = static_cast<const UINavigationBar&>(view);
+    const UIUserInterfaceStyle style = styleOf(view);
+    part.setProperty("color", asColor(bar.barTintColor().value_or(UIColor::systemBackground()), style));
+    part.setProperty("coverage", bar.isTranslucent() && !bar.barTintColor() ? 0.96 : 1.0);
+    const auto window = view.window();
+    const CGRect place = view.convertTo(nullptr, view.bounds());
+    part.setProperty("above", std::max(0.0, place.origin.y));
+    part.setProperty("before", std::max(0.0, place.origin.x));
+    part.setProperty("behind", window ? window->bounds().size.width - CGRectGetMaxX(place) : 0);
+    part.setProperty("lineColor",
+                     bar.hidesShadow() ? QColor(Qt::transparent) : asColor(UIColor::separator(), style));
+}
+
+void updateCell(QQuickItem& part, const UIView& view) {
+    const auto table = std::dynamic_pointer_cast<UITableView>(view.superview());
+    const bool hasLine = table && table->separatorStyle() == UITableViewCellSeparatorStyle::singleLine;
+    part.setProperty("lineColor",
+                     hasLine ? asColor(UIColor::separator(), styleOf(view)) : QColor(Qt::transparent));
+}
+
+void updateSpinner(QQuickItem& part, const UIView& view) {
+    const auto& indicator = static_cast<const UIActivityIndicatorView&>(view);
+    part.setProperty("color", asColor(indicator.color().value_or(UIColor::secondaryLabel()), styleOf(view)));
+    part.setProperty("running", indicator.isAnimating());
+}
+
+/// Nothing of what lies behind may be read, so that the veil is whole.
+void updateVeil(QQuickItem& part, const UIView& view) {
+    part.setProperty("color", asColor(UIColor::systemBackground(), styleOf(view)));
+}
+
+void updatePage(QQuickItem& part, const UIView&) {
+    static_cast<WebPage&>(part).synchronize();
+}
+
+struct Row {
+    UIViewKind kind;
+    /// The QML file; null for kinds that are made in C++.
+    const char* file;
+    double level;
+    void (*update)(QQuickItem& part, const UIView& view);
+};
+
+constexpr std::array<Row, 11> kRows{{
+    {UIViewKind::label, "Label", kContentLevel, updateLabel},
+    {UIViewKind::textView, "TextView", kContentLevel, updateTextView},
+    {UIViewKind::textField, "TextField", kContentLevel, updateTextField},
+    {UIViewKind::image, nullptr, kContentLevel, updatePicture},
+    {UIViewKind::scroll, "ScrollMark", kOverlayLevel, updateScroll},
+    {UIViewKind::table, "ScrollMark", kOverlayLevel, updateScroll},
+    {UIViewKind::tableCell, "Cell", kOverlayLevel, updateCell},
+    {UIViewKind::navigationBar, "Bar", kContentLevel, updateBar},
+    {UIViewKind::activityIndicator, "Spinner", kContentLevel, updateSpinner},
+    {UIViewKind::visualEffect, "Veil", kContentLevel, updateVeil},
+    {UIViewKind::webView, nullptr, kContentLevel, updatePage},
+}};
+
+const Row* rowOf(UIViewKind kind) {
+    const auto row = std::ranges::find(kRows, kind, &Row::kind);
+    return row == kRows.end() ? nullptr : &*row;
+}
+
+} // namespace
+
+QQmlComponent& PartFactory::component(const std::string& file) {
+    auto& component = components_[file];
+    if (!component) {
+        const QString address = QStringLiteral("qrc:/korvane/parts/%1.qml").arg(QString::fromStdString(file));
+        component =
+            std::make_unique<QQmlComponent>(&engine_, QUrl(address), QQmlComponent::PreferSynchronous);
+    }
+    if (!component->isReady()) fatalError(component->errorString().toStdString());
+    return *component;
+}
+
+QQuickItem* PartFactory::create(const std::string& file) {
+    auto* const item = qobject_cast<QQuickItem*>(component(file).create());
+    if (!item) fatalError("The part " + file + " is no item.");
+    QQmlEngine::setObjectOwnership(item, QQmlEngine::CppOwnership);
+    return item;
+}
+
+QQuickItem* PartFactory::make(const std::string& file, QQuickItem& in) {
+    auto* const part = create(file);
+    part->setParent(&in);
+    part->setParentItem(&in);
+    return part;
+}
+
+ViewItem* PartFactory::makeItem(const UIView& view) {
+    if (view.accessibilityRole() == UIAccessibilityRole::none) return new ViewItem;
+    return static_cast<ViewItem*>(create("View"));
+}
+
+QQuickItem* PartFactory::makeContent(const UIView& view, QQuickItem& in) {
+    const Row* const row = rowOf(view.kind());
+    if (!row) return nullptr;
+    QQuickItem* part = nullptr;
+    if (view.kind() == UIViewKind::image) part = new Picture(&in);
+    if (view.kind() == UIViewKind::webView) {
+        const auto page = const_cast<UIView&>(view).shared_from_this();
+        part = new WebPage(engine_, std::static_pointer_cast<WKWebView>(page), &in);
+    }
+    if (!part) part = make(row->file, in);
+    part->setZ(row->level);
+    return part;
+}
+
+void PartFactory::updateContent(QQuickItem& content, const UIView& view) const {
+    rowOf(view.kind())->update(content, view);
+}
+
+} // namespace korvane

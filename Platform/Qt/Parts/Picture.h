@@ -1,0 +1,34 @@
+#pragma once
+
+#include "Platform/View/UIImage.h"
+#include "Platform/View/UITraitCollection.h"
+#include "Platform/View/UIViewTypes.h"
+
+#include <QColor>
+#include <QQuickPaintedItem>
+
+namespace korvane {
+
+/// Draws one image into its item, as the content mode says; drawings (SVG) in the screen's own resolution.
+class Picture final : public QQuickPaintedItem {
+    Q_OBJECT
+
+public:
+    explicit Picture(QQuickItem* parent);
+
+    /// @param image  null for none. One that is rendered as a template has the tint's colour.
+    void show(const UIImagePtr& image, UIViewContentMode mode, const QColor& tint,
+              UIUserInterfaceStyle style);
+
+    void paint(QPainter* painter) override;
+
+private:
+    [[nodiscard]] QRectF target() const;
+
+    UIImagePtr image_;
+    UIViewContentMode mode_ = UIViewContentMode::scaleToFill;
+    QColor tint_;
+    UIUserInterfaceStyle style_ = UIUserInterfaceStyle::light;
+};
+
+} // namespace korvane

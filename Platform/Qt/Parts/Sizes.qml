@@ -1,0 +1,20 @@
+pragma Singleton
+import QtQuick
+
+// Sizes in points, times in milliseconds and shares that parts have in common.
+QtObject {
+    readonly property real hairline: 1
+    readonly property int shadowLayers: 4
+    readonly property real fieldRoom: 7
+    readonly property real fieldCorner: 6
+    readonly property real caretWidth: 2
+    readonly property int caretBeat: 530
+    readonly property real scrollMarkWidth: 3
+    readonly property real scrollMarkGap: 2
+    readonly property real scrollMarkLeast: 24
+    readonly property int scrollMarkStay: 900
+    readonly property int scrollMarkFade: 250
+    readonly property real spinnerSide: 37
+    readonly property int spinnerSpokes: 12
+    readonly property int spinnerTurn: 1000
+}

@@ -1,0 +1,5 @@
+import QtQuick
+
+// Covers all that lies behind.
+Rectangle {
+}

@@ -1,0 +1,176 @@
+#include "Platform/Qt/Parts/ViewItem.h"
+
+#include "Platform/Qt/Parts/PartFactory.h"
+#include "Platform/Qt/Parts/Values.h"
+#include "Platform/View/UIButton.h"
+#include "Platform/View/UIScrollView.h"
+#include "Platform/View/UIWindow.h"
+
+#include <QAccessible>
+#include <QEasingCurve>
+#include <QVariantAnimation>
+
+#include <algorithm>
+
+namespace korvane {
+
+namespace {
+
+// The order of drawing within one item: frame, content, subviews, and what lies over these.
+constexpr double kFrameLevel = -2;
+
+/// How much of a pressed button is seen.
+constexpr double kPressedOpacity = 0.55;
+
+QRectF rectOf(const UIView& view) {
+    const auto superview = view.superview();
+    const CGPoint origin = superview ? superview->bounds().origin : CGPoint{};
+    return asRect(CGRectOffset(view.frame(), -origin.x, -origin.y));
+}
+
+double opacityOf(const UIView& view) {
+    const auto* button = dynamic_cast<const UIButton*>(&view);
+    return view.alpha() * (button && button->isHighlighted() ? kPressedOpacity : 1);
+}
+
+QAccessible::Role accessibleRole(UIAccessibilityRole role) {
+    switch (role) {
+    case UIAccessibilityRole::none: return QAccessible::NoRole;
+    case UIAccessibilityRole::staticText: return QAccessible::StaticText;
+    case UIAccessibilityRole::header: return QAccessible::Heading;
+    case UIAccessibilityRole::button: return QAccessible::Button;
+    case UIAccessibilityRole::image: return QAccessible::Graphic;
+    case UIAccessibilityRole::textField: return QAccessible::EditableText;
+    case UIAccessibilityRole::checkBox: return QAccessible::CheckBox;
+    case UIAccessibilityRole::radioButton: return QAccessible::RadioButton;
+    case UIAccessibilityRole::list: return QAccessible::List;
+    case UIAccessibilityRole::page: return QAccessible::WebDocument;
+    }
+    return QAccessible::NoRole;
+}
+
+bool hasFrame(const UIView& view) {
+    const CALayer& layer = view.layer();
+    return view.backgroundColor() || layer.borderWidth() > 0 || layer.shadowOpacity() > 0;
+}
+
+} // namespace
+
+void ViewItem::synchronize(const UIView& view, PartFactory& parts, ItemArrival arrival) {
+    moveTo({rectOf(view), opacityOf(view)}, view, arrival);
+    isHidden_ = view.isHidden();
+    setVisible(!isHidden_);
+    setClip(view.clipsToBounds() || dynamic_cast<const UIScrollView*>(&view));
+    synchronizeFrame(view, parts);
+    synchronizeContent(view, parts);
+    synchronizeAccessibility(view);
+}
+
+/// A view that appears by itself fades in; one that comes with what it lies in is there at once.
+void ViewItem::moveTo(const Place& place, const UIView& view, ItemArrival arrival) {
+    if (place.rect == place_.rect && place.opacity == place_.opacity && arrival == ItemArrival::none) return;
+    delete std::exchange(movement_, nullptr);
+    Place from{QRectF(position(), size()), opacity()};
+    place_ = place;
+    if (arrival == ItemArrival::onItsOwn) from = {place.rect, 0};
+    if (!view.animation() || arrival == ItemArrival::withOthers || view.isHidden() || isHidden_) {
+        apply(place);
+        return;
+    }
+    movement_ = new QVariantAnimation(this);
+    movement_->setDuration(milliseconds(view.animation()->delay + view.animation()->duration));
+    movement_->setEasingCurve(QEasingCurve::InOutQuad);
+    movement_->setStartValue(0.0);
+    movement_->setEndValue(1.0);
+    connect(movement_, &QVariantAnimation::valueChanged, this, [this, from, place](const QVariant& value) {
+        const double share = value.toDouble();
+        const auto between = [share](double start, double end) { return start + share * (end - start); };
+        apply({QRectF(between(from.rect.x(), place.rect.x()), between(from.rect.y(), place.rect.y()),
+                      between(from.rect.width(), place.rect.width()),
+                      between(from.rect.height(), place.rect.height())),
+               between(from.opacity, place.opacity)});
+    });
+    apply(from);
+    movement_->start();
+}
+
+void ViewItem::apply(const Place& place) {
+    setPosition(place.rect.topLeft());
+    setSize(place.rect.size());
+    setOpacity(place.opacity);
+}
+
+void ViewItem::geometryChange(const QRectF& now, const QRectF& before) {
+    QQuickItem::geometryChange(now, before);
+    for (QQuickItem* part : {frame_, content_})
+        if (part) part->setSize(now.size());
+}
+
+void ViewItem::synchronizeFrame(const UIView& view, PartFactory& parts) {
+    if (!frame_) {
+        if (!hasFrame(view)) return;
+        frame_ = parts.make("Frame", *this);
+        frame_->setZ(kFrameLevel);
+        frame_->setSize(size());
+    }
+    const CALayer& layer = view.layer();
+    const UIUserInterfaceStyle style = view.traitCollection().userInterfaceStyle;
+    const auto color = [style](const std::optional<UIColor>& one) {
+        return one ? asColor(*one, style) : QColor(Qt::transparent);
+    };
+    const CGSize extent = view.bounds().size;
+    frame_->setProperty("color", color(view.backgroundColor()));
+    frame_->setProperty("radius", std::min(layer.cornerRadius(), std::min(extent.width, extent.height) / 2));
+    frame_->setProperty("strokeWidth", layer.borderWidth());
+    frame_->setProperty("strokeColor", color(layer.borderColor()));
+    frame_->setProperty("shadowOpacity", layer.shadowOpacity());
+    frame_->setProperty("shadowColor", color(layer.shadowColor()));
+    frame_->setProperty("shadowRadius", layer.shadowRadius());
+    frame_->setProperty("shadowPath",
+                        asRect(CGRectOffset(layer.shadowPath().value_or(CGRect{{0, 0}, extent}),
+                                            layer.shadowOffset().width, layer.shadowOffset().height)));
+}
+
+void ViewItem::synchronizeContent(const UIView& view, PartFactory& parts) {
+    if (!content_ && (content_ = parts.makeContent(view, *this))) content_->setSize(size());
+    if (content_) parts.updateContent(*content_, view);
+}
+
+void ViewItem::synchronizeAccessibility(const UIView& view) {
+    const int role = accessibleRole(view.accessibilityRole());
+    const QString label = drawnText(view.accessibilityLabel());
+    const QString identifier = drawnText(view.accessibilityIdentifier());
+    const UIAccessibilityState state = view.accessibilityState();
+    if (role == role_ && label == label_ && state == state_ && identifier == identifier_) return;
+    role_ = role;
+    label_ = label;
+    identifier_ = identifier;
+    state_ = state;
+    emit accessibilityChanged();
+}
+
+bool ViewItem::isCheckable() const noexcept {
+    return role_ == QAccessible::CheckBox || role_ == QAccessible::RadioButton;
+}
+
+void ViewItem::hideForCapture(bool hide) {
+    const auto shown = view();
+    if (!shown || shown->layer().value(std::string(CALayer::kCaptureMask)).value_or(0) == 0) return;
+    setVisible(!hide && !isHidden_);
+}
+
+void ViewItem::press() {
+    constexpr std::uint64_t kAssistiveFinger = 0;
+    const auto pressed = view();
+    const auto window = pressed ? pressed->window() : nullptr;
+    if (!window) return;
+    for (auto around = pressed->superview(); around; around = around->superview())
+        if (const auto scroll = std::dynamic_pointer_cast<UIScrollView>(around))
+            scroll->scrollRectToVisible(pressed->convertTo(scroll.get(), pressed->bounds()), UIAnimated::no);
+    const CGSize size = pressed->bounds().size;
+    const CGPoint middle = pressed->convertTo(nullptr, CGPoint{size.width / 2, size.height / 2});
+    window->sendTouch({kAssistiveFinger, UITouchPhase::began, middle});
+    window->sendTouch({kAssistiveFinger, UITouchPhase::ended, middle});
+}
+
+} // namespace korvane

@@ -1,0 +1,85 @@
+#pragma once
+
+#include "Platform/View/UIView.h"
+
+#include <QQuickItem>
+
+#include <memory>
+
+class QVariantAnimation;
+
+namespace korvane {
+
+class PartFactory;
+
+/// Whether an item appears with what it shows, or is changed while it is seen.
+enum class ItemArrival { withOthers, onItsOwn, none };
+
+/// The item of one view: its place, its opacity, its frame (fill, border, shadow), what its kind shows, and
+/// what it is to assistive technology. The items of the subviews are its children.
+class ViewItem : public QQuickItem {
+    Q_OBJECT
+    /// A `QAccessible::Role`.
+    Q_PROPERTY(int role READ role NOTIFY accessibilityChanged)
+    Q_PROPERTY(QString label READ label NOTIFY accessibilityChanged)
+    Q_PROPERTY(QString identifier READ identifier NOTIFY accessibilityChanged)
+    Q_PROPERTY(bool usable READ isUsable NOTIFY accessibilityChanged)
+    Q_PROPERTY(bool checkable READ isCheckable NOTIFY accessibilityChanged)
+    Q_PROPERTY(bool chosen READ isChosen NOTIFY accessibilityChanged)
+
+public:
+    explicit ViewItem(QQuickItem* parent = nullptr) : QQuickItem(parent) {}
+
+    /// Once, before anything else.
+    void setView(const std::shared_ptr<UIView>& view) { view_ = view; }
+    /// Null once the view has gone.
+    [[nodiscard]] std::shared_ptr<UIView> view() const { return view_.lock(); }
+
+    /// Takes over how the view is now. Its subviews are the mirror's affair.
+    void synchronize(const UIView& view, PartFactory& parts, ItemArrival arrival);
+
+    /// Leaves the item out of a picture, if its view is hidden from capture, or lets it in again.
+    void hideForCapture(bool hide);
+
+    [[nodiscard]] int role() const noexcept { return role_; }
+    [[nodiscard]] const QString& label() const noexcept { return label_; }
+    [[nodiscard]] const QString& identifier() const noexcept { return identifier_; }
+    [[nodiscard]] bool isUsable() const noexcept { return state_.isEnabled; }
+    [[nodiscard]] bool isCheckable() const noexcept;
+    [[nodiscard]] bool isChosen() const noexcept { return state_.isSelected; }
+
+    /// Taps the view in its middle, on behalf of assistive technology.
+    Q_INVOKABLE void press();
+
+signals:
+    void accessibilityChanged();
+
+protected:
+    /// Frame and content fill the item.
+    void geometryChange(const QRectF& now, const QRectF& before) override;
+
+private:
+    struct Place {
+        QRectF rect;
+        double opacity = 1;
+    };
+
+    void moveTo(const Place& place, const UIView& view, ItemArrival arrival);
+    void apply(const Place& place);
+    void synchronizeFrame(const UIView& view, PartFactory& parts);
+    void synchronizeContent(const UIView& view, PartFactory& parts);
+    void synchronizeAccessibility(const UIView& view);
+
+    std::weak_ptr<UIView> view_;
+    QQuickItem* frame_ = nullptr;
+    QQuickItem* content_ = nullptr;
+    QVariantAnimation* movement_ = nullptr;
+    Place place_;
+    int role_ = 0;
+    QString label_;
+    QString identifier_;
+    UIAccessibilityState state_;
+    bool isHidden_ = false;
+};
+
+} // namespace korvane

@@ -1,0 +1,69 @@
+#include "Platform/Qt/QtPlatform.h"
+
+#include "Platform/Native/NativeDispatch.h"
+#include "Platform/Qt/Fonts.h"
+#include "Platform/Qt/KorvaneHost.h"
+#include "Platform/Qt/Parts/ViewItem.h"
+#include "Platform/Qt/QtDevice.h"
+#include "Platform/Qt/QtMainLoop.h"
+
+#include <QtWebEngineQuick>
+
+/// Resources of a static library are there only where they are asked for; outside of every namespace.
+static void loadResources() {
+    Q_INIT_RESOURCE(Parts);
+}
+
+namespace korvane {
+
+struct QtPlatform::Parts {
+    QtScreen screen;
+    QtDevice device{screen};
+    QtFonts fonts;
+    QtTextMeasurer textMeasurer;
+    NativeDispatch dispatch{std::make_unique<QtMainLoop>()};
+};
+
+void QtPlatform::prepare() {
+    QtWebEngineQuick::initialize();
+}
+
+QtPlatform::QtPlatform() : parts_(std::make_unique<Parts>()) {
+    loadResources();
+    qmlRegisterType<ViewItem>("Korvane.Parts", 1, 0, "ViewItem");
+    qmlRegisterType<KorvaneHost>("Korvane", 1, 0, "KorvaneHost");
+}
+
+/// The threads end while the platform is still whole, since their work may ask for it.
+QtPlatform::~QtPlatform() {
+    endNetwork();
+    parts_->dispatch.end();
+}
+
+UIDevice& QtPlatform::device() {
+    return parts_->device;
+}
+
+UIScreen& QtPlatform::mainScreen() {
+    return parts_->screen;
+}
+
+UIFontServices& QtPlatform::fonts() {
+    return parts_->fonts;
+}
+
+TextMeasurer& QtPlatform::textMeasurer() {
+    return parts_->textMeasurer;
+}
+
+Dispatch& QtPlatform::dispatch() {
+    return parts_->dispatch;
+}
+
+void QtPlatform::setScreenSize(CGSize size) {
+    parts_->screen.setSize(size);
+    parts_->device.setOrientation(size.width > size.height ? UIDeviceOrientation::landscapeLeft
+                                                           : UIDeviceOrientation::portrait);
+}
+
+} // namespace korvane

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "Platform/Native/SystemPlatform.h"
+
+#include <memory>
+
+namespace korvane {
+
+/// The platform of a Qt application: the Qt event loop is the main queue, a `KorvaneHost` is the screen.
+/// While it lives it is the platform of the process. Made after the `QGuiApplication`, on its thread, and
+/// gone before it. Its end drops the work that is still queued.
+class QtPlatform final : public SystemPlatform {
+public:
+    /// Prepares Qt for screens with web pages. Before the `QGuiApplication` is made.
+    static void prepare();
+
+    /// Makes the QML type `KorvaneHost` known, in the module `Korvane` 1.0.
+    QtPlatform();
+    ~QtPlatform() override;
+
+    [[nodiscard]] UIDevice& device() override;
+    [[nodiscard]] UIScreen& mainScreen() override;
+    [[nodiscard]] UIFontServices& fonts() override;
+    [[nodiscard]] TextMeasurer& textMeasurer() override;
+    [[nodiscard]] Dispatch& dispatch() override;
+
+private:
+    friend class KorvaneHost;
+
+    struct Parts;
+
+    /// From the host: what the screen measures, and so how the device is held.
+    void setScreenSize(CGSize size);
+
+    std::unique_ptr<Parts> parts_;
+    Installation installation_{*this};
+};
+
+} // namespace korvane

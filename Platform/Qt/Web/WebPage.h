@@ -1,0 +1,84 @@
+#pragma once
+
+#include "Platform/Qt/Web/WebForm.h"
+#include "Platform/View/WKWebView.h"
+
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QTimer>
+#include <QUrl>
+
+#include <chrono>
+#include <memory>
+#include <optional>
+
+class QWebEngineNavigationRequest;
+
+namespace korvane {
+
+/// The engine behind one `WKWebView`: shows its page, lets the user's touches and keys reach it, and asks the
+/// view before the page goes anywhere. Each page has a profile of its own that keeps nothing: no cookies, no
+/// storage, no cache. Main thread only, after Qt WebEngine was initialised. A text of more than 2 MiB in
+/// percent-encoding is not shown: the engine has no address for it.
+///
+/// **Navigation.** Every navigation of the main frame is put to `WKWebView::decidePolicy` and done if it
+/// allows it. The view's own text counts as "about:blank"; the engine gives it an address of scheme "data",
+/// which no page may go to by itself. Nothing but "https", "about" and that text is ever shown, whatever
+/// the answer is, and no other program is ever opened; frames within the page are held to the same without
+/// being asked about. New windows, downloads, permissions and dialogs are refused.
+///
+/// **Forms.** The engine shows neither the method nor the body of a request. So `forms.js` keeps them within
+/// the page, in a world of scripts that the page's own scripts neither see nor reach: it reads the data when
+/// all listeners of the page have had their say, and remembers at the page's departure which form it departs
+/// with. A form's navigation is refused at once, so that the page stays; the form is fetched; and then the
+/// policy is asked with the whole request: a POST form's body, or a GET form's query to the letter, in the
+/// form's own encoding, files as their names alone. If the policy allows it, the page sends the form again
+/// and the engine lets it pass.
+///
+/// A form that nothing is known of (of a frame within the page that aims at the whole page, or in a shadow
+/// tree), or that the page does not give out within `kFormPatience`, is asked about as a GET of its address;
+/// a POST form of more than 1 MiB without its body. Of navigations that follow each other while one is being
+/// fetched, the last one counts.
+///
+/// **Late answers.** The engine does not wait. A navigation that has no answer when `decidePolicy` returns is
+/// refused, and made once more if it is allowed later, unless the page has asked for another in between.
+class WebPage : public QQuickItem {
+    Q_OBJECT
+
+public:
+    static constexpr std::chrono::seconds kFormPatience{10};
+
+    /// Fills itself with the engine's item. Holds the view weakly.
+    WebPage(QQmlEngine& engine, std::shared_ptr<WKWebView> view, QQuickItem* parent);
+    ~WebPage() override;
+
+    /// After a change of the view: shows its page if it is another one than before.
+    void synchronize();
+
+private slots:
+    void onNavigation(QWebEngineNavigationRequest* request);
+    void onFormTold(int question, const QString& form);
+
+private:
+    struct Question;
+
+    void makeWeb(QQmlEngine& engine);
+    void load();
+    void fetchForm(const QUrl& address);
+    /// @return whether the policy allows it at once.
+    bool ask(const std::shared_ptr<Question>& question);
+    void go(const Question& question);
+
+    std::weak_ptr<WKWebView> view_;
+    int loadCount_ = 0;
+    int questionCount_ = 0;
+    QString html_;
+    QUrl ownAddress_;     // of that text
+    QUrl formAddress_;    // of the form that is being fetched
+    QUrl allowedAddress_; // of what was allowed and is on its way
+    QTimer formTimer_;
+    std::unique_ptr<QObject> gate_;
+    std::unique_ptr<QQuickItem> web_; // the last member: it uses the others until its end
+};
+
+} // namespace korvane

@@ -1,0 +1,100 @@
+import QtQuick
+import QtWebEngine
+
+// A page that may do nothing but be shown, run its scripts and ask to go elsewhere.
+WebEngineView {
+    id: page
+
+    required property url formScript
+    // Answers `askForForm`: the form that the page has just set out with, as JSON; or nothing.
+    signal formTold(int question, string form)
+
+    function askForForm(question: int) {
+        runJavaScript("leavingForm()", WebEngineScript.ApplicationWorld, form => formTold(question, form ?? ""));
+    }
+
+    function sendAgain() {
+        runJavaScript("sendAgain()", WebEngineScript.ApplicationWorld);
+    }
+
+    anchors.fill: parent
+    activeFocusOnPress: true
+
+    profile: WebEngineProfile {
+        offTheRecord: true
+        httpCacheType: WebEngineProfile.NoCache
+        persistentCookiesPolicy: WebEngineProfile.NoPersistentCookies
+        spellCheckEnabled: false
+        // A view's own scripts get lost when the engine gives its page another frame in the same process.
+        Component.onCompleted: userScripts.collection = [{
+            name: "forms",
+            sourceUrl: page.formScript,
+            injectionPoint: WebEngineScript.DocumentCreation,
+            worldId: WebEngineScript.ApplicationWorld,
+            runsOnSubFrames: false
+        }]
+        onDownloadRequested: download => download.cancel()
+        onPresentNotification: notification => notification.close()
+    }
+
+    settings {
+        javascriptEnabled: true
+        javascriptCanOpenWindows: false
+        javascriptCanAccessClipboard: false
+        javascriptCanPaste: false
+        localStorageEnabled: false
+        localContentCanAccessFileUrls: false
+        localContentCanAccessRemoteUrls: false
+        allowRunningInsecureContent: false
+        allowGeolocationOnInsecureOrigins: false
+        allowWindowActivationFromJavaScript: false
+        hyperlinkAuditingEnabled: false
+        errorPageEnabled: false
+        pluginsEnabled: false
+        pdfViewerEnabled: false
+        fullScreenSupportEnabled: false
+        screenCaptureEnabled: false
+        webGLEnabled: false
+        webRTCPublicInterfacesOnly: true
+        autoLoadIconsForPage: false
+        touchIconsEnabled: false
+        dnsPrefetchEnabled: false
+        navigateOnDropEnabled: false
+        focusOnNavigationEnabled: false
+        playbackRequiresUserGesture: true
+        // Asked about like any other navigation, which refuses them; nothing outside is opened.
+        unknownUrlSchemePolicy: WebEngineSettings.AllowAllUnknownUrlSchemes
+    }
+
+    // What a page says to its developer stays out of the application's log.
+    onJavaScriptConsoleMessage: {}
+    onFeaturePermissionRequested: (origin, feature) => grantFeaturePermission(origin, feature, false)
+    onFileSystemAccessRequested: request => request.reject()
+    onFullScreenRequested: request => request.reject()
+    onQuotaRequested: request => request.reject()
+    onRegisterProtocolHandlerRequested: request => request.reject()
+    onCertificateError: error => error.rejectCertificate()
+    onSelectClientCertificate: selection => selection.selectNone()
+    onContextMenuRequested: request => request.accepted = true
+    onTooltipRequested: request => request.accepted = true
+    onAuthenticationDialogRequested: request => {
+        request.accepted = true;
+        request.dialogReject();
+    }
+    onColorDialogRequested: request => {
+        request.accepted = true;
+        request.dialogReject();
+    }
+    onFileDialogRequested: request => {
+        request.accepted = true;
+        request.dialogReject();
+    }
+    // Answered at once: as if dismissed, except that a page cannot hold its user back.
+    onJavaScriptDialogRequested: request => {
+        request.accepted = true;
+        if (request.type === JavaScriptDialogRequest.DialogTypeBeforeUnload)
+            request.dialogAccept();
+        else
+            request.dialogReject();
+    }
+}

@@ -1,0 +1,116 @@
+#include "tests/Platform/Qt/QtScreenTest.h"
+
+#include <QAccessible>
+#include <QAccessibleActionInterface>
+
+namespace korvane {
+namespace {
+
+using testing::Contains;
+using testing::IsEmpty;
+using testing::Not;
+
+/// What a screen reader is told of one thing.
+struct Heard {
+    QAccessible::Role role;
+    std::string name;
+    bool canBePressed;
+    QAccessibleInterface* interface;
+};
+
+void listen(QAccessibleInterface& from, std::vector<Heard>& all) {
+    for (int index = 0; index < from.childCount(); ++index) {
+        QAccessibleInterface* const child = from.child(index);
+        if (!child || child->state().invisible) continue;
+        const auto* actions = child->actionInterface();
+        const QStringList names = actions ? actions->actionNames() : QStringList();
+        all.push_back({child->role(), child->text(QAccessible::Name).toStdString(),
+                       names.contains(QAccessibleActionInterface::pressAction()) ||
+                           names.contains(QAccessibleActionInterface::toggleAction()),
+                       child});
+        listen(*child, all);
+    }
+}
+
+class ScreenReader : public QtScreenTest {
+protected:
+    ScreenReader() { QAccessible::setActive(true); }
+    ~ScreenReader() override { QAccessible::setActive(false); }
+
+    [[nodiscard]] std::vector<Heard> heard() {
+        std::vector<Heard> all;
+        QAccessibleInterface* const root = QAccessible::queryAccessibleInterface(&scene);
+        if (root) listen(*root, all);
+        return all;
+    }
+    [[nodiscard]] static QAccessible::Role expected(const UIView& view) {
+        if (dynamic_cast<const UITextField*>(&view)) return QAccessible::EditableText;
+        switch (view.accessibilityRole()) {
+        case UIAccessibilityRole::checkBox: return QAccessible::CheckBox;
+        case UIAccessibilityRole::radioButton: return QAccessible::RadioButton;
+        default: return QAccessible::Button;
+        }
+    }
+};
+
+/// Controls and keys that are seen, and can be reached by touch.
+void collectControls(const UIView& view, std::vector<const UIView*>& controls) {
+    for (const auto& inner : view.subviews()) {
+        if (inner->isHidden() || inner->alpha() == 0) continue;
+        if (dynamic_cast<const UIControl*>(inner.get()) || dynamic_cast<const KeyboardButton*>(inner.get()))
+            controls.push_back(inner.get());
+        else
+            collectControls(*inner, controls);
+    }
+}
+
+TEST_F(ScreenReader, HearsEveryControlOfEveryScreenWithRoleNameAndAction) {
+    for (const UiType kind : {UiType::TEXT, UiType::SINGLE_SELECT, UiType::MULTI_SELECT, UiType::OOB}) {
+        SCOPED_TRACE(rawValue(kind));
+        const auto shown = show(fullCRes(kind));
+        if (const auto text = std::dynamic_pointer_cast<ChallengeTextNativeViewController>(shown)) {
+            text->otp->becomeFirstResponder();
+            settle();
+        }
+        std::vector<const UIView*> controls;
+        collectControls(*host->uiWindow(), controls);
+        EXPECT_GE(controls.size(), 5U);
+        const auto all = heard();
+        for (const UIView* control : controls) {
+            EXPECT_THAT(control->accessibilityLabel(), Not(IsEmpty())) << control->accessibilityIdentifier();
+            EXPECT_THAT(all,
+                        Contains(testing::AllOf(testing::Field(&Heard::role, expected(*control)),
+                                                testing::Field(&Heard::name, control->accessibilityLabel()),
+                                                testing::Field(&Heard::canBePressed, true))));
+        }
+        EXPECT_THAT(all, Contains(testing::Field(&Heard::name, "Confirm your payment")));
+    }
+}
+
+TEST_F(ScreenReader, PressesAndHearsOfTheChange) {
+    const auto native = showAs<ChallengeNativeViewController>(fullCRes(UiType::TEXT));
+    const auto box = [this] {
+        for (const Heard& one : heard())
+            if (one.role == QAccessible::CheckBox) return one.interface;
+        return static_cast<QAccessibleInterface*>(nullptr);
+    };
+    ASSERT_TRUE(box());
+    EXPECT_FALSE(box()->state().checked);
+    box()->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    settle();
+    EXPECT_TRUE(native->whitelistingInfo->isChecked());
+    EXPECT_TRUE(box()->state().checked);
+}
+
+TEST_F(ScreenReader, NeverHearsWhatIsTyped) {
+    const auto text = showAs<ChallengeTextNativeViewController>(fullCRes(UiType::TEXT));
+    text->otp->becomeFirstResponder();
+    text->otp->setText("83cd91");
+    settle();
+    for (const Heard& one : heard())
+        for (const auto part : {QAccessible::Name, QAccessible::Value, QAccessible::Description})
+            EXPECT_THAT(one.interface->text(part).toStdString(), Not(testing::HasSubstr("83cd91")));
+}
+
+} // namespace
+} // namespace korvane

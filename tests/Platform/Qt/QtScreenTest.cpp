@@ -1,0 +1,97 @@
+#include "tests/Platform/Qt/QtScreenTest.h"
+
+#include "Ui/Screens/PreventScreenRecording.h"
+
+#include <QElapsedTimer>
+#include <QGuiApplication>
+#include <QTest>
+#include <QVariantAnimation>
+
+#include <algorithm>
+
+namespace korvane {
+
+QtScreenTest::QtScreenTest(CGSize size) : glass(QTest::createTouchDevice()) {
+    isEnablePreventScreenCapture = false; // or else no picture shows anything
+    scene.resize(static_cast<int>(size.width), static_cast<int>(size.height));
+    host->setDark(false);
+    scene.show();
+    settle();
+}
+
+QtScreenTest::~QtScreenTest() {
+    if (stack) stack->transaction = nullptr;
+    UIApplication::shared().setTextScale(1);
+    isEnablePreventScreenCapture = true;
+}
+
+bool QtScreenTest::waitFor(const std::function<bool()>& condition) {
+    constexpr qint64 kLimit = 10000;
+    QElapsedTimer clock;
+    clock.start();
+    while (!condition()) {
+        if (clock.elapsed() > kLimit) return false;
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    }
+    return true;
+}
+
+/// A job that was posted behind all others has run, and then once more for what these posted.
+void QtScreenTest::settle() {
+    for (int round = 0; round < 3; ++round) {
+        bool isReached = false;
+        platform.dispatch().mainQueue().async([&isReached] { isReached = true; });
+        EXPECT_TRUE(waitFor([&isReached] { return isReached; }));
+    }
+    host->uiWindow()->layoutIfNeeded();
+    static_cast<void>(host->picture()); // takes what has changed over
+    EXPECT_TRUE(waitFor([this] {
+        const auto movements = host->findChildren<QVariantAnimation*>();
+        return std::ranges::none_of(movements, [](const QVariantAnimation* movement) {
+            return movement->state() == QAbstractAnimation::Running;
+        });
+    }));
+}
+
+void QtScreenTest::resize(const GalleryScreen& to) {
+    scene.resize(static_cast<int>(to.size.width), static_cast<int>(to.size.height));
+    host->uiWindow()->setSafeAreaInsets(to.safeArea);
+    settle();
+}
+
+std::shared_ptr<ChallengeViewController> QtScreenTest::show(const CRes& cRes) {
+    const auto container = VCFactory(nullptr, nullptr, look, nullptr).getViewControllerContainer(cRes);
+    const bool isTurned = host->width() > host->height() && !container.isHtmlChallenge();
+    const auto controller =
+        container.controllersMap().at(isTurned ? Orientation::LANDSCAPE : Orientation::PORTRAIT);
+    const auto root = host->uiWindow()->rootViewController();
+    if (root->presentedViewController()) root->dismiss(UIAnimated::no);
+    if (stack) stack->transaction = nullptr;
+    stack = std::make_shared<ChallengeRootNavigationController>(controller);
+    stack->transaction = actions;
+    root->present(stack, UIAnimated::no);
+    settle();
+    return std::dynamic_pointer_cast<ChallengeViewController>(controller);
+}
+
+QPoint QtScreenTest::middleOf(const UIView& view) const {
+    const CGSize size = view.bounds().size;
+    const CGPoint middle = view.convertTo(nullptr, CGPoint{size.width / 2, size.height / 2});
+    return host->mapToScene({middle.x, middle.y}).toPoint();
+}
+
+void QtScreenTest::finger(int identifier, QEventPoint::State state, QPoint place) {
+    auto sequence = QTest::touchEvent(&scene, glass.get(), false);
+    if (state == QEventPoint::State::Pressed) sequence.press(identifier, place);
+    if (state == QEventPoint::State::Updated) sequence.move(identifier, place);
+    if (state == QEventPoint::State::Released) sequence.release(identifier, place);
+    sequence.commit();
+}
+
+void QtScreenTest::tap(const UIView& view) {
+    const QPoint place = middleOf(view);
+    finger(0, QEventPoint::State::Pressed, place);
+    finger(0, QEventPoint::State::Released, place);
+}
+
+} // namespace korvane

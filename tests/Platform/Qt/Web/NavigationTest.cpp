@@ -1,0 +1,157 @@
+#include "tests/Platform/Qt/Web/ShownPage.h"
+
+#include <QDesktopServices>
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <utility>
+
+namespace korvane {
+namespace {
+
+using Asked = std::vector<std::string>;
+
+/// Hears what would be opened in other programs.
+class Desktop : public QObject {
+    Q_OBJECT
+
+public:
+    Desktop() {
+        for (const char* scheme : kSchemes)
+            QDesktopServices::setUrlHandler(QLatin1String(scheme), this, "open");
+    }
+    ~Desktop() override {
+        for (const char* scheme : kSchemes)
+            QDesktopServices::unsetUrlHandler(QLatin1String(scheme));
+    }
+    Q_INVOKABLE void open(const QUrl& url) { opened << url; }
+
+    QList<QUrl> opened;
+
+private:
+    static constexpr std::array kSchemes = {"mailto", "foo", "file"};
+};
+
+std::string lineOf(const ReceivedRequest& request) {
+    return request.method + ' ' + request.path + ' ' + request.body;
+}
+
+std::string link(const std::string& address) {
+    return "<a id=l href='" + address + "'>link</a>";
+}
+
+TEST(WebPageNavigation, IsAskedAboutAndLeftUndoneWhereThePolicyRefuses) {
+    Desktop desktop;
+    ShownPage::expect({
+        {"a link to http", link("http://a/b"), "#l", "GET http://a/b"},
+        {"a link to https", link("https://no/b?c#d"), "#l", "GET https://no/b?c#d"},
+        {"a letter", link("mailto:a@b.example?subject=x"), "#l", "GET mailto:a@b.example?subject=x"},
+        {"a letter by script", "", "location = 'mailto:a@b.example'", "GET mailto:a@b.example"},
+        {"a form to a letter", "<form id=f method=post action=mailto:a@b.example><input name=a>",
+         "f.submit()", "GET mailto:a@b.example?body=a%3D"},
+        {"another program", link("foo:bar"), "#l", "GET foo:bar"},
+        {"a file", link("file:///etc/hostname"), "#l", "GET file:///etc/hostname"},
+        {"a file of the library", link("qrc:/korvane/web/forms.js"), "#l", "GET qrc:/korvane/web/forms.js"},
+        {"a page that is replaced", "", "location.replace('http://a/b')", "GET http://a/b"},
+        {"a refreshed page", "<meta http-equiv=refresh content='0;url=http://a/b'>", "", "GET http://a/b"},
+        {"letters that an address may not hold", "", "location = 'https://no/\u00e4 b{'",
+         "GET https://no/%C3%A4%20b%7B"},
+        {"a text of the page's own", link("data:text/html,mine"), "#l", ""},
+        {"a page of the engine", "", "location = 'chrome://version'", ""},
+        {"a link to a new window", "<a id=l target=_blank href=https://no/>link</a>", "#l", ""},
+        {"a new window", "", "window.open('https://no/')", ""},
+        {"a form to a new window", "<form id=f method=post target=_blank action=https://no/>", "f.submit()",
+         ""},
+    });
+    EXPECT_EQ(desktop.opened, QList<QUrl>());
+}
+
+TEST(WebPageNavigation, FollowsALinkToHttpsAndTheWayBack) {
+    const LocalServer server(LocalServer::Transport::tls);
+    const auto page = ShownPage::make(link(server.url("/echo")));
+    page->click("#l");
+    ASSERT_TRUE(page->awaitOther(server));
+    EXPECT_EQ(page->evaluate("document.body.innerText"), "nothing");
+    page->run("history.back()");
+    ASSERT_TRUE(ShownPage::await([&] { return page->showsOwnText(); }));
+    EXPECT_EQ(page->asked(), (Asked{"GET " + server.url("/echo"), "GET about:blank"}));
+    page->load("<b>the second page</b>");
+    EXPECT_EQ(page->evaluate("document.body.innerText"), "the second page");
+}
+
+TEST(WebPageNavigation, SendsAFormThatIsAllowed) {
+    const LocalServer server(LocalServer::Transport::tls);
+    const auto page = ShownPage::make("<form method=post action='" + server.url("/echo") +
+                                      "'><input name=a value='1 2'><button id=b name=b value=3>B</button>");
+    page->click("#b");
+    ASSERT_TRUE(page->awaitOther(server));
+    EXPECT_EQ(page->asked(), Asked{"POST " + server.url("/echo") + " a=1+2&b=3"});
+    EXPECT_EQ(lineOf(server.received().front()), "POST /echo a=1+2&b=3");
+}
+
+TEST(WebPageNavigation, AsksAboutARedirectionLikeALink) {
+    const LocalServer server(LocalServer::Transport::tls);
+    const std::string start = server.url("/redirect?to=http://127.0.0.1/clear");
+    const auto page = ShownPage::make();
+    page->run("location = '" + start + "'");
+    ASSERT_TRUE(ShownPage::await([&] { return page->asked().size() == 2; }));
+    EXPECT_EQ(page->allAsked(), (Asked{"GET " + start, "GET http://127.0.0.1/clear"}));
+    EXPECT_TRUE(page->showsOwnText());
+}
+
+TEST(WebPageNavigation, LetsFramesShowHttpsAndTheirOwnTextAlone) {
+    const LocalServer server(LocalServer::Transport::tls);
+    const LocalServer clear(LocalServer::Transport::plain);
+    const auto frame = [](const std::string& source) { return "<iframe src=\"" + source + "\"></iframe>"; };
+    const std::string tell = "<script>parent.postMessage(location.protocol, '*')</script>";
+    const auto page = ShownPage::make("<script>heard = []; onmessage = (e) => heard.push(e.data)</script>" +
+                                      frame("data:text/html," + tell) + frame("file:///etc/hostname") +
+                                      frame(clear.url("/echo")) + frame(server.url("/echo")) +
+                                      "<iframe srcdoc=\"" + tell + "\"></iframe>");
+    ASSERT_TRUE(ShownPage::await(
+        [&] { return !server.received().empty() && page->evaluate("document.readyState") == "complete"; }));
+    EXPECT_EQ(page->evaluate("heard"), "about:");
+    EXPECT_EQ(page->allAsked(), Asked());
+    EXPECT_TRUE(clear.received().empty());
+}
+
+TEST(WebPageNavigation, IsDoneOnceAfterALateAnswer) {
+    const LocalServer server(LocalServer::Transport::tls);
+    const auto page = ShownPage::make();
+    std::size_t count = 0;
+    for (const auto& [act, received] :
+         {std::pair("location = f.action", "GET /echo "),
+          {"f.method = 'post'; f.a.value = '\u00e9'; f.submit(); f.a.value = 'later'", "POST /echo a=%E9"}}) {
+        SCOPED_TRACE(act);
+        page->load("<form id=f accept-charset=windows-1252 action='" + server.url("/echo") +
+                   "'><input name=a>");
+        page->isAnsweringLate = true;
+        page->run(act);
+        ASSERT_TRUE(ShownPage::await([&] { return page->lateAnswers.size() == 1; }));
+        EXPECT_EQ(server.received().size(), count);
+        std::exchange(page->lateAnswers, {}).front()();
+        ASSERT_TRUE(page->awaitOther(server, ++count));
+        EXPECT_EQ(page->asked().size(), 1);
+        ASSERT_EQ(server.received().size(), count);
+        EXPECT_EQ(lineOf(server.received().back()), received);
+        page->isAnsweringLate = false;
+    }
+}
+
+TEST(WebPageNavigation, IsForgottenIfTheAnswerComesAfterAnotherPage) {
+    const auto page = ShownPage::make();
+    page->isAnsweringLate = true;
+    page->run("location = 'https://other.invalid/'");
+    ASSERT_TRUE(ShownPage::await([&] { return page->lateAnswers.size() == 1; }));
+    page->isAnsweringLate = false;
+    page->load("the second page");
+    page->lateAnswers.front()();
+    EXPECT_EQ(page->allAsked(), Asked());
+    EXPECT_TRUE(page->showsOwnText());
+}
+
+} // namespace
+} // namespace korvane
+
+#include "NavigationTest.moc"
