@@ -1,0 +1,41 @@
+#pragma once
+
+#include "examples/checkout/Plays.h"
+
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace korvane::checkout {
+
+[[nodiscard]] std::vector<std::string> playNames();
+/// The one that waits for a minute.
+[[nodiscard]] std::string slowPlay();
+/// The names, for people.
+[[nodiscard]] std::string playList();
+
+/// Plays payments in the shop's window, one after the other, and writes a line for each to standard output,
+/// which is its own from then on: what the library writes there goes to standard error.
+class Player {
+public:
+    /// @param shots  the folder for pictures; it is made if it is missing.
+    /// @throws Stuck where it cannot be made; so does `play` where it cannot be written into.
+    Player(QQuickWindow& window, Shop& shop, QString shots);
+
+    /// @param names  of the payments.
+    /// @return whether all ended as they should.
+    [[nodiscard]] bool play(const std::vector<std::string>& names);
+
+private:
+    void pay(const Play& play);
+    void prepare(const Play& play);
+    void fillForm(const Play& play);
+    void say(const Play& play, const std::string& how);
+
+    Shop& shop_;
+    Cardholder cardholder_;
+    std::unique_ptr<std::FILE, int (*)(std::FILE*)> report_;
+};
+
+} // namespace korvane::checkout

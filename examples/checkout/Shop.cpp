@@ -1,0 +1,203 @@
+#include "examples/checkout/Shop.h"
+
+#include "examples/checkout/Themes.h"
+
+#include <QDate>
+#include <QRegularExpression>
+
+#include <array>
+#include <numeric>
+
+namespace korvane::checkout {
+
+namespace {
+
+/// Longer than an exchange with the bank and an error to it can take.
+constexpr std::chrono::seconds kSilenceLimit{16};
+
+struct Line {
+    const char* name;
+    const char* detail;
+    int cents;
+    const char* colour;
+};
+
+constexpr std::array<Line, 4> kLines{{
+    {"Stoneware teapot", "0.8 l, slate blue", 3850, "#5F7A8C"},
+    {"Linen tea towel", "2 pieces, natural", 1920, "#C9B48F"},
+    {"Assam, loose leaf", "250 g", 1400, "#8A5A3C"},
+    {"Delivery", "two working days", 490, "#A8B3A2"},
+}};
+
+QString price(int cents) {
+    constexpr int kCents = 100;
+    constexpr int kDigits = 2;
+    constexpr int kDecimal = 10;
+    return QStringLiteral("€ %1.%2").arg(cents / kCents).arg(cents % kCents, kDigits, kDecimal, QChar(u'0'));
+}
+
+/// A month and a year, "MM/YY", that are not over.
+bool isFuture(const QString& expiry) {
+    static const QRegularExpression form("^(0[1-9]|1[0-2])/([0-9]{2})$");
+    constexpr int kCentury = 2000;
+    const auto match = form.match(expiry);
+    if (!match.hasMatch()) return false;
+    const QDate last = QDate(kCentury + match.captured(2).toInt(), match.captured(1).toInt(), 1).addMonths(1);
+    return last > QDate::currentDate();
+}
+
+/// What is typed, with the slash behind the month.
+QString expiryText(const QString& typed) {
+    constexpr qsizetype kMonth = 2;
+    constexpr qsizetype kAll = 4;
+    const QString digits = digitsOf(typed).left(kAll);
+    return digits.size() > kMonth ? digits.left(kMonth) + u'/' + digits.mid(kMonth) : digits;
+}
+
+} // namespace
+
+Shop::Shop(Acs& acs) : acs_(acs) {
+    silence_.setSingleShot(true);
+    silence_.setInterval(kSilenceLimit);
+    connect(&silence_, &QTimer::timeout, this, [this] {
+        if (payment_) payment_->giveUp();
+    });
+}
+
+// What is shown.
+
+QVariantList Shop::lines() const {
+    QVariantList lines;
+    for (const Line& line : kLines)
+        lines.append(QVariantMap{{"name", line.name},
+                                 {"detail", line.detail},
+                                 {"price", price(line.cents)},
+                                 {"colour", line.colour}});
+    return lines;
+}
+
+QString Shop::total() const {
+    return price(std::accumulate(kLines.begin(), kLines.end(), 0,
+                                 [](int sum, const Line& line) { return sum + line.cents; }));
+}
+
+QVariantList Shop::cards() const {
+    QVariantList cards;
+    for (const Card& card : allCards())
+        cards.append(QVariantMap{{"name", card.name},
+                                 {"number", groupedNumber(card.number)},
+                                 {"title", card.title},
+                                 {"advice", card.advice}});
+    return cards;
+}
+
+QString Shop::hint() const {
+    constexpr qsizetype kDigits = 16;
+    if (digitsOf(number_).size() < kDigits) return "Sixteen digits, as on the front of the card.";
+    const Card* card = findCard(number_);
+    if (!card) return "This shop takes its own test cards only.";
+    if (!isFuture(expiry_)) return "Month and year that the card is good until, as in 12/39.";
+    return card->advice;
+}
+
+bool Shop::canPay() const {
+    return findCard(number_) && isFuture(expiry_);
+}
+
+QVariantMap Shop::result() const {
+    QVariantList facts;
+    for (const auto& [name, value] : outcome_.facts)
+        facts.append(QVariantMap{{"name", name}, {"value", value}});
+    return {
+        {"isPaid", outcome_.isPaid}, {"title", outcome_.title}, {"words", outcome_.words}, {"facts", facts}};
+}
+
+QStringList Shop::themes() const {
+    QStringList titles;
+    for (const Theme& theme : allThemes())
+        titles.append(theme.label);
+    return titles;
+}
+
+bool Shop::isDark() const noexcept {
+    return allThemes()[static_cast<std::size_t>(theme_)].isDark;
+}
+
+double Shop::textScale() const noexcept {
+    return allThemes()[static_cast<std::size_t>(theme_)].textScale;
+}
+
+bool Shop::isChallengeBarDark() const noexcept {
+    return allThemes()[static_cast<std::size_t>(theme_)].isBarDark;
+}
+
+// What is asked for.
+
+void Shop::setNumber(const QString& number) {
+    const QString grouped = groupedNumber(number);
+    if (number_ == grouped) return;
+    number_ = grouped;
+    emit formChanged();
+}
+
+void Shop::setExpiry(const QString& expiry) {
+    const QString text = expiryText(expiry);
+    if (expiry_ == text) return;
+    expiry_ = text;
+    emit formChanged();
+}
+
+void Shop::setTheme(int theme) {
+    if (theme == theme_ || theme < 0 || theme >= static_cast<int>(allThemes().size())) return;
+    theme_ = theme;
+    emit themeChanged();
+}
+
+void Shop::choose(const QString& number) {
+    setNumber(number);
+    setExpiry("12/39");
+}
+
+void Shop::pay() {
+    const Card* card = findCard(number_);
+    if (!card || !canPay() || page_ == WaitingPage) return;
+    show(WaitingPage);
+    const auto& theme = allThemes()[static_cast<std::size_t>(theme_)];
+    payment_ = std::make_shared<Payment>(*card, customizationOf(theme),
+                                         [this](const Outcome& outcome) { paymentEnded(outcome); });
+    payment_->begin(acs_);
+}
+
+void Shop::paymentEnded(const Outcome& outcome) {
+    outcome_ = outcome;
+    payment_ = nullptr;
+    silence_.stop();
+    show(ResultPage);
+}
+
+void Shop::startOver() {
+    number_.clear();
+    expiry_.clear();
+    emit formChanged();
+    show(CartPage);
+}
+
+void Shop::turn() {
+    isLandscape_ = !isLandscape_;
+    emit turned();
+}
+
+/// The library can take its last screen away without telling an ending.
+void Shop::challengeStands(bool isStanding) {
+    if (isStanding)
+        silence_.stop();
+    else if (payment_)
+        silence_.start();
+}
+
+void Shop::show(Page page) {
+    page_ = page;
+    emit pageChanged();
+}
+
+} // namespace korvane::checkout

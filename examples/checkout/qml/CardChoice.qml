@@ -1,0 +1,41 @@
+import QtQuick
+import QtQuick.Controls.Basic
+
+// A test card to choose.
+ItemDelegate {
+    id: choice
+
+    required property string number
+    required property string title
+    required property bool chosen
+
+    implicitHeight: words.implicitHeight + 2 * Look.gap
+    leftPadding: Look.gap
+    rightPadding: Look.gap
+    Accessible.name: title + ", " + number
+
+    contentItem: Column {
+        id: words
+
+        spacing: Look.thin
+
+        Text {
+            width: parent.width
+            text: choice.title
+            color: Look.text
+            wrapMode: Text.Wrap
+            font { pixelSize: Look.body; weight: choice.chosen ? Font.DemiBold : Font.Normal }
+        }
+        Text {
+            width: parent.width
+            text: choice.number
+            color: Look.quiet
+            wrapMode: Text.Wrap
+            font.pixelSize: Look.note
+        }
+    }
+    background: Rectangle {
+        radius: Look.radius
+        color: choice.chosen || choice.down ? Look.chosen : "transparent"
+    }
+}
