@@ -11,11 +11,44 @@ namespace {
 
 using testing::IsEmpty;
 
-constexpr UiType kKinds[] = {UiType::TEXT, UiType::SINGLE_SELECT, UiType::MULTI_SELECT, UiType::OOB};
+constexpr UiType kNativeKinds[] = {UiType::TEXT, UiType::SINGLE_SELECT, UiType::MULTI_SELECT, UiType::OOB};
+
+/// Texts that are drawn with less room than their glyphs take: cut short, or higher than their item.
+void collectCutTexts(const QQuickItem& item, std::vector<std::string>& cut) {
+    for (const QQuickItem* const child : item.childItems()) {
+        if (!child->isVisible()) continue;
+        const bool isText = child->inherits("QQuickText") && !child->property("text").toString().isEmpty();
+        const bool isHigher = child->property("contentHeight").toDouble() > child->height() + 0.5;
+        if (isText && (child->property("truncated").toBool() || isHigher))
+            cut.push_back(child->property("text").toString().toStdString());
+        collectCutTexts(*child, cut);
+    }
+}
 
 /// Every screen is drawn; what does not fit is told, and the pictures are kept for people to look at.
 class Pictures : public QtScreenTest {
 protected:
+    [[nodiscard]] std::vector<std::string> cutTexts() const {
+        std::vector<std::string> cut;
+        collectCutTexts(*host, cut);
+        return cut;
+    }
+    /// Every theme in both sizes of text, light and dark, on every screen.
+    void inEverySetting(const std::function<void(const std::string& name, const GalleryScreen& on)>& work) {
+        for (const Theme& theme : themes())
+            for (const double scale : {1.0, 1.35})
+                for (const bool isDark : {false, true})
+                    for (const GalleryScreen& on : galleryScreens()) {
+                        const std::string name = std::string(theme.name) + " " + on.name +
+                                                 (isDark ? " dark" : "") + (scale > 1 ? " large" : "");
+                        SCOPED_TRACE(name);
+                        look = theme.make();
+                        host->setTextScale(scale);
+                        host->setDark(isDark);
+                        resize(on);
+                        work(name, on);
+                    }
+    }
     void keep(const std::string& name) const {
         const QString folder = QStringLiteral(KORVANE_PICTURES);
         QDir().mkpath(folder);
@@ -24,23 +57,15 @@ protected:
 };
 
 TEST_F(Pictures, NothingIsClippedOrCoveredInAnyThemeAndSize) {
-    for (const Theme& theme : themes())
-        for (const double scale : {1.0, 1.35})
-            for (const bool isDark : {false, true})
-                for (const GalleryScreen& on : galleryScreens())
-                    for (const UiType kind : kKinds) {
-                        const std::string name = std::string(theme.name) + " " + std::string(rawValue(kind)) +
-                                                 " " + on.name + (isDark ? " dark" : "") +
-                                                 (scale > 1 ? " large" : "");
-                        SCOPED_TRACE(name);
-                        look = theme.make();
-                        host->setTextScale(scale);
-                        host->setDark(isDark);
-                        resize(on);
-                        const auto screen = show(fullCRes(kind));
-                        EXPECT_THAT(geometryFaults(*screen->view()), IsEmpty());
-                        keep(name);
-                    }
+    inEverySetting([&](const std::string& setting, const GalleryScreen&) {
+        for (const UiType kind : kNativeKinds) {
+            SCOPED_TRACE(rawValue(kind));
+            const auto screen = show(fullCRes(kind));
+            EXPECT_THAT(geometryFaults(*screen->view()), IsEmpty());
+            EXPECT_THAT(cutTexts(), IsEmpty());
+            keep(std::string(rawValue(kind)) + " " + setting);
+        }
+    });
 }
 
 TEST_F(Pictures, APageOfTheBankFillsWhatTheBarLeaves) {
@@ -49,9 +74,7 @@ TEST_F(Pictures, APageOfTheBankFillsWhatTheBarLeaves) {
     cRes.acsHTML = encodedPage("<body style='background:#339966;color:white;font:24px sans-serif'>"
                                "<h1>Confirm</h1><form action='https://emv3ds/challenge'>"
                                "<input name='code'><button>Send</button></form>");
-    for (const GalleryScreen& on : galleryScreens()) {
-        SCOPED_TRACE(on.name);
-        resize(on);
+    inEverySetting([&](const std::string& setting, const GalleryScreen& on) {
         const auto page = showAs<ChallengeWebViewController>(cRes);
         const CGRect place = page->challengeWebView->convertTo(nullptr, page->challengeWebView->bounds());
         const QPoint corners[] = {
@@ -63,8 +86,10 @@ TEST_F(Pictures, APageOfTheBankFillsWhatTheBarLeaves) {
                                        [&](QPoint corner) { return picture.pixelColor(corner) == ground; });
         }));
         EXPECT_GT(place.size.height, on.size.height / 2);
-        keep(std::string("page ") + on.name);
-    }
+        EXPECT_THAT(geometryFaults(*page->view()), IsEmpty());
+        EXPECT_THAT(cutTexts(), IsEmpty());
+        keep("page " + setting);
+    });
 }
 
 TEST_F(Pictures, EveryPageOfTheKeyboardFitsItsKeys) {
@@ -94,6 +119,7 @@ TEST_F(Pictures, EveryPageOfTheKeyboardFitsItsKeys) {
                     std::string("keyboard ") + page.name + " " + on.name + (isDark ? " dark" : "");
                 SCOPED_TRACE(name);
                 EXPECT_THAT(geometryFaults(*keyboard), IsEmpty());
+                EXPECT_THAT(cutTexts(), IsEmpty());
                 const CGRect field = text->otp->convertTo(nullptr, text->otp->bounds());
                 EXPECT_LE(CGRectGetMaxY(field), host->uiWindow()->inputFrame().origin.y);
                 EXPECT_GE(field.origin.y, 0);
@@ -113,7 +139,7 @@ TEST_F(Pictures, EveryPageOfTheKeyboardFitsItsKeys) {
 
 TEST_F(Pictures, OpenSectionsAndTheLongestTextsAreWhole) {
     for (const GalleryScreen& on : galleryScreens())
-        for (const UiType kind : kKinds) {
+        for (const UiType kind : kNativeKinds) {
             resize(on);
             const auto native = showAs<ChallengeNativeViewController>(longCRes(kind));
             native->inverseWhyInfoDisplaying();
@@ -124,6 +150,7 @@ TEST_F(Pictures, OpenSectionsAndTheLongestTextsAreWhole) {
             const std::string name = "long " + std::string(rawValue(kind)) + " " + on.name;
             SCOPED_TRACE(name);
             EXPECT_THAT(geometryFaults(*native->view()), IsEmpty());
+            EXPECT_THAT(cutTexts(), IsEmpty());
             keep(name);
         }
 }
