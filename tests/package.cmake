@@ -26,5 +26,5 @@ if(KORVANE_QT)
             --build-generator Ninja --build-options "-DCMAKE_PREFIX_PATH=${prefix}"
             "-DCMAKE_CXX_COMPILER=${CMAKE_CXX_COMPILER}" --test-command consumer)
     set_tests_properties(package.qt PROPERTIES FIXTURES_REQUIRED package TIMEOUT 300
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_QUICK_BACKEND=software")
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_QUICK_BACKEND=software;QTWEBENGINE_DISABLE_SANDBOX=1")
 endif()
