@@ -2,7 +2,8 @@
 
 import { spawn } from "node:child_process";
 import { once } from "node:events";
-import { createInterface } from "node:readline";
+
+import { Lines } from "../Lines.mjs";
 
 export class Cardholder {
   /** The command line for an ACS's directory server. */
@@ -19,14 +20,14 @@ export class Cardholder {
     this.closed = once(this.child, "close");
     this.log = "";
     this.child.stderr.on("data", (text) => { this.log += text; });
-    this.events = createInterface({ input: this.child.stdout })[Symbol.asyncIterator]();
+    this.events = new Lines(this.child.stdout);
   }
 
   /** The next event; fails at the end of the output. */
   async next() {
-    const { value, done } = await this.events.next();
-    if (done) throw new Error(`korvane-challenge ended: ${this.log}`);
-    return JSON.parse(value);
+    const line = await this.events.next();
+    if (line === undefined) throw new Error(`korvane-challenge ended: ${this.log}`);
+    return JSON.parse(line);
   }
 
   write(line) {

@@ -3,7 +3,8 @@
 import { strict as assert } from "node:assert";
 import { spawn } from "node:child_process";
 import { once } from "node:events";
-import { createInterface } from "node:readline";
+
+import { Lines } from "../Lines.mjs";
 
 export const base64url = (bytes) => Buffer.from(bytes).toString("base64url");
 
@@ -14,7 +15,7 @@ export class Batch {
 
   constructor(program = process.env.KORVANE_JOSE) {
     this.#child = spawn(program, [], { stdio: ["pipe", "pipe", "inherit"] });
-    this.#answers = createInterface({ input: this.#child.stdout })[Symbol.asyncIterator]();
+    this.#answers = new Lines(this.#child.stdout);
     this.#closed = once(this.#child, "close");
     // A tool that ends early is reported by the answer that is missing.
     this.#child.stdin.on("error", () => {});
@@ -24,8 +25,7 @@ export class Batch {
   async ask(line) {
     const isRaw = typeof line === "string" || Buffer.isBuffer(line);
     const text = isRaw ? line : JSON.stringify(line);
-    this.#child.stdin.write(text);
-    this.#child.stdin.write("\n");
+    this.#child.stdin.write(Buffer.concat([Buffer.from(text), Buffer.from("\n")]));
     return this.#nextAnswer(text);
   }
 
@@ -50,8 +50,8 @@ export class Batch {
   }
 
   async #nextAnswer(line) {
-    const { value, done } = await this.#answers.next();
-    if (!done) return JSON.parse(value);
+    const answer = await this.#answers.next();
+    if (answer !== undefined) return JSON.parse(answer);
     throw new Error(`korvane-jose ended (${await this.close()}) without an answer to ${String(line).slice(0, 200)}`);
   }
 }
