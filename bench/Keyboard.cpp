@@ -47,8 +47,7 @@ struct Typing {
 
 double pressUntilText(Typing& typing) {
     const auto key = typing.keyboard().getCurrentKeyboardLayout()->getKeyboardButton(1, 3);
-    const CGSize size = key->bounds().size;
-    const CGPoint middle = key->convertTo(nullptr, CGPoint{size.width / 2, size.height / 2});
+    const CGPoint middle = key->middleInWindow();
     typing.field->setText("");
     const double time = microsecondsOf([&] {
         for (int press = 0; press < kRepeats; ++press) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/UIFont.h"
+#include "Platform/Native/UsualFontSizes.h"
 
 #include <map>
 #include <memory>
@@ -11,7 +11,7 @@ namespace korvane {
 
 /// The fonts that fontconfig knows; none where it is not set up. They are read once, at the first question
 /// about them. Any thread.
-class NativeFonts final : public UIFontServices {
+class NativeFonts final : public UsualFontSizes {
 public:
     NativeFonts();
     NativeFonts(const NativeFonts&) = delete;
@@ -22,12 +22,6 @@ public:
     [[nodiscard]] std::vector<std::string> familyNames() const override;
     /// PostScript names in alphabetical order.
     [[nodiscard]] std::vector<std::string> fontNamesForFamilyName(const std::string& family) const override;
-
-    // Without a desktop no setting tells sizes: these are the ones that text is laid out with here.
-    [[nodiscard]] double systemFontSize() const override { return 14; }
-    [[nodiscard]] double labelFontSize() const override { return 17; }
-    [[nodiscard]] double buttonFontSize() const override { return 18; }
-    [[nodiscard]] double smallSystemFontSize() const override { return 12; }
 
     /// The family that stands for "sans-serif", and the size.
     [[nodiscard]] std::string systemFontDescription(double size) const override;

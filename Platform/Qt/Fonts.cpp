@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <map>
+#include <mutex>
 
 namespace korvane {
 
@@ -40,7 +42,7 @@ std::vector<std::string> asTexts(const QStringList& list) {
 }
 
 /// A name is a family's, or a family's with a style behind it.
-QFont named(const QString& name) {
+QFont findNamed(const QString& name) {
     const QStringList families = QFontDatabase::families();
     if (families.contains(name, Qt::CaseInsensitive)) return QFont(name);
     for (const QString& family : families) {
@@ -52,6 +54,15 @@ QFont named(const QString& name) {
         return font;
     }
     return QFont(name);
+}
+
+/// As of the first question about a name: every text that is measured asks.
+QFont named(const QString& name) {
+    static std::mutex mutex;
+    static std::map<QString, QFont> found;
+    const std::scoped_lock lock(mutex);
+    const auto known = found.find(name);
+    return known == found.end() ? found.emplace(name, findNamed(name)).first->second : known->second;
 }
 
 } // namespace

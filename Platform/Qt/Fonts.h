@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/UIFont.h"
+#include "Platform/Native/UsualFontSizes.h"
 #include "Platform/View/TextMeasurer.h"
 
 #include <QFont>
@@ -8,16 +8,11 @@
 namespace korvane {
 
 /// The fonts that Qt knows. Any thread.
-class QtFonts final : public UIFontServices {
+class QtFonts final : public UsualFontSizes {
 public:
     [[nodiscard]] std::vector<std::string> familyNames() const override;
     /// A family's styles behind its name, as in "Inter Bold".
     [[nodiscard]] std::vector<std::string> fontNamesForFamilyName(const std::string& family) const override;
-
-    [[nodiscard]] double systemFontSize() const override { return 14; }
-    [[nodiscard]] double labelFontSize() const override { return 17; }
-    [[nodiscard]] double buttonFontSize() const override { return 18; }
-    [[nodiscard]] double smallSystemFontSize() const override { return 12; }
 
     /// The application's font, and the size.
     [[nodiscard]] std::string systemFontDescription(double size) const override;

@@ -115,7 +115,7 @@ void KorvaneHost::updatePolish() {
     }
     window_->frameTaken();
     window_->layoutIfNeeded();
-    mirror_->synchronize(*window_);
+    mirror_->synchronize(window_);
     const bool isActive =
         window_->rootViewController()->presentedViewController() != nullptr || window_->subviews().size() > 1;
     if (isActive == isActive_) return;

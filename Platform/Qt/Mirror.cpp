@@ -1,6 +1,5 @@
 #include "Platform/Qt/Mirror.h"
 
-#include <QAccessible>
 #include <QQmlEngine>
 
 #include <algorithm>
@@ -13,14 +12,11 @@ Mirror::~Mirror() {
     if (root_) remove(*root_);
 }
 
-void Mirror::synchronize(const UIWindow& window) {
+void Mirror::synchronize(const std::shared_ptr<UIWindow>& window) {
     const bool isNew = !root_;
-    if (isNew) {
-        const auto view = const_cast<UIWindow&>(window).shared_from_this();
-        root_ = &add(std::static_pointer_cast<UIView>(view), host_);
-    }
-    const std::uint64_t latest = window.treeRevision();
-    synchronize(*root_, window, isNew ? ItemArrival::withOthers : ItemArrival::none);
+    if (isNew) root_ = &add(window, host_);
+    const std::uint64_t latest = window->treeRevision();
+    synchronize(*root_, *window, isNew ? ItemArrival::withOthers : ItemArrival::none);
     seen_ = latest;
 }
 
@@ -35,15 +31,20 @@ void Mirror::hideForCapture(bool hide) {
 }
 
 void Mirror::synchronize(ViewItem& item, const UIView& view, ItemArrival arrival) {
-    if (arrival == ItemArrival::none && view.treeRevision() <= seen_) return;
-    // A scrolled view moves its subviews without changing them.
-    const bool isChanged = arrival != ItemArrival::none || view.revision() > seen_;
-    if (isChanged) item.synchronize(view, parts_, arrival);
-    if (isChanged && arrival == ItemArrival::none)
-        for (const auto& subview : view.subviews())
-            if (ViewItem* const known = itemOf(*subview); known && subview->revision() <= seen_)
-                known->synchronize(*subview, parts_, ItemArrival::none);
+    const bool isKnown = arrival == ItemArrival::none;
+    if (isKnown && view.treeRevision() <= seen_) return;
+    if (!isKnown || view.revision() > seen_) {
+        item.synchronize(view, parts_, arrival);
+        if (isKnown) moveUnchanged(view);
+    }
     synchronizeChildren(item, view, arrival);
+}
+
+/// A view that is scrolled moves its subviews without changing them.
+void Mirror::moveUnchanged(const UIView& in) {
+    for (const auto& view : in.subviews())
+        if (ViewItem* const item = itemOf(*view); item && view->revision() <= seen_)
+            item->synchronizePlace(*view, ItemArrival::none);
 }
 
 /// Items are those of the subviews, in their order; a view that was given a role needs another kind of item.
@@ -51,24 +52,20 @@ void Mirror::synchronizeChildren(ViewItem& item, const UIView& view, ItemArrival
     const auto& subviews = view.subviews();
     for (QQuickItem* const child : item.childItems()) {
         auto* const known = qobject_cast<ViewItem*>(child);
-        if (!known) continue;
-        const auto shown = known->view();
-        if (!shown || std::ranges::find(subviews, shown) == subviews.end()) remove(*known);
+        if (known && std::ranges::find(subviews, known->view()) == subviews.end()) remove(*known);
     }
     for (std::size_t index = 0; index < subviews.size(); ++index) {
-        ViewItem* known = itemOf(*subviews[index]);
-        if (known && known->parentItem() != &item) {
-            remove(*known);
-            known = nullptr;
-        }
-        const bool isNew = !known;
-        if (isNew) known = &add(subviews[index], item);
+        const UIView& subview = *subviews[index];
+        ViewItem* known = itemOf(subview);
+        const bool isUsable = known && known->parentItem() == &item && PartFactory::suits(*known, subview);
+        if (known && !isUsable) remove(*known);
+        if (!isUsable) known = &add(subviews[index], item);
         known->setZ(static_cast<double>(index));
-        const bool isAlone = isNew && arrival == ItemArrival::none;
-        synchronize(*known, *subviews[index],
-                    isAlone ? ItemArrival::onItsOwn
-                    : isNew ? ItemArrival::withOthers
-                            : arrival);
+        if (isUsable)
+            synchronize(*known, subview, arrival);
+        else
+            synchronize(*known, subview,
+                        arrival == ItemArrival::none ? ItemArrival::onItsOwn : ItemArrival::withOthers);
     }
 }
 

@@ -22,7 +22,7 @@ public:
     ~Mirror();
 
     /// Takes the window over as it is laid out now.
-    void synchronize(const UIWindow& window);
+    void synchronize(const std::shared_ptr<UIWindow>& window);
 
     /// Null for a view that has no item.
     [[nodiscard]] ViewItem* itemOf(const UIView& view) const;
@@ -32,6 +32,8 @@ public:
 
 private:
     void synchronize(ViewItem& item, const UIView& view, ItemArrival arrival);
+    /// Puts the items of subviews that have not changed themselves where they are seen now.
+    void moveUnchanged(const UIView& in);
     void synchronizeChildren(ViewItem& item, const UIView& view, ItemArrival arrival);
     [[nodiscard]] ViewItem& add(const std::shared_ptr<UIView>& view, QQuickItem& in);
     void remove(ViewItem& item);

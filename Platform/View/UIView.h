@@ -72,6 +72,8 @@ public:
     [[nodiscard]] CGPoint convertTo(const UIView* view, CGPoint point) const;
     [[nodiscard]] CGRect convertTo(const UIView* view, const CGRect& rect) const;
     [[nodiscard]] CGPoint convertFrom(const UIView* view, CGPoint point) const;
+    /// Where a finger would touch the view, in the window's coordinates.
+    [[nodiscard]] CGPoint middleInWindow() const;
     /// How far what the system covers of the window reaches into this view.
     [[nodiscard]] virtual UIEdgeInsets safeAreaInsets() const;
 
@@ -139,6 +141,8 @@ public:
     [[nodiscard]] virtual bool pointInside(CGPoint point) const {
         return CGRectContainsPoint(bounds_, point);
     }
+    /// Scrolls what the view lies in as little as shows it, at once.
+    void scrollIntoSight() const;
     void addGestureRecognizer(std::shared_ptr<UIGestureRecognizer> recognizer);
     [[nodiscard]] const std::vector<std::shared_ptr<UIGestureRecognizer>>&
     gestureRecognizers() const noexcept {

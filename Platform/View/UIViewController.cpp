@@ -1,7 +1,6 @@
 #include "Platform/View/UIViewController.h"
 
 #include "Platform/Platform.h"
-#include "Platform/View/UIApplication.h"
 #include "Platform/View/UINavigationController.h"
 #include "Platform/View/UIWindow.h"
 
@@ -155,10 +154,7 @@ void UIViewController::exchangeChild(const std::shared_ptr<UIViewController>& ol
         if (next) static_cast<void>(next->view());
         if (old && isShown) old->beginAppearanceTransition(false, animated);
         if (next && isShown) next->beginAppearanceTransition(true, animated);
-        if (next && animated == UIAnimated::yes)
-            UIView::animate(UIApplication::kTransition, [this, &next] { attachChild(*next); });
-        else if (next)
-            attachChild(*next);
+        if (next) change(animated, [this, &next] { attachChild(*next); });
         if (isShown) view_->layoutIfNeeded();
     }
     runTransition(

@@ -123,6 +123,8 @@ private:
     void endExchange(const std::shared_ptr<UIViewController>& old,
                      const std::shared_ptr<UIViewController>& next);
     void runTransition(UIAnimated animated, Completion secondHalf, Completion completion);
+    /// Makes changes that are seen little by little if the change of screens is.
+    static void change(UIAnimated animated, const std::function<void()>& changes);
     void endDismissal(const std::shared_ptr<UIViewController>& top);
     void dropPresented();
     [[nodiscard]] std::shared_ptr<UIViewController> outermost() const;

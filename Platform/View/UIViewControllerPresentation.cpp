@@ -33,13 +33,12 @@ void show(UIViewController& controller, UIWindow& window, std::size_t atIndex) {
     window.insertSubview(controller.view(), atIndex);
 }
 
-/// Makes changes that are seen little by little if the change of screens is.
-void change(UIAnimated animated, const std::function<void()>& changes) {
+} // namespace
+
+void UIViewController::change(UIAnimated animated, const std::function<void()>& changes) {
     if (animated == UIAnimated::no) return changes();
     UIView::animate(UIApplication::kTransition, changes);
 }
-
-} // namespace
 
 /// Runs the second half of a change: now, or when it has been seen. What comes before that finishes it.
 void UIViewController::runTransition(UIAnimated animated, Completion secondHalf, Completion completion) {

@@ -60,6 +60,11 @@ CGPoint UIView::convertFrom(const UIView* view, CGPoint point) const {
     return {point.x - zero.x, point.y - zero.y};
 }
 
+CGPoint UIView::middleInWindow() const {
+    return convertTo(nullptr, CGPoint{bounds_.origin.x + bounds_.size.width / 2,
+                                      bounds_.origin.y + bounds_.size.height / 2});
+}
+
 /// What lies beyond the window is covered by nothing: a view that is moved out takes its content along.
 UIEdgeInsets UIView::safeAreaInsets() const {
     const auto shownIn = window();

@@ -1,6 +1,7 @@
 #include "Platform/View/LayoutPlan.h"
 #include "Platform/View/UIApplication.h"
 #include "Platform/View/UIGestureRecognizer.h"
+#include "Platform/View/UIScrollView.h"
 #include "Platform/View/UIViewController.h"
 #include "Platform/View/UIWindow.h"
 
@@ -152,6 +153,12 @@ std::shared_ptr<UIView> UIView::hitTest(CGPoint point) {
         if (auto hit = (*view)->hitTest(inChild)) return hit;
     }
     return std::static_pointer_cast<UIView>(shared_from_this());
+}
+
+void UIView::scrollIntoSight() const {
+    for (auto around = superview(); around; around = around->superview())
+        if (auto* scroll = dynamic_cast<UIScrollView*>(around.get()))
+            scroll->scrollRectToVisible(convertTo(scroll, bounds_), UIAnimated::no);
 }
 
 void UIView::addGestureRecognizer(std::shared_ptr<UIGestureRecognizer> recognizer) {

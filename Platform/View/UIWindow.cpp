@@ -15,6 +15,14 @@ namespace {
 /// How long an input view takes to come.
 constexpr Seconds kInputTransition{0.2};
 
+/// From the top; the visit changes no tree.
+template <class Visit>
+void visitTree(UIView& view, const Visit& visit) {
+    visit(view);
+    for (const auto& child : view.subviews())
+        visitTree(*child, visit);
+}
+
 } // namespace
 
 UIWindow::UIWindow() : UIWindow(Platform::current().mainScreen().bounds()) {}
@@ -74,23 +82,15 @@ void UIWindow::clear() {
 
 void UIWindow::setSafeAreaInsets(const UIEdgeInsets& insets) {
     if (!assign(safeArea_, insets, UIViewChange::layout)) return;
-    const auto mark = [](const auto& again, UIView& view) -> void {
-        view.setNeedsLayout();
-        for (const auto& child : view.subviews())
-            again(again, *child);
-    };
-    mark(mark, *this);
+    visitTree(*this, [](UIView& view) { view.setNeedsLayout(); });
 }
 
 void UIWindow::invalidateTree() {
-    const auto invalidate = [](const auto& again, UIView& view) -> void {
+    visitTree(*this, [](UIView& view) {
         view.invalidateIntrinsicContentSize();
         view.setNeedsLayout();
         view.setNeedsDisplay();
-        for (const auto& child : view.subviews())
-            again(again, *child);
-    };
-    invalidate(invalidate, *this);
+    });
 }
 
 void UIWindow::setTraits(const UITraitCollection& traits) {

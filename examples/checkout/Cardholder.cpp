@@ -34,14 +34,9 @@ std::shared_ptr<UIView> lastView(const std::shared_ptr<UIView>& view, const Pred
     return isWanted(*view) ? view : nullptr;
 }
 
-CGPoint middleOf(const UIView& view) {
-    const CGRect frame = view.convertTo(nullptr, view.bounds());
-    return {frame.origin.x + frame.size.width / 2, frame.origin.y + frame.size.height / 2};
-}
-
 /// Keys leave their touches to the keyboard that they lie on.
 bool takesTouches(const UIView& view, UIWindow& window) {
-    const auto hit = window.hitTest(middleOf(view));
+    const auto hit = window.hitTest(view.middleInWindow());
     return hit && (hit->isDescendant(view) || (view.isDescendant(*hit) && !hit->viewController()));
 }
 
@@ -122,7 +117,7 @@ std::shared_ptr<UIView> Cardholder::reachable(const std::string& label) const {
 }
 
 QPointF Cardholder::placeOf(const UIView& view) const {
-    const CGPoint middle = middleOf(view);
+    const CGPoint middle = view.middleInWindow();
     return host_.mapToScene({middle.x, middle.y});
 }
 
@@ -138,7 +133,7 @@ void Cardholder::tapView(const std::string& what, const std::function<std::share
     };
     const auto distance = [&] {
         const auto view = find();
-        return view ? middleOf(*view).y - host_.height() / 2 : 0;
+        return view ? view->middleInWindow().y - host_.height() / 2 : 0;
     };
     const auto isInSight = [&] { return isReached() || std::abs(distance()) < host_.height() / 4; };
     reveal("\"" + what + "\" in sight", isInSight, distance);

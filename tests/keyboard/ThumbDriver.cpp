@@ -96,8 +96,7 @@ CGPoint ThumbDriver::middle(std::string_view name) const {
         ADD_FAILURE() << "no key " << name << " on this page";
         return {};
     }
-    const CGSize size = found->bounds().size;
-    return found->convertTo(nullptr, CGPoint{size.width / 2, size.height / 2});
+    return found->middleInWindow();
 }
 
 void ThumbDriver::pressAt(int thumb, CGPoint inWindow) {

@@ -1,7 +1,6 @@
 #include "tools/challenge/Finger.h"
 
 #include "Platform/Text.h"
-#include "Platform/View/UIScrollView.h"
 
 #include <array>
 #include <optional>
@@ -80,19 +79,12 @@ std::vector<std::string> charactersOf(const std::string& text) {
 
 void Finger::tap(UIView& view) {
     window_->layoutIfNeeded();
-    reveal(view);
+    view.scrollIntoSight();
     window_->layoutIfNeeded();
-    const CGSize size = view.bounds().size;
-    const CGPoint middle = view.convertTo(nullptr, CGPoint{size.width / 2, size.height / 2});
+    const CGPoint middle = view.middleInWindow();
     const auto hit = window_->hitTest(middle);
     if (!hit || !hit->isDescendant(view)) throw Refusal("The control is covered or out of sight.");
     touch(middle);
-}
-
-void Finger::reveal(const UIView& view) {
-    for (auto above = view.superview(); above; above = above->superview())
-        if (auto* scroll = dynamic_cast<UIScrollView*>(above.get()))
-            scroll->scrollRectToVisible(view.convertTo(scroll, view.bounds()), UIAnimated::no);
 }
 
 void Finger::touch(CGPoint place) {
@@ -130,8 +122,7 @@ bool Finger::pressKeyFor(const std::string& character, CustomKeyboard& keyboard)
 
 void Finger::pressKey(const KeyboardButton& key) {
     window_->layoutIfNeeded();
-    const CGSize size = key.bounds().size;
-    touch(key.convertTo(nullptr, CGPoint{size.width / 2, size.height / 2}));
+    touch(key.middleInWindow());
 }
 
 void Finger::closeKeyboard(ChallengeTextNativeViewController& screen) {

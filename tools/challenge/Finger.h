@@ -32,7 +32,6 @@ public:
     void closeKeyboard(ChallengeTextNativeViewController& screen);
 
 private:
-    void reveal(const UIView& view);
     void touch(CGPoint place);
     [[nodiscard]] bool pressKeyFor(const std::string& character, CustomKeyboard& keyboard);
     void pressKey(const KeyboardButton& key);

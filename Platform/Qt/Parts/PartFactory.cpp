@@ -201,15 +201,19 @@ ViewItem* PartFactory::makeItem(const UIView& view) {
     return static_cast<ViewItem*>(create("View"));
 }
 
-QQuickItem* PartFactory::makeContent(const UIView& view, QQuickItem& in) {
+/// What QML makes has a class of its own.
+bool PartFactory::suits(const ViewItem& item, const UIView& view) {
+    const bool isHeard = item.metaObject() != &ViewItem::staticMetaObject;
+    return isHeard == (view.accessibilityRole() != UIAccessibilityRole::none);
+}
+
+QQuickItem* PartFactory::makeContent(const UIView& view, ViewItem& in) {
     const Row* const row = rowOf(view.kind());
     if (!row) return nullptr;
     QQuickItem* part = nullptr;
     if (view.kind() == UIViewKind::image) part = new Picture(&in);
-    if (view.kind() == UIViewKind::webView) {
-        const auto page = const_cast<UIView&>(view).shared_from_this();
-        part = new WebPage(engine_, std::static_pointer_cast<WKWebView>(page), &in);
-    }
+    if (view.kind() == UIViewKind::webView)
+        part = new WebPage(engine_, std::static_pointer_cast<WKWebView>(in.view()), &in);
     if (!part) part = make(row->file, in);
     part->setZ(row->level);
     return part;

@@ -26,9 +26,11 @@ public:
 
     /// The item of a view; one that assistive technology hears of if the view has a role.
     [[nodiscard]] ViewItem* makeItem(const UIView& view);
+    /// Whether an item is still of the kind that its view needs.
+    [[nodiscard]] static bool suits(const ViewItem& item, const UIView& view);
 
     /// What a view of its kind shows; null for kinds that show nothing of their own.
-    [[nodiscard]] QQuickItem* makeContent(const UIView& view, QQuickItem& in);
+    [[nodiscard]] QQuickItem* makeContent(const UIView& view, ViewItem& in);
     void updateContent(QQuickItem& content, const UIView& view) const;
 
 private:

@@ -57,7 +57,7 @@ bool hasFrame(const UIView& view) {
 } // namespace
 
 void ViewItem::synchronize(const UIView& view, PartFactory& parts, ItemArrival arrival) {
-    moveTo({rectOf(view), opacityOf(view)}, view, arrival);
+    synchronizePlace(view, arrival);
     isHidden_ = view.isHidden();
     setVisible(!isHidden_);
     setClip(view.clipsToBounds() || dynamic_cast<const UIScrollView*>(&view));
@@ -67,28 +67,37 @@ void ViewItem::synchronize(const UIView& view, PartFactory& parts, ItemArrival a
 }
 
 /// A view that appears by itself fades in; one that comes with what it lies in is there at once.
-void ViewItem::moveTo(const Place& place, const UIView& view, ItemArrival arrival) {
-    if (place.rect == place_.rect && place.opacity == place_.opacity && arrival == ItemArrival::none) return;
+void ViewItem::synchronizePlace(const UIView& view, ItemArrival arrival) {
+    const Place place{rectOf(view), opacityOf(view)};
+    if (place == place_ && arrival == ItemArrival::none) return;
     delete std::exchange(movement_, nullptr);
-    Place from{QRectF(position(), size()), opacity()};
     place_ = place;
-    if (arrival == ItemArrival::onItsOwn) from = {place.rect, 0};
-    if (!view.animation() || arrival == ItemArrival::withOthers || view.isHidden() || isHidden_) {
+    const auto& animation = view.animation();
+    const bool isPlayed = animation && animation->duration > Seconds{0} && !view.isHidden() && !isHidden_;
+    if (!isPlayed || arrival == ItemArrival::withOthers)
         apply(place);
-        return;
-    }
+    else if (arrival == ItemArrival::onItsOwn)
+        play(*animation, {place.rect, 0});
+    else
+        play(*animation, {QRectF(position(), size()), opacity()});
+}
+
+/// Moves the item from somewhere to its place.
+void ViewItem::play(const UIViewAnimation& animation, const Place& from) {
+    const Seconds whole = animation.delay + animation.duration;
     movement_ = new QVariantAnimation(this);
-    movement_->setDuration(milliseconds(view.animation()->delay + view.animation()->duration));
-    movement_->setEasingCurve(QEasingCurve::InOutQuad);
+    movement_->setDuration(milliseconds(whole));
     movement_->setStartValue(0.0);
-    movement_->setEndValue(1.0);
-    connect(movement_, &QVariantAnimation::valueChanged, this, [this, from, place](const QVariant& value) {
-        const double share = value.toDouble();
+    movement_->setEndValue(whole.count());
+    connect(movement_, &QVariantAnimation::valueChanged, this, [=, this, to = place_](const QVariant& value) {
+        const double played = (value.toDouble() - animation.delay.count()) / animation.duration.count();
+        const double share =
+            QEasingCurve(QEasingCurve::InOutQuad).valueForProgress(std::clamp(played, 0.0, 1.0));
         const auto between = [share](double start, double end) { return start + share * (end - start); };
-        apply({QRectF(between(from.rect.x(), place.rect.x()), between(from.rect.y(), place.rect.y()),
-                      between(from.rect.width(), place.rect.width()),
-                      between(from.rect.height(), place.rect.height())),
-               between(from.opacity, place.opacity)});
+        apply({QRectF(between(from.rect.x(), to.rect.x()), between(from.rect.y(), to.rect.y()),
+                      between(from.rect.width(), to.rect.width()),
+                      between(from.rect.height(), to.rect.height())),
+               between(from.opacity, to.opacity)});
     });
     apply(from);
     movement_->start();
@@ -164,11 +173,8 @@ void ViewItem::press() {
     const auto pressed = view();
     const auto window = pressed ? pressed->window() : nullptr;
     if (!window) return;
-    for (auto around = pressed->superview(); around; around = around->superview())
-        if (const auto scroll = std::dynamic_pointer_cast<UIScrollView>(around))
-            scroll->scrollRectToVisible(pressed->convertTo(scroll.get(), pressed->bounds()), UIAnimated::no);
-    const CGSize size = pressed->bounds().size;
-    const CGPoint middle = pressed->convertTo(nullptr, CGPoint{size.width / 2, size.height / 2});
+    pressed->scrollIntoSight();
+    const CGPoint middle = pressed->middleInWindow();
     window->sendTouch({kAssistiveFinger, UITouchPhase::began, middle});
     window->sendTouch({kAssistiveFinger, UITouchPhase::ended, middle});
 }

@@ -38,6 +38,9 @@ public:
     /// Takes over how the view is now. Its subviews are the mirror's affair.
     void synchronize(const UIView& view, PartFactory& parts, ItemArrival arrival);
 
+    /// The part of that which is the view's place and opacity.
+    void synchronizePlace(const UIView& view, ItemArrival arrival);
+
     /// Leaves the item out of a picture, if its view is hidden from capture, or lets it in again.
     void hideForCapture(bool hide);
 
@@ -62,9 +65,10 @@ private:
     struct Place {
         QRectF rect;
         double opacity = 1;
+        friend bool operator==(const Place&, const Place&) = default;
     };
 
-    void moveTo(const Place& place, const UIView& view, ItemArrival arrival);
+    void play(const UIViewAnimation& animation, const Place& from);
     void apply(const Place& place);
     void synchronizeFrame(const UIView& view, PartFactory& parts);
     void synchronizeContent(const UIView& view, PartFactory& parts);
@@ -74,7 +78,7 @@ private:
     QQuickItem* frame_ = nullptr;
     QQuickItem* content_ = nullptr;
     QVariantAnimation* movement_ = nullptr;
-    Place place_;
+    Place place_; // where the item is, or will be after its movement
     int role_ = 0;
     QString label_;
     QString identifier_;

@@ -111,6 +111,16 @@ TEST_F(ScreenReader, PressesAndHearsOfTheChange) {
     EXPECT_TRUE(box()->state().checked);
 }
 
+TEST_F(ScreenReader, HearsOfAViewThatIsGivenARoleWhileItIsShown) {
+    const auto view = std::make_shared<UIView>(CGRect{{10, 10}, {50, 50}});
+    host->uiWindow()->rootViewController()->view()->addSubview(view);
+    settle();
+    view->setAccessibilityLabel("Latecomer");
+    view->setAccessibilityRole(UIAccessibilityRole::button);
+    settle();
+    EXPECT_THAT(heard(), Contains(testing::Field(&Heard::name, "Latecomer")));
+}
+
 TEST_F(ScreenReader, NeverHearsWhatIsTyped) {
     const auto text = showAs<ChallengeTextNativeViewController>(fullCRes(UiType::TEXT));
     text->otp->becomeFirstResponder();

@@ -75,8 +75,7 @@ std::shared_ptr<ChallengeViewController> QtScreenTest::show(const CRes& cRes) {
 }
 
 QPoint QtScreenTest::middleOf(const UIView& view) const {
-    const CGSize size = view.bounds().size;
-    const CGPoint middle = view.convertTo(nullptr, CGPoint{size.width / 2, size.height / 2});
+    const CGPoint middle = view.middleInWindow();
     return host->mapToScene({middle.x, middle.y}).toPoint();
 }
 

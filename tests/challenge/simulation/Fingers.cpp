@@ -29,14 +29,8 @@ Keys typingKeys(const KeyboardLayout& page) {
 
 } // namespace
 
-CGPoint Fingers::middle(const UIView& view) {
-    const CGRect& bounds = view.bounds();
-    return view.convertTo(
-        nullptr, CGPoint{bounds.origin.x + bounds.size.width / 2, bounds.origin.y + bounds.size.height / 2});
-}
-
 bool Fingers::reaches(const UIView& view) const {
-    const auto hit = window_.hitTest(middle(view));
+    const auto hit = window_.hitTest(view.middleInWindow());
     return hit && hit->isDescendant(view);
 }
 
@@ -61,7 +55,7 @@ bool Fingers::touch(UIView& view, ChallengeViewController& on) {
         if (const auto scroll = std::dynamic_pointer_cast<UIScrollView>(on.view()))
             if (view.isDescendant(*scroll)) scrollTo(view, *scroll);
     const bool isReached = reaches(view);
-    tap(middle(view));
+    tap(view.middleInWindow());
     return isReached;
 }
 
@@ -74,7 +68,7 @@ std::string Fingers::typeKeys(ChallengeTextNativeViewController& on, Chance& cha
         const Keys keys = typingKeys(*on.secureKeyboard->customKeyboard()->getCurrentKeyboardLayout());
         const KeyboardButton& key = *keys[chance.below(keys.size())];
         typed += key.type().string();
-        tap(middle(key));
+        tap(key.middleInWindow());
     }
     on.view()->endEditing();
     return typed;

@@ -24,7 +24,6 @@ public:
                                        std::size_t count);
 
 private:
-    [[nodiscard]] static CGPoint middle(const UIView& view);
     [[nodiscard]] bool reaches(const UIView& view) const;
     void scrollTo(const UIView& view, UIScrollView& scroll) const;
     void tap(CGPoint point);

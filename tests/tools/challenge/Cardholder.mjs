@@ -3,7 +3,7 @@
 import { spawn } from "node:child_process";
 import { once } from "node:events";
 
-import { Lines } from "../Lines.mjs";
+import { Lines } from "../jose/Lines.mjs";
 
 export class Cardholder {
   /** The command line for an ACS's directory server. */

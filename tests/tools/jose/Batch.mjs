@@ -4,7 +4,7 @@ import { strict as assert } from "node:assert";
 import { spawn } from "node:child_process";
 import { once } from "node:events";
 
-import { Lines } from "../Lines.mjs";
+import { Lines } from "./Lines.mjs";
 
 export const base64url = (bytes) => Buffer.from(bytes).toString("base64url");
 
