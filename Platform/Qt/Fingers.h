@@ -19,7 +19,8 @@ class QWheelEvent;
 namespace korvane {
 
 /// Carries what people do back into the tree: fingers and the mouse as touches, dragging and the wheel as
-/// scrolling, a hardware keyboard's keys as typing. A finger that scrolls is taken away from what it touched.
+/// scrolling, a hardware keyboard's keys as typing. A finger that scrolls is taken away from what it
+/// touched. Main queue only.
 class Fingers {
 public:
     explicit Fingers(std::weak_ptr<UIWindow> window);

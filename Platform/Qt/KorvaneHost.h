@@ -15,7 +15,8 @@ class QtPlatform;
 
 /// The item in which the library's screens appear: laid over an application's own scene, it shows nothing and
 /// lets all input through until a challenge begins. Its size is the device's screen: wider than high is
-/// landscape. One at a time; after a `QtPlatform`, which it ends before. In QML:
+/// landscape. One at a time; after a `QtPlatform`, which it ends before. Main queue only.
+/// In QML:
 ///
 ///     import Korvane 1.0
 ///     KorvaneHost { anchors.fill: parent }
@@ -23,7 +24,7 @@ class KorvaneHost : public QQuickItem {
     Q_OBJECT
     /// Dark surroundings; at first as the system's palette is.
     Q_PROPERTY(bool dark READ isDark WRITE setDark NOTIFY darkChanged)
-    /// Multiplies the size of all text but the keyboard's; from 0.5 to 3, at first 1.
+    /// Multiplies the size of all text but bars' and keys'; from 0.5 to 3, at first 1.
     Q_PROPERTY(double textScale READ textScale WRITE setTextScale NOTIFY textScaleChanged)
     /// How far a camera or a bar of the system covers each side, in points.
     Q_PROPERTY(double safeAreaTop READ safeAreaTop WRITE setSafeAreaTop NOTIFY safeAreaChanged)
@@ -51,8 +52,8 @@ public:
     void setSafeAreaRight(double points) { setSafeArea(&UIEdgeInsets::right, points); }
     [[nodiscard]] bool isActive() const noexcept { return isActive_; }
 
-    /// A picture of this item as anyone may have it: views that are hidden from capture are left blank. Null
-    /// if the item is in no window.
+    /// A picture of this item as anyone may have it, in the window's density: views that are hidden from
+    /// capture are left blank. Null if the item is in no window.
     [[nodiscard]] QImage picture();
 
     /// The tree of views that is shown.

@@ -12,7 +12,7 @@
 namespace korvane {
 
 /// Keeps one item for every view of a window: whatever has changed since the last frame is taken over, the
-/// rest is not looked at.
+/// rest is not looked at. Main queue only.
 class Mirror {
 public:
     /// @param host  the item that everything is shown in.

@@ -8,7 +8,8 @@
 
 namespace korvane {
 
-/// The item that shows the library's screens is the screen, and how it lies is how the device is held.
+/// The item that shows the library's screens is the screen, and how it lies is how the device is held. Any
+/// thread.
 class QtScreen final : public UIScreen {
 public:
     [[nodiscard]] CGRect bounds() const override {
@@ -25,7 +26,7 @@ private:
     CGRect bounds_;
 };
 
-/// The machine, held as the screen lies.
+/// The machine, held as the screen lies. Any thread.
 class QtDevice final : public NativeDevice {
 public:
     explicit QtDevice(const QtScreen& screen) : screen_(screen) {}

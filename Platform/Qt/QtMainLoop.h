@@ -12,7 +12,7 @@
 namespace korvane {
 
 /// The event loop of the thread that made this object, as the main queue's loop: one posted event for each
-/// job, so that input and frames come in between.
+/// job, so that input and frames come in between. Any thread.
 class QtMainLoop final : public QObject, public MainLoop {
 public:
     QtMainLoop() = default;

@@ -17,6 +17,7 @@ class ViewItem;
 
 /// Makes what items consist of, from the QML files of this folder, and fills it from views: the table of
 /// kinds is in `PartFactory.cpp`, one row and one function for each kind that shows more than its frame.
+/// Main queue only.
 class PartFactory {
 public:
     explicit PartFactory(QQmlEngine& engine) : engine_(engine) {}

@@ -10,6 +10,7 @@
 namespace korvane {
 
 /// Draws one image into its item, as the content mode says; drawings (SVG) in the screen's own resolution.
+/// Main queue only.
 class Picture final : public QQuickPaintedItem {
     Q_OBJECT
 

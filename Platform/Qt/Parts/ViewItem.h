@@ -16,7 +16,7 @@ class PartFactory;
 enum class ItemArrival { withOthers, onItsOwn, none };
 
 /// The item of one view: its place, its opacity, its frame (fill, border, shadow), what its kind shows, and
-/// what it is to assistive technology. The items of the subviews are its children.
+/// what it is to assistive technology. The items of the subviews are its children. Main queue only.
 class ViewItem : public QQuickItem {
     Q_OBJECT
     /// A `QAccessible::Role`.
