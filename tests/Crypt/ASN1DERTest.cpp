@@ -28,8 +28,7 @@ TEST(DerReading, DamagedElementsAreToldApart) {
         {{0x02, 0x88, 0x7F, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 1}, incorrectValueLength},
     };
     for (const auto& row : rows)
-        EXPECT_TRUE(raises(row.kind, [&] { return nextTLVTriplet(row.der); }))
-            << testing::PrintToString(row.der);
+        EXPECT_RAISES(row.kind, nextTLVTriplet(row.der)) << testing::PrintToString(row.der);
 }
 
 TEST(DerReading, ReadTakesTheValueAndSkipTheRest) {

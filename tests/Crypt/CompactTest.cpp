@@ -24,7 +24,7 @@ TEST(CompactReading, PartsAreCountedFirst) {
         ASSERT_TRUE(failure);
         EXPECT_EQ(*failure, JOSEError(invalidCompactSerializationComponentCount, row.count));
     }
-    EXPECT_TRUE(raises(invalidCompactSerializationComponentCount, [] { return JWS("a.b.c.d.e"); }));
+    EXPECT_RAISES(invalidCompactSerializationComponentCount, JWS("a.b.c.d.e"));
 }
 
 TEST(CompactReading, FirstPartThatDoesNotDecodeIsNamed) {
@@ -32,7 +32,7 @@ TEST(CompactReading, FirstPartThatDoesNotDecodeIsNamed) {
     const auto failure = raisedBy<JOSEErrorCase>([] { return JWE(kHeader + "..AAAAA.A A.="); });
     ASSERT_TRUE(failure);
     EXPECT_EQ(*failure, JOSEError(componentNotValidBase64URL, std::string("AAAAA")));
-    EXPECT_TRUE(raises(invalidCompactSerializationComponentCount, [] { return JWE("a.b"); }));
+    EXPECT_RAISES(invalidCompactSerializationComponentCount, JWE("a.b"));
     const std::string place = "Crypt/Deserializer.cpp deserialize(_:fromCompactSerialization:): ";
     EXPECT_THAT(log.lines(), ElementsAre(place + "Component not valid base64 URL: AAAAA",
                                          place + "Invalid compact serialization component count: 2"));
@@ -44,9 +44,9 @@ TEST(CompactReading, HeadersThatAreNoneAreHandedBack) {
         raisedBy<JOSEErrorCase>([&] { return JWE(base64URLEncodedString(noHeader) + "...."); });
     ASSERT_TRUE(failure);
     EXPECT_EQ(*failure, JOSEError(componentCouldNotBeInitializedFromData, noHeader));
-    EXPECT_TRUE(raises(componentCouldNotBeInitializedFromData, [] { return JWS(".."); }));
-    EXPECT_TRUE(raises(wrongDataEncoding, [] { return JWE(Bytes{'.', 0xFF}); }));
-    EXPECT_TRUE(raises(wrongDataEncoding, [] { return JWS(Bytes{0xC0, 0x80}); }));
+    EXPECT_RAISES(componentCouldNotBeInitializedFromData, JWS(".."));
+    EXPECT_RAISES(wrongDataEncoding, JWE(Bytes{'.', 0xFF}));
+    EXPECT_RAISES(wrongDataEncoding, JWS(Bytes{0xC0, 0x80}));
 }
 
 TEST(CompactWriting, PartsComeBackAsTheyWere) {

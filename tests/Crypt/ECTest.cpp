@@ -25,9 +25,8 @@ const ECPrivateKey& bob() {
 
 TEST(KeyAgreement, CurvesMustBeOne) {
     const ECPrivateKey other = ECPrivateKey::generateWith(ECCurveType::P521);
-    EXPECT_TRUE(raises(
-        ECErrorCase::deriveKeyFail, [&] { return ecdhDeriveBits(alice(), other.getPublic()); },
-        "Private Key curve and Public Key curve are different"));
+    EXPECT_RAISES_SAYING(ECErrorCase::deriveKeyFail, "Private Key curve and Public Key curve are different",
+                         ecdhDeriveBits(alice(), other.getPublic()));
 }
 
 TEST(KeyAgreement, BitLengthCutsTheSecret) {
@@ -133,15 +132,13 @@ TEST(ECEncryption, PartyTextsAreTakenUndecoded) {
 
 TEST(ECDecryption, MissingPiecesAreNamed) {
     const JWEHeader header(KM::ECDH_ES, kEnc);
-    EXPECT_TRUE(raises(
-        ECErrorCase::invalidJWK, [] { return EC::decrypt({}, bob(), KM::ECDH_ES, kEnc, nullptr); },
-        "Missing header"));
-    EXPECT_TRUE(raises(
-        ECErrorCase::invalidJWK, [&] { return EC::decrypt({}, bob(), KM::ECDH_ES, kEnc, &header); },
-        "missing ephemeral public key in header"));
+    EXPECT_RAISES_SAYING(ECErrorCase::invalidJWK, "Missing header",
+                         EC::decrypt({}, bob(), KM::ECDH_ES, kEnc, nullptr));
+    EXPECT_RAISES_SAYING(ECErrorCase::invalidJWK, "missing ephemeral public key in header",
+                         EC::decrypt({}, bob(), KM::ECDH_ES, kEnc, &header));
     const JWEHeader wrapped(KM::ECDH_ES_A128KW, kEnc, alice().getPublic());
-    EXPECT_TRUE(raises(AESErrorCase::decryptingFailed,
-                       [&] { return EC::decrypt(Bytes(40), bob(), KM::ECDH_ES_A128KW, kEnc, &wrapped); }));
+    EXPECT_RAISES(AESErrorCase::decryptingFailed,
+                  EC::decrypt(Bytes(40), bob(), KM::ECDH_ES_A128KW, kEnc, &wrapped));
 }
 
 TEST(ECDecryption, ModeReplacesAKeyOfTheWrongLength) {

@@ -60,11 +60,9 @@ TEST(HeaderConstruction, FaultsAreToldApartInOrder) {
     };
     EXPECT_EQ(missing(JSON::object()), "alg");
     EXPECT_EQ(missing(JSON::object({{"alg", "dir"}})), "enc");
-    EXPECT_TRUE(
-        raises(HeaderParsingErrorCase::headerIsNotValidJSONObject, [] { return JWEHeader(JSON::array()); }));
-    EXPECT_TRUE(raises(HeaderParsingErrorCase::headerIsNotValidJSONObject, [] {
-        return JWSHeader(JSON::object({{"x", "\xFF"}}));
-    }));
+    EXPECT_RAISES(HeaderParsingErrorCase::headerIsNotValidJSONObject, JWEHeader(JSON::array()));
+    EXPECT_RAISES(HeaderParsingErrorCase::headerIsNotValidJSONObject,
+                  JWSHeader(JSON::object({{"x", "\xFF"}})));
 }
 
 TEST(HeaderReading, ValuesOfAnotherShapeAreNoValues) {

@@ -101,18 +101,19 @@ TEST(JWESealing, FailuresSayWhatHappened) {
         return "The operation couldn\u2019t be completed. (Korvane.JWEError error " + std::to_string(index) +
                ".)";
     };
-    EXPECT_TRUE(raises(encryptingFailed, sealing(good, {}, direct), "Encryption failed with status: -4300."));
-    EXPECT_TRUE(raises(encryptingFailed, sealing(JWEHeader(KM::A128KW, CE::A128CBCHS256), Bytes(1), direct),
-                       mismatch(0)));
-    EXPECT_TRUE(raises(encryptingFailed, sealing(JWEHeader(KM::direct, CE::A256CBCHS512), Bytes(1), direct),
-                       mismatch(1)));
-    EXPECT_TRUE(
-        raises(encryptingFailed,
-               sealing(good, Bytes(1), Encrypter::make(KM::direct, CE::A128CBCHS256, Bytes(31)).value()),
-               mismatch(2)));
-    EXPECT_TRUE(raises(compressionAlgorithmNotSupported, sealing(unknownZip, Bytes(1), direct)));
-    EXPECT_TRUE(raises(encryptingFailed, sealing(zipped, {}, direct),
-                       "The operation couldn\u2019t be completed. (Korvane.JOSEError error 24.)"));
+    EXPECT_RAISES_SAYING(encryptingFailed, "Encryption failed with status: -4300.",
+                         sealing(good, {}, direct)());
+    EXPECT_RAISES_SAYING(encryptingFailed, mismatch(0),
+                         sealing(JWEHeader(KM::A128KW, CE::A128CBCHS256), Bytes(1), direct)());
+    EXPECT_RAISES_SAYING(encryptingFailed, mismatch(1),
+                         sealing(JWEHeader(KM::direct, CE::A256CBCHS512), Bytes(1), direct)());
+    EXPECT_RAISES_SAYING(
+        encryptingFailed, mismatch(2),
+        sealing(good, Bytes(1), Encrypter::make(KM::direct, CE::A128CBCHS256, Bytes(31)).value())());
+    EXPECT_RAISES(compressionAlgorithmNotSupported, sealing(unknownZip, Bytes(1), direct)());
+    EXPECT_RAISES_SAYING(encryptingFailed,
+                         "The operation couldn\u2019t be completed. (Korvane.JOSEError error 24.)",
+                         sealing(zipped, {}, direct)());
     EXPECT_FALSE(Encrypter::make(KM::RSAOAEP256, CE::A128CBCHS256, Bytes(32)));
     EXPECT_TRUE(Encrypter::make(KM::direct, AnyKey(Bytes(32)), CE::A128CBCHS256)) << "the older form";
     EXPECT_FALSE(Decrypter::make(KM::ECDH_ES, AnyKey(Bytes(32)), CE::A128CBCHS256));
@@ -122,39 +123,28 @@ TEST(JWEOpening, FailuresSayWhatHappened) {
     const JWE jwe = sealed("text");
     const Decrypter direct = decrypter(KM::direct, CE::A128CBCHS256);
     const std::string mismatch = "JWE header algorithms do not match encrypter algorithms.";
-    EXPECT_TRUE(raises(
-        decryptingFailed, [&] { return jwe.decrypt(decrypter(KM::RSAOAEP256, CE::A128CBCHS256)); },
-        mismatch));
-    EXPECT_TRUE(raises(
-        decryptingFailed, [&] { return jwe.decrypt(decrypter(KM::direct, CE::A256CBCHS512)); }, mismatch));
-    EXPECT_TRUE(raises(
-        decryptingFailed, [&] { return jwe.decrypt(keys().opening(KM::RSAOAEP, CE::A128CBCHS256)); },
-        "Wrong key type."));
-    EXPECT_TRUE(raises(
-        decryptingFailed, [&] { return jwe.decrypt(AnyKey(Bytes(32, 1))); },
-        "The operation couldn\u2019t be completed. (Korvane.JWEError error 3.)"));
+    EXPECT_RAISES_SAYING(decryptingFailed, mismatch,
+                         jwe.decrypt(decrypter(KM::RSAOAEP256, CE::A128CBCHS256)));
+    EXPECT_RAISES_SAYING(decryptingFailed, mismatch, jwe.decrypt(decrypter(KM::direct, CE::A256CBCHS512)));
+    EXPECT_RAISES_SAYING(decryptingFailed, "Wrong key type.",
+                         jwe.decrypt(keys().opening(KM::RSAOAEP, CE::A128CBCHS256)));
+    EXPECT_RAISES_SAYING(decryptingFailed,
+                         "The operation couldn\u2019t be completed. (Korvane.JWEError error 3.)",
+                         jwe.decrypt(AnyKey(Bytes(32, 1))));
 
     const auto with = [](const std::string& header, const std::string& rest) {
         return JWE(base64URLEncodedString(asBytes(header)) + rest);
     };
     const std::string parts = "..AAAAAAAAAAAAAAAAAAAAAA.AAAAAAAAAAAAAAAAAAAAAA.AAAAAAAAAAAAAAAAAAAAAA";
     const JWE unknown = with(R"({"alg":"dir","enc":"A128GCM"})", parts);
-    EXPECT_TRUE(raises(
-        decryptingFailed, [&] { return unknown.decrypt(AnyKey(Bytes(32))); }, "Invalid header parameter."));
-    EXPECT_TRUE(raises(
-        decryptingFailed, [&] { return unknown.decrypt(direct); }, mismatch));
-    EXPECT_TRUE(raises(compressionAlgorithmNotSupported, [&] {
-        return with(R"({"alg":"dir","enc":"A128CBC-HS256","zip":"LZ"})", parts).decrypt(direct);
-    }));
-    EXPECT_TRUE(raises(
-        decryptingFailed,
-        [&] {
-            return with(R"({"alg":"dir","enc":"A128CBC-HS256"})", ".AA" + parts.substr(1)).decrypt(direct);
-        },
-        "Direct encryption does not expect an encrypted key."));
-    EXPECT_TRUE(raises(decryptingFailed, [&] {
-        return with(R"({"alg":"dir","enc":"A128CBC-HS256"})", "....").decrypt(direct);
-    }));
+    EXPECT_RAISES_SAYING(decryptingFailed, "Invalid header parameter.", unknown.decrypt(AnyKey(Bytes(32))));
+    EXPECT_RAISES_SAYING(decryptingFailed, mismatch, unknown.decrypt(direct));
+    EXPECT_RAISES(compressionAlgorithmNotSupported,
+                  with(R"({"alg":"dir","enc":"A128CBC-HS256","zip":"LZ"})", parts).decrypt(direct));
+    EXPECT_RAISES_SAYING(
+        decryptingFailed, "Direct encryption does not expect an encrypted key.",
+        with(R"({"alg":"dir","enc":"A128CBC-HS256"})", ".AA" + parts.substr(1)).decrypt(direct));
+    EXPECT_RAISES(decryptingFailed, with(R"({"alg":"dir","enc":"A128CBC-HS256"})", "....").decrypt(direct));
 }
 
 TEST(JWEOpening, OnlyInflationTellsOnItsOwn) {
@@ -169,13 +159,11 @@ TEST(JWEOpening, OnlyInflationTellsOnItsOwn) {
             headerData, ByteView(), parts.initializationVector, parts.ciphertext, parts.authenticationTag}));
     };
     const Decrypter direct = decrypter(KM::direct, CE::A128CBCHS256);
-    EXPECT_TRUE(raises(decompressionFailed,
-                       [&] { return sealedAsIfZipped(toBytes("not deflated")).decrypt(direct); }));
+    EXPECT_RAISES(decompressionFailed, sealedAsIfZipped(toBytes("not deflated")).decrypt(direct));
     const Bytes zipped = DeflateCompressor().compress(Bytes(1000, 'a'));
     EXPECT_EQ(sealedAsIfZipped(zipped).decrypt(direct).data(), Bytes(1000, 'a'));
-    EXPECT_TRUE(raises(decompressionFailed, [&] {
-        return sealedAsIfZipped(Bytes(zipped.begin(), zipped.end() - 3)).decrypt(direct);
-    }));
+    EXPECT_RAISES(decompressionFailed,
+                  sealedAsIfZipped(Bytes(zipped.begin(), zipped.end() - 3)).decrypt(direct));
 }
 
 TEST(JWEOpening, EveryTruncationIsATypedFailure) {
@@ -195,10 +183,10 @@ TEST(JWEOpening, MismatchesAreLoggedByTheDecrypter) {
                              jwe.authenticationTag()});
     };
     const RecordingLogger log;
-    EXPECT_TRUE(raises(JWEErrorCase::keyManagementAlgorithmMismatch,
-                       [&] { return open(decrypter(KM::A128KW, CE::A128CBCHS256)); }));
-    EXPECT_TRUE(raises(JWEErrorCase::contentEncryptionAlgorithmMismatch,
-                       [&] { return open(decrypter(KM::direct, CE::A256CBCHS512)); }));
+    EXPECT_RAISES(JWEErrorCase::keyManagementAlgorithmMismatch,
+                  open(decrypter(KM::A128KW, CE::A128CBCHS256)));
+    EXPECT_RAISES(JWEErrorCase::contentEncryptionAlgorithmMismatch,
+                  open(decrypter(KM::direct, CE::A256CBCHS512)));
     EXPECT_THAT(log.lines(), testing::ElementsAre(
                                  "Crypt/Decrypter.cpp decrypt(_:): Key management algorithm mismatch",
                                  "Crypt/Decrypter.cpp decrypt(_:): Content encryption algorithm mismatch"));

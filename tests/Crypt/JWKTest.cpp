@@ -42,8 +42,7 @@ TEST(JWKWriting, ForeignNamesNeverReachTheJson) {
     const RSAPublicKey key("n", "e", {{"d", "private"}, {"other", "1"}, {"kid", "2"}, {"x5t#S256", "3"}});
     EXPECT_EQ(jsonOf(key), (JSON{{"e", "e"}, {"kid", "2"}, {"kty", "RSA"}, {"n", "n"}, {"x5t#S256", "3"}}));
     EXPECT_FALSE(RSAPublicKey("\xFF", "e").jsonString()) << "what is not UTF-8 has no JSON";
-    EXPECT_TRUE(raises(JOSEErrorCase::thumbprintSerialization,
-                       [] { return RSAPublicKey("\xFF", "e").thumbprint(); }));
+    EXPECT_RAISES(JOSEErrorCase::thumbprintSerialization, RSAPublicKey("\xFF", "e").thumbprint());
     EXPECT_EQ(jsonOf(RSAPrivateKey("n", "e", "d"))["d"], "d");
 }
 
@@ -51,21 +50,18 @@ TEST(JWKReading, ArraysArePassedOverExceptForSymmetricKeys) {
     const auto ec = ECPublicKey::make(asBytes(
         R"({"kty":"EC","crv":"P-256","x":"x","y":"y","key_ops":["verify"],"x5c":["a"],"use":"sig","extra":"1","d2":{}})"));
     EXPECT_THAT(ec.parameters(), ElementsAre(Key("crv"), Key("kty"), Key("use"), Key("x"), Key("y")));
-    EXPECT_TRUE(raises(DecodingErrorCase::typeMismatch, [] {
-        return SymmetricKey::make(asBytes(R"({"kty":"oct","k":"AA","key_ops":["wrapKey"]})"));
-    }));
+    EXPECT_RAISES(DecodingErrorCase::typeMismatch,
+                  SymmetricKey::make(asBytes(R"({"kty":"oct","k":"AA","key_ops":["wrapKey"]})")));
     EXPECT_EQ(SymmetricKey::make(asBytes(R"({"kty":"oct","k":"AA","key_ops":"wrapKey"})"))["key_ops"],
               "wrapKey");
 }
 
 TEST(JWKReading, FaultsAreToldApart) {
     const std::string rsa = R"({"kty":"RSA","n":"n","e":"e"})";
-    EXPECT_TRUE(raises(
-        DecodingErrorCase::keyNotFound, [&] { return ECPublicKey::make(asBytes(rsa)); },
-        "Key Type parameter wrong."));
-    EXPECT_TRUE(raises(
-        DecodingErrorCase::keyNotFound, [&] { return SymmetricKey::make(asBytes(rsa)); },
-        "Wrong parameter: key type"));
+    EXPECT_RAISES_SAYING(DecodingErrorCase::keyNotFound, "Key Type parameter wrong.",
+                         ECPublicKey::make(asBytes(rsa)));
+    EXPECT_RAISES_SAYING(DecodingErrorCase::keyNotFound, "Wrong parameter: key type",
+                         SymmetricKey::make(asBytes(rsa)));
     const struct {
         const char* json;
         DecodingErrorCase kind;
@@ -79,44 +75,36 @@ TEST(JWKReading, FaultsAreToldApart) {
         {R"({"kty":"RSA","n":"n","e":"e","kid":7})", DecodingErrorCase::typeMismatch},
     };
     for (const auto& row : rows)
-        EXPECT_TRUE(raises(row.kind, [&] { return RSAPublicKey::make(asBytes(row.json)); })) << row.json;
-    EXPECT_TRUE(raises(DecodingErrorCase::dataCorrupted, [] {
-        return ECPublicKey::make(asBytes(R"({"kty":"EC","crv":"P-257","x":"x","y":"y"})"));
-    }));
-    EXPECT_TRUE(raises(JOSEErrorCase::symmetricKeyNotBase64URLEncoded,
-                       [] { return SymmetricKey::make(asBytes(R"({"kty":"oct","k":"A"})")); }));
+        EXPECT_RAISES(row.kind, RSAPublicKey::make(asBytes(row.json))) << row.json;
+    EXPECT_RAISES(DecodingErrorCase::dataCorrupted,
+                  ECPublicKey::make(asBytes(R"({"kty":"EC","crv":"P-257","x":"x","y":"y"})")));
+    EXPECT_RAISES(JOSEErrorCase::symmetricKeyNotBase64URLEncoded,
+                  SymmetricKey::make(asBytes(R"({"kty":"oct","k":"A"})")));
     EXPECT_EQ(RSAPublicKey::make(asBytes(R"({"kty":"RSA","n":"not base64!","e":""})")).modulus(),
               "not base64!");
 }
 
 TEST(JWKConstruction, UnknownCurvesFailInTwoWays) {
-    EXPECT_TRUE(raises(JOSEErrorCase::invalidCurvePointOctetLength,
-                       [] { return ECPrivateKey("P-257", "x", "y", "d"); }));
-    EXPECT_TRUE(raises(JOSEErrorCase::couldNotConstructJWK, [] { return ECPublicKey(Bytes{2, 1, 1}); }));
+    EXPECT_RAISES(JOSEErrorCase::invalidCurvePointOctetLength, ECPrivateKey("P-257", "x", "y", "d"));
+    EXPECT_RAISES(JOSEErrorCase::couldNotConstructJWK, ECPublicKey(Bytes{2, 1, 1}));
     const SecKey privateKey = SecKeyCreateRandomKey(SecKeyType::kSecAttrKeyTypeEC, 256);
-    EXPECT_TRUE(raises(JOSEErrorCase::couldNotConstructJWK, [&] { return ECPublicKey(privateKey); }));
-    EXPECT_TRUE(raises(JOSEErrorCase::couldNotConstructJWK,
-                       [&] { return ECPrivateKey(SecKeyCopyPublicKey(privateKey)); }));
-    EXPECT_TRUE(raises(JOSEErrorCase::couldNotConstructJWK,
-                       [&] { return RSAPublicKey(SecKeyCopyPublicKey(privateKey)); }));
+    EXPECT_RAISES(JOSEErrorCase::couldNotConstructJWK, ECPublicKey(privateKey));
+    EXPECT_RAISES(JOSEErrorCase::couldNotConstructJWK, ECPrivateKey(SecKeyCopyPublicKey(privateKey)));
+    EXPECT_RAISES(JOSEErrorCase::couldNotConstructJWK, RSAPublicKey(SecKeyCopyPublicKey(privateKey)));
 }
 
 TEST(JWKConversion, NumbersThatAreNotBase64URLAreNamed) {
     const std::string bad = "A";
     using enum JOSEErrorCase;
-    EXPECT_TRUE(
-        raises(modulusNotBase64URLUIntEncoded, [&] { return RSAPublicKey(bad, "AQAB").converted<Bytes>(); }));
-    EXPECT_TRUE(raises(exponentNotBase64URLUIntEncoded,
-                       [&] { return RSAPublicKey("AQAB", bad).converted<Bytes>(); }));
-    EXPECT_TRUE(raises(xNotBase64URLUIntEncoded,
-                       [&] { return ECPublicKey(ECCurveType::P256, bad, kX32).converted<Bytes>(); }));
-    EXPECT_TRUE(raises(yNotBase64URLUIntEncoded,
-                       [&] { return ECPublicKey(ECCurveType::P256, kX32, bad).converted<SecKey>(); }));
-    EXPECT_TRUE(raises(privateKeyNotBase64URLUIntEncoded,
-                       [&] { return ECPrivateKey("P-256", kX32, kX32, bad).converted<SecretBytes>(); }));
-    EXPECT_TRUE(raises(JWKErrorCase::cannotConvertToSecKeyChildClasses, [&] {
-        return ECPublicKey(ECCurveType::P256, kX32, kX32).converted<SecKey>();
-    })) << "a point off the curve";
+    EXPECT_RAISES(modulusNotBase64URLUIntEncoded, RSAPublicKey(bad, "AQAB").converted<Bytes>());
+    EXPECT_RAISES(exponentNotBase64URLUIntEncoded, RSAPublicKey("AQAB", bad).converted<Bytes>());
+    EXPECT_RAISES(xNotBase64URLUIntEncoded, ECPublicKey(ECCurveType::P256, bad, kX32).converted<Bytes>());
+    EXPECT_RAISES(yNotBase64URLUIntEncoded, ECPublicKey(ECCurveType::P256, kX32, bad).converted<SecKey>());
+    EXPECT_RAISES(privateKeyNotBase64URLUIntEncoded,
+                  ECPrivateKey("P-256", kX32, kX32, bad).converted<SecretBytes>());
+    EXPECT_RAISES(JWKErrorCase::cannotConvertToSecKeyChildClasses,
+                  ECPublicKey(ECCurveType::P256, kX32, kX32).converted<SecKey>())
+        << "a point off the curve";
 }
 
 TEST(JWKConversion, PublicCoordinatesLoseASignByte) {
@@ -126,14 +114,14 @@ TEST(JWKConversion, PublicCoordinatesLoseASignByte) {
               ecKey(Bytes(32, 7), Bytes(32, 9)).converted<Bytes>());
     EXPECT_EQ(ecKey(Bytes(67), Bytes(66), ECCurveType::P521).converted<Bytes>().size(), 133U);
     const auto wrongLength = JOSEErrorCase::invalidCurvePointOctetLength;
-    EXPECT_TRUE(raises(wrongLength, [] { return ecKey(Bytes(31), Bytes(32)).converted<Bytes>(); }));
-    EXPECT_TRUE(raises(wrongLength, [] { return ecKey(Bytes(), Bytes()).converted<Bytes>(); }));
-    EXPECT_TRUE(raises(wrongLength, [] {
-        return ecKey(Bytes(48), Bytes(48), ECCurveType::P384).converted<Bytes>();
-    })) << "a well-formed P-384 coordinate loses its first byte";
-    EXPECT_TRUE(raises(wrongLength, [] {
-        return ECPrivateKey("P-256", base64URLEncodedString(Bytes(33)), kX32, kX32).converted<SecretBytes>();
-    })) << "private keys have no such rule";
+    EXPECT_RAISES(wrongLength, ecKey(Bytes(31), Bytes(32)).converted<Bytes>());
+    EXPECT_RAISES(wrongLength, ecKey(Bytes(), Bytes()).converted<Bytes>());
+    EXPECT_RAISES(wrongLength, ecKey(Bytes(48), Bytes(48), ECCurveType::P384).converted<Bytes>())
+        << "a well-formed P-384 coordinate loses its first byte";
+    EXPECT_RAISES(
+        wrongLength,
+        ECPrivateKey("P-256", base64URLEncodedString(Bytes(33)), kX32, kX32).converted<SecretBytes>())
+        << "private keys have no such rule";
 }
 
 TEST(JWKConversion, BytesFormsTellTheirCurve) {
@@ -147,14 +135,11 @@ TEST(JWKConversion, BytesFormsTellTheirCurve) {
         if (row.curve) {
             EXPECT_EQ(ecPublicKeyComponents(point).crv, row.curve);
         } else {
-            EXPECT_TRUE(raises(JOSEErrorCase::invalidCurvePointOctetLength,
-                               [&] { return ecPublicKeyComponents(point); }));
+            EXPECT_RAISES(JOSEErrorCase::invalidCurvePointOctetLength, ecPublicKeyComponents(point));
         }
     }
-    EXPECT_TRUE(raises(JOSEErrorCase::compressedCurvePointsUnsupported,
-                       [] { return ecPublicKeyComponents(Bytes(33, 2)); }));
-    EXPECT_TRUE(
-        raises(JOSEErrorCase::invalidCurvePointOctetLength, [] { return ecPublicKeyComponents(Bytes()); }));
+    EXPECT_RAISES(JOSEErrorCase::compressedCurvePointsUnsupported, ecPublicKeyComponents(Bytes(33, 2)));
+    EXPECT_RAISES(JOSEErrorCase::invalidCurvePointOctetLength, ecPublicKeyComponents(Bytes()));
 }
 
 TEST(JWKConversion, RsaModulusGetsOneZeroAndLosesIt) {
@@ -193,8 +178,8 @@ TEST(JWKThumbprint, PrivateAndPublicKeysShareIt) {
     const ECPrivateKey named = pair.withThumbprintAsKeyId();
     EXPECT_EQ(named["kid"], pair.thumbprint());
     EXPECT_EQ(named.privateKey(), pair.privateKey());
-    EXPECT_TRUE(raises(ThumbprintErrorCase::inputMustBeGreaterThanZero,
-                       [] { return Thumbprint::calculate({}, JWKThumbprintAlgorithm::SHA256); }));
+    EXPECT_RAISES(ThumbprintErrorCase::inputMustBeGreaterThanZero,
+                  Thumbprint::calculate({}, JWKThumbprintAlgorithm::SHA256));
 }
 
 TEST(JWKSets, ElementsAreClassifiedByTypeAndPrivateNumber) {
@@ -217,10 +202,8 @@ TEST(JWKSets, ElementsAreClassifiedByTypeAndPrivateNumber) {
         "JSON found to decode.";
     for (const char* bad : {R"({"keys":[{"kty":"OKP"}]})", R"({"keys":[7]})", R"({"keys":[{"kty":1}]})",
                             R"({"keys":[{"kty":"EC","d":2}]})", R"({"keys":[{"kty":"RSA","n":"n"}]})"})
-        EXPECT_TRUE(raises(
-            DecodingErrorCase::dataCorrupted, [&] { return JWKSet::make(asBytes(bad)); }, text))
-            << bad;
-    EXPECT_TRUE(raises(DecodingErrorCase::keyNotFound, [] { return JWKSet::make(asBytes("{}")); }));
+        EXPECT_RAISES_SAYING(DecodingErrorCase::dataCorrupted, text, JWKSet::make(asBytes(bad))) << bad;
+    EXPECT_RAISES(DecodingErrorCase::keyNotFound, JWKSet::make(asBytes("{}")));
     EXPECT_EQ(JWKSet::make(asBytes(R"({"keys":[]})")).jsonString(), R"({"keys":[]})");
 }
 

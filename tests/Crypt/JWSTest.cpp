@@ -52,27 +52,23 @@ TEST(JWSValidation, FailuresSayWhatHappened) {
     const JWS ps256 = signedWith(SA::PS256, "text");
     const std::string mismatch = "JWS header algorithm does not match verifier algorithm.";
     const Verifier rs256 = Verifier::make(SA::RS256, publicKey(SA::RS256)).value();
-    EXPECT_TRUE(raises(
-        verifyingFailed, [&] { return ps256.validate(rs256); }, mismatch));
+    EXPECT_RAISES_SAYING(verifyingFailed, mismatch, ps256.validate(rs256));
     const JWS none(base64URLEncodedString(asBytes(R"({"alg":"none"})")) + ".eA.");
-    EXPECT_TRUE(raises(
-        verifyingFailed, [&] { return none.validate(rs256); }, mismatch));
-    EXPECT_TRUE(raises(
-        verifyingFailed, [&] { return none.validate(publicKey(SA::ES256)); }, mismatch));
-    EXPECT_TRUE(raises(verifyingFailed, [&] { return ps256.validate(AnyKey(Bytes(32))); }));
+    EXPECT_RAISES_SAYING(verifyingFailed, mismatch, none.validate(rs256));
+    EXPECT_RAISES_SAYING(verifyingFailed, mismatch, none.validate(publicKey(SA::ES256)));
+    EXPECT_RAISES(verifyingFailed, ps256.validate(AnyKey(Bytes(32))));
     EXPECT_FALSE(ps256.isValid(AnyKey(Bytes(32))));
     EXPECT_FALSE(none.isValid(rs256));
 
     const JWS rs = signedWith(SA::RS256, "text");
-    EXPECT_TRUE(raises(
-        verifyingFailed, [&] { return rs.validate(Verifier::make(SA::RS256, publicKey(SA::ES256)).value()); },
-        "The operation couldn\u2019t be completed. (Korvane.RSAError error 4.)"));
+    EXPECT_RAISES_SAYING(verifyingFailed,
+                         "The operation couldn\u2019t be completed. (Korvane.RSAError error 4.)",
+                         rs.validate(Verifier::make(SA::RS256, publicKey(SA::ES256)).value()));
     const std::string compact = rs.compactSerializedString();
     const std::string header = compact.substr(0, compact.find('.'));
-    EXPECT_TRUE(raises(signatureInvalid, [&] {
-        return JWS(header + ".dGV4dA." + base64URLEncodedString(Bytes(256, 1))).validate(rs256);
-    }));
-    EXPECT_TRUE(raises(signatureInvalid, [&] { return JWS(header + ".dGV4dA.").validate(rs256); }));
+    EXPECT_RAISES(signatureInvalid,
+                  JWS(header + ".dGV4dA." + base64URLEncodedString(Bytes(256, 1))).validate(rs256));
+    EXPECT_RAISES(signatureInvalid, JWS(header + ".dGV4dA.").validate(rs256));
     EXPECT_FALSE(Verifier::make(SA::ES256, AnyKey(Bytes(65))));
     EXPECT_FALSE(Signer::make(SA::ES256, AnyKey(Bytes(65))));
 }
@@ -81,17 +77,15 @@ TEST(JWSValidation, ECSignaturesMustHaveTheirLength) {
     const JWS jws = signedWith(SA::ES256, "text");
     const std::string start = base64URLEncodedString(jws.header().data()) + ".dGV4dA.";
     for (const std::size_t length : {0U, 63U, 65U, 71U, 128U})
-        EXPECT_TRUE(raises(
+        EXPECT_RAISES_SAYING(
             verifyingFailed,
-            [&] {
-                return JWS(start + base64URLEncodedString(Bytes(length, 1))).validate(publicKey(SA::ES256));
-            },
-            "Signature is " + std::to_string(length) + " bytes long instead of the expected 64."));
-    EXPECT_TRUE(raises(signatureInvalid, [&] {
-        return JWS(start + base64URLEncodedString(Bytes(64))).validate(publicKey(SA::ES256));
-    })) << "r and s of zero are numbers, but no signature";
-    EXPECT_TRUE(raises(ECErrorCase::unknownOrUnsupportedAlgorithm,
-                       [] { return EC::verify(Bytes(1), Bytes(64), publicKey(SA::ES256), SA::RS256); }));
+            "Signature is " + std::to_string(length) + " bytes long instead of the expected 64.",
+            JWS(start + base64URLEncodedString(Bytes(length, 1))).validate(publicKey(SA::ES256)));
+    EXPECT_RAISES(signatureInvalid,
+                  JWS(start + base64URLEncodedString(Bytes(64))).validate(publicKey(SA::ES256)))
+        << "r and s of zero are numbers, but no signature";
+    EXPECT_RAISES(ECErrorCase::unknownOrUnsupportedAlgorithm,
+                  EC::verify(Bytes(1), Bytes(64), publicKey(SA::ES256), SA::RS256));
 }
 
 TEST(JWSSigning, FailuresSayWhatHappened) {
@@ -99,10 +93,12 @@ TEST(JWSSigning, FailuresSayWhatHappened) {
         return
             [=] { return JWS(JWSHeader(header), Payload(Bytes(1)), Signer::make(algorithm, key).value()); };
     };
-    EXPECT_TRUE(raises(signingFailed, signing(SA::ES256, SA::ES384, privateKey(SA::ES384)),
-                       "The operation couldn\u2019t be completed. (Korvane.JWSError error 0.)"));
-    EXPECT_TRUE(raises(signingFailed, signing(SA::RS256, SA::RS256, publicKey(SA::RS256)),
-                       "The operation couldn\u2019t be completed. (Korvane.RSAError error 4.)"));
+    EXPECT_RAISES_SAYING(signingFailed,
+                         "The operation couldn\u2019t be completed. (Korvane.JWSError error 0.)",
+                         signing(SA::ES256, SA::ES384, privateKey(SA::ES384))());
+    EXPECT_RAISES_SAYING(signingFailed,
+                         "The operation couldn\u2019t be completed. (Korvane.RSAError error 4.)",
+                         signing(SA::RS256, SA::RS256, publicKey(SA::RS256))());
     const auto failure = raisedBy<JOSEErrorCase>(signing(SA::ES256, SA::ES256, publicKey(SA::ES256)));
     ASSERT_TRUE(failure);
     EXPECT_EQ(failure->kind(), signingFailed);
@@ -112,9 +108,8 @@ TEST(JWSSigning, FailuresSayWhatHappened) {
 TEST(JWSSigning, TheLargerKeyOfAnotherCurveCannotSlipThrough) {
     // An ES256 signer may hold a P-521 key; its numbers do not fit into the signature of the algorithm.
     const SecKey p521 = privateKey(SA::ES512);
-    EXPECT_TRUE(raises(signingFailed, [&] {
-        return JWS(JWSHeader(SA::ES256), Payload(Bytes(1)), Signer::make(SA::ES256, p521).value());
-    }));
+    EXPECT_RAISES(signingFailed,
+                  JWS(JWSHeader(SA::ES256), Payload(Bytes(1)), Signer::make(SA::ES256, p521).value()));
 }
 
 } // namespace

@@ -76,36 +76,29 @@ TEST(RSAKeyManagement, LengthsAreThoseOfTheBlock) {
         const auto size = static_cast<std::size_t>(longest);
         EXPECT_EQ(RSA::decrypt(RSA::encrypt(Bytes(size, 7), publicKey, algorithm), rsaKey(), algorithm),
                   SecretBytes(size, 7));
-        EXPECT_TRUE(raises(RSAErrorCase::plainTextLengthNotSatisfied,
-                           [&] { return RSA::encrypt(Bytes(size + 1), publicKey, algorithm); }));
-        EXPECT_TRUE(raises(RSAErrorCase::cipherTextLenghtNotSatisfied,
-                           [&] { return RSA::decrypt(Bytes(257), rsaKey(), algorithm); }));
-        EXPECT_TRUE(raises(RSAErrorCase::algorithmNotSupported,
-                           [&] { return RSA::encrypt(Bytes(1), rsaKey(), algorithm); }));
+        EXPECT_RAISES(RSAErrorCase::plainTextLengthNotSatisfied,
+                      RSA::encrypt(Bytes(size + 1), publicKey, algorithm));
+        EXPECT_RAISES(RSAErrorCase::cipherTextLenghtNotSatisfied,
+                      RSA::decrypt(Bytes(257), rsaKey(), algorithm));
+        EXPECT_RAISES(RSAErrorCase::algorithmNotSupported, RSA::encrypt(Bytes(1), rsaKey(), algorithm));
     }
     EXPECT_EQ(maxMessageLength(KM::A128KW, publicKey), std::nullopt);
-    EXPECT_TRUE(raises(RSAErrorCase::algorithmNotSupported,
-                       [&] { return RSA::encrypt(Bytes(1), publicKey, KM::direct); }));
+    EXPECT_RAISES(RSAErrorCase::algorithmNotSupported, RSA::encrypt(Bytes(1), publicKey, KM::direct));
 }
 
 TEST(AESKeyManagement, KeysOfOtherLengthsAreRefused) {
-    EXPECT_TRUE(raises(AESErrorCase::keyLengthNotSatisfied,
-                       [] { return AES::wrap(Bytes(32), Bytes(16), KM::A256KW); }));
-    EXPECT_TRUE(
-        raises(AESErrorCase::invalidAlgorithm, [] { return AES::wrap(Bytes(32), Bytes(16), KM::direct); }));
-    EXPECT_TRUE(raises(AESErrorCase::invalidAlgorithm,
-                       [] { return AES::unwrap(Bytes(32), Bytes(16), KM::ECDH_ES_A128KW); }));
-    EXPECT_TRUE(raises(
-        AESErrorCase::encryptingFailed, [] { return AES::wrap(Bytes(20), Bytes(16), KM::A128KW); },
-        "Key wrap failed with status: -4300."));
-    EXPECT_TRUE(raises(
-        AESErrorCase::decryptingFailed, [] { return AES::unwrap(Bytes(24), Bytes(16), KM::A128KW); },
-        "Key unwrap failed with status: -4304."));
+    EXPECT_RAISES(AESErrorCase::keyLengthNotSatisfied, AES::wrap(Bytes(32), Bytes(16), KM::A256KW));
+    EXPECT_RAISES(AESErrorCase::invalidAlgorithm, AES::wrap(Bytes(32), Bytes(16), KM::direct));
+    EXPECT_RAISES(AESErrorCase::invalidAlgorithm, AES::unwrap(Bytes(32), Bytes(16), KM::ECDH_ES_A128KW));
+    EXPECT_RAISES_SAYING(AESErrorCase::encryptingFailed, "Key wrap failed with status: -4300.",
+                         AES::wrap(Bytes(20), Bytes(16), KM::A128KW));
+    EXPECT_RAISES_SAYING(AESErrorCase::decryptingFailed, "Key unwrap failed with status: -4304.",
+                         AES::unwrap(Bytes(24), Bytes(16), KM::A128KW));
     const Bytes kek(16, 3);
     const auto mode = makeDecryptionKeyManagementMode(KM::A128KW, CE::A128CBCHS256, kek);
-    EXPECT_TRUE(raises(AESErrorCase::keyLengthNotSatisfied, [&] {
-        return mode->determineContentEncryptionKey(AES::wrap(Bytes(24), kek, KM::A128KW));
-    })) << "there is no random key to fall back on";
+    EXPECT_RAISES(AESErrorCase::keyLengthNotSatisfied,
+                  mode->determineContentEncryptionKey(AES::wrap(Bytes(24), kek, KM::A128KW)))
+        << "there is no random key to fall back on";
 }
 
 TEST(DirectKeyManagement, ASecondPartIsRefused) {
@@ -113,9 +106,8 @@ TEST(DirectKeyManagement, ASecondPartIsRefused) {
     const auto mode = makeDecryptionKeyManagementMode(KM::direct, CE::A128CBCHS256, Bytes(32, 1));
     const std::string text = "Direct encryption does not expect an encrypted key.";
     EXPECT_EQ(mode->determineContentEncryptionKey({}), SecretBytes(32, 1));
-    EXPECT_TRUE(raises(
-        JOSEErrorCase::decryptingFailed, [&] { return mode->determineContentEncryptionKey(Bytes(1)); },
-        text));
+    EXPECT_RAISES_SAYING(JOSEErrorCase::decryptingFailed, text,
+                         mode->determineContentEncryptionKey(Bytes(1)));
     ASSERT_EQ(log.lines().size(), 1U);
     EXPECT_THAT(log.lines()[0], testing::AllOf(testing::StartsWith("Crypt/"), testing::EndsWith(text)));
 }
@@ -126,13 +118,11 @@ TEST(ContentEncryption, KeyLengthsAreChecked) {
         for (const std::size_t wrong : {std::size_t{0}, length - 1, length + 1, 96 - length}) {
             const AESCBCEncryption cipher(algorithm, SecretBytes(wrong));
             const auto refused = JWEErrorCase::keyLengthNotSatisfied;
-            EXPECT_TRUE(raises(refused, [&] { return cipher.encrypt({}, Payload(Bytes(1))); }));
-            EXPECT_TRUE(raises(refused, [&] {
-                return cipher.decrypt({Bytes(16), Bytes(16), {}, Bytes(16)});
-            }));
+            EXPECT_RAISES(refused, cipher.encrypt({}, Payload(Bytes(1))));
+            EXPECT_RAISES(refused, cipher.decrypt({Bytes(16), Bytes(16), {}, Bytes(16)}));
         }
-    EXPECT_TRUE(raises(AESErrorCase::keyLengthNotSatisfied,
-                       [] { return AES::encrypt(Bytes(1), Bytes(32), CE::A128CBCHS256, Bytes(16)); }));
+    EXPECT_RAISES(AESErrorCase::keyLengthNotSatisfied,
+                  AES::encrypt(Bytes(1), Bytes(32), CE::A128CBCHS256, Bytes(16)));
 }
 
 TEST(ContentEncryption, AnyChangeFailsAtTheTag) {
@@ -149,48 +139,35 @@ TEST(ContentEncryption, AnyChangeFailsAtTheTag) {
     };
     const auto refused = JWEErrorCase::hmacNotAuthenticated;
     for (std::size_t bit = 0; bit < 128; ++bit) {
-        EXPECT_TRUE(raises(refused, [&] {
-            return cipher.decrypt({flipped(sealed.ciphertext, bit), sealed.initializationVector, aad,
-                                   sealed.authenticationTag});
-        }));
-        EXPECT_TRUE(raises(refused, [&] {
-            return cipher.decrypt({sealed.ciphertext, flipped(sealed.initializationVector, bit), aad,
-                                   sealed.authenticationTag});
-        }));
-        EXPECT_TRUE(raises(refused, [&] {
-            return cipher.decrypt({sealed.ciphertext, sealed.initializationVector, aad,
-                                   flipped(sealed.authenticationTag, bit)});
-        }));
+        EXPECT_RAISES(refused, cipher.decrypt({flipped(sealed.ciphertext, bit), sealed.initializationVector,
+                                               aad, sealed.authenticationTag}));
+        EXPECT_RAISES(refused, cipher.decrypt({sealed.ciphertext, flipped(sealed.initializationVector, bit),
+                                               aad, sealed.authenticationTag}));
+        EXPECT_RAISES(refused, cipher.decrypt({sealed.ciphertext, sealed.initializationVector, aad,
+                                               flipped(sealed.authenticationTag, bit)}));
     }
-    EXPECT_TRUE(raises(refused, [&] {
-        return cipher.decrypt(
-            {sealed.ciphertext, sealed.initializationVector, toBytes("aae"), sealed.authenticationTag});
-    }));
+    EXPECT_RAISES(refused, cipher.decrypt({sealed.ciphertext, sealed.initializationVector, toBytes("aae"),
+                                           sealed.authenticationTag}));
     for (const std::size_t length : {0U, 15U, 17U, 32U}) {
         Bytes tag = sealed.authenticationTag;
         tag.resize(length);
-        EXPECT_TRUE(raises(refused, [&] {
-            return cipher.decrypt({sealed.ciphertext, sealed.initializationVector, aad, tag});
-        })) << length;
+        EXPECT_RAISES(refused, cipher.decrypt({sealed.ciphertext, sealed.initializationVector, aad, tag}))
+            << length;
     }
 }
 
 TEST(ContentEncryption, EmptyInputsAreRefused) {
     const AESCBCEncryption cipher(CE::A256CBCHS512, SecretBytes(64));
-    EXPECT_TRUE(raises(
-        AESErrorCase::encryptingFailed, [&] { return cipher.encrypt({}, {}); },
-        "Encryption failed with status: -4300."));
-    EXPECT_TRUE(raises(
-        AESErrorCase::decryptingFailed,
-        [] { return AES::decrypt({}, Bytes(16), CE::A128CBCHS256, Bytes(16)); },
-        "Decryption failed with status: -4300."));
-    EXPECT_TRUE(raises(HMACErrorCase::inputMustBeGreaterThanZero,
-                       [] { return HMAC::calculate({}, Bytes(1), HMACAlgorithm::SHA256); }));
+    EXPECT_RAISES_SAYING(AESErrorCase::encryptingFailed, "Encryption failed with status: -4300.",
+                         cipher.encrypt({}, {}));
+    EXPECT_RAISES_SAYING(AESErrorCase::decryptingFailed, "Decryption failed with status: -4300.",
+                         AES::decrypt({}, Bytes(16), CE::A128CBCHS256, Bytes(16)));
+    EXPECT_RAISES(HMACErrorCase::inputMustBeGreaterThanZero,
+                  HMAC::calculate({}, Bytes(1), HMACAlgorithm::SHA256));
     EXPECT_EQ(HMAC::calculate(Bytes(1), {}, HMACAlgorithm::SHA512).size(), 64U)
         << "an empty key is passed on";
-    EXPECT_TRUE(
-        raises(SecureRandomErrorCase::countMustBeGreaterThanZero, [] { return SecureRandom::generate(0); }));
-    EXPECT_TRUE(raises(SecureRandomErrorCase::countMustBeGreaterThanZero, [] { return randomBytes(-5); }));
+    EXPECT_RAISES(SecureRandomErrorCase::countMustBeGreaterThanZero, SecureRandom::generate(0));
+    EXPECT_RAISES(SecureRandomErrorCase::countMustBeGreaterThanZero, randomBytes(-5));
     EXPECT_NE(randomBytes(16), randomBytes(16));
 }
 

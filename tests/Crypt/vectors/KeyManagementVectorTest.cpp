@@ -21,7 +21,7 @@ bool isUnwrapped(const WycheproofTest& test) {
     const Bytes key = test.bytes("key"), message = test.bytes("msg"), wrapped = test.bytes("ct");
     const Alg alg = wrapAlgorithm(key.size());
     if (test.outcome == VectorOutcome::reject && wrapped.empty()) {
-        EXPECT_TRUE(raises(AESErrorCase::encryptingFailed, [&] { return AES::wrap(message, key, alg); }));
+        EXPECT_RAISES(AESErrorCase::encryptingFailed, AES::wrap(message, key, alg));
     }
     EXPECT_EQ(hexEncodedString(AES::unwrap(wrapped, key, alg)), test.text("msg"));
     EXPECT_EQ(hexEncodedString(AES::wrap(message, key, alg)), test.text("ct"));

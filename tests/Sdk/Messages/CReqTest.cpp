@@ -61,14 +61,13 @@ TEST(CReqWriting, EveryFieldStandsInDeclarationOrder) {
 }
 
 TEST(CReqReading, UnknownValuesAndMissingFieldsAreNamed) {
-    EXPECT_TRUE(raises(
-        DecodingErrorCase::keyNotFound, [] { return CReq::decode(asBytes("{}")); },
-        "\"threeDSServerTransID\" is missing."));
+    EXPECT_RAISES_SAYING(DecodingErrorCase::keyNotFound, "\"threeDSServerTransID\" is missing.",
+                         CReq::decode(asBytes("{}")));
     CReq creq = plainRequest();
     creq.challengeNoEntry = YesNoSelector::Y;
     std::string json = creq.jsonString();
     json.replace(json.find("\"Y\""), 3, "\"y\"");
-    EXPECT_TRUE(raises(DecodingErrorCase::dataCorrupted, [&] { return CReq::decode(asBytes(json)); }));
+    EXPECT_RAISES(DecodingErrorCase::dataCorrupted, CReq::decode(asBytes(json)));
 }
 
 TEST(CReqCounter, GrowsBeyondThreeCharacters) {

@@ -19,9 +19,8 @@ TEST(ErroMessages, AnySubsetOfFieldsIsTaken) {
     EXPECT_EQ(Erro::decode(asBytes(json)).jsonString(), json)
         << "members keep their order, and an empty text stays";
     EXPECT_EQ(Erro::decode(asBytes(R"({"errorCode":null,"errorCode":"7"})")).errorCode, "7");
-    EXPECT_TRUE(raises(DecodingErrorCase::typeMismatch,
-                       [] { return Erro::decode(asBytes(R"({"errorCode":203})")); }));
-    EXPECT_TRUE(raises(DecodingErrorCase::typeMismatch, [] { return Erro::decode(asBytes("[]")); }));
+    EXPECT_RAISES(DecodingErrorCase::typeMismatch, Erro::decode(asBytes(R"({"errorCode":203})")));
+    EXPECT_RAISES(DecodingErrorCase::typeMismatch, Erro::decode(asBytes("[]")));
     EXPECT_EQ(Erro().jsonString(), "{}");
 }
 
@@ -59,8 +58,7 @@ TEST(ChallengeParameterGetters, TellAbsentFieldsOnly) {
          "tdsRequestorAppURL is empty."},
     };
     for (const auto& row : rows) {
-        EXPECT_TRUE(raises(
-            SdkErrorCase::InvalidInputException, [&] { return (parameters.*row.get)(); }, row.text));
+        EXPECT_RAISES_SAYING(SdkErrorCase::InvalidInputException, row.text, (parameters.*row.get)());
         EXPECT_THAT(log.lines().back(), testing::EndsWith(row.text));
         (parameters.*row.set)("");
         EXPECT_EQ((parameters.*row.get)(), "");

@@ -57,7 +57,7 @@ TEST(EcDeviceData, IsOpenedByADirectoryServerThatKnowsItsIdentifier) {
     const SecretBytes key = peerKey(serverKey, *jwe.header().epk(), kDirectoryServer);
     EXPECT_EQ(asText(jwe.decrypt(key).data()), kDocument);
     const SecretBytes another = peerKey(serverKey, *jwe.header().epk(), "F170738366");
-    EXPECT_TRUE(raises(JOSEErrorCase::decryptingFailed, [&] { return jwe.decrypt(another); }));
+    EXPECT_RAISES(JOSEErrorCase::decryptingFailed, jwe.decrypt(another));
     EXPECT_NE(JWE(sealed(certs)).header().parameters()["epk"], header["epk"]);
 }
 
@@ -111,12 +111,9 @@ TEST(DeviceData, FailuresOfTheJoseLayerPassThroughUnlogged) {
     const TestIdentity wide = selfSigned({.key = TestKeyType::p384});
     const TestIdentity rsa = selfSigned({.key = TestKeyType::rsa2048});
     const RecordingLogger log;
-    EXPECT_TRUE(raises(JOSEErrorCase::couldNotConstructJWK,
-                       [&] { return sealed(certsFor(rsa, CertAlgorithm::EC)); }));
-    EXPECT_TRUE(
-        raises(JOSEErrorCase::encryptingFailed, [&] { return sealed(certsFor(ec, CertAlgorithm::RSA)); }));
-    EXPECT_TRUE(
-        raises(ECErrorCase::deriveKeyFail, [&] { return sealed(certsFor(wide, CertAlgorithm::EC)); }));
+    EXPECT_RAISES(JOSEErrorCase::couldNotConstructJWK, sealed(certsFor(rsa, CertAlgorithm::EC)));
+    EXPECT_RAISES(JOSEErrorCase::encryptingFailed, sealed(certsFor(ec, CertAlgorithm::RSA)));
+    EXPECT_RAISES(ECErrorCase::deriveKeyFail, sealed(certsFor(wide, CertAlgorithm::EC)));
     EXPECT_THAT(log.lines(), testing::Not(testing::Contains(testing::StartsWith("Sdk/"))));
 }
 

@@ -71,8 +71,7 @@ TEST(Session, ResponsesOfStrangersDoNotOpenAndLeaveTheKey) {
     std::string damaged = good;
     damaged[damaged.size() - 10] = damaged[damaged.size() - 10] == 'A' ? 'B' : 'A';
     for (const std::string& sealed : {damaged, another.sealedByAcs("{}")})
-        EXPECT_TRUE(raises(JOSEErrorCase::decryptingFailed,
-                           [&] { return session.container.decryptCRes(asBytes(sealed)); }));
+        EXPECT_RAISES(JOSEErrorCase::decryptingFailed, session.container.decryptCRes(asBytes(sealed)));
     EXPECT_EQ(asText(session.container.decryptCRes(asBytes(good))), "{}");
 }
 
@@ -82,8 +81,8 @@ TEST(Session, KeyDependsOnTheReferenceNumber) {
     const ECPublicKey published = ECPublicKey::make(asBytes(container.getEphemeralPublicKey().value()));
     container.parseAcsSignedContent(acs.signedContent(), "another");
     const JWE jwe(container.encryptCReq(toBytes("{}"), kAcsTransactionId));
-    EXPECT_TRUE(raises(JOSEErrorCase::decryptingFailed,
-                       [&] { return jwe.decrypt(peerKey(acs.ephemeral, published, kReferenceNumber)); }));
+    EXPECT_RAISES(JOSEErrorCase::decryptingFailed,
+                  jwe.decrypt(peerKey(acs.ephemeral, published, kReferenceNumber)));
     EXPECT_EQ(asText(jwe.decrypt(peerKey(acs.ephemeral, published, "another")).data()), "{}");
 }
 
@@ -103,8 +102,8 @@ TEST(Session, WithoutAKeyNothingIsSealedOrOpened) {
                  [&] { return container.encryptCReq(toBytes("{}"), kAcsTransactionId); });
     expectRaised(InvalidInputException, text, "SessionKeys.cpp decryptCRes(_:)",
                  [&] { return container.decryptCRes(asBytes(other.sealedByAcs("{}"))); });
-    EXPECT_TRUE(raises(JOSEErrorCase::invalidCompactSerializationComponentCount,
-                       [&] { return container.decryptCRes(asBytes("{}")); }));
+    EXPECT_RAISES(JOSEErrorCase::invalidCompactSerializationComponentCount,
+                  container.decryptCRes(asBytes("{}")));
 }
 
 TEST(Session, TextsThatAreNotUtf8AreRefused) {
@@ -126,14 +125,11 @@ TEST(Session, UnusableKeyOfTheAcsDerivesNothingAndKeepsTheKeyPair) {
         payload["acsEphemPubKey"].update(key);
         return container.parseAcsSignedContent(acs.signedContent(payload), kReferenceNumber);
     };
-    EXPECT_TRUE(raises(JWKErrorCase::cannotConvertToSecKeyChildClasses, [&] {
-        return parse({{"x", std::string(43, 'A')}});
-    }));
-    EXPECT_TRUE(raises(JOSEErrorCase::yNotBase64URLUIntEncoded, [&] { return parse({{"y", "?"}}); }));
-    EXPECT_TRUE(raises(ECErrorCase::deriveKeyFail, [&] { return parse({{"crv", "P-384"}}); }));
+    EXPECT_RAISES(JWKErrorCase::cannotConvertToSecKeyChildClasses, parse({{"x", std::string(43, 'A')}}));
+    EXPECT_RAISES(JOSEErrorCase::yNotBase64URLUIntEncoded, parse({{"y", "?"}}));
+    EXPECT_RAISES(ECErrorCase::deriveKeyFail, parse({{"crv", "P-384"}}));
     EXPECT_EQ(container.getEphemeralPublicKey(), published);
-    EXPECT_TRUE(raises(InvalidInputException,
-                       [&] { return container.encryptCReq(toBytes("{}"), kAcsTransactionId); }));
+    EXPECT_RAISES(InvalidInputException, container.encryptCReq(toBytes("{}"), kAcsTransactionId));
     EXPECT_EQ(container.parseAcsSignedContent(acs.signedContent(), kReferenceNumber),
               "https://acs.example/challenge");
 }

@@ -159,11 +159,9 @@ TEST(SignedContent, BadSignaturesAndFormsRaiseTheJoseLayersFailures) {
     const std::string content = acs.signedContent();
     const std::string foreign = PlayedAcs::signedBy(another, {acs.leaf.base64()}, acs.payload());
     const RecordingLogger log;
-    EXPECT_TRUE(raises(JOSEErrorCase::signatureInvalid, [&] { return parsed(foreign, acs.root); }));
-    EXPECT_TRUE(raises(JOSEErrorCase::verifyingFailed,
-                       [&] { return parsed(content.substr(0, content.size() - 4), acs.root); }));
-    EXPECT_TRUE(raises(JOSEErrorCase::invalidCompactSerializationComponentCount,
-                       [&] { return parsed(content + ".", acs.root); }));
+    EXPECT_RAISES(JOSEErrorCase::signatureInvalid, parsed(foreign, acs.root));
+    EXPECT_RAISES(JOSEErrorCase::verifyingFailed, parsed(content.substr(0, content.size() - 4), acs.root));
+    EXPECT_RAISES(JOSEErrorCase::invalidCompactSerializationComponentCount, parsed(content + ".", acs.root));
     EXPECT_THAT(log.lines(), testing::Not(testing::Contains(testing::StartsWith("Sdk/"))));
 }
 
@@ -185,10 +183,10 @@ TEST(SignedContent, PayloadOfTheWrongShapeRaisesTheDecodersFailure) {
         SCOPED_TRACE(row.name);
         JSON payload = acs.payload();
         payload.update(row.change);
-        EXPECT_TRUE(raises(row.kind, [&] { return parsed(acs.signedContent(payload), acs.root); }));
+        EXPECT_RAISES(row.kind, parsed(acs.signedContent(payload), acs.root));
     }
-    EXPECT_TRUE(raises(keyNotFound, [&] { return parsed(acs.signedContent(JSON::object()), acs.root); }));
-    EXPECT_TRUE(raises(typeMismatch, [&] { return parsed(acs.signedContent(JSON::array()), acs.root); }));
+    EXPECT_RAISES(keyNotFound, parsed(acs.signedContent(JSON::object()), acs.root));
+    EXPECT_RAISES(typeMismatch, parsed(acs.signedContent(JSON::array()), acs.root));
 }
 
 TEST(SignedContent, RecordSurvivesItsOwnJson) {

@@ -53,13 +53,9 @@ protected:
 TEST_F(ThreeDS2ServiceTest, ServiceAnswersBetweenInitializeAndCleanupOnly) {
     const auto isRefused = [this] {
         const RecordingLogger log;
-        EXPECT_TRUE(raises(
-            SDKNotInitializedException, [this] { return service_.getSDKVersion(); }, kNotInitialized));
-        EXPECT_TRUE(raises(
-            SDKNotInitializedException, [this] { return service_.getWarnings(); }, kNotInitialized));
-        EXPECT_TRUE(raises(
-            SDKNotInitializedException, [this] { return service_.createTransaction("", ""); },
-            kNotInitialized));
+        EXPECT_RAISES_SAYING(SDKNotInitializedException, kNotInitialized, service_.getSDKVersion());
+        EXPECT_RAISES_SAYING(SDKNotInitializedException, kNotInitialized, service_.getWarnings());
+        EXPECT_RAISES_SAYING(SDKNotInitializedException, kNotInitialized, service_.createTransaction("", ""));
         const std::string site = "Sdk/Service/ThreeDS2Service.cpp ";
         const std::string text = ": Can not get ConfigParameters.";
         EXPECT_THAT(log.lines(),
@@ -123,19 +119,20 @@ TEST_F(ThreeDS2ServiceTest, RefusedTransactionsTellTheFirstReason) {
     const auto create = [this](const std::string& server, const std::string& version) {
         return [=, this] { return service_.createTransaction(server, version); };
     };
-    EXPECT_TRUE(raises(InvalidInputException, create("A0", "9"), "Missing DevInfoCert for A0"));
-    EXPECT_TRUE(raises(SDKRuntimeException, create("F070738365", "2.2.0"), "Can not create DeviceInfo Jwe"))
+    EXPECT_RAISES_SAYING(InvalidInputException, "Missing DevInfoCert for A0", create("A0", "9")());
+    EXPECT_RAISES_SAYING(SDKRuntimeException, "Can not create DeviceInfo Jwe",
+                         create("F070738365", "2.2.0")())
         << "the test directory servers' files lie in no bundle here";
 
     service_.setCertProducer(directoryServer_);
     for (const std::string version : {"2.1", "2.0.1", " 2.1.0", "2.2.0 ", "2.3.0", ""})
-        EXPECT_TRUE(raises(InvalidInputException, create("F070738365", version),
-                           "Message version " + version + " not supported"));
+        EXPECT_RAISES_SAYING(InvalidInputException, "Message version " + version + " not supported",
+                             create("F070738365", version)());
     EXPECT_THROW(static_cast<void>(create("unknown", "2.2.0")()), std::runtime_error);
 
     const RecordingLogger log;
     directoryServer_->identity.der = toBytes("no certificate");
-    EXPECT_TRUE(raises(SDKRuntimeException, create("any", "2.2.0"), "Can not create DeviceInfo Jwe"));
+    EXPECT_RAISES_SAYING(SDKRuntimeException, "Can not create DeviceInfo Jwe", create("any", "2.2.0")());
     EXPECT_EQ(log.lines().back(), "Sdk/Service/ThreeDS2Service.cpp createTransaction("
                                   "directoryServerID:messageVersion:): Can not create DeviceInfo Jwe");
 }

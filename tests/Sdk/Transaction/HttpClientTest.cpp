@@ -143,9 +143,8 @@ TEST_F(HttpClientTest, AddressThatIsNoUrlSendsNothing) {
     client.sendErroData(kBody);
 
     const RecordingLogger logger;
-    EXPECT_TRUE(raises(
-        SdkErrorCase::InvalidInputException, [&] { return client.loadImage("no url"); },
-        "Can not create imageUrl."));
+    EXPECT_RAISES_SAYING(SdkErrorCase::InvalidInputException, "Can not create imageUrl.",
+                         client.loadImage("no url"));
     EXPECT_THAT(
         logger.lines(),
         ElementsAre("Sdk/Transaction/HttpClient.cpp createLoadImageRequest(_:): Can not create imageUrl."));

@@ -68,8 +68,7 @@ TEST_F(TransactionTest, BeginningIsLoggedAndTheEndIsToldOnStandardOutput) {
 TEST_F(TransactionTest, StepsBeforeTheChallengeHasParametersAreRefused) {
     const TransactionPeer peer{makeTransaction()};
     const char* kText = "Challenge parameters must be present.";
-    EXPECT_TRUE(raises(
-        SdkErrorCase::InvalidInputException, [&] { return peer.getInitCReqData(); }, kText));
+    EXPECT_RAISES_SAYING(SdkErrorCase::InvalidInputException, kText, peer.getInitCReqData());
     EXPECT_TRUE(raises(
         SdkErrorCase::InvalidInputException,
         [&] {
