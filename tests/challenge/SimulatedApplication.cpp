@@ -1,0 +1,44 @@
+#include "tests/challenge/SimulatedApplication.h"
+
+namespace korvane {
+
+namespace {
+
+class Certificates final : public TransactionCertsProducerProtocol {
+public:
+    [[nodiscard]] TransactionCerts getCerts(const std::string& /*directoryServerID*/) override {
+        return SimulatedAcs::certificates();
+    }
+};
+
+} // namespace
+
+SimulatedApplication::SimulatedApplication(std::uint64_t seed, UIDeviceOrientation held) : platform(seed) {
+    platform.script().mainBundlePath = KORVANE_MAIN_BUNDLE;
+    hold(UIDeviceOrientation::portrait);
+    hold(held);
+    window = std::make_shared<UIWindow>();
+    host = std::make_shared<UIViewController>();
+    window->setRootViewController(host);
+    window->makeKeyAndVisible();
+    service_.initialize(std::make_shared<ConfigParameters>(), nullptr, nullptr, Locale{"en-GB"});
+    service_.setCertProducer(std::make_shared<Certificates>());
+}
+
+void SimulatedApplication::create(const std::string& messageVersion) {
+    peer.transaction = service_.createTransaction("any", messageVersion);
+    parameters = std::make_shared<ChallengeParameters>(
+        acs.accept(peer.transaction->getAuthenticationRequestParameters()));
+}
+
+void SimulatedApplication::hold(UIDeviceOrientation orientation) {
+    using enum UIDeviceOrientation;
+    constexpr CGSize kUpright{390, 844};
+    DeviceScript& script = platform.script();
+    script.orientation = orientation;
+    if (orientation == portrait) script.bounds = {{0, 0}, kUpright};
+    if (orientation == landscapeLeft || orientation == landscapeRight)
+        script.bounds = {{0, 0}, {kUpright.height, kUpright.width}};
+}
+
+} // namespace korvane

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "Platform/View/UIWindow.h"
+#include "Sdk/Service/ThreeDS2Service.h"
+#include "Ui/Screens/ChallengeRootNavigationController.h"
+#include "tests/support/SimulatedAcs.h"
+#include "tests/support/SimulatedPlatform.h"
+#include "tests/support/TransactionPeer.h"
+
+namespace korvane {
+
+/// An application with a window on a simulated telephone, one transaction, and the ACS of its challenge.
+class SimulatedApplication {
+public:
+    explicit SimulatedApplication(std::uint64_t seed = 1,
+                                  UIDeviceOrientation held = UIDeviceOrientation::portrait);
+
+    /// Creates the transaction, and the parameters of its challenge.
+    void create(const std::string& messageVersion = "2.2.0");
+    /// How the device is held from now on; nobody is told.
+    void hold(UIDeviceOrientation orientation);
+    /// The container of the screens, while it stands.
+    [[nodiscard]] std::shared_ptr<ChallengeRootNavigationController> root() const {
+        return std::dynamic_pointer_cast<ChallengeRootNavigationController>(host->presentedViewController());
+    }
+
+    SimulatedPlatform platform;
+    SimulatedAcs acs{platform};
+    std::shared_ptr<UIWindow> window;
+    std::shared_ptr<UIViewController> host;
+    std::shared_ptr<ChallengeParameters> parameters;
+    TransactionPeer peer;
+
+private:
+    ThreeDS2Service service_;
+};
+
+} // namespace korvane
