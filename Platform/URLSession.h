@@ -59,10 +59,15 @@ protected:
     URLSessionDataTask() = default;
 };
 
-/// Answers larger than this are a transport failure, in bytes.
+/// Answers whose body is larger than this are a transport failure, in bytes.
 inline constexpr std::size_t kMostResponseBytes = 16 * 1024 * 1024;
 
-/// An HTTP client for http and https, to which redirects are held as well. Any thread.
+/// The same for all the head and trailer lines of an answer together.
+inline constexpr std::size_t kMostHeadBytes = 64 * 1024;
+
+/// An HTTP client for http and https. GET and HEAD follow redirects, but not from https to http; any other
+/// request stays where it was sent, and the redirecting answer is its answer. A URL with a user or a password
+/// is a transport failure, also where a redirect leads to it. Any thread.
 class URLSession {
 public:
     /// Receives the body if an answer came, whatever its status code; it is empty then, not absent, if the

@@ -16,6 +16,7 @@ foreach(layer IN ITEMS Platform Crypt Sdk keyboard Ui)
         PATTERN "OpenSSLHandles.h" EXCLUDE
         PATTERN "SecCertificateMaterial.h" EXCLUDE
         PATTERN "SecKeyMaterial.h" EXCLUDE
+        PATTERN "TLSSecrets.h" EXCLUDE
         PATTERN "Native" EXCLUDE
         PATTERN "Qt" EXCLUDE)
 endforeach()

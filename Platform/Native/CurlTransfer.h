@@ -37,8 +37,10 @@ public:
 
 private:
     static std::size_t receive(char* bytes, std::size_t size, std::size_t count, void* transfer);
+    static std::size_t receiveHead(char* bytes, std::size_t size, std::size_t count, void* transfer);
     static int permit(void* transfer, char*, char*, int, int);
 
+    void setRoads();
     void setMethod(const URLRequest& request);
     void setHeaders(const URLRequest& request);
     void setLimits(const URLRequest& request, const URLSessionConfiguration& configuration);
@@ -47,10 +49,11 @@ private:
     CurlEasy easy_{curl_easy_init()};
     CurlList headers_;
     Bytes body_;
-    bool isTooLarge_ = false;
+    std::size_t headBytes_ = 0;
+    /// Why the answer was refused, or null.
+    const char* excess_ = nullptr;
     bool isRepeatable_ = false;
-    /// How often a request was sent, redirected ones included.
-    long sendings_ = 0;
+    bool isSent_ = false;
     std::array<char, CURL_ERROR_SIZE> error_{};
 };
 

@@ -80,7 +80,8 @@ void LocalServer::State::answer(const httplib::Request& request, httplib::Respon
 }
 
 void LocalServer::State::answerWithParameters(const httplib::Request& request, httplib::Response& response) {
-    if (request.path == "/redirect") response.set_redirect(request.get_param_value("to"));
+    if (request.path == "/redirect")
+        response.set_redirect(request.get_param_value("to"), std::stoi(request.get_param_value("status")));
     if (request.path == "/size")
         response.set_content(std::string(std::stoul(request.get_param_value("bytes")), 'x'), "text/plain");
 }
@@ -124,6 +125,11 @@ std::string LocalServer::url(const std::string& path, const std::string& host) c
 std::vector<ReceivedRequest> LocalServer::received() const {
     const std::lock_guard lock(state_->mutex);
     return state_->received;
+}
+
+std::string LocalServer::redirectingUrl(const std::string& to, int status) const {
+    return url("/redirect?status=" + std::to_string(status) +
+               "&to=" + httplib::detail::encode_query_param(to));
 }
 
 void LocalServer::awaitSilence() {

@@ -22,7 +22,7 @@ struct ReceivedRequest {
 /// An HTTP or HTTPS server on a free port of 127.0.0.1. Its paths:
 /// - `/echo` answers the body, or "nothing" without one; `/empty` answers no byte; `/broken` answers 500 and
 ///   "broken"; `/missing` answers 404 and no byte;
-/// - `/size?bytes=N` answers N bytes; `/redirect?to=URL` answers 302;
+/// - `/size?bytes=N` answers N bytes; `/redirect?status=N&to=URL` answers N and no byte;
 /// - `/cut` promises 100 bytes and closes after 10; `/silence` answers nothing while the server lives.
 class LocalServer {
 public:
@@ -37,6 +37,7 @@ public:
     ~LocalServer();
 
     [[nodiscard]] std::string url(const std::string& path, const std::string& host = "127.0.0.1") const;
+    [[nodiscard]] std::string redirectingUrl(const std::string& to, int status = 302) const;
     [[nodiscard]] std::vector<ReceivedRequest> received() const;
 
     /// Waits until a request stands at `/silence`.

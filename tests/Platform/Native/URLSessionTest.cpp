@@ -1,10 +1,14 @@
 #include "Platform/Native/NativePlatform.h"
+#include "Sdk/Transaction/HttpClient.h"
+#include "tests/support/CannedServer.h"
+#include "tests/support/Files.h"
 #include "tests/support/LocalServer.h"
 
 #include <gmock/gmock.h>
 
 #include <atomic>
 #include <cstdlib>
+#include <filesystem>
 #include <vector>
 
 namespace korvane {
@@ -131,19 +135,103 @@ TEST_F(NativeURLSession, BodiesOfMoreThan16MiBAreATransportFailure) {
     EXPECT_THAT(larger.error.value_or(""), HasSubstr("16 MiB"));
 }
 
-TEST_F(NativeURLSession, WhatIsNeitherHttpNorHttpsIsRefusedInRedirectsToo) {
-    const std::string host = server_.url("/echo").substr(std::string("http").size());
-    for (const std::string& url :
-         {std::string("file:///etc/passwd"), "ftp" + host, "dict" + host, host.substr(3),
-          std::string("/echo"), server_.url("/redirect?to=file:///etc/passwd"),
-          server_.url("/redirect?to=ftp" + host)}) {
-        SCOPED_TRACE(url);
-        const Outcome outcome = fetch(get(url));
-        EXPECT_EQ(outcome.body, std::nullopt);
-        EXPECT_NE(outcome.error.value_or(""), "");
+TEST_F(NativeURLSession, HeadAndTrailersOfMoreThan64KiBAreATransportFailure) {
+    const auto lines = [](std::size_t bytes) {
+        constexpr std::size_t kLine = 1000;
+        std::string text;
+        for (; bytes > 2 * kLine; bytes -= kLine)
+            text += "A:" + std::string(kLine - 4, 'a') + "\r\n";
+        return text + "A:" + std::string(bytes - 4, 'a') + "\r\n";
+    };
+    const std::string sized = "HTTP/1.1 200 OK\r\nContent-Length: 4\r\n";
+    const std::string chunked = "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n";
+    const std::string chunks = "4\r\nbody\r\n0\r\n";
+    const std::string hints = "HTTP/1.1 103 Early Hints\r\n" + lines(kMostHeadBytes / 4) + "\r\n";
+    const std::size_t ofHead = kMostHeadBytes - sized.size() - 2;
+    const std::size_t ofTrailers = kMostHeadBytes - chunked.size();
+    const struct {
+        const char* name;
+        std::string answer;
+        bool isTaken;
+    } rows[] = {
+        {"longest head", sized + lines(ofHead) + "\r\nbody", true},
+        {"longer head", sized + lines(ofHead + 1) + "\r\nbody", false},
+        {"longest trailers", chunked + chunks + lines(ofTrailers) + "\r\n", true},
+        {"longer trailers", chunked + chunks + lines(ofTrailers + 1) + "\r\n", false},
+        {"trailers without an end", chunked + chunks + lines(64 * kMostHeadBytes), false},
+        {"interim heads", hints + hints + hints + hints + sized + "\r\nbody", false},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        const CannedServer server(row.answer);
+        const Outcome outcome = fetch(get(server.url()));
+        EXPECT_EQ(outcome.body, row.isTaken ? std::optional<std::string>("body") : std::nullopt);
+        EXPECT_EQ(outcome.error.value_or("").find("64 KiB") != std::string::npos, !row.isTaken);
     }
+}
+
+TEST_F(NativeURLSession, WhatIsNeitherHttpNorHttpsAndWhatNamesAUserIsRefusedInRedirectsToo) {
+    const std::string host = server_.url("/echo").substr(std::string("http").size());
+    const std::string place = host.substr(std::string("://").size());
+    for (const std::string& url : {std::string("file:///etc/passwd"), "ftp" + host, "dict" + host,
+                                   "http://ada:secret@" + place, "http://ada@" + place})
+        for (const std::string& asked : {url, server_.redirectingUrl(url)}) {
+            SCOPED_TRACE(asked);
+            const Outcome outcome = fetch(get(asked));
+            EXPECT_EQ(outcome.body, std::nullopt);
+            EXPECT_NE(outcome.error.value_or(""), "");
+        }
+    EXPECT_NE(fetch(get(place)).error.value_or(""), "");
+    EXPECT_NE(fetch(get("/echo")).error.value_or(""), "");
+    for (const ReceivedRequest& request : server_.received())
+        EXPECT_EQ(request.path, "/redirect");
     EXPECT_EQ(fetch(get("HTTP" + host)).body, "nothing");
-    EXPECT_EQ(fetch(get(server_.url("/redirect?to=" + server_.url("/echo")))).body, "nothing");
+    EXPECT_EQ(fetch(get(server_.redirectingUrl(server_.url("/echo")))).body, "nothing");
+}
+
+TEST_F(NativeURLSession, NothingIsAskedInTheClearAfterTLS) {
+    LocalServer secure(LocalServer::Transport::tls);
+    LocalServer elsewhere(LocalServer::Transport::plain);
+    platform_.addCertificateAuthorities(LocalServer::authority());
+    const auto session = platform_.makeURLSession({});
+    const std::string intoTheClear = secure.redirectingUrl(elsewhere.url("/echo"));
+    for (const std::string& url : {intoTheClear, server_.redirectingUrl(intoTheClear)}) {
+        const Outcome outcome = fetch(*session, get(url));
+        EXPECT_EQ(outcome.body, std::nullopt) << url;
+        EXPECT_NE(outcome.error.value_or(""), "") << url;
+    }
+    EXPECT_TRUE(elsewhere.received().empty());
+    EXPECT_EQ(fetch(*session, get(secure.redirectingUrl(secure.url("/echo")))).body, "nothing");
+}
+
+TEST_F(NativeURLSession, APostIsAnsweredWhereItWasSent) {
+    LocalServer elsewhere(LocalServer::Transport::plain);
+    for (const int status : {301, 302, 303, 307, 308}) {
+        const Outcome outcome = fetch(post(server_.redirectingUrl(elsewhere.url("/echo"), status), "sealed"));
+        EXPECT_EQ(outcome.body, "") << status;
+        EXPECT_EQ(outcome.error, std::nullopt) << status;
+    }
+    EXPECT_TRUE(elsewhere.received().empty());
+}
+
+/// A process of its own, since libcurl reads the variable when it starts.
+TEST(NativeURLSessionSecrets, AreNotWrittenToTheFileThatTheEnvironmentNames) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    ::setenv("no_proxy", "*", 1);
+    const std::string file = testing::TempDir() + "korvane-tls-secrets";
+    ::setenv("SSLKEYLOGFILE", file.c_str(), 1);
+    EXPECT_EXIT(
+        {
+            LocalServer secure(LocalServer::Transport::tls);
+            NativePlatform platform;
+            platform.addCertificateAuthorities(LocalServer::authority());
+            const HttpAnswer answer = HttpClient(secure.url("/echo")).sendCReqData(toBytes("sealed"));
+            std::_Exit(answer.data == toBytes("sealed") ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "");
+    ::unsetenv("SSLKEYLOGFILE");
+    EXPECT_TRUE(!std::filesystem::exists(file) || readFile(file).empty());
+    std::filesystem::remove(file);
 }
 
 TEST_F(NativeURLSession, RequestWithALineBreakInAHeaderIsNotSent) {
@@ -238,7 +326,7 @@ TEST_F(NativeURLSession, RequestsAtOnceEachGetTheirOwnAnswer) {
 TEST_F(NativeURLSession, CertificatesAreCheckedAgainstKnownAuthoritiesAndTheHostsName) {
     LocalServer secure(LocalServer::Transport::tls);
     EXPECT_THAT(fetch(post(secure.url("/echo"), "x")).error.value_or(""), HasSubstr("certificate"));
-    EXPECT_THAT(fetch(get(server_.url("/redirect?to=" + secure.url("/echo")))).error.value_or(""),
+    EXPECT_THAT(fetch(get(server_.redirectingUrl(secure.url("/echo")))).error.value_or(""),
                 HasSubstr("certificate"));
 
     URLSessionConfiguration configuration;
