@@ -79,8 +79,9 @@ public:
     virtual ~URLSession() = default;
 
     /// A task that waits for its `resume()`. Once resumed or cancelled it calls `completion` exactly once, on
-    /// the session's own serial queue, unless the platform ends first. A URL of another scheme, or without
-    /// one, is a transport failure.
+    /// a thread of the network on which other completions wait for their turn: it must not block. At the end
+    /// of the platform it is an error, and may come on the thread that resumes or cancels. A URL of another
+    /// scheme, or without one, is a transport failure.
     [[nodiscard]] virtual std::shared_ptr<URLSessionDataTask> dataTask(URLRequest request,
                                                                        Completion completion) = 0;
 

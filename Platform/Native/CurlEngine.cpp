@@ -3,6 +3,7 @@
 #include "Platform/Failure.h"
 
 #include <algorithm>
+#include <system_error>
 #include <utility>
 
 namespace korvane {
@@ -32,19 +33,34 @@ CurlEngine::~CurlEngine() {
 }
 
 void CurlEngine::start(std::shared_ptr<CurlJob> job) {
-    tell({Action::start, std::move(job)});
+    if (!tell([this, job] { add(job); })) job->drop();
 }
 
+/// An engine that has stopped has no transfer to stop.
 void CurlEngine::abandon(std::shared_ptr<CurlJob> job) {
-    tell({Action::abandon, std::move(job)});
+    static_cast<void>(tell([this, job = std::move(job)] { cancel(job); }));
 }
 
-void CurlEngine::tell(Command command) {
+void CurlEngine::call(std::function<void()> work) {
+    if (!tell(work)) work();
+}
+
+/// @return false if the engine's thread has ended, or cannot be made.
+bool CurlEngine::tell(Command command) {
     const std::lock_guard lock(mutex_);
-    if (isStopped_) return;
+    if (isStopped_ || !hasThread()) return false;
     commands_.push_back(std::move(command));
-    if (!thread_.joinable()) thread_ = std::thread([this] { run(); });
     curl_multi_wakeup(multi_.get());
+    return true;
+}
+
+bool CurlEngine::hasThread() {
+    try {
+        if (!thread_.joinable()) thread_ = std::thread([this] { run(); });
+        return true;
+    } catch (const std::system_error&) {
+        return false;
+    }
 }
 
 void CurlEngine::stop() {
@@ -54,9 +70,6 @@ void CurlEngine::stop() {
         curl_multi_wakeup(multi_.get());
     }
     if (thread_.joinable()) thread_.join();
-    std::vector<Command> dropped;
-    const std::lock_guard lock(mutex_);
-    dropped.swap(commands_);
 }
 
 void CurlEngine::run() {
@@ -66,28 +79,25 @@ void CurlEngine::run() {
         collectEnded();
         curl_multi_poll(multi_.get(), nullptr, 0, kLongestPollMilliseconds, nullptr);
     }
-    while (!running_.empty())
-        remove(running_.begin()->first);
+    while (!running_.empty()) {
+        const auto [handle, job] = *running_.begin();
+        job->drop();
+        remove(handle);
+    }
 }
 
-/// @return false once the engine is to stop.
+/// @return false once the engine is to stop; there is nothing left to obey then.
 bool CurlEngine::obey() {
     std::vector<Command> commands;
+    bool isStopped = false;
     {
         const std::lock_guard lock(mutex_);
-        if (isStopped_) return false;
         commands.swap(commands_);
+        isStopped = isStopped_;
     }
-    for (const auto& [action, job] : commands) {
-        if (action == Action::start) {
-            add(job);
-            continue;
-        }
-        const auto found = std::find_if(running_.begin(), running_.end(),
-                                        [&job = job](const auto& entry) { return entry.second == job; });
-        if (found != running_.end()) remove(found->first);
-    }
-    return true;
+    for (const Command& command : commands)
+        command();
+    return !isStopped;
 }
 
 void CurlEngine::add(const std::shared_ptr<CurlJob>& job) {
@@ -95,6 +105,12 @@ void CurlEngine::add(const std::shared_ptr<CurlJob>& job) {
     if (!handle) return;
     running_.emplace(handle, job);
     curl_multi_add_handle(multi_.get(), handle);
+}
+
+void CurlEngine::cancel(const std::shared_ptr<CurlJob>& job) {
+    const auto found = std::find_if(running_.begin(), running_.end(),
+                                    [&job](const auto& entry) { return entry.second == job; });
+    if (found != running_.end()) remove(found->first);
 }
 
 void CurlEngine::remove(CURL* handle) {

@@ -2,6 +2,7 @@
 
 #include "Platform/Native/CurlHandles.h"
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -26,12 +27,16 @@ public:
     /// The handle is out of libcurl's hands and may be freed.
     virtual void release() = 0;
 
+    /// The network ends before the job did, or had ended before it began. On any thread.
+    virtual void drop() = 0;
+
 protected:
     CurlJob() = default;
 };
 
-/// All transfers of a platform on one thread, which the first of them starts. Connections are kept for the
-/// next request to the same server under the same trust. Any thread.
+/// All transfers of a platform on one thread, which the first of them starts. What came of them is told there
+/// as well, and not by threads that may all be waiting for it. Connections are kept for the next request to
+/// the same server under the same trust. Any thread.
 class CurlEngine {
 public:
     CurlEngine();
@@ -46,21 +51,23 @@ public:
     /// Stops a job's transfer, if it still runs.
     void abandon(std::shared_ptr<CurlJob> job);
 
-    /// Drops all transfers and waits for the thread; what is started later is dropped. Not on the engine's
-    /// thread.
+    /// Calls `work` on the engine's thread, after what it was told before; at once where that thread has
+    /// ended or cannot be made. It must not block.
+    void call(std::function<void()> work);
+
+    /// Drops all transfers, does what it was told and waits for the thread; what is started later is dropped.
+    /// Not on the engine's thread.
     void stop();
 
 private:
-    enum class Action { start, abandon };
-    struct Command {
-        Action action;
-        std::shared_ptr<CurlJob> job;
-    };
+    using Command = std::function<void()>;
 
-    void tell(Command command);
+    [[nodiscard]] bool tell(Command command);
+    [[nodiscard]] bool hasThread();
     void run();
     bool obey();
     void add(const std::shared_ptr<CurlJob>& job);
+    void cancel(const std::shared_ptr<CurlJob>& job);
     void remove(CURL* handle);
     void collectEnded();
 

@@ -51,13 +51,16 @@ public:
 
     void release() override { transfer_.reset(); }
 
+    void drop() override { complete({std::nullopt, "The network is not there any more."}); }
+
 private:
     void complete(TransferOutcome outcome) {
         if (hasEnded_.exchange(true)) return;
-        common_->queue->async(
+        const auto item = std::make_shared<DispatchWorkItem>(
             [completion = std::exchange(completion_, nullptr), outcome = std::move(outcome)]() mutable {
                 completion(std::move(outcome.body), std::move(outcome.error));
             });
+        common_->engine->call([item] { item->perform(); });
     }
 
     const std::shared_ptr<const NativeURLSession::Common> common_;
@@ -70,11 +73,11 @@ private:
 
 } // namespace
 
-NativeURLSession::NativeURLSession(Dispatch& dispatch, std::shared_ptr<CurlEngine> engine,
+NativeURLSession::NativeURLSession(std::shared_ptr<CurlEngine> engine,
                                    const URLSessionConfiguration& configuration)
     : common_(std::make_shared<const Common>(
           Common{configuration, authoritiesWith(configuration.additionalCertificateAuthorities),
-                 std::move(engine), dispatch.makeSerialQueue("URLSession")})) {}
+                 std::move(engine)})) {}
 
 std::shared_ptr<URLSessionDataTask> NativeURLSession::dataTask(URLRequest request, Completion completion) {
     return std::make_shared<NativeDataTask>(common_, std::move(request), std::move(completion));

@@ -13,8 +13,7 @@ class CurlEngine;
 /// for any program of the system; no content coding is asked for.
 class NativeURLSession final : public URLSession {
 public:
-    NativeURLSession(Dispatch& dispatch, std::shared_ptr<CurlEngine> engine,
-                     const URLSessionConfiguration& configuration);
+    NativeURLSession(std::shared_ptr<CurlEngine> engine, const URLSessionConfiguration& configuration);
 
     [[nodiscard]] std::shared_ptr<URLSessionDataTask> dataTask(URLRequest request,
                                                                Completion completion) override;
@@ -27,7 +26,6 @@ public:
         /// latter.
         std::string authorities;
         std::shared_ptr<CurlEngine> engine;
-        std::shared_ptr<DispatchQueue> queue;
     };
 
 private:

@@ -72,7 +72,7 @@ IntegrityChecks& SystemPlatform::integrityChecks() {
 std::shared_ptr<URLSession> SystemPlatform::makeURLSession(const URLSessionConfiguration& configuration) {
     URLSessionConfiguration own = configuration;
     own.additionalCertificateAuthorities += services_->authorities;
-    return std::make_shared<NativeURLSession>(dispatch(), services_->network, own);
+    return std::make_shared<NativeURLSession>(services_->network, own);
 }
 
 void SystemPlatform::addCertificateAuthorities(const std::string& pem) {

@@ -32,8 +32,9 @@ public:
 protected:
     SystemPlatform();
 
-    /// Ends the thread of the network. A filling's first act at its end, while the platform is still whole,
-    /// since what runs there may ask for it.
+    /// Ends the network: exchanges under way and those to come end with an error, so that no work waits for
+    /// them. A filling's first act at its end, while the platform is still whole, since what waits may ask
+    /// for it.
     void endNetwork();
 
 private:

@@ -323,6 +323,44 @@ TEST_F(NativeURLSession, RequestsAtOnceEachGetTheirOwnAnswer) {
     }
 }
 
+/// As many exchanges as may wait at once are all sent before the first is answered.
+TEST_F(NativeURLSession, ExchangesThatHoldAllWorkersGetTheirAnswers) {
+    constexpr int kAtOnce = 64;
+    for (const int count : {kAtOnce, 200}) {
+        const CannedServer server("HTTP/1.1 200 OK\r\nContent-Length: 6\r\n\r\nanswer", kAtOnce);
+        std::atomic<int> answered{0};
+        for (int index = 0; index < count; ++index)
+            platform_.dispatch().globalQueue().async([&] {
+                if (HttpClient(server.url()).sendCReqData(toBytes("sealed")).data == toBytes("answer"))
+                    ++answered;
+                ended_->signal();
+            });
+        for (int index = 0; index < count; ++index)
+            ASSERT_EQ(ended_->wait(kLong), DispatchTimeoutResult::success);
+        EXPECT_EQ(answered, count);
+    }
+}
+
+TEST(NativeURLSessionEnd, ExchangesUnderWayAndThoseBegunLaterEndWithAnError) {
+    ::setenv("no_proxy", "*", 1);
+    LocalServer server(LocalServer::Transport::plain);
+    std::optional<HttpAnswer> underWay;
+    std::optional<HttpAnswer> later;
+    {
+        NativePlatform platform;
+        platform.dispatch().globalQueue().async([&] {
+            const HttpClient client(server.url("/silence"));
+            underWay = client.sendCReqData(toBytes("sealed"));
+            later = client.loadImage(server.url("/silence"));
+        });
+        server.awaitSilence();
+    }
+    ASSERT_TRUE(underWay && later);
+    EXPECT_NE(underWay->errorDescription.value_or(""), "");
+    EXPECT_EQ(later->errorDescription, underWay->errorDescription);
+    EXPECT_EQ(server.received().size(), 1U);
+}
+
 TEST_F(NativeURLSession, CertificatesAreCheckedAgainstKnownAuthoritiesAndTheHostsName) {
     LocalServer secure(LocalServer::Transport::tls);
     EXPECT_THAT(fetch(post(secure.url("/echo"), "x")).error.value_or(""), HasSubstr("certificate"));
