@@ -59,7 +59,7 @@ public:
     /// ever.
     virtual void sync(const Work& work) = 0;
 
-    /// Whether the caller is work of this queue.
+    /// Whether the caller is work of this queue, or stands on the main queue's thread.
     [[nodiscard]] virtual bool isCurrent() const = 0;
 
 protected:

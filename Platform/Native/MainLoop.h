@@ -14,7 +14,10 @@ public:
     /// The job runs in the loop, after those before it. It is dropped if the loop goes first. Any thread.
     virtual void post(std::function<void()> job) = 0;
 
-    /// Waits for a job and runs it, on the calling thread.
+    /// The calling thread runs the loop from now on.
+    virtual void enter() {}
+
+    /// Waits for a job and runs it, on the thread that entered.
     virtual void runOne() = 0;
 
     /// Whether the caller may not wait for a job of this loop, since it would run on the calling thread.

@@ -6,7 +6,7 @@
 
 namespace korvane {
 
-NativeDispatch::NativeDispatch() : NativeDispatch(std::make_unique<Loop>()) {}
+NativeDispatch::NativeDispatch() : NativeDispatch(std::make_unique<NativeMainLoop>()) {}
 
 NativeDispatch::NativeDispatch(std::unique_ptr<MainLoop> main)
     : loops_(std::make_shared<NativeLoops>(std::move(main))),
@@ -38,6 +38,7 @@ void NativeDispatch::runMain() {
 }
 
 void NativeDispatch::runMainUntil(const std::function<bool()>& isDone) {
+    loops_->main->enter();
     while (!isDone())
         loops_->main->runOne();
 }
@@ -50,6 +51,7 @@ void NativeDispatch::end() {
     if (std::exchange(hasEnded_, true)) return;
     loops_->isEnding = true;
     loops_->timers.stop();
+    loops_->main->enter();
     std::size_t ended = 0;
     const std::size_t threads =
         loops_->workers.stop([this, &ended] { loops_->main->post([&ended] { ++ended; }); });

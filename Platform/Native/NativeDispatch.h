@@ -10,8 +10,8 @@ namespace korvane {
 
 struct NativeLoops;
 
-/// Queues on threads of the process: the main queue runs where `runMain` is called, the others on threads of
-/// their own.
+/// Queues on threads of the process: the main queue runs where `runMain` is called, which until then counts
+/// as the thread that made this object; the others on threads of their own.
 class NativeDispatch final : public Dispatch {
 public:
     NativeDispatch();

@@ -8,7 +8,8 @@
 namespace korvane {
 
 /// The headless platform: the services of the operating system, without a screen. While it lives it is the
-/// platform of the process. Its end waits for the work that runs on its queues and drops the rest.
+/// platform of the process. The thread that makes it is the main queue's, until another runs that. Its end
+/// ends all exchanges, waits for the work that runs on its queues and drops the rest.
 class NativePlatform final : public SystemPlatform {
 public:
     NativePlatform();

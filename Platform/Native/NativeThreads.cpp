@@ -1,16 +1,20 @@
 #include "Platform/Native/NativeThreads.h"
 
+#include "Platform/Failure.h"
+
 #include <asio/post.hpp>
 #include <asio/steady_timer.hpp>
 
 #include <algorithm>
-#include <utility>
+#include <optional>
+#include <system_error>
 
 namespace korvane {
 
 namespace {
 
-/// Sixty-four exchanges may wait at once; further work then waits for them.
+/// Sixty-four exchanges may wait at once; further work then waits for them. What ends them comes from the
+/// network's own thread.
 constexpr std::size_t kMostThreads = 64;
 
 /// What a clock of nanoseconds can surely add to now.
@@ -21,10 +25,24 @@ asio::steady_timer::duration asDuration(Seconds delay) {
         std::clamp(delay, Seconds{0}, kLongestDelay));
 }
 
+/// A thread, or no value where the system has none to give.
+template <class Work>
+std::optional<std::thread> makeThread(Work work) {
+    try {
+        return std::thread(std::move(work));
+    } catch (const std::system_error&) {
+        return std::nullopt;
+    }
+}
+
 } // namespace
 
 void Loop::post(std::function<void()> job) {
     asio::post(context_, std::move(job));
+}
+
+WorkerThreads::WorkerThreads() {
+    if (!addThread()) fatalError("There is no thread for the global queue.");
 }
 
 void WorkerThreads::post(std::function<void()> job) {
@@ -40,10 +58,16 @@ void WorkerThreads::grow() {
     const std::lock_guard lock(mutex_);
     ++jobs_;
     if (isStopped_ || jobs_ <= threads_.size() || threads_.size() == kMostThreads) return;
-    threads_.emplace_back([this] {
+    addThread();
+}
+
+bool WorkerThreads::addThread() {
+    auto thread = makeThread([this] {
         loop_.run();
         ended_();
     });
+    if (thread) threads_.push_back(*std::move(thread));
+    return thread.has_value();
 }
 
 std::size_t WorkerThreads::stop(std::function<void()> ended) {
@@ -59,10 +83,15 @@ void WorkerThreads::join() {
         thread.join();
 }
 
+TimerThread::TimerThread() {
+    auto thread = makeThread([this] { loop_.run(); });
+    if (!thread) fatalError("There is no thread for what is due later.");
+    thread_ = *std::move(thread);
+}
+
 void TimerThread::after(Seconds delay, std::function<void()> due) {
     const std::lock_guard lock(mutex_);
     if (isStopped_) return;
-    if (!thread_.joinable()) thread_ = std::thread([this] { loop_.run(); });
     const auto timer = std::make_shared<asio::steady_timer>(loop_.context(), asDuration(delay));
     timer->async_wait([timer, due = std::move(due)](const asio::error_code& error) {
         if (!error) due();

@@ -11,25 +11,26 @@
 #include <memory>
 #include <mutex>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace korvane {
 
 /// An Asio loop that stays alive without work. Any thread.
-class Loop final : public MainLoop {
+class Loop {
 public:
-    void post(std::function<void()> job) override;
+    void post(std::function<void()> job);
 
     /// Runs jobs on the calling thread until `stop()`.
     void run() { context_.run(); }
-    void runOne() override { context_.run_one(); }
+    void runOne() { context_.run_one(); }
     void stop() { context_.stop(); }
 
     /// `run()` returns as soon as no job is left.
     void finish() { work_.reset(); }
 
     /// Whether the caller is a job of this loop.
-    [[nodiscard]] bool isCurrent() const override { return context_.get_executor().running_in_this_thread(); }
+    [[nodiscard]] bool isCurrent() const { return context_.get_executor().running_in_this_thread(); }
 
     [[nodiscard]] asio::io_context& context() noexcept { return context_; }
 
@@ -38,11 +39,27 @@ private:
     asio::executor_work_guard<asio::io_context::executor_type> work_{context_.get_executor()};
 };
 
+/// The main queue's loop where the application has none of its own. Its thread is the one that made it, until
+/// another enters: there a wait for a job would never end, whether the loop runs already or not. Any thread.
+class NativeMainLoop final : public MainLoop {
+public:
+    void post(std::function<void()> job) override { loop_.post(std::move(job)); }
+    void enter() override { thread_ = std::this_thread::get_id(); }
+    void runOne() override { loop_.runOne(); }
+    [[nodiscard]] bool isCurrent() const override { return thread_ == std::this_thread::get_id(); }
+
+private:
+    Loop loop_;
+    std::atomic<std::thread::id> thread_{std::this_thread::get_id()};
+};
+
 /// The threads of the global queue and of the serial queues. Their work may block, so there are as many
-/// threads as there have been jobs at once, up to a limit. Any thread.
+/// threads as there have been jobs at once, up to a limit. The first is there from the beginning, so that no
+/// job is lost where the system gives no further ones: it waits for its turn. Any thread.
 class WorkerThreads {
 public:
-    WorkerThreads() = default;
+    /// Without its first thread the process ends (`fatalError`).
+    WorkerThreads();
     WorkerThreads(const WorkerThreads&) = delete;
     WorkerThreads& operator=(const WorkerThreads&) = delete;
 
@@ -62,6 +79,7 @@ public:
 
 private:
     void grow();
+    bool addThread();
 
     std::mutex mutex_;
     std::size_t jobs_ = 0;
@@ -71,10 +89,11 @@ private:
     std::vector<std::thread> threads_;
 };
 
-/// The thread that waits for what is due later; started by the first such thing. Any thread.
+/// The thread that waits for what is due later. Any thread.
 class TimerThread {
 public:
-    TimerThread() = default;
+    /// Without its thread the process ends (`fatalError`).
+    TimerThread();
     TimerThread(const TimerThread&) = delete;
     TimerThread& operator=(const TimerThread&) = delete;
 

@@ -1,11 +1,15 @@
 #include "Platform/Native/NativePlatform.h"
+#include "Ui/Screens/TopController.h"
 #include "tests/support/SimulatedPlatform.h"
 
 #include <gmock/gmock.h>
 
+#include <pthread.h>
+
 #include <atomic>
 #include <optional>
 #include <stdexcept>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -199,12 +203,66 @@ TEST(NativeDispatch, MainQueueRunsInOrderOnTheThreadThatRunsIt) {
         });
     });
     main.async([&] { order.push_back(2); });
-    EXPECT_FALSE(main.isCurrent());
     platform.runMain();
     EXPECT_THAT(order, ElementsAre(1, 2, 3, 4));
 
     platform.stopMain();
     platform.runMain();
+}
+
+TEST(NativeDispatch, MainThreadWaitsForNoMainQueueWhetherThatRunsOrNot) {
+    NativePlatform platform;
+    DispatchQueue& main = platform.dispatch().mainQueue();
+    const auto asks = [&] { return main.isCurrent() && !getTopController(); };
+    EXPECT_TRUE(asks());
+    platform.runMainUntil(asks);
+    EXPECT_TRUE(asks());
+    std::thread([&] {
+        EXPECT_FALSE(main.isCurrent());
+        platform.runMainUntil(asks);
+    }).join();
+    EXPECT_FALSE(main.isCurrent());
+}
+
+/// No thread can be made in its lifetime: their stacks would be larger than all addresses.
+class NoMoreThreads {
+public:
+    NoMoreThreads() {
+        pthread_getattr_default_np(&usual_);
+        pthread_attr_t huge = usual_;
+        pthread_attr_setstacksize(&huge, std::size_t{1} << 50U);
+        pthread_setattr_default_np(&huge);
+    }
+    NoMoreThreads(const NoMoreThreads&) = delete;
+    NoMoreThreads& operator=(const NoMoreThreads&) = delete;
+    ~NoMoreThreads() { pthread_setattr_default_np(&usual_); }
+
+private:
+    pthread_attr_t usual_{};
+};
+
+TEST(NativeDispatch, WorkWaitsForTheThreadsThatThereAreWhereNoneCanBeMade) {
+    NativePlatform platform;
+    Dispatch& dispatch = platform.dispatch();
+    const auto ended = dispatch.makeSemaphore(0);
+    const auto queue = dispatch.makeSerialQueue("patient");
+    const NoMoreThreads limit;
+    ASSERT_THROW(std::thread([] {}).join(), std::system_error);
+    for (int count = 0; count < 3; ++count)
+        dispatch.globalQueue().async([ended] { ended->signal(); });
+    queue->async([ended] { ended->signal(); });
+    dispatch.globalQueue().asyncAfter(Seconds{0.01}, item([ended] { ended->signal(); }));
+    std::optional<std::string> error;
+    platform.makeURLSession({})
+        ->dataTask({*URL::make("http://127.0.0.1/")},
+                   [&](auto, auto text) {
+                       error = std::move(text);
+                       ended->signal();
+                   })
+        ->resume();
+    for (int count = 0; count < 6; ++count)
+        ASSERT_EQ(ended->wait(kLong), DispatchTimeoutResult::success);
+    EXPECT_NE(error.value_or(""), "");
 }
 
 TEST(NativeDispatch, TimerRepeatsUntilItIsInvalidated) {
