@@ -13,9 +13,10 @@ std::shared_ptr<IKorvaneLogger> Logger::debug() const {
     return debug_;
 }
 
+/// The old logger goes with the parameter, after the lock: its end may log.
 void Logger::setDebug(std::shared_ptr<IKorvaneLogger> logger) {
     const std::lock_guard lock(mutex_);
-    debug_ = std::move(logger);
+    debug_.swap(logger);
     present_.store(debug_ != nullptr, std::memory_order_release);
 }
 

@@ -42,6 +42,18 @@ TEST(Logging, TextIsNotBuiltWithoutALogger) {
     EXPECT_THAT(log.lines(), ElementsAre("tests/Platform/FailureTest.cpp f(_:): line"));
 }
 
+/// An application's logger may end with a line.
+struct LastWords final : IKorvaneLogger {
+    ~LastWords() override { KORVANE_LOG("deinit()", "last words"); }
+    void log(const std::string&, const char*, const char*, unsigned) override {}
+};
+
+TEST(Logging, LoggerThatIsReplacedMayLogAtItsEnd) {
+    Logger::shared().setDebug(std::make_shared<LastWords>());
+    const RecordingLogger log;
+    EXPECT_THAT(log.lines(), ElementsAre(HasSubstr("last words")));
+}
+
 TEST(Logging, LoggersMayComeAndGoWhileOthersLog) {
     std::atomic<bool> isDone = false;
     std::thread writer([&isDone] {
