@@ -38,6 +38,10 @@ Platform& Platform::current() {
     return *platform;
 }
 
+bool Platform::isInstalled() noexcept {
+    return installed.load(std::memory_order_acquire) != nullptr;
+}
+
 Platform::Installation::Installation(Platform& platform) : platform_(platform) {
     Platform* none = nullptr;
     if (!installed.compare_exchange_strong(none, &platform, std::memory_order_acq_rel))

@@ -34,6 +34,9 @@ public:
     /// The platform of this process. Any thread. Without one, the process ends (`fatalError`).
     [[nodiscard]] static Platform& current();
 
+    /// Whether the process has a platform: for what may outlive it. Any thread.
+    [[nodiscard]] static bool isInstalled() noexcept;
+
     [[nodiscard]] virtual UIDevice& device() = 0;
     [[nodiscard]] virtual UIScreen& mainScreen() = 0;
     [[nodiscard]] virtual UIFontServices& fonts() = 0;

@@ -32,9 +32,9 @@ Transaction::Transaction(Private, TransactionArguments arguments)
                     ", keysContainer=KeysContainer");
 }
 
-/// The last to let go may stand on any queue; views go on the main queue.
+/// The last to let go may stand on any queue; views go on the main queue. After the platform there is none.
 Transaction::~Transaction() {
-    if (auto screens = lastCResViewControllerContainer_.exchange(nullptr))
+    if (auto screens = lastCResViewControllerContainer_.exchange(nullptr); screens && Platform::isInstalled())
         onMainQueue([screens = std::move(screens)] {});
     std::puts("Transaction deinit");
 }

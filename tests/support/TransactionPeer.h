@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Sdk/Transaction/Transaction.h"
+#include "Ui/Screens/ViewControllerContainer.h"
 
 #include <memory>
 #include <utility>
@@ -24,6 +25,12 @@ struct TransactionPeer {
         return transaction->sendCReq(data, position);
     }
     void sendErroToAcs(const Erro& erro) const { transaction->sendErroToAcs(erro); }
+
+    /// Screens as after a response, of which there are none.
+    void setScreens() const {
+        transaction->lastCResViewControllerContainer_.set(std::make_shared<ViewControllerContainer>(
+            CRes{}, false, ViewControllerContainer::ControllersMap{}));
+    }
 
     void interrupt() const { transaction->challengeInterrupted_ = true; }
     void setCounter(int counter) const { transaction->sdkToAcsCounter_ = counter; }

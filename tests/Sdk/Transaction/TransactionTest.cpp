@@ -9,6 +9,8 @@
 
 #include <gmock/gmock.h>
 
+#include <optional>
+
 namespace korvane {
 namespace {
 
@@ -24,7 +26,7 @@ protected:
                                   .keysContainer = std::make_unique<KeysContainer>(certsWithRoot(root_))});
     }
 
-    SimulatedPlatform platform_;
+    std::optional<SimulatedPlatform> platform_{std::in_place};
     TestIdentity root_ = selfSigned(authority("Root"));
 };
 
@@ -60,6 +62,15 @@ TEST_F(TransactionTest, BeginningIsLoggedAndTheEndIsToldOnStandardOutput) {
                     "init(deviceData:sdkReferenceNum:messageVersion:keysContainer:uiCustomization:"
                     "extSpinnerProducer:): Transaction messageVersion=2.1.0, sdkReferenceNum=reference, "
                     "keysContainer=KeysContainer"));
+    testing::internal::CaptureStdout();
+    transaction.reset();
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "Transaction deinit\n");
+}
+
+TEST_F(TransactionTest, MayBeLetGoAfterItsPlatform) {
+    auto transaction = makeTransaction();
+    TransactionPeer{transaction}.setScreens();
+    platform_.reset();
     testing::internal::CaptureStdout();
     transaction.reset();
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "Transaction deinit\n");
