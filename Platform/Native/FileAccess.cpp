@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cerrno>
+#include <cstdio>
 
 namespace korvane {
 
@@ -86,6 +87,10 @@ bool replaceContents(const std::filesystem::path& file, std::string_view text) {
     }
     syncFolder(file.parent_path());
     return true;
+}
+
+bool moveFile(const std::filesystem::path& from, const std::filesystem::path& to) {
+    return renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0;
 }
 
 bool makeFolders(const std::filesystem::path& folder) {

@@ -28,6 +28,9 @@ struct FileContents {
 /// @return whether the new contents are on the disk.
 [[nodiscard]] bool replaceContents(const std::filesystem::path& file, std::string_view text);
 
+/// Gives a file another name, in one step and unless there is a file of that name.
+[[nodiscard]] bool moveFile(const std::filesystem::path& from, const std::filesystem::path& to);
+
 /// Makes a folder and those above it that are missing, for the user alone (mode 0700).
 [[nodiscard]] bool makeFolders(const std::filesystem::path& folder);
 

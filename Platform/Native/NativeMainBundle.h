@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/NSBundle.h"
+#include "Platform/Native/NativeProcess.h"
 
 #include <filesystem>
 
@@ -10,19 +11,13 @@ namespace korvane {
 /// installation of the library has them.
 class NativeMainBundle final : public FolderBundle {
 public:
-    NativeMainBundle() : FolderBundle(programFolder().string()) {}
+    NativeMainBundle() : FolderBundle(programFile().parent_path().string()) {}
 
     [[nodiscard]] std::string privateFrameworksPath() const override {
         const std::string beside = FolderBundle::privateFrameworksPath();
         std::error_code error;
         if (std::filesystem::is_directory(beside, error)) return beside;
-        return (programFolder().parent_path() / "share" / "korvane" / "Frameworks").string();
-    }
-
-private:
-    [[nodiscard]] static std::filesystem::path programFolder() {
-        std::error_code error;
-        return std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
+        return (programFile().parent_path().parent_path() / "share" / "korvane" / "Frameworks").string();
     }
 };
 

@@ -8,6 +8,14 @@
 
 namespace korvane {
 
+std::filesystem::path programFile() {
+    constexpr std::string_view kReplaced = " (deleted)";
+    std::error_code error;
+    std::string file = std::filesystem::read_symlink("/proc/self/exe", error).string();
+    if (std::string_view(file).ends_with(kReplaced)) file.resize(file.size() - kReplaced.size());
+    return file;
+}
+
 std::string NativeProcessInfo::machine() const {
     utsname system{};
     return uname(&system) == 0 ? std::string(system.machine, sizeof system.machine) : std::string();

@@ -3,7 +3,13 @@
 #include "Platform/IntegrityChecks.h"
 #include "Platform/NSProcessInfo.h"
 
+#include <filesystem>
+
 namespace korvane {
+
+/// The file of the program that runs; empty where the system does not tell. A program that was replaced since
+/// it started has the name that it had.
+[[nodiscard]] std::filesystem::path programFile();
 
 class NativeProcessInfo final : public NSProcessInfo {
 public:

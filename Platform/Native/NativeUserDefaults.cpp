@@ -1,6 +1,7 @@
 #include "Platform/Native/NativeUserDefaults.h"
 
 #include "Platform/Native/FileAccess.h"
+#include "Platform/Native/NativeProcess.h"
 
 #include <cstdlib>
 
@@ -10,13 +11,16 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The values in the file, or no value where the file is there and cannot be read: then it must not be
-/// replaced either.
-std::optional<JSON> readValues(const fs::path& file) {
-    const FileContents contents = readContents(file);
-    if (contents.state == FileState::unreadable) return std::nullopt;
-    std::optional<JSON> values = JSONSerialization::jsonObject(contents.text);
-    return values && values->is_object() ? *std::move(values) : JSON::object();
+/// What the program's own file holds, which is the user's from now on if there was none. Where that cannot be
+/// moved it is read where it lies.
+FileContents readOrTakeOver(const NativeUserDefaults::Place& place) {
+    FileContents own = readContents(place.file);
+    if (own.state != FileState::missing || place.usersFile.empty()) return own;
+    FileContents users = readContents(place.usersFile);
+    if (users.state != FileState::read || place.file.empty()) return own;
+    const bool isOurs = makeFolders(place.file.parent_path()) && moveFile(place.usersFile, place.file);
+    own = readContents(place.file);
+    return isOurs || own.state != FileState::missing ? own : users;
 }
 
 /// Whether the file could be written with this member in it, and read back.
@@ -33,20 +37,31 @@ fs::path absoluteFolder(const char* variable) {
 
 } // namespace
 
-NativeUserDefaults::NativeUserDefaults(fs::path file) : file_(std::move(file)) {}
+NativeUserDefaults::NativeUserDefaults(Place place) : place_(std::move(place)) {}
 
 NativeUserDefaults::~NativeUserDefaults() {
     synchronize();
 }
 
-fs::path NativeUserDefaults::defaultFile() {
+NativeUserDefaults::Place NativeUserDefaults::usualPlace() {
     fs::path folder = absoluteFolder("XDG_CONFIG_HOME");
     if (folder.empty()) {
         const fs::path home = absoluteFolder("HOME");
         if (home.empty()) return {};
         folder = home / ".config";
     }
-    return folder / "korvane" / "defaults.json";
+    folder /= "korvane";
+    constexpr const char* kFile = "defaults.json";
+    return {folder / programFile().filename() / kFile, folder / kFile};
+}
+
+/// The values in the file, or no value where the file is there and cannot be read: then it must not be
+/// replaced either.
+std::optional<JSON> NativeUserDefaults::storedValues() const {
+    const FileContents contents = readOrTakeOver(place_);
+    if (contents.state == FileState::unreadable) return std::nullopt;
+    std::optional<JSON> values = JSONSerialization::jsonObject(contents.text);
+    return values && values->is_object() ? *std::move(values) : JSON::object();
 }
 
 std::optional<JSON> NativeUserDefaults::valueForKey(const std::string& key) const {
@@ -55,7 +70,7 @@ std::optional<JSON> NativeUserDefaults::valueForKey(const std::string& key) cons
         const auto unsaved = unsaved_.find(key);
         if (unsaved != unsaved_.end()) return unsaved->second;
     }
-    const std::optional<JSON> values = readValues(file_);
+    const std::optional<JSON> values = storedValues();
     if (!values || !values->contains(key)) return std::nullopt;
     return values->at(key);
 }
@@ -74,15 +89,15 @@ bool NativeUserDefaults::synchronize() {
 
 bool NativeUserDefaults::save() {
     if (unsaved_.empty()) return true;
-    if (file_.empty() || !makeFolders(file_.parent_path())) return false;
-    const FileLock turn(fs::path(file_) += ".lock");
+    if (place_.file.empty() || !makeFolders(place_.file.parent_path())) return false;
+    const FileLock turn(fs::path(place_.file) += ".lock");
     if (!turn.isHeld()) return false;
-    std::optional<JSON> values = readValues(file_);
+    std::optional<JSON> values = storedValues();
     if (!values) return false;
     for (const auto& [key, object] : unsaved_)
         (*values)[key] = object;
     const std::optional<std::string> text = JSONSerialization::data(*values);
-    if (!text || !replaceContents(file_, *text)) return false;
+    if (!text || !replaceContents(place_.file, *text)) return false;
     unsaved_.clear();
     return true;
 }

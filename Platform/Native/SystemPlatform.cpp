@@ -16,7 +16,7 @@ struct SystemPlatform::Services {
     NativeTimeZone timeZone;
     NoLocation location;
     NoAdvertising advertising;
-    NativeUserDefaults defaults{NativeUserDefaults::defaultFile()};
+    NativeUserDefaults defaults{NativeUserDefaults::usualPlace()};
     NativeMainBundle bundle;
     NativeNetworkInterfaces interfaces;
     NativeProcessInfo process;

@@ -159,15 +159,46 @@ TEST_F(UserDefaults, ProcessesThatWriteAtOnceLoseNothing) {
             EXPECT_EQ(all->at(std::to_string(process) + "." + std::to_string(index)), index);
 }
 
-TEST(UserDefaultsPlace, FollowsTheEnvironment) {
-    setenv("HOME", "/users/ada", 1);
-    setenv("XDG_CONFIG_HOME", "/etc/ada", 1);
-    EXPECT_EQ(NativeUserDefaults::defaultFile(), "/etc/ada/korvane/defaults.json");
-    setenv("XDG_CONFIG_HOME", "relative", 1);
-    EXPECT_EQ(NativeUserDefaults::defaultFile(), "/users/ada/.config/korvane/defaults.json");
+/// What was everybody's is the first program's, and nobody else's.
+TEST_F(UserDefaults, FileOfTheUserBecomesTheProgramsThatComesFirst) {
+    const fs::path users = file.parent_path() / "users.json";
+    const fs::path other = file.parent_path() / "other" / "defaults.json";
+    write(R"({"a":"old"})");
+    fs::rename(file, users);
+    EXPECT_EQ(NativeUserDefaults(NativeUserDefaults::Place{file, users}).valueForKey("a"), JSON("old"));
+    EXPECT_FALSE(fs::exists(users));
+    EXPECT_EQ(elsewhere("a"), JSON("old"));
+    EXPECT_EQ(NativeUserDefaults(NativeUserDefaults::Place{other, users}).valueForKey("a"), std::nullopt);
+    EXPECT_FALSE(fs::exists(other.parent_path()));
+
+    std::ofstream(users) << R"({"a":"of an earlier version","b":1})";
+    NativeUserDefaults second(NativeUserDefaults::Place{file, users});
+    second.setObject("new", "c");
+    EXPECT_EQ(readFile(file), R"({"a":"old","c":"new"})");
+    EXPECT_TRUE(fs::exists(users));
+
+    const fs::path unmakeable = users / "defaults.json";
+    EXPECT_EQ(NativeUserDefaults(NativeUserDefaults::Place{unmakeable, users}).valueForKey("b"), JSON(1));
+}
+
+TEST(UserDefaultsPlace, IsTheProgramsOwnAndFollowsTheEnvironment) {
+    const struct {
+        const char* home;
+        const char* configuration;
+        const char* folder;
+    } rows[] = {{"/users/ada", "/etc/ada", "/etc/ada/korvane"},
+                {"/users/ada", "relative", "/users/ada/.config/korvane"},
+                {"/users/ada", "", "/users/ada/.config/korvane"},
+                {"", "", ""}};
+    for (const auto& [home, configuration, folder] : rows) {
+        setenv("HOME", home, 1);
+        setenv("XDG_CONFIG_HOME", configuration, 1);
+        const auto [file, usersFile] = NativeUserDefaults::usualPlace();
+        EXPECT_EQ(usersFile, *folder ? fs::path(folder) / "defaults.json" : fs::path());
+        EXPECT_EQ(file, *folder ? fs::path(folder) / "platform_native_test" / "defaults.json" : fs::path());
+    }
     unsetenv("XDG_CONFIG_HOME");
     unsetenv("HOME");
-    EXPECT_EQ(NativeUserDefaults::defaultFile(), "");
 }
 
 } // namespace
