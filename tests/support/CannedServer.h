@@ -7,7 +7,8 @@
 namespace korvane {
 
 /// A server on a free port of 127.0.0.1 that gives every connection the same bytes and closes it: answers
-/// that no web server library would write, and many at once.
+/// that no web server library would write, and many at once. Where more requests follow, the answer has to
+/// say "Connection: close".
 class CannedServer {
 public:
     /// @param held  so many connections wait for one another before the first is answered.

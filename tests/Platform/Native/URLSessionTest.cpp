@@ -325,19 +325,21 @@ TEST_F(NativeURLSession, RequestsAtOnceEachGetTheirOwnAnswer) {
 
 /// As many exchanges as may wait at once are all sent before the first is answered.
 TEST_F(NativeURLSession, ExchangesThatHoldAllWorkersGetTheirAnswers) {
-    constexpr int kAtOnce = 64;
-    for (const int count : {kAtOnce, 200}) {
-        const CannedServer server("HTTP/1.1 200 OK\r\nContent-Length: 6\r\n\r\nanswer", kAtOnce);
-        std::atomic<int> answered{0};
-        for (int index = 0; index < count; ++index)
+    constexpr std::size_t kAtOnce = 64;
+    for (const std::size_t count : {kAtOnce, std::size_t{200}}) {
+        const CannedServer server("HTTP/1.1 200 OK\r\nConnection: close\r\n\r\nanswer", kAtOnce);
+        std::vector<HttpAnswer> answers(count);
+        for (HttpAnswer& answer : answers)
             platform_.dispatch().globalQueue().async([&] {
-                if (HttpClient(server.url()).sendCReqData(toBytes("sealed")).data == toBytes("answer"))
-                    ++answered;
+                answer = HttpClient(server.url()).sendCReqData(toBytes("sealed"));
                 ended_->signal();
             });
-        for (int index = 0; index < count; ++index)
+        for (std::size_t index = 0; index < count; ++index)
             ASSERT_EQ(ended_->wait(kLong), DispatchTimeoutResult::success);
-        EXPECT_EQ(answered, count);
+        for (const HttpAnswer& answer : answers) {
+            EXPECT_EQ(answer.data, toBytes("answer"));
+            EXPECT_EQ(answer.errorDescription, std::nullopt);
+        }
     }
 }
 
