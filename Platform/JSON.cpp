@@ -6,9 +6,11 @@
 #include <simdjson.h>
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <cmath>
 #include <cstdint>
-#include <unordered_map>
+#include <map>
 #include <utility>
 #include <vector>
 
@@ -17,11 +19,12 @@ namespace korvane {
 namespace {
 
 /// Finds the members of an object by name while it is built: a short object is searched, a long one has an
-/// index, so that no object costs more than its length.
+/// index. That is a tree and no hash table: names are a stranger's, who would choose those that collide.
 class MemberIndex {
 public:
     explicit MemberIndex(JSON::object_t& object) : object_(object) {}
 
+    /// @param name  outlives the index.
     void set(std::string_view name, JSON value) {
         const std::size_t position = positionOf(name);
         if (position < object_.size())
@@ -34,21 +37,22 @@ private:
     static constexpr std::size_t kSearched = 16;
 
     std::size_t positionOf(std::string_view name) {
-        if (object_.size() > kSearched)
-            return positions_.try_emplace(std::string(name), object_.size()).first->second;
-        const auto found = std::find_if(object_.begin(), object_.end(),
-                                        [name](const auto& member) { return member.first == name; });
-        const auto position = static_cast<std::size_t>(found - object_.begin());
-        if (object_.size() == kSearched) {
+        if (object_.size() > kSearched) return positions_.try_emplace(name, object_.size()).first->second;
+        const auto found = std::find(names_.begin(), names_.begin() + std::ptrdiff_t(object_.size()), name);
+        const auto position = static_cast<std::size_t>(found - names_.begin());
+        if (position < object_.size()) return position;
+        if (position < kSearched) names_[position] = name;
+        if (position == kSearched) {
             for (std::size_t index = 0; index < kSearched; ++index)
-                positions_.emplace((object_.begin() + std::ptrdiff_t(index))->first, index);
-            positions_.try_emplace(std::string(name), position);
+                positions_.emplace(names_[index], index);
+            positions_.emplace(name, position);
         }
         return position;
     }
 
     JSON::object_t& object_;
-    std::unordered_map<std::string, std::size_t> positions_;
+    std::array<std::string_view, kSearched> names_;
+    std::map<std::string_view, std::size_t> positions_;
 };
 
 /// Turns what simdjson has read into a value, level by level.

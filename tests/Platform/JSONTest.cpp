@@ -4,6 +4,10 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <ctime>
 #include <limits>
 
 namespace korvane {
@@ -50,13 +54,53 @@ TEST(JSONReading, LastOfRepeatedMembersWinsInShortAndLongObjects) {
     }
 }
 
-TEST(JSONReading, HugeObjectsTakeTimeInProportion) {
-    std::string text = "{\"m\":1";
-    for (int index = 0; index < 200000; ++index)
-        text += ",\"member" + std::to_string(index) + "\":\"v\"";
-    const auto value = JSONSerialization::jsonObject(text + "}");
-    ASSERT_TRUE(value);
-    EXPECT_EQ(value->size(), 200001U);
+/// Undoes the mixing that libstdc++'s hash of fixed seed does with eight octets.
+std::uint64_t unmixed(std::uint64_t mixed) {
+    constexpr std::uint64_t kInverse = 0x5F7A0EA7E59B19BDU; // of the factor 0xC6A4A7935BD1E995, modulo 2^64
+    mixed *= kInverse;
+    return (mixed ^ (mixed >> 47U)) * kInverse;
+}
+
+/// Names of 16 characters that a table with that hash puts into one place.
+std::vector<std::string> namesOfOneHash(std::size_t count) {
+    constexpr std::uint64_t kFactor = 0xC6A4A7935BD1E995U;
+    constexpr std::uint64_t kSeed = 0xC70F6907U ^ (16U * kFactor);
+    const auto isPrintable = [](char octet) { return octet >= '#' && octet < 0x7F && octet != '\\'; };
+    std::vector<std::string> names;
+    for (std::uint64_t chosen = 0; names.size() < count; ++chosen) {
+        std::array<char, 16> name{};
+        for (std::size_t place = 0; place < 8; ++place)
+            name[place] = static_cast<char>('a' + ((chosen >> (4 * place)) & 15U));
+        std::uint64_t first = 0;
+        std::memcpy(&first, name.data(), 8);
+        first *= kFactor;
+        const std::uint64_t state = (kSeed ^ ((first ^ (first >> 47U)) * kFactor)) * kFactor;
+        const std::uint64_t second = unmixed(state); // so that the state becomes 0
+        std::memcpy(name.data() + 8, &second, 8);
+        if (std::all_of(name.begin() + 8, name.end(), isPrintable))
+            names.emplace_back(name.data(), name.size());
+    }
+    return names;
+}
+
+/// The least processor time of three readings.
+std::clock_t costOfReading(const std::vector<std::string>& names, std::size_t count) {
+    std::string text = "{\"last\":0";
+    for (std::size_t index = 0; index < count; ++index)
+        text += ",\"" + names[index] + "\":1";
+    std::clock_t least = std::numeric_limits<std::clock_t>::max();
+    for (int round = 0; round < 3; ++round) {
+        const std::clock_t start = std::clock();
+        EXPECT_EQ(JSONSerialization::jsonObject(text + "}")->size(), count + 1);
+        least = std::min(least, std::clock() - start);
+    }
+    return least;
+}
+
+TEST(JSONReading, NamesOfOneHashTakeTimeInProportion) {
+    const auto names = namesOfOneHash(1600);
+    ASSERT_EQ(std::hash<std::string>{}(names.front()), std::hash<std::string>{}(names.back()));
+    EXPECT_LT(costOfReading(names, 1600), 8 * costOfReading(names, 400)) << "16 times would be the square";
 }
 
 TEST(JSONReading, IntegersBeyondSixtyFourBitsAreNumbers) {
