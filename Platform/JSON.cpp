@@ -113,28 +113,56 @@ private:
 /// The members of an object in their order, repeats included.
 using Members = std::vector<std::pair<std::string, JSON>>;
 
+/// Whether a number is an integer that neither 64-bit type holds.
+bool isBeyond64Bits(std::string_view number) {
+    const char* const end = number.data() + number.size();
+    std::int64_t negative = 0;
+    std::uint64_t positive = 0;
+    const std::from_chars_result read = number.front() == '-' ? std::from_chars(number.data(), end, negative)
+                                                              : std::from_chars(number.data(), end, positive);
+    return read.ec == std::errc::result_out_of_range && read.ptr == end;
+}
+
+/// The text with an exponent of 0 behind each integer beyond 64 bits. Those are valid JSON, but simdjson
+/// reads them only where they are written as doubles.
+SecretString withBigIntegersAsDoubles(std::string_view text) {
+    std::string result;
+    result.reserve(text.size() + text.size() / 8); // two octets for twenty, so that no copy is left by growth
+    bool isInText = false;
+    for (std::size_t length = 0; !text.empty(); text.remove_prefix(length)) {
+        const char first = text.front();
+        const bool isNumber = !isInText && (first == '-' || (first >= '0' && first <= '9'));
+        if (isNumber) {
+            length = std::min(text.find_first_not_of("+-.0123456789Ee"), text.size());
+        } else {
+            length = isInText && first == '\\' ? std::min<std::size_t>(2, text.size()) : 1;
+            isInText = isInText != (first == '"');
+        }
+        result += text.substr(0, length);
+        if (isNumber && isBeyond64Bits(text.substr(0, length))) result += "e0";
+    }
+    return SecretString(std::move(result));
+}
+
 /// One reader per thread: its buffers are reused, and what was read is cleansed out of them after each text.
 class Reader {
 public:
     std::optional<JSON> read(std::string_view text) {
         simdjson::dom::element root;
-        const simdjson::error_code error = parse(text, root);
         std::optional<JSON> result;
-        if (error == simdjson::SUCCESS) result = convert(root);
-        if (error == simdjson::NUMBER_ERROR) result = readBigNumbers(text);
-        cleanse(text.size());
+        if (parse(text, root) == simdjson::SUCCESS) result = convert(root);
+        cleanse();
         return result;
     }
 
     /// Gives the members of the top-level object, those that repeat a name included.
     std::optional<Members> readMembers(std::string_view text, JSONTopLevel& top) {
         simdjson::dom::element root;
-        const simdjson::error_code error = parse(text, root);
+        const bool isRead = parse(text, root) == simdjson::SUCCESS;
+        const bool isOther = isRead && !root.is_object();
         std::optional<Members> members;
-        bool isOther = error == simdjson::SUCCESS && !root.is_object();
-        if (error == simdjson::SUCCESS && !isOther) members = convertMembers(simdjson::dom::object(root));
-        if (error == simdjson::NUMBER_ERROR) members = readBigNumberMembers(text, isOther);
-        cleanse(text.size());
+        if (isRead && !isOther) members = convertMembers(simdjson::dom::object(root));
+        cleanse();
         const JSONTopLevel withoutMembers = isOther ? JSONTopLevel::otherValue : JSONTopLevel::malformed;
         top = members ? JSONTopLevel::object : withoutMembers;
         return members;
@@ -146,13 +174,19 @@ private:
     static constexpr std::size_t kNesting = JSONSerialization::kDepthLimit + 2;
 
     simdjson::error_code parse(std::string_view text, simdjson::dom::element& root) {
-        input_.resize(std::max(input_.size(), text.size() + simdjson::SIMDJSON_PADDING));
+        const simdjson::error_code error = parseAsItIs(text, root);
+        return error == simdjson::NUMBER_ERROR ? parseAsItIs(withBigIntegersAsDoubles(text), root) : error;
+    }
+
+    simdjson::error_code parseAsItIs(std::string_view text, simdjson::dom::element& root) {
+        length_ = text.size();
+        input_.resize(std::max(input_.size(), length_ + simdjson::SIMDJSON_PADDING));
         // Of one type, the octets are moved in one go.
         const ByteView octets = asBytes(text);
         std::copy(octets.begin(), octets.end(), input_.begin());
-        if (parser_.capacity() < text.size() && parser_.allocate(text.size(), kNesting) != simdjson::SUCCESS)
+        if (parser_.capacity() < length_ && parser_.allocate(length_, kNesting) != simdjson::SUCCESS)
             return simdjson::MEMALLOC;
-        return parser_.parse(input_.data(), text.size(), false).get(root);
+        return parser_.parse(input_.data(), length_, false).get(root);
     }
 
     static std::optional<JSON> convert(const simdjson::dom::element& root) {
@@ -171,47 +205,14 @@ private:
         return conversion.isTooDeep() ? std::nullopt : std::optional(std::move(members));
     }
 
-    /// simdjson refuses integers beyond 64 bits, which are valid JSON: those texts go through the slower
-    /// reader, whose time grows with the square of the length. No message of the protocol has such a number
-    /// at all.
-    static std::optional<JSON>
-    readBigNumbers(std::string_view text,
-                   const std::function<void(int, JSON::parse_event_t, JSON&)>& watch = {}) {
-        constexpr std::size_t kLongest = 16384;
-        if (text.size() > kLongest) return std::nullopt;
-        bool isTooDeep = false;
-        const auto callback = [&](int depth, JSON::parse_event_t event, JSON& value) {
-            isTooDeep = isTooDeep || depth > JSONSerialization::kDepthLimit;
-            if (watch) watch(depth, event, value);
-            return true;
-        };
-        JSON value = JSON::parse(text, callback, false);
-        if (value.is_discarded() || isTooDeep) return std::nullopt;
-        return value;
-    }
-
-    static std::optional<Members> readBigNumberMembers(std::string_view text, bool& isOther) {
-        using Event = JSON::parse_event_t;
-        Members members;
-        std::string name;
-        const auto watch = [&](int depth, Event event, JSON& value) {
-            if (depth != 1) return;
-            if (event == Event::key) name = value.get<std::string>();
-            if (event == Event::value || event == Event::object_end || event == Event::array_end)
-                members.emplace_back(name, value);
-        };
-        const std::optional<JSON> whole = readBigNumbers(text, watch);
-        isOther = whole && !whole->is_object();
-        return whole && !isOther ? std::optional(std::move(members)) : std::nullopt;
-    }
-
-    void cleanse(std::size_t length) {
-        korvane::cleanse(input_.data(), length);
+    void cleanse() {
+        korvane::cleanse(input_.data(), length_);
         // Beside each string stand its length and a terminator: at most five octets for three of the text.
-        if (parser_.doc.string_buf) korvane::cleanse(parser_.doc.string_buf.get(), 5 * length / 3);
+        if (parser_.doc.string_buf) korvane::cleanse(parser_.doc.string_buf.get(), 5 * length_ / 3);
     }
 
     std::vector<std::uint8_t> input_;
+    std::size_t length_ = 0;
     simdjson::dom::parser parser_;
 };
 
@@ -245,18 +246,30 @@ void cleanseStrings(JSON& value) {
     if (value.is_structured()) std::for_each(value.begin(), value.end(), cleanseStrings);
 }
 
+/// What stands behind the backslash for a character that has a short form (RFC 8259 section 7), or 0.
+constexpr std::array<char, 256> kShortForms = [] {
+    std::array<char, 256> forms{};
+    constexpr std::string_view kCharacters = "\"\\\b\f\n\r\t";
+    constexpr std::string_view kForms = "\"\\bfnrt";
+    for (std::size_t index = 0; index < kForms.size(); ++index)
+        forms[static_cast<unsigned char>(kCharacters[index])] = kForms[index];
+    return forms;
+}();
+
 void appendEscaped(std::string& json, std::string_view text) {
     constexpr std::string_view kDigits = "0123456789abcdef";
     for (const char character : text) {
         const auto code = static_cast<unsigned char>(character);
-        if (character == '"' || character == '\\') json += '\\';
-        if (code >= 0x20) {
+        if (const char form = kShortForms[code]; form != 0) {
+            json += '\\';
+            json += form;
+        } else if (code < 0x20) {
+            json += "\\u00";
+            json += kDigits[code >> 4U];
+            json += kDigits[code & 0x0FU];
+        } else {
             json += character;
-            continue;
         }
-        json += "\\u00";
-        json += kDigits[code >> 4U];
-        json += kDigits[code & 0x0FU];
     }
 }
 
@@ -267,6 +280,32 @@ void appendQuoted(std::string& json, std::string_view text) {
     else
         appendEscaped(json, repairedUtf8(text));
     json += '"';
+}
+
+void appendValue(std::string& json, const JSON& value) {
+    const auto separate = [&json](char opening) {
+        if (json.back() != opening) json += ',';
+    };
+    if (value.is_string()) return appendQuoted(json, value.get_ref<const std::string&>());
+    if (!value.is_structured()) {
+        json += value.dump();
+        return;
+    }
+    json += value.is_object() ? '{' : '[';
+    if (value.is_object()) {
+        for (const auto& [name, member] : value.get_ref<const JSON::object_t&>()) {
+            separate('{');
+            appendQuoted(json, name);
+            json += ':';
+            appendValue(json, member);
+        }
+    } else {
+        for (const JSON& element : value) {
+            separate('[');
+            appendValue(json, element);
+        }
+    }
+    json += value.is_object() ? '}' : ']';
 }
 
 } // namespace
@@ -289,10 +328,11 @@ bool JSONSerialization::isValidJSONObject(const JSON& value) {
     return value.is_structured() && isWritable(value);
 }
 
-std::optional<std::string> JSONSerialization::data(const JSON& value, JSONWriting writing) {
+std::optional<std::string> JSONSerialization::data(const JSON& value) {
     if (!isValidJSONObject(value)) return std::nullopt;
-    if (writing == JSONWriting::sortedKeys) return nlohmann::json(value).dump();
-    return value.dump();
+    std::string json;
+    appendValue(json, value);
+    return json;
 }
 
 JSONObjectWriter::JSONObjectWriter(std::size_t expectedLength) {

@@ -16,9 +16,6 @@ using JSON = nlohmann::ordered_json;
 /// What stands at the top of a JSON text.
 enum class JSONTopLevel { malformed, otherValue, object };
 
-/// How the writer lays out an object.
-enum class JSONWriting { memberOrder, sortedKeys };
-
 /// The platform's JSON reader and writer (RFC 8259). Any thread.
 struct JSONSerialization {
     /// Nesting beyond this many levels counts as malformed.
@@ -36,10 +33,9 @@ struct JSONSerialization {
     /// True for an object or array that the writer can write: finite numbers, valid UTF-8, no binary values.
     [[nodiscard]] static bool isValidJSONObject(const JSON& value);
 
-    /// Writes without white space.
+    /// Writes without white space, in the order of the members.
     /// @return no value when `value` is not a valid JSON object.
-    [[nodiscard]] static std::optional<std::string> data(const JSON& value,
-                                                         JSONWriting writing = JSONWriting::memberOrder);
+    [[nodiscard]] static std::optional<std::string> data(const JSON& value);
 };
 
 /// Writes one JSON object member by member, in the order of the calls. Texts that are not UTF-8 are repaired.

@@ -104,10 +104,22 @@ TEST(JSONReading, NamesOfOneHashTakeTimeInProportion) {
 }
 
 TEST(JSONReading, IntegersBeyondSixtyFourBitsAreNumbers) {
-    const auto value = JSONSerialization::jsonObject("{\"big\":123456789012345678901234567890,\"s\":\"t\"}");
+    const std::string padding(20000, 'p');
+    auto value = JSONSerialization::jsonObject(
+        R"({"big":123456789012345678901234567890,"neg":-9223372036854775809,"e":[12345678901234567890123e1],)"
+        R"("most":18446744073709551615,"least":-9223372036854775808,"\"1":"\\123456789012345678901","p":")" +
+        padding + "\"}");
     ASSERT_TRUE(value);
-    EXPECT_DOUBLE_EQ(value->at("big").get<double>(), 1.2345678901234568e29);
-    EXPECT_EQ(value->at("s"), "t");
+    EXPECT_EQ(value->erase("p"), 1U);
+    EXPECT_EQ(*value, JSON({{"big", 1.2345678901234568e29},
+                            {"neg", -9223372036854775808.0},
+                            {"e", JSON::array({1.2345678901234569e23})},
+                            {"most", std::numeric_limits<std::uint64_t>::max()},
+                            {"least", std::numeric_limits<std::int64_t>::min()},
+                            {"\"1", "\\123456789012345678901"}}));
+    for (const char* bad : {"[012345678901234567890123]", "[123456789012345678901234567890", "[-]",
+                            "[123456789012345678901234567890.]", "[+123456789012345678901234567890]"})
+        EXPECT_FALSE(JSONSerialization::jsonObject(bad)) << bad;
 }
 
 TEST(JSONWritingTest, OnlyWritableContainersAreValid) {
@@ -126,9 +138,8 @@ TEST(JSONWritingTest, OnlyWritableContainersAreValid) {
         EXPECT_FALSE(JSONSerialization::isValidJSONObject(value));
         EXPECT_FALSE(JSONSerialization::data(value));
     }
-    EXPECT_EQ(
-        JSONSerialization::data(JSON{{"b", 1}, {"a", JSON{{"d", 1}, {"c", 2}}}}, JSONWriting::sortedKeys),
-        R"({"a":{"c":2,"d":1},"b":1})");
+    const std::string text = R"({"b":[1,-2.5,true,null,{}],"a":{"\"d\n":"\u001f","":[]}})";
+    EXPECT_EQ(JSONSerialization::data(JSON::parse(text)), text);
 }
 
 TEST(JSONWritingTest, WrittenMembersReadBackAsTheyWere) {
@@ -147,6 +158,12 @@ TEST(JSONWritingTest, WrittenMembersReadBackAsTheyWere) {
         JSON::object(
             {{"a \"name\"", text}, {"yes", true}, {"list", JSON::array({1})}, {"repaired", "\uFFFDz"}}));
     EXPECT_EQ(JSONObjectWriter().finish(), "{}");
+}
+
+TEST(JSONWritingTest, CharactersAreWrittenInTheirShortestForm) {
+    JSONObjectWriter writer;
+    writer.addString("\t", "\b\f\n\r\t\"\\/\x01\x1f\x7f\u00e9");
+    EXPECT_EQ(std::move(writer).finish(), "{\"\\t\":\"\\b\\f\\n\\r\\t\\\"\\\\/\\u0001\\u001f\x7f\u00e9\"}");
 }
 
 TEST(JSONReading, MembersComeInOrderWithTheirRepeats) {
