@@ -50,7 +50,8 @@ std::optional<JSONField> JSONField::memberIfPresent(std::string_view name) const
 
 const JSON& JSONField::require(bool isOfType, std::string_view type) const {
     if (isOfType) return *value_;
-    const std::string subject = name_.empty() ? "A value" : "\"" + std::string(name_) + "\"";
+    const bool isNamed = parent_ ? !isElement() : !name_.empty();
+    const std::string subject = isNamed ? "\"" + std::string(name_) + "\"" : "A value";
     if (isNull()) throw DecodingError(valueNotFound, subject + " is null.", path());
     throw DecodingError(typeMismatch, subject + " is not " + std::string(type) + ".", path());
 }
@@ -66,8 +67,8 @@ std::vector<std::string> JSONField::path() const {
     for (const JSONField* field = this; field; field = field->parent_) {
         const bool isRoot = !field->parent_ && field->name_.empty();
         if (isRoot) break;
-        names.push_back(field->name_.empty() ? "Index " + std::to_string(field->index_)
-                                             : std::string(field->name_));
+        names.push_back(field->isElement() ? "Index " + std::to_string(field->index_)
+                                           : std::string(field->name_));
     }
     std::reverse(names.begin(), names.end());
     return names;

@@ -67,6 +67,8 @@ private:
     JSONField(const JSON& value, std::string_view name, std::size_t index, const JSONField& parent)
         : value_(&value), name_(name), index_(index), parent_(&parent) {}
 
+    /// Whether this stands in a list, and so has a place and no name.
+    [[nodiscard]] bool isElement() const { return parent_ && parent_->value_->is_array(); }
     const JSON& require(bool isOfType, std::string_view type) const;
     [[nodiscard]] const JSON* find(std::string_view name) const;
     [[nodiscard]] std::vector<std::string> path() const;

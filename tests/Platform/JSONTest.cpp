@@ -190,8 +190,8 @@ TEST(JSONReading, MembersComeInOrderWithTheirRepeats) {
 }
 
 TEST(Decoding, FaultsAreToldApartAndNameTheirPlace) {
-    const JSON object =
-        decodeObject(R"({"text":"t","null":null,"number":1,"list":[{"a":"x"},{"a":2}],"map":{"k":1}})");
+    const JSON object = decodeObject(
+        R"({"text":"t","null":null,"number":1,"list":[{"a":"x"},{"a":2}],"map":{"k":1},"unnamed":{"":1}})");
     const JSONField root(object);
     EXPECT_EQ(decodeString(object, "text"), "t");
     EXPECT_FALSE(root.memberIfPresent("null"));
@@ -213,6 +213,9 @@ TEST(Decoding, FaultsAreToldApartAndNameTheirPlace) {
         {DecodingErrorCase::typeMismatch,
          [&] { static_cast<void>(root.member("map").stringTable()); },
          {"map", "k"}},
+        {DecodingErrorCase::typeMismatch,
+         [&] { static_cast<void>(root.member("unnamed").stringTable()); },
+         {"unnamed", ""}},
         {DecodingErrorCase::typeMismatch, [&] { static_cast<void>(root.member("map").elements()); }, {"map"}},
         {DecodingErrorCase::typeMismatch,
          [&] {
