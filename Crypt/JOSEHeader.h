@@ -120,9 +120,14 @@ protected:
     template <class Header>
     [[nodiscard]] static std::optional<Header> parse(Bytes&& data) {
         std::optional<JSON> object = JSONSerialization::jsonObject(asText(data));
+    /// A header of more bytes is no header: of all that a message is made of, it alone is parsed before
+    /// anything is authenticated. A chain of 16 certificates has room in it.
+    static constexpr std::size_t kLongestHeader = 65536;
+
         if (!object || !object->is_object()) return std::nullopt;
         try {
             std::optional<Header> header(std::in_place, std::move(*object), Bytes());
+        if (data.size() > kLongestHeader) return std::nullopt;
             static_cast<JOSEHeader&>(*header).headerData_ = std::move(data);
             return header;
         } catch (const HeaderParsingError&) {

@@ -47,6 +47,15 @@ TEST(HeaderReading, OnlyObjectsWithTheirRequiredTextsAreHeaders) {
     }
 }
 
+TEST(HeaderReading, AHeaderEndsAt64KiB) {
+    Bytes data = toBytes(R"({"alg":"dir","enc":"A128CBC-HS256"})");
+    data.resize(65536, ' ');
+    EXPECT_TRUE(JWEHeader::make(Bytes(data)));
+    data.push_back(' ');
+    EXPECT_FALSE(JWEHeader::make(Bytes(data)));
+    EXPECT_FALSE(JWSHeader::make(Bytes(data)));
+}
+
 TEST(HeaderReading, AHeaderThatFailsLeavesTheBytesToTheCaller) {
     Bytes data = toBytes(R"({"alg":"dir"})");
     EXPECT_FALSE(JWEHeader::make(std::move(data)));
