@@ -19,7 +19,7 @@ private:
     std::shared_ptr<Material> material_;
 };
 
-/// @return no value for anything but one DER certificate.
+/// @return no value for anything but one certificate in DER: other forms of BER are refused.
 [[nodiscard]] std::optional<SecCertificate> SecCertificateCreateWithData(ByteView der);
 
 /// The subject's public key.

@@ -103,6 +103,8 @@ SecKey adoptRsaKey(Key key, SecKeyClass keyClass) {
     const int bits = key ? EVP_PKEY_get_bits(key.get()) : 0;
     if (bits < 1 || bits > kMaxModulusBits)
         throw CFError(CFError::errSecParam, "The modulus has a length that is not supported.");
+    if (!hasUsableExponent(key.get()))
+        throw CFError(CFError::errSecParam, "The public exponent is even or below 3.");
     const SecKeyAttributes attributes{SecKeyType::kSecAttrKeyTypeRSA, keyClass,
                                       static_cast<std::size_t>(bits)};
     return SecKey(std::make_shared<SecKey::Material>(std::move(key), attributes, nullptr));
@@ -164,6 +166,13 @@ const SecCurve* secCurve(std::size_t bits) {
     for (const SecCurve& curve : kCurves)
         if (curve.bits == bits) return &curve;
     return nullptr;
+}
+
+bool hasUsableExponent(const EVP_PKEY* key) {
+    BIGNUM* exponent = nullptr;
+    EVP_PKEY_get_bn_param(key, OSSL_PKEY_PARAM_RSA_E, &exponent);
+    const Number number(exponent);
+    return number && BN_is_odd(number.get()) == 1 && BN_is_one(number.get()) == 0;
 }
 
 CFError platformError(int code, const std::string& what) {

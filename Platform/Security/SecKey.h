@@ -77,7 +77,7 @@ private:
 
 /// One RSA or EC key (P-256, P-384, P-521), public or private. A handle: copies share the key, which never
 /// changes. Any thread. Public points are checked to lie on their curve when the key is made, and never
-/// again.
+/// again; an RSA exponent that is even or 1 makes no key, for under it anything is a signature.
 class SecKey {
 public:
     struct Material;

@@ -42,6 +42,9 @@ private:
 /// @throws CFError for a key that is neither RSA nor on one of the three curves by name.
 [[nodiscard]] SecKey adoptParsedKey(openssl::Key key, SecKeyClass keyClass);
 
+/// Whether the public exponent of an RSA key is odd and at least 3 (RFC 8017 section 3.1).
+[[nodiscard]] bool hasUsableExponent(const EVP_PKEY* key);
+
 /// A failure that tells OpenSSL's newest reason.
 [[nodiscard]] CFError platformError(int code, const std::string& what);
 

@@ -1,6 +1,7 @@
 #include "Platform/Security/SecTrust.h"
 
 #include "Platform/Security/SecCertificateMaterial.h"
+#include "Platform/Security/SecKeyMaterial.h"
 
 #include <openssl/x509_vfy.h>
 
@@ -12,6 +13,7 @@ using namespace openssl;
 
 constexpr int kIntermediateLimit = 16;
 constexpr int kAuthenticationLevel = 1;
+constexpr int kLeastModulusBits = 2048;
 
 void freeStack(STACK_OF(X509) * stack) {
     sk_X509_free(stack);
@@ -35,10 +37,25 @@ CFError reason(int code) {
 void configure(X509_VERIFY_PARAM* parameters,
                std::optional<std::chrono::system_clock::time_point> verifyDate) {
     // An anchor ends the chain, whether or not it signed itself.
-    X509_VERIFY_PARAM_set_flags(parameters, X509_V_FLAG_PARTIAL_CHAIN);
+    X509_VERIFY_PARAM_set_flags(parameters, X509_V_FLAG_PARTIAL_CHAIN | X509_V_FLAG_POLICY_CHECK);
+    // Any policy serves where a certificate demands one. OpenSSL takes no list for an empty one.
+    X509_VERIFY_PARAM_add0_policy(parameters, OBJ_nid2obj(NID_any_policy));
     X509_VERIFY_PARAM_set_depth(parameters, kIntermediateLimit);
     X509_VERIFY_PARAM_set_auth_level(parameters, kAuthenticationLevel);
     if (verifyDate) X509_VERIFY_PARAM_set_time(parameters, std::chrono::system_clock::to_time_t(*verifyDate));
+}
+
+bool isWeak(const EVP_PKEY* key) {
+    const bool isRSA = EVP_PKEY_is_a(key, "RSA") == 1 || EVP_PKEY_is_a(key, "RSA-PSS") == 1;
+    return isRSA && (EVP_PKEY_get_bits(key) < kLeastModulusBits || !hasUsableExponent(key));
+}
+
+/// OpenSSL's levels of strength round a modulus up and do not look at its exponent.
+std::optional<CFError> weakKeyOf(const STACK_OF(X509) * chain) {
+    for (int index = 0; index < sk_X509_num(chain); ++index)
+        if (isWeak(X509_get0_pubkey(sk_X509_value(chain, index))))
+            return reason(index == 0 ? X509_V_ERR_EE_KEY_TOO_SMALL : X509_V_ERR_CA_KEY_TOO_SMALL);
+    return std::nullopt;
 }
 
 } // namespace
@@ -74,7 +91,7 @@ SecTrustEvaluateWithError(const SecTrust& trust,
     configure(X509_STORE_CTX_get0_param(context.get()), verifyDate);
 
     if (X509_verify_cert(context.get()) != 1) return reason(X509_STORE_CTX_get_error(context.get()));
-    return std::nullopt;
+    return weakKeyOf(X509_STORE_CTX_get0_chain(context.get()));
 }
 
 } // namespace korvane

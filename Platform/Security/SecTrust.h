@@ -17,7 +17,7 @@ inline constexpr OSStatus errSecSuccess = 0;
 enum class SecPolicy { basicX509 };
 
 /// RFC 5280 section 6 without revocation: validity, signatures, basic constraints, key usage, name
-/// constraints, critical extensions. No host name, no purpose.
+/// constraints, policy constraints, critical extensions. No host name, no purpose.
 [[nodiscard]] SecPolicy SecPolicyCreateBasicX509();
 
 /// Certificates to judge, and the anchors that they are judged by. A value; evaluating does not change it.
@@ -48,8 +48,9 @@ private:
 /// asked, and without any nothing is trusted.
 OSStatus SecTrustSetAnchorCertificates(SecTrust& trust, std::span<const SecCertificate> anchors);
 
-/// Judges the first certificate. Refused as too weak are MD5 and SHA-1 signatures and keys under 80 bits of
-/// strength (RSA: 1024 bits); chains end after 16 intermediate certificates.
+/// Judges the first certificate. Refused as too weak, wherever they stand in the chain, are MD5 and SHA-1
+/// signatures, RSA moduli below 2048 bits and public exponents that are even or 1; chains end after 16
+/// intermediate certificates.
 /// @param verifyDate  the time of the judgement; no value is now.
 /// @return no value for a chain that reaches an anchor, else OpenSSL's reason as number and text.
 [[nodiscard]] std::optional<CFError>

@@ -1,6 +1,8 @@
 #include "Platform/Security/SecKey.h"
+#include "Crypt/SecKeyRSAPublicKey.h"
 #include "Platform/Security/SecCertificate.h"
 #include "tests/support/Files.h"
+#include "tests/support/TestPki.h"
 
 #include <gmock/gmock.h>
 
@@ -100,6 +102,33 @@ TEST(SecKeyImport, PointsAndNumbersAreChecked) {
     EXPECT_THROW(static_cast<void>(SecKeyCreateWithData(good, {kEc, kPrivate, 255})), CFError);
     EXPECT_THROW(static_cast<void>(SecKeyCreateRandomKey(kEc, 224)), CFError);
     EXPECT_THROW(static_cast<void>(SecKeyCreateWithRSAPrivateNumbers({}, Bytes{3}, Bytes{5})), CFError);
+}
+
+TEST(SecKeyImport, RsaExponentsThatMakeAnythingASignatureAreRefused) {
+    const RSAPublicKeyComponents good =
+        rsaPublicKeyComponents(SecKeyCopyPublicKey(SecKeyCreateWithPEM(readFile(path("rsa")))));
+    const struct {
+        Bytes exponent;
+        bool isGood;
+    } rows[] = {{{3}, true}, {{1, 0, 1}, true}, {{0}, false}, {{1}, false}, {{2}, false}, {{1, 0, 0}, false}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(testing::PrintToString(row.exponent));
+        const auto isMade = [](const auto& make) {
+            try {
+                static_cast<void>(make());
+                return true;
+            } catch (const CFError&) {
+                return false;
+            }
+        };
+        const Bytes der = representing(std::type_identity<Bytes>{}, {good.modulus, row.exponent});
+        EXPECT_EQ(isMade([&] { return SecKeyCreateWithData(der, {kRsa, kPublic, 1024}); }), row.isGood);
+        EXPECT_EQ(
+            isMade([&] { return SecKeyCreateWithRSAPrivateNumbers(good.modulus, row.exponent, Bytes{5}); }),
+            row.isGood);
+    }
+    EXPECT_FALSE(SecCertificateCopyKey(selfSigned({.key = TestKeyType::rsaOfOne}).certificate()));
+    EXPECT_THROW(static_cast<void>(selfSigned({.key = TestKeyType::rsaOfOne}).privateKey()), CFError);
 }
 
 TEST(SecKeyAlgorithms, TypeAndClassMustSuit) {

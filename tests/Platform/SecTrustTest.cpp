@@ -1,4 +1,5 @@
 #include "Platform/Security/SecTrust.h"
+#include "Platform/Security/DEREncoding.h"
 #include "tests/support/TestPki.h"
 
 #include <gmock/gmock.h>
@@ -25,6 +26,9 @@ std::string judged(const std::vector<TestIdentity>& chain, const std::vector<Tes
     return error ? error->localizedDescription() : "";
 }
 
+/// The one policy 1.2.3.4.
+constexpr const char* kPolicy = "DER:3007300506032A0304";
+
 TEST(SecTrust, WithoutCertificatesIsNotMade) {
     std::optional<SecTrust> trust;
     EXPECT_EQ(SecTrustCreateWithCertificates({}, SecPolicyCreateBasicX509(), trust), CFError::errSecParam);
@@ -41,12 +45,21 @@ TEST(SecTrust, ChainsUpToTheAnchorAreTrusted) {
     ten.insert(ten.begin(), line[9].issue({}));
     ASSERT_EQ(ten.size(), 10U);
 
+    CertificateFields withPolicy = authority("Policy");
+    withPolicy.extensions = {{"policyConstraints", "critical,requireExplicitPolicy:0"},
+                             {"certificatePolicies", kPolicy}};
+    const TestIdentity constrained = root.issue(withPolicy);
+
     struct Row {
         const char* name;
         std::vector<TestIdentity> chain;
         std::vector<TestIdentity> anchors;
     };
     const std::vector<Row> rows{
+        {"a policy that is asked for and there",
+         {constrained.issue({.extensions = {{"certificatePolicies", kPolicy}}}), constrained},
+         {root}},
+        {"RSA of 2048 bits", {root.issue({.key = TestKeyType::rsa2048})}, {root}},
         {"leaf under the root", {direct}, {root}},
         {"the root sent too", {direct, root}, {root}},
         {"two intermediates", {leaf, second, first}, {root}},
@@ -80,6 +93,17 @@ TEST(SecTrust, BrokenChainsAreRefused) {
     changed.der.back() ^= 1U;
     std::vector<TestIdentity> deep = authorities(18);
     std::vector<TestIdentity> tooDeep{deep.rbegin(), deep.rend() - 1};
+
+    const auto under = [&root](TestKeyType key) {
+        CertificateFields fields = authority("Weak");
+        fields.key = key;
+        return root.issue(fields);
+    };
+    const TestIdentity small = under(TestKeyType::rsa1024);
+    const TestIdentity ofOne = under(TestKeyType::rsaOfOne);
+    CertificateFields withPolicy = authority("Policy");
+    withPolicy.extensions = {{"policyConstraints", "critical,requireExplicitPolicy:0"}};
+    const TestIdentity constrained = root.issue(withPolicy);
 
     struct Row {
         const char* name;
@@ -121,6 +145,18 @@ TEST(SecTrust, BrokenChainsAreRefused) {
          {root.issue({.digest = "SHA1"})},
          {root},
          "CA signature digest algorithm too weak"},
+        {"RSA of 1024 bits", {small}, {root}, "EE certificate key too weak"},
+        {"RSA of 1024 bits above the leaf", {small.issue({}), small}, {root}, "CA certificate key too weak"},
+        {"RSA of 1024 bits as anchor", {small.issue({})}, {small}, "CA certificate key too weak"},
+        {"the leaf's RSA exponent is 1", {ofOne}, {root}, "EE certificate key too weak"},
+        {"a forgery under an RSA exponent of 1",
+         {ofOne.issue({}), ofOne},
+         {root},
+         "CA certificate key too weak"},
+        {"a policy that is asked for and not there",
+         {constrained.issue({}), constrained},
+         {root},
+         "no explicit policy"},
         {"unknown critical extension",
          {root.issue({.hasUnknownCriticalExtension = true})},
          {root},
@@ -141,6 +177,81 @@ TEST(SecTrust, IsJudgedByTheDateThatIsGiven) {
     EXPECT_EQ(judged({leaf}, {root}, now + 364 * day), "");
     EXPECT_EQ(judged({leaf}, {root}, now + 366 * day), "certificate has expired");
     EXPECT_EQ(judged({leaf}, {root}, now - 2 * day), "certificate is not yet valid");
+}
+
+Bytes replaced(Bytes bytes, const Bytes& from, const Bytes& to) {
+    const auto found = std::search(bytes.begin(), bytes.end(), from.begin(), from.end());
+    EXPECT_NE(found, bytes.end());
+    std::copy(to.begin(), to.end(), found);
+    return bytes;
+}
+
+TEST(SecCertificate, BERThatIsNotDERIsRefused) {
+    const Bytes der = selfSigned(authority("Root")).der;
+    ASSERT_EQ(der[1], 0x82) << "a length of two bytes";
+    Bytes longLength = der;
+    longLength[1] = 0x83;
+    longLength.insert(longLength.begin() + 2, 0);
+    Bytes indefinite = der;
+    indefinite[1] = 0x80;
+    indefinite.erase(indefinite.begin() + 2, indefinite.begin() + 4);
+    indefinite.insert(indefinite.end(), 2, 0);
+    const struct {
+        const char* name;
+        Bytes bytes;
+    } rows[] = {
+        {"a length with a zero in front", longLength},
+        {"an indefinite length", indefinite},
+        {"a critical extension that says 01",
+         replaced(der, {0x1D, 0x13, 0x01, 0x01, 0xFF}, {0x1D, 0x13, 0x01, 0x01, 0x01})},
+        {"an authority that says 01",
+         replaced(der, {0x30, 3, 0x01, 0x01, 0xFF}, {0x30, 3, 0x01, 0x01, 0x01})},
+    };
+    EXPECT_TRUE(SecCertificateCreateWithData(der));
+    for (const auto& row : rows)
+        EXPECT_FALSE(SecCertificateCreateWithData(row.bytes)) << row.name;
+}
+
+TEST(SecCertificate, DERIsToldByItsBytes) {
+    const struct {
+        Bytes bytes;
+        bool isDER;
+    } rows[] = {
+        {{}, false},
+        {{0x30}, false},
+        {{0x30, 0}, true},
+        {{0x30, 0, 0}, false},    // a byte behind the value
+        {{0x10, 0}, false},       // a primitive SEQUENCE
+        {{0x30, 0x81, 0}, false}, // a length that one byte holds
+        {{0x30, 0x84, 0xFF, 0xFF, 0xFF, 0xFF}, false},
+        {{0x30, 0x88, 1, 0, 0, 0, 0, 0, 0, 0}, false},
+        {{0x1F, 0x81, 1, 0}, false}, // a tag of several bytes
+        {{0x01, 1, 0xFF}, true},
+        {{0x01, 1, 0x01}, false},
+        {{0x02, 0}, false},
+        {{0x02, 2, 0x00, 0x80}, true},
+        {{0x02, 2, 0x00, 0x7F}, false},
+        {{0x02, 2, 0xFF, 0x80}, false},
+        {{0x02, 2, 0xFF, 0x7F}, true},
+        {{0x03, 2, 4, 0xF0}, true},
+        {{0x03, 2, 4, 0xF8}, false}, // an unused bit that is set
+        {{0x03, 1, 1}, false},
+        {{0x05, 1, 0}, false},
+        {{0x06, 2, 0x80, 1}, false},    // a subidentifier with a zero in front
+        {{0x06, 1, 0x81}, false},       // one that does not end
+        {{0x24, 3, 0x04, 1, 7}, false}, // octets in pieces
+        {{0xA0, 2, 0x05, 0}, true},
+        {{0xA0, 2, 0x05, 1}, false},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(isDER(row.bytes), row.isDER) << testing::PrintToString(row.bytes);
+    Bytes deep;
+    for (int level = 0; level < 32; ++level) {
+        EXPECT_TRUE(level == 0 || isDER(deep)) << level;
+        deep.insert(deep.begin(), {0x30, static_cast<std::uint8_t>(deep.size())});
+    }
+    deep.insert(deep.begin(), {0x30, static_cast<std::uint8_t>(deep.size())});
+    EXPECT_FALSE(isDER(deep)) << "33 levels";
 }
 
 TEST(SecTrust, ManyThreadsJudgeOneChainAndTakeItsKey) {

@@ -5,6 +5,7 @@
 #include <openssl/evp.h>
 #include <openssl/x509.h>
 #include <openssl/x509v3.h>
+#include <openssl/param_build.h>
 
 #include <memory>
 
@@ -17,12 +18,41 @@ using Certificate = std::unique_ptr<X509, decltype(&X509_free)>;
 
 Key generate(TestKeyType type) {
     const auto made = [](EVP_PKEY* key) { return Key(key, EVP_PKEY_free); };
+using Number = std::unique_ptr<BIGNUM, decltype(&BN_free)>;
+
+/// An RSA key like any other, whose exponents then become 1.
+Key rsaOfOne() {
+    const Key ordinary(EVP_RSA_gen(2048U), EVP_PKEY_free);
+    const std::unique_ptr<OSSL_PARAM_BLD, decltype(&OSSL_PARAM_BLD_free)> builder(OSSL_PARAM_BLD_new(),
+                                                                                  OSSL_PARAM_BLD_free);
+    std::vector<Number> numbers;
+    for (const char* name : {OSSL_PKEY_PARAM_RSA_N, OSSL_PKEY_PARAM_RSA_FACTOR1, OSSL_PKEY_PARAM_RSA_FACTOR2,
+                             OSSL_PKEY_PARAM_RSA_COEFFICIENT1}) {
+        BIGNUM* number = nullptr;
+        EVP_PKEY_get_bn_param(ordinary.get(), name, &number);
+        OSSL_PARAM_BLD_push_BN(builder.get(), name, numbers.emplace_back(number, BN_free).get());
+    }
+    for (const char* name : {OSSL_PKEY_PARAM_RSA_E, OSSL_PKEY_PARAM_RSA_D, OSSL_PKEY_PARAM_RSA_EXPONENT1,
+                             OSSL_PKEY_PARAM_RSA_EXPONENT2})
+        OSSL_PARAM_BLD_push_BN(builder.get(), name, BN_value_one());
+    const std::unique_ptr<OSSL_PARAM, decltype(&OSSL_PARAM_free)> parameters(
+        OSSL_PARAM_BLD_to_param(builder.get()), OSSL_PARAM_free);
+    const std::unique_ptr<EVP_PKEY_CTX, decltype(&EVP_PKEY_CTX_free)> context(
+        EVP_PKEY_CTX_new_from_name(nullptr, "RSA", nullptr), EVP_PKEY_CTX_free);
+    EVP_PKEY* key = nullptr;
+    EVP_PKEY_fromdata_init(context.get());
+    EVP_PKEY_fromdata(context.get(), &key, EVP_PKEY_KEYPAIR, parameters.get());
+    return {key, EVP_PKEY_free};
+}
+
     switch (type) {
     case TestKeyType::p256: return made(EVP_EC_gen("P-256"));
     case TestKeyType::p384: return made(EVP_EC_gen("P-384"));
     case TestKeyType::rsa2048: return made(EVP_RSA_gen(2048U));
     case TestKeyType::ed25519: break;
     }
+    case TestKeyType::rsa1024: return made(EVP_RSA_gen(1024U));
+    case TestKeyType::rsaOfOne: return rsaOfOne();
     return made(EVP_PKEY_Q_keygen(nullptr, nullptr, "ED25519"));
 }
 
@@ -57,6 +87,8 @@ void addExtensions(X509* certificate, const CertificateFields& fields) {
     if (!fields.keyUsage.empty()) addExtension(certificate, NID_key_usage, fields.keyUsage.c_str());
     // Nothing that judges chains knows what a comment would demand.
     if (fields.hasUnknownCriticalExtension)
+    for (const auto& [name, value] : fields.extensions)
+        addExtension(certificate, OBJ_sn2nid(name.c_str()), value.c_str());
         addExtension(certificate, NID_netscape_comment, "critical,DER:0401AA");
 }
 

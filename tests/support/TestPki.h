@@ -5,11 +5,13 @@
 #include "Platform/Security/SecKey.h"
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace korvane {
 
-enum class TestKeyType { p256, p384, rsa2048, ed25519 };
+/// `rsaOfOne` has 1 for its exponents, so that a padded text is its own signature.
+enum class TestKeyType { p256, p384, rsa2048, rsa1024, rsaOfOne, ed25519 };
 
 enum class TestBasicConstraints { absent, endEntity, authority };
 
@@ -26,6 +28,8 @@ struct CertificateFields {
     bool hasUnknownCriticalExtension = false;
     /// As OpenSSL writes it ("keyCertSign"); empty for none.
     std::string keyUsage = {};
+    /// Further extensions: name and value, as OpenSSL writes them.
+    std::vector<std::pair<std::string, std::string>> extensions = {};
 };
 
 /// A certificate with its private key. A value.
