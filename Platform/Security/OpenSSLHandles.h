@@ -46,19 +46,29 @@ HandleType required(HandleType handle, const char* name) {
     return handle;
 }
 
-/// Drops the errors that the enclosed calls leave in the thread's queue.
+/// Drops the errors that the enclosed calls leave in the thread's queue, and tells them from those that stood
+/// there before: the application may use OpenSSL too.
 class ErrorScope {
 public:
-    ErrorScope() { ERR_set_mark(); }
+    ErrorScope() {
+        ERR_set_mark();
+        ERR_raise(ERR_LIB_USER, kBeginning);
+    }
     ErrorScope(const ErrorScope&) = delete;
     ErrorScope& operator=(const ErrorScope&) = delete;
     ~ErrorScope() { ERR_pop_to_mark(); }
 
-    /// The newest error as text, or an empty text.
+    /// The newest error since the innermost scope began as text, or an empty text.
     [[nodiscard]] static std::string reason() {
-        const char* text = ERR_reason_error_string(ERR_peek_last_error());
+        const unsigned long error = ERR_peek_last_error();
+        const bool isOurs = ERR_GET_LIB(error) == ERR_LIB_USER && ERR_GET_REASON(error) == kBeginning;
+        const char* text = isOurs ? nullptr : ERR_reason_error_string(error);
         return text ? text : "";
     }
+
+private:
+    /// An entry of the queue that is no error.
+    static constexpr int kBeginning = 1;
 };
 
 } // namespace korvane::openssl

@@ -131,6 +131,19 @@ TEST(SecKeyImport, RsaExponentsThatMakeAnythingASignatureAreRefused) {
     EXPECT_THROW(static_cast<void>(selfSigned({.key = TestKeyType::rsaOfOne}).privateKey()), CFError);
 }
 
+TEST(SecKeyImport, FailuresTellNoErrorThatStoodThereBefore) {
+    const ForeignOpenSSLError foreign;
+    Bytes der = readPemAsDer(path("p256"));
+    der.push_back(0);
+    try {
+        static_cast<void>(SecKeyCreateWithPKCS8(der));
+        ADD_FAILURE() << "raised nothing";
+    } catch (const CFError& error) {
+        EXPECT_EQ(error.localizedDescription(), "The bytes are not one key.");
+    }
+    EXPECT_TRUE(ForeignOpenSSLError::stands());
+}
+
 TEST(SecKeyAlgorithms, TypeAndClassMustSuit) {
     const SecKey ec = SecKeyCreateRandomKey(kEc, 256);
     const SecKey rsa = SecKeyCreateWithPEM(readFile(path("rsa")));

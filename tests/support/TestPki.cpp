@@ -2,10 +2,12 @@
 
 #include "Crypt/DataExtensions.h"
 
+#include <openssl/core_names.h>
+#include <openssl/err.h>
 #include <openssl/evp.h>
+#include <openssl/param_build.h>
 #include <openssl/x509.h>
 #include <openssl/x509v3.h>
-#include <openssl/param_build.h>
 
 #include <memory>
 
@@ -16,8 +18,6 @@ namespace {
 using Key = std::unique_ptr<EVP_PKEY, decltype(&EVP_PKEY_free)>;
 using Certificate = std::unique_ptr<X509, decltype(&X509_free)>;
 
-Key generate(TestKeyType type) {
-    const auto made = [](EVP_PKEY* key) { return Key(key, EVP_PKEY_free); };
 using Number = std::unique_ptr<BIGNUM, decltype(&BN_free)>;
 
 /// An RSA key like any other, whose exponents then become 1.
@@ -45,14 +45,16 @@ Key rsaOfOne() {
     return {key, EVP_PKEY_free};
 }
 
+Key generate(TestKeyType type) {
+    const auto made = [](EVP_PKEY* key) { return Key(key, EVP_PKEY_free); };
     switch (type) {
     case TestKeyType::p256: return made(EVP_EC_gen("P-256"));
     case TestKeyType::p384: return made(EVP_EC_gen("P-384"));
     case TestKeyType::rsa2048: return made(EVP_RSA_gen(2048U));
-    case TestKeyType::ed25519: break;
-    }
     case TestKeyType::rsa1024: return made(EVP_RSA_gen(1024U));
     case TestKeyType::rsaOfOne: return rsaOfOne();
+    case TestKeyType::ed25519: break;
+    }
     return made(EVP_PKEY_Q_keygen(nullptr, nullptr, "ED25519"));
 }
 
@@ -85,10 +87,10 @@ void addExtensions(X509* certificate, const CertificateFields& fields) {
     if (fields.basicConstraints == TestBasicConstraints::endEntity)
         addExtension(certificate, NID_basic_constraints, "critical,CA:FALSE");
     if (!fields.keyUsage.empty()) addExtension(certificate, NID_key_usage, fields.keyUsage.c_str());
-    // Nothing that judges chains knows what a comment would demand.
-    if (fields.hasUnknownCriticalExtension)
     for (const auto& [name, value] : fields.extensions)
         addExtension(certificate, OBJ_sn2nid(name.c_str()), value.c_str());
+    // Nothing that judges chains knows what a comment would demand.
+    if (fields.hasUnknownCriticalExtension)
         addExtension(certificate, NID_netscape_comment, "critical,DER:0401AA");
 }
 
@@ -150,6 +152,18 @@ std::vector<TestIdentity> authorities(std::size_t intermediates) {
     while (made.size() <= intermediates)
         made.push_back(made.back().issue(authority("Intermediate " + std::to_string(made.size()))));
     return made;
+}
+
+ForeignOpenSSLError::ForeignOpenSSLError() {
+    ERR_raise(ERR_LIB_EVP, EVP_R_BAD_DECRYPT);
+}
+
+ForeignOpenSSLError::~ForeignOpenSSLError() {
+    ERR_clear_error();
+}
+
+bool ForeignOpenSSLError::stands() {
+    return ERR_GET_REASON(ERR_peek_last_error()) == EVP_R_BAD_DECRYPT;
 }
 
 } // namespace korvane

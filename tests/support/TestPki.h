@@ -54,4 +54,16 @@ struct TestIdentity {
 /// A root at the front, and `intermediates` authorities below it, each under the one before.
 [[nodiscard]] std::vector<TestIdentity> authorities(std::size_t intermediates);
 
+/// An error in OpenSSL's queue, as an application leaves one that uses OpenSSL too.
+class ForeignOpenSSLError {
+public:
+    ForeignOpenSSLError();
+    ForeignOpenSSLError(const ForeignOpenSSLError&) = delete;
+    ForeignOpenSSLError& operator=(const ForeignOpenSSLError&) = delete;
+    ~ForeignOpenSSLError();
+
+    /// Whether it is the newest one still.
+    [[nodiscard]] static bool stands();
+};
+
 } // namespace korvane
