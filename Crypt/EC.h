@@ -95,7 +95,7 @@ struct EC {
 
     /// @param signature  raw r and s of the algorithm's curve.
     /// @throws ECError unknownOrUnsupportedAlgorithm, invalidCurveDigestAlgorithm; verifyingFailed for
-    /// another length.
+    /// another length; invalidKeySize for a key of another curve.
     [[nodiscard]] static bool verify(ByteView verifyingInput, ByteView signature, const SecKey& publicKey,
                                      SignatureAlgorithm algorithm);
 };

@@ -24,7 +24,8 @@ Signing requireSigning(SignatureAlgorithm algorithm) {
     return {*platform, *curve};
 }
 
-/// The numbers of a larger curve would not fit into the signature.
+/// An algorithm goes with one curve (RFC 7518 section 3.4): the numbers of a larger one would not fit into
+/// the signature, those of a smaller one would, and give a key less strength than its algorithm says.
 void requireCurve(const SecKey& key, ECCurveType curve) {
     const SecKeyAttributes attributes = SecKeyCopyAttributes(key);
     if (attributes.kSecAttrKeyType == SecKeyType::kSecAttrKeyTypeEC &&
@@ -79,6 +80,7 @@ bool EC::verify(ByteView verifyingInput, ByteView signature, const SecKey& publi
         throw ECError(verifyingFailed,
                       Description{"Signature is " + std::to_string(signature.size()) +
                                   " bytes long instead of the expected " + std::to_string(expected) + "."});
+    requireCurve(publicKey, signing.curve);
     try {
         return SecKeyVerifySignature(publicKey, signing.algorithm, verifyingInput, toX962(signature));
     } catch (const CFError& error) {

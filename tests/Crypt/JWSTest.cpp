@@ -1,4 +1,5 @@
 #include "Crypt/JWS.h"
+#include "Crypt/ASN1DER.h"
 #include "Crypt/EC.h"
 #include "tests/support/Failures.h"
 
@@ -88,6 +89,24 @@ TEST(JWSValidation, ECSignaturesMustHaveTheirLength) {
                   EC::verify(Bytes(1), Bytes(64), publicKey(SA::ES256), SA::RS256));
 }
 
+TEST(JWSValidation, ASmallerCurveThanThatOfTheAlgorithmIsRefused) {
+    // The numbers of P-256 fit into a signature of ES512, and are genuine by all but their length.
+    const std::string input = base64URLEncodedString(JWSHeader(SA::ES512).data()) + ".dGV4dA";
+    const Bytes x962 = SecKeyCreateSignature(privateKey(SA::ES256),
+                                             SecKeyAlgorithm::kSecKeyAlgorithmECDSASignatureMessageX962SHA512,
+                                             asBytes(input));
+    const ByteView numbers = read(x962, ASN1Type::sequence);
+    Bytes signature = Asn1IntegerConversion::toRaw(read(numbers, ASN1Type::integer), 66);
+    const Bytes s =
+        Asn1IntegerConversion::toRaw(read(skip(numbers, ASN1Type::integer), ASN1Type::integer), 66);
+    signature.insert(signature.end(), s.begin(), s.end());
+    const JWS jws(input + "." + base64URLEncodedString(signature));
+    EXPECT_RAISES(verifyingFailed, jws.validate(publicKey(SA::ES256)));
+    EXPECT_RAISES(verifyingFailed, jws.validate(Verifier::make(SA::ES512, publicKey(SA::ES256)).value()));
+    EXPECT_RAISES(ECErrorCase::invalidKeySize,
+                  EC::verify(asBytes(input), signature, publicKey(SA::ES256), SA::ES512));
+}
+
 TEST(JWSSigning, FailuresSayWhatHappened) {
     const auto signing = [](SA header, SA algorithm, const SecKey& key) {
         return
@@ -99,6 +118,11 @@ TEST(JWSSigning, FailuresSayWhatHappened) {
     EXPECT_RAISES_SAYING(signingFailed,
                          "The operation couldn\u2019t be completed. (Korvane.RSAError error 4.)",
                          signing(SA::RS256, SA::RS256, publicKey(SA::RS256))());
+    JWSHeader unwritten(SA::ES256);
+    unwritten.setKid("\xFF");
+    EXPECT_RAISES_SAYING(
+        signingFailed, "The operation couldn\u2019t be completed. (Korvane.JWSError error 1.)",
+        JWS(unwritten, Payload(Bytes(1)), Signer::make(SA::ES256, privateKey(SA::ES256)).value()));
     const auto failure = raisedBy<JOSEErrorCase>(signing(SA::ES256, SA::ES256, publicKey(SA::ES256)));
     ASSERT_TRUE(failure);
     EXPECT_EQ(failure->kind(), signingFailed);

@@ -113,6 +113,15 @@ suite("keys", () => {
     });
 });
 
+/** A JWS whose numbers are short, and genuine by all but the curve of their key. */
+function es512UnderP256() {
+  const input = `${base64url('{"alg":"ES512"}')}.eA`;
+  const key = { key: ec["P-256"].privateKey, dsaEncoding: "ieee-p1363" };
+  const numbers = crypto.sign("sha512", Buffer.from(input), key);
+  const long = [numbers.subarray(0, 32), numbers.subarray(32)].map((n) => Buffer.concat([Buffer.alloc(34), n]));
+  return `${input}.${base64url(Buffer.concat(long))}`;
+}
+
 suite("bad lines are answered by name, and the next line is served", () => {
   const longest = 64 << 20;
   const kdf = { op: "concatKdf", z: "AA", keyDataLen: 256, algorithmID: "", partyUInfo: "", partyVInfo: "",
@@ -172,6 +181,10 @@ suite("bad lines are answered by name, and the next line is served", () => {
       says: '"keyDataLen"' },
     { name: "a JWK without its numbers", line: { ...sealing, key: { kty: "RSA", n: "AQ" } },
       library: "DecodingError.keyNotFound", says: '"e"' },
+    { name: "an RSA key with an exponent of 1", library: "JWKError.cannotConvertToSecKeyChildClasses",
+      line: { ...sealing, alg: "RSA-OAEP", key: { ...jwkOf(rsa.publicKey), e: "AQ" } } },
+    { name: "a genuine ES512 signature under a key of P-256", library: "JOSEError.verifyingFailed",
+      line: { op: "jws.verify", jws: es512UnderP256(), key: jwkOf(ec["P-256"].publicKey) } },
     { name: "an RSA key of no modulus", line: { ...sealing, key: { kty: "RSA", n: "", e: "", d: "" } },
       library: "CFError" },
     { name: "a point off its curve", library: "JWKError.cannotConvertToSecKeyChildClasses",
