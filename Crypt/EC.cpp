@@ -76,6 +76,8 @@ SecretBytes EC::encryptionContextFor(const ECPublicKey& recipientPublicKey, KeyM
     }
     const auto epk = header.epk();
     if (!epk || !ephemeral.isCorrespondWith(*epk)) header.setEpk(ephemeral.getPublic());
+    // Parameters that cannot be written leave the bytes without their "epk", and the message closed to all.
+    if (!header.isWritten()) throw ECError(encryptingFailed, Description{"The header cannot be written."});
     context.headerData = header.data();
     return context.jsonData();
 }

@@ -71,7 +71,8 @@ struct EC {
     /// The sender's side of the ECDH-ES rows, with a fresh key pair unless `options` hold one. The header
     /// that results has an "epk" of the pair with all its `parameters`, the private number included.
     /// @return the JSON of an `Encrypter::ECEncryptionContext`.
-    /// @throws what `keyAgreementCompute`, `AES::wrap` and key generation throw.
+    /// @throws ECError encryptingFailed where header or pair have a text that is not UTF-8; what
+    /// `keyAgreementCompute`, `AES::wrap` and key generation throw.
     [[nodiscard]] static SecretBytes encryptionContextFor(const ECPublicKey& recipientPublicKey,
                                                           KeyManagementAlgorithm algorithm,
                                                           ContentEncryptionAlgorithm encryption,

@@ -62,6 +62,7 @@ Encrypter::EncryptionContext Encrypter::encrypt(JWEHeader& header, const Payload
         throw JWEError(JWEErrorCase::keyManagementAlgorithmMismatch);
     if (header.contentEncryptionAlgorithm() != contentEncryptionAlgorithm_)
         throw JWEError(JWEErrorCase::contentEncryptionAlgorithmMismatch);
+    if (!header.isWritten()) throw HeaderParsingError(HeaderParsingErrorCase::headerIsNotValidJSONObject);
     Bytes encryptedKey;
     SecretBytes contentKey = determineContentKey(header, encryptedKey);
     ContentEncryptionContext content =

@@ -28,7 +28,7 @@ std::shared_ptr<const JWK> publicKey(JWKKeyType type, const JSON& object) {
 JOSEHeader::JOSEHeader(JSON parameters, std::optional<Bytes> headerData,
                        std::initializer_list<std::string_view> required)
     : parameters_(std::move(parameters)) {
-    if (!isValid()) throw HeaderParsingError(HeaderParsingErrorCase::headerIsNotValidJSONObject);
+    if (!isWritten()) throw HeaderParsingError(HeaderParsingErrorCase::headerIsNotValidJSONObject);
     for (const std::string_view name : required)
         if (!rawText(name))
             throw HeaderParsingError(HeaderParsingErrorCase::requiredHeaderParameterMissing,
@@ -36,7 +36,7 @@ JOSEHeader::JOSEHeader(JSON parameters, std::optional<Bytes> headerData,
     headerData_ = headerData ? std::move(*headerData) : serialized();
 }
 
-bool JOSEHeader::isValid() const {
+bool JOSEHeader::isWritten() const {
     return parameters_.is_object() && JSONSerialization::isValidJSONObject(parameters_);
 }
 
@@ -48,7 +48,7 @@ Bytes JOSEHeader::serialized() const {
 
 void JOSEHeader::setParameters(JSON parameters) {
     parameters_ = std::move(parameters);
-    if (isValid()) headerData_ = serialized();
+    if (isWritten()) headerData_ = serialized();
 }
 
 std::shared_ptr<const JWK> JOSEHeader::jwkTyped() const {

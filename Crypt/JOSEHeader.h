@@ -67,6 +67,10 @@ public:
     /// were.
     void setParameters(JSON parameters);
 
+    /// Whether the bytes say what the parameters say: not so after a write that JSON cannot hold, as of a
+    /// text that is not UTF-8. Such a header is neither signed nor sealed with.
+    [[nodiscard]] bool isWritten() const;
+
     [[nodiscard]] std::optional<URL> jku() const { return url(HeaderParameter::jku); }
     [[nodiscard]] std::optional<std::string> jwk() const { return text(HeaderParameter::jwk); }
     /// The "jwk" object as a public EC, symmetric or RSA key; a private key is never made of it.
@@ -116,18 +120,18 @@ protected:
     JOSEHeader(JSON parameters, std::optional<Bytes> headerData,
                std::initializer_list<std::string_view> required);
 
-    /// A header made by `Header`'s own constructor of the wire's bytes, which it takes, or no value.
-    template <class Header>
-    [[nodiscard]] static std::optional<Header> parse(Bytes&& data) {
-        std::optional<JSON> object = JSONSerialization::jsonObject(asText(data));
     /// A header of more bytes is no header: of all that a message is made of, it alone is parsed before
     /// anything is authenticated. A chain of 16 certificates has room in it.
     static constexpr std::size_t kLongestHeader = 65536;
 
+    /// A header made by `Header`'s own constructor of the wire's bytes, which it takes, or no value.
+    template <class Header>
+    [[nodiscard]] static std::optional<Header> parse(Bytes&& data) {
+        if (data.size() > kLongestHeader) return std::nullopt;
+        std::optional<JSON> object = JSONSerialization::jsonObject(asText(data));
         if (!object || !object->is_object()) return std::nullopt;
         try {
             std::optional<Header> header(std::in_place, std::move(*object), Bytes());
-        if (data.size() > kLongestHeader) return std::nullopt;
             static_cast<JOSEHeader&>(*header).headerData_ = std::move(data);
             return header;
         } catch (const HeaderParsingError&) {
@@ -151,7 +155,6 @@ protected:
 
 private:
     void setMember(std::string_view name, JSON value);
-    [[nodiscard]] bool isValid() const;
     [[nodiscard]] Bytes serialized() const;
 
     Bytes headerData_;

@@ -18,6 +18,7 @@ Bytes Signer::sign(const JWSHeader& header, const Payload& payload) const {
 
 Bytes requireSigningInput(const JWSHeader& header, const Payload& payload, SignatureAlgorithm algorithm) {
     if (header.algorithm() != algorithm) throw JWSError(JWSErrorCase::algorithmMismatch);
+    if (!header.isWritten()) throw JWSError(JWSErrorCase::cannotComputeSigningInput);
     return asJOSESigningInput(std::array<DataConvertible, 2>{header, payload});
 }
 

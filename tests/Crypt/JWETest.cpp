@@ -1,5 +1,6 @@
 #include "Crypt/JWE.h"
 #include "Crypt/AESCBCEncryption.h"
+#include "Crypt/EC.h"
 #include "Sdk/Messages/UiUtils.h"
 #include "tests/support/Failures.h"
 #include "tests/support/RecordingLogger.h"
@@ -174,6 +175,23 @@ TEST(JWEOpening, EveryTruncationIsATypedFailure) {
             EXPECT_THROW(static_cast<void>(JWE(compact.substr(0, length)).decrypt(opening)), JOSEError)
                 << length;
     }
+}
+
+TEST(JWESealing, AHeaderWhoseBytesAreNotItsParametersSealsNothing) {
+    const std::string noText = "\xFF";
+    for (const KM algorithm : {KM::direct, KM::RSAOAEP256, KM::ECDH_ES, KM::ECDH_ES_A256KW}) {
+        JWEHeader header(algorithm, CE::A128CBCHS256);
+        header.setKid(noText);
+        EXPECT_RAISES(encryptingFailed,
+                      JWE(header, Payload(Bytes(1)), encrypter(algorithm, CE::A128CBCHS256)))
+            << rawValue(algorithm);
+    }
+    const ECPrivateKey pair(SecKeyCreateRandomKey(SecKeyType::kSecAttrKeyTypeEC, 256), {{"kid", noText}});
+    EXPECT_RAISES(ECErrorCase::encryptingFailed,
+                  EC::encryptionContextFor(pair.getPublic(), KM::ECDH_ES, CE::A128CBCHS256,
+                                           JWEHeader(KM::ECDH_ES, CE::A128CBCHS256),
+                                           {{"ephemeralKeyPair", pair}}))
+        << "the header would lose its epk";
 }
 
 TEST(JWEOpening, MismatchesAreLoggedByTheDecrypter) {
