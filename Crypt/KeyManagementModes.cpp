@@ -28,14 +28,15 @@ EncryptionKeyManagementMode::Result RSAKeyEncryption::EncryptionMode::determineC
 }
 
 SecretBytes RSAKeyEncryption::DecryptionMode::determineContentEncryptionKey(ByteView encryptedKey) const {
-    SecretBytes randomKey = randomContentKey(contentEncryptionAlgorithm_);
+    // A random key first: it stays where nothing is decrypted over it, and the tag fails later (RFC 7516
+    // section 11.5).
+    SecretBytes contentKey = randomContentKey(contentEncryptionAlgorithm_);
     try {
-        SecretBytes contentKey = RSA::decrypt(encryptedKey, recipientPrivateKey_, keyManagementAlgorithm_);
-        if (contentKey.size() == randomKey.size()) return contentKey;
-    } catch (const RSAError&) {
-        return randomKey;
+        RSA::decryptInto(encryptedKey, recipientPrivateKey_, keyManagementAlgorithm_, contentKey);
+    } catch (const std::exception&) {
+        return contentKey;
     }
-    return randomKey;
+    return contentKey;
 }
 
 EncryptionKeyManagementMode::Result AESKeyWrappingMode::determineContentEncryptionKey() const {

@@ -25,6 +25,15 @@ auto orFail(RSAErrorCase failure, Operation operation) {
     }
 }
 
+SecKeyAlgorithm requireDecryption(ByteView ciphertext, const SecKey& privateKey,
+                                  KeyManagementAlgorithm algorithm) {
+    const SecKeyAlgorithm platform =
+        requireSupported(secKeyAlgorithm(algorithm), privateKey, kSecKeyOperationTypeDecrypt);
+    if (!isCipherTextLenghtSatisfied(algorithm, ciphertext, privateKey).value_or(false))
+        throw RSAError(cipherTextLenghtNotSatisfied);
+    return platform;
+}
+
 } // namespace
 
 Bytes RSA::encrypt(ByteView plaintext, const SecKey& publicKey, KeyManagementAlgorithm algorithm) {
@@ -37,12 +46,15 @@ Bytes RSA::encrypt(ByteView plaintext, const SecKey& publicKey, KeyManagementAlg
 }
 
 SecretBytes RSA::decrypt(ByteView ciphertext, const SecKey& privateKey, KeyManagementAlgorithm algorithm) {
-    const SecKeyAlgorithm platform =
-        requireSupported(secKeyAlgorithm(algorithm), privateKey, kSecKeyOperationTypeDecrypt);
-    if (!isCipherTextLenghtSatisfied(algorithm, ciphertext, privateKey).value_or(false))
-        throw RSAError(cipherTextLenghtNotSatisfied);
+    const SecKeyAlgorithm platform = requireDecryption(ciphertext, privateKey, algorithm);
     return orFail(decryptingFailed,
                   [&] { return SecKeyCreateDecryptedData(privateKey, platform, ciphertext); });
+}
+
+void RSA::decryptInto(ByteView ciphertext, const SecKey& privateKey, KeyManagementAlgorithm algorithm,
+                      std::span<std::uint8_t> text) {
+    const SecKeyAlgorithm platform = requireDecryption(ciphertext, privateKey, algorithm);
+    orFail(decryptingFailed, [&] { SecKeyDecryptInto(privateKey, platform, ciphertext, text); });
 }
 
 Bytes RSA::sign(ByteView signingInput, const SecKey& privateKey, SignatureAlgorithm algorithm) {

@@ -43,6 +43,13 @@ struct RSA {
     [[nodiscard]] static SecretBytes decrypt(ByteView ciphertext, const SecKey& privateKey,
                                              KeyManagementAlgorithm algorithm);
 
+    /// Decrypts a text of known length into `text`, which keeps what it holds where that fails; good and bad
+    /// padding take the same steps.
+    /// @throws RSAError algorithmNotSupported, cipherTextLenghtNotSatisfied, decryptingFailed where the
+    /// platform could not begin.
+    static void decryptInto(ByteView ciphertext, const SecKey& privateKey, KeyManagementAlgorithm algorithm,
+                            std::span<std::uint8_t> text);
+
     /// @throws RSAError algorithmNotSupported, signingFailed
     [[nodiscard]] static Bytes sign(ByteView signingInput, const SecKey& privateKey,
                                     SignatureAlgorithm algorithm);

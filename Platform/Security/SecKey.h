@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -149,6 +150,13 @@ private:
 /// @throws CFError when the key cannot decrypt so or the padding is bad.
 [[nodiscard]] SecretBytes SecKeyCreateDecryptedData(const SecKey& key, SecKeyAlgorithm algorithm,
                                                     ByteView ciphertext);
+
+/// Decrypts a text whose length is known into `text`, which keeps what it holds where the padding is bad or
+/// the text of another length. Both ways take the same steps, so that a peer who measures time learns nothing
+/// of the padding.
+/// @throws CFError when the key cannot decrypt so.
+void SecKeyDecryptInto(const SecKey& key, SecKeyAlgorithm algorithm, ByteView ciphertext,
+                       std::span<std::uint8_t> text);
 
 /// Plain ECDH (SP 800-56A section 5.7.1.2): the X coordinate of the shared point, big-endian at the curve's
 /// length.

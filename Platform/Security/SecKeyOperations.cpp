@@ -185,6 +185,23 @@ SecretBytes SecKeyCreateDecryptedData(const SecKey& key, SecKeyAlgorithm algorit
     return transform<SecretBytes>(key, kSecKeyOperationTypeDecrypt, algorithm, EVP_PKEY_decrypt, ciphertext);
 }
 
+void SecKeyDecryptInto(const SecKey& key, SecKeyAlgorithm algorithm, ByteView ciphertext,
+                       std::span<std::uint8_t> text) {
+    const ErrorScope errors;
+    require(key, kSecKeyOperationTypeDecrypt, algorithm);
+    const KeyContext context = key.material().context(kSecKeyOperationTypeDecrypt, algorithm);
+    SecretBytes block(static_cast<std::size_t>(EVP_PKEY_get_size(key.material().key.get())));
+    if (text.size() > block.size()) throw CFError(CFError::errSecParam, "No block holds so long a text.");
+    std::size_t length = block.size();
+    const int status =
+        EVP_PKEY_decrypt(context.get(), block.data(), &length, ciphertext.data(), ciphertext.size());
+    // From here on nothing branches on whether the padding was good: an octet is chosen by its mask.
+    const auto isTaken = static_cast<unsigned>(status == 1) & static_cast<unsigned>(length == text.size());
+    const auto taken = static_cast<std::uint8_t>(0U - isTaken);
+    for (std::size_t index = 0; index < text.size(); ++index)
+        text[index] = static_cast<std::uint8_t>((block[index] & taken) | (text[index] & ~taken));
+}
+
 SecretBytes SecKeyCopyKeyExchangeResult(const SecKey& privateKey, const SecKey& publicKey) {
     const ErrorScope errors;
     require(privateKey, kSecKeyOperationTypeKeyExchange, kSecKeyAlgorithmECDHKeyExchangeStandard);
