@@ -8,21 +8,23 @@ namespace korvane {
 
 namespace {
 
-template <std::size_t Length>
-Bytes toBytes(const std::array<std::uint8_t, Length>& octets) {
-    return {octets.begin(), octets.end()};
-}
-
 struct HashRow {
     std::size_t bitLength;
     CCHmacAlgorithm ccHmacAlgorithm;
-    Bytes (*digestFunc)(ByteView);
+    SecretBytes (*digestFunc)(ByteView);
 };
 
+template <std::size_t Length, void (*Digest)(ByteView, std::span<std::uint8_t, Length>)>
+SecretBytes digestBy(ByteView data) {
+    SecretBytes octets(Length);
+    Digest(data, std::span(octets).first<Length>());
+    return octets;
+}
+
 constexpr std::array<HashRow, 3> kHashes{{
-    {256, CCHmacAlgorithm::kCCHmacAlgSHA256, [](ByteView data) { return toBytes(CC_SHA256(data)); }},
-    {384, CCHmacAlgorithm::kCCHmacAlgSHA384, [](ByteView data) { return toBytes(CC_SHA384(data)); }},
-    {512, CCHmacAlgorithm::kCCHmacAlgSHA512, [](ByteView data) { return toBytes(CC_SHA512(data)); }},
+    {256, CCHmacAlgorithm::kCCHmacAlgSHA256, digestBy<32, CC_SHA256>},
+    {384, CCHmacAlgorithm::kCCHmacAlgSHA384, digestBy<48, CC_SHA384>},
+    {512, CCHmacAlgorithm::kCCHmacAlgSHA512, digestBy<64, CC_SHA512>},
 }};
 
 const HashRow& rowOf(Hash hash) {
@@ -139,7 +141,7 @@ CCHmacAlgorithm ccHmacAlgorithm(Hash hash) {
     return rowOf(hash).ccHmacAlgorithm;
 }
 
-Bytes digest(Hash hash, ByteView data) {
+SecretBytes digest(Hash hash, ByteView data) {
     return rowOf(hash).digestFunc(data);
 }
 

@@ -24,7 +24,7 @@ struct RawValues<Hash> {
 [[nodiscard]] std::size_t bitLength(Hash hash);
 [[nodiscard]] std::size_t digestByteLength(Hash hash);
 [[nodiscard]] CCHmacAlgorithm ccHmacAlgorithm(Hash hash);
-[[nodiscard]] Bytes digest(Hash hash, ByteView data);
+[[nodiscard]] SecretBytes digest(Hash hash, ByteView data);
 [[nodiscard]] Bytes mac(Hash hash, ByteView key, ByteView value);
 
 /// The HMACs of the content encryptions.

@@ -25,13 +25,6 @@ void appendPrefixed(Container& target, ByteView bytes) {
     append(target, bytes);
 }
 
-SecretBytes secretDigest(Hash hash, ByteView data) {
-    Bytes octets = digest(hash, data);
-    SecretBytes secret = toSecretBytes(octets);
-    cleanse(octets.data(), octets.size());
-    return secret;
-}
-
 } // namespace
 
 SecretBytes concatKDF(Hash hash, ByteView z, std::size_t keyDataLen, ByteView algorithmID,
@@ -57,7 +50,7 @@ SecretBytes concatKDF(Hash hash, ByteView z, std::size_t keyDataLen, ByteView al
     for (std::size_t counter = 1; counter <= reps; ++counter) {
         const Bytes octets = bigEndianData(static_cast<std::uint32_t>(counter));
         std::copy(octets.begin(), octets.end(), round.begin());
-        SecretBytes part = secretDigest(hash, round);
+        SecretBytes part = digest(hash, round);
         if (counter == reps && modLen > 0) part = truncateBitLen(std::move(part), modLen);
         append(key, part);
     }

@@ -1,6 +1,7 @@
 #include "Crypt/DeflateWrapper.h"
 
 #include "Crypt/JOSEError.h"
+#include "Platform/Security/Secret.h"
 
 #include <algorithm>
 
@@ -40,12 +41,13 @@ CompressorFactory::makeCompressor(std::optional<CompressionAlgorithm> algorithm)
 }
 
 std::optional<Bytes> perform(CompressionOperation operation, ByteView source, std::size_t sourceSize,
-                             Bytes preload) {
+                             ByteView preload) {
     if (operation == CompressionOperation::encode && sourceSize == 0) return std::nullopt;
     auto stream = CompressionStream::make(operation, source);
     if (!stream) return std::nullopt;
-    Bytes result = std::move(preload);
-    Bytes step(std::clamp(sourceSize, std::size_t{1}, kLargestStep));
+    // Either side of the stream may be a payload: what grows and what is passed on are cleansed.
+    SecretBytes result = toSecretBytes(preload);
+    SecretBytes step(std::clamp(sourceSize, std::size_t{1}, kLargestStep));
     for (;;) {
         std::size_t produced = 0;
         const CompressionStream::Status status = stream->process(step, produced);
@@ -53,7 +55,7 @@ std::optional<Bytes> perform(CompressionOperation operation, ByteView source, st
         if (operation == CompressionOperation::decode && result.size() + produced > kLargestInflated)
             return std::nullopt;
         result.insert(result.end(), step.begin(), step.begin() + static_cast<std::ptrdiff_t>(produced));
-        if (status == CompressionStream::Status::end) return result;
+        if (status == CompressionStream::Status::end) return toBytes(result);
     }
 }
 

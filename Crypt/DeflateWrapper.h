@@ -58,6 +58,6 @@ public:
 /// than
 ///         16 MiB: a short message must not fill the memory.
 [[nodiscard]] std::optional<Bytes> perform(CompressionOperation operation, ByteView source,
-                                           std::size_t sourceSize, Bytes preload = {});
+                                           std::size_t sourceSize, ByteView preload = {});
 
 } // namespace korvane

@@ -41,7 +41,7 @@ Encrypter::ECEncryptionContext Encrypter::ECEncryptionContext::make(ByteView jso
     Bytes contentKey = decodeBase64(*object, kContentKey);
     ECEncryptionContext context{decodeBase64(*object, kHeaderData), decodeBase64(*object, kEncryptedKey),
                                 toSecretBytes(contentKey)};
-    cleanse(contentKey.data(), contentKey.size());
+    cleanse(contentKey);
     return context;
 }
 

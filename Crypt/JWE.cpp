@@ -90,7 +90,7 @@ Payload JWE::open(const Decrypter& decrypter) const {
         Bytes opened = decrypter.decrypt(
             {header_, encryptedKey_, initializationVector_, ciphertext_, authenticationTag_});
         if (compression == CompressionAlgorithm::NONE) return Payload(std::move(opened));
-        return Payload(compressor.decompress(opened));
+        return Payload(compressor.decompress(Payload(std::move(opened)).data()));
     });
 }
 

@@ -1,7 +1,7 @@
 #include "Crypt/JWK.h"
 
+#include "Crypt/Algorithms.h"
 #include "Crypt/DataExtensions.h"
-#include "Platform/Security/CommonCrypto.h"
 
 #include <algorithm>
 
@@ -20,7 +20,7 @@ bool holdsArray(std::string_view name) {
 }
 
 /// @return no value when a text is not UTF-8.
-std::optional<std::string> jsonObject(const StringMap& members) {
+std::optional<SecretString> jsonObject(const StringMap& members) {
     // Room for all of it, so that no half-written copy of a private number is left behind by growth.
     std::size_t length = 2;
     for (const auto& [name, value] : members)
@@ -30,7 +30,7 @@ std::optional<std::string> jsonObject(const StringMap& members) {
         if (!isUtf8(name) || !isUtf8(value)) return std::nullopt;
         writer.addString(name, value);
     }
-    return std::move(writer).finish();
+    return SecretString(std::move(writer).finish());
 }
 
 } // namespace
@@ -73,7 +73,8 @@ std::optional<std::string> JWK::jsonString() const {
         if (isJWKParameter(name)) members.emplace(name, value);
     for (const std::string_view name : form_->numbers)
         members.emplace(name, number(name));
-    return jsonObject(members);
+    const std::optional<SecretString> json = jsonObject(members);
+    return json ? std::optional(json->text()) : std::nullopt;
 }
 
 std::optional<Bytes> JWK::jsonData() const {
@@ -86,9 +87,9 @@ std::optional<Bytes> JWK::jsonData() const {
 
 std::string JWK::thumbprint(JWKThumbprintAlgorithm algorithm) const {
     // The map is sorted by name, as RFC 7638 section 3.3 wants its input.
-    const std::optional<std::string> json = jsonObject(requiredParameters());
+    const std::optional<SecretString> json = jsonObject(requiredParameters());
     if (!json) throw JOSEError(JOSEErrorCase::thumbprintSerialization);
-    return Thumbprint::calculate(asBytes(*json), algorithm);
+    return Thumbprint::calculate(asBytes(json->text()), algorithm);
 }
 
 Bytes JWK::decodedNumber(std::string_view name, JOSEErrorCase failure) const {
@@ -100,7 +101,7 @@ Bytes JWK::decodedNumber(std::string_view name, JOSEErrorCase failure) const {
 SecretBytes JWK::decodedSecret(std::string_view name, JOSEErrorCase failure) const {
     Bytes bytes = decodedNumber(name, failure);
     SecretBytes secret = toSecretBytes(bytes);
-    cleanse(bytes.data(), bytes.size());
+    cleanse(bytes);
     return secret;
 }
 
@@ -120,8 +121,7 @@ void JWK::requireCurve() const {
 
 std::string Thumbprint::calculate(ByteView input, JWKThumbprintAlgorithm algorithm) {
     if (input.empty()) throw ThumbprintError(ThumbprintErrorCase::inputMustBeGreaterThanZero);
-    const auto digest = CC_SHA256(input);
-    return base64URLEncodedString(ByteView(digest).first(outputLenght(algorithm)));
+    return base64URLEncodedString(ByteView(digest(Hash::SHA256, input)).first(outputLenght(algorithm)));
 }
 
 } // namespace korvane

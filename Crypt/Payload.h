@@ -2,16 +2,25 @@
 
 #include "Crypt/DeflateWrapper.h"
 #include "Platform/Bytes.h"
+#include "Platform/Security/Secret.h"
 
 #include <optional>
 #include <utility>
 
 namespace korvane {
 
-/// The plaintext bytes of a JWE or JWS.
+/// The plaintext bytes of a JWE or JWS. They are overwritten when the payload dies; who moves them out of it
+/// answers for them.
 class Payload {
 public:
     explicit Payload(Bytes payload) : payload_(std::move(payload)) {}
+    Payload(const Payload&) = default;
+    Payload(Payload&&) noexcept = default;
+    Payload& operator=(Payload other) noexcept {
+        payload_.swap(other.payload_);
+        return *this;
+    }
+    ~Payload() { cleanse(payload_); }
 
     [[nodiscard]] const Bytes& payload() const& noexcept { return payload_; }
     [[nodiscard]] Bytes payload() && noexcept { return std::move(payload_); }

@@ -17,11 +17,15 @@ using namespace openssl;
 
 constexpr std::array<std::uint8_t, kMaxDigestLength> kZeros{};
 
+/// Of a digest.
+constexpr std::size_t kMaxBlockLength = 128;
+constexpr std::array<std::uint8_t, kMaxBlockLength> kZeroBlock{};
+
 /// RFC 3394 section 2.2.3.1. Given anew for each use: a context would keep the one of its last.
 constexpr std::array<std::uint8_t, 8> kWrapInitialValue{0xA6, 0xA6, 0xA6, 0xA6, 0xA6, 0xA6, 0xA6, 0xA6};
 
-/// One reusable context per thread and cipher. Between uses it holds the schedule of a key of zeros, never
-/// one of ours.
+/// One reusable context per thread and cipher. Between uses it holds the schedule of a key of zeros and a
+/// block of zeros, never a key or a text of ours.
 class ReusableCipher {
 public:
     explicit ReusableCipher(const char* name)
@@ -47,12 +51,23 @@ public:
                             EVP_CipherUpdate(context_.get(), output, &body, input.data(),
                                              static_cast<int>(input.size())) == 1 &&
                             EVP_CipherFinal_ex(context_.get(), output + body, &tail) == 1;
-        EVP_CipherInit_ex2(context_.get(), nullptr, kZeros.data(), kZeros.data(), direction, nullptr);
+        forget();
         moved = isDone ? static_cast<std::size_t>(body + tail) : 0;
         return isDone;
     }
 
 private:
+    void forget() {
+        constexpr int kDecrypt = 0;
+        EVP_CipherInit_ex2(context_.get(), nullptr, kZeros.data(), kZeros.data(), kDecrypt, nullptr);
+        if (EVP_CIPHER_get_mode(cipher_.get()) != EVP_CIPH_CBC_MODE) return;
+        // What is decrypted is held back a block long, since it may be padding: this block takes the place of
+        // the last one.
+        std::array<std::uint8_t, 2 * kCCBlockSizeAES128> sink{};
+        int moved = 0;
+        EVP_CipherUpdate(context_.get(), sink.data(), &moved, kZeros.data(), kCCBlockSizeAES128);
+    }
+
     Cipher cipher_;
     CipherContext context_;
 };
@@ -79,7 +94,8 @@ bool isTooLong(ByteView input) {
     return input.size() > std::numeric_limits<int>::max() - kCCBlockSizeAES128;
 }
 
-/// One reusable digest per thread and algorithm.
+/// One reusable digest per thread and algorithm. Between uses its context holds zeros: neither a digest,
+/// which may be a key, nor the last block of what was digested.
 class ReusableDigest {
 public:
     explicit ReusableDigest(const char* name)
@@ -101,6 +117,8 @@ public:
                 isDone = isDone && EVP_DigestUpdate(context_.get(), piece.data(), piece.size()) == 1;
         if (!isDone || EVP_DigestFinal_ex(context_.get(), output, nullptr) != 1)
             fatalError("OpenSSL could not compute a digest.");
+        EVP_DigestInit_ex2(context_.get(), digest_.get(), nullptr);
+        EVP_DigestUpdate(context_.get(), kZeroBlock.data(), blockLength() - 1);
     }
 
 private:
@@ -132,8 +150,6 @@ ReusableDigest& digestOf(CCHmacAlgorithm algorithm) {
     fatalError("Unknown HMAC algorithm.");
 }
 
-constexpr std::size_t kMaxBlockLength = 128;
-
 /// The key, filled up to a block of the digest and combined with a pad octet (RFC 2104 section 2); cleansed
 /// at its end.
 class PaddedKey {
@@ -159,13 +175,6 @@ private:
     std::array<std::uint8_t, kMaxBlockLength> block_{};
     std::size_t length_;
 };
-
-template <std::size_t Length>
-std::array<std::uint8_t, Length> digest(ReusableDigest& algorithm, ByteView input) {
-    std::array<std::uint8_t, Length> result{};
-    algorithm.run({input}, {}, result.data());
-    return result;
-}
 
 } // namespace
 
@@ -199,16 +208,16 @@ std::size_t CCHmac(CCHmacAlgorithm algorithm, ByteView key, std::initializer_lis
     return digest.length();
 }
 
-std::array<std::uint8_t, 32> CC_SHA256(ByteView input) {
-    return digest<32>(sha256(), input);
+void CC_SHA256(ByteView input, std::span<std::uint8_t, 32> digest) {
+    sha256().run({input}, {}, digest.data());
 }
 
-std::array<std::uint8_t, 48> CC_SHA384(ByteView input) {
-    return digest<48>(sha384(), input);
+void CC_SHA384(ByteView input, std::span<std::uint8_t, 48> digest) {
+    sha384().run({input}, {}, digest.data());
 }
 
-std::array<std::uint8_t, 64> CC_SHA512(ByteView input) {
-    return digest<64>(sha512(), input);
+void CC_SHA512(ByteView input, std::span<std::uint8_t, 64> digest) {
+    sha512().run({input}, {}, digest.data());
 }
 
 int CCSymmetricKeyWrap(ByteView keyEncryptionKey, ByteView rawKey, std::span<std::uint8_t> wrapped) {

@@ -45,10 +45,11 @@ inline constexpr std::size_t kMaxDigestLength = 64;
 std::size_t CCHmac(CCHmacAlgorithm algorithm, ByteView key, std::initializer_list<ByteView> pieces,
                    std::span<std::uint8_t, kMaxDigestLength> output);
 
-/// One-shot digests (FIPS 180-4).
-[[nodiscard]] std::array<std::uint8_t, 32> CC_SHA256(ByteView input);
-[[nodiscard]] std::array<std::uint8_t, 48> CC_SHA384(ByteView input);
-[[nodiscard]] std::array<std::uint8_t, 64> CC_SHA512(ByteView input);
+/// One-shot digests (FIPS 180-4). A digest can be a key: it is written where the caller keeps such things,
+/// and no copy of it or of the input's end stays behind.
+void CC_SHA256(ByteView input, std::span<std::uint8_t, 32> digest);
+void CC_SHA384(ByteView input, std::span<std::uint8_t, 48> digest);
+void CC_SHA512(ByteView input, std::span<std::uint8_t, 64> digest);
 
 /// AES key wrap with the default initial value (RFC 3394 section 2.2.1).
 /// @param keyEncryptionKey 16, 24 or 32 bytes. @param rawKey a multiple of 8 bytes, 16 at least.

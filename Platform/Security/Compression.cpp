@@ -1,9 +1,14 @@
 #include "Platform/Security/Compression.h"
 
+#include "Platform/Security/Secret.h"
+
 #include <zlib.h>
 
+#include <cstddef>
+#include <cstring>
 #include <limits>
 #include <memory>
+#include <new>
 #include <utility>
 
 namespace korvane {
@@ -13,6 +18,27 @@ namespace {
 /// zlib writes and reads DEFLATE without any wrapper when the window bits are negative.
 constexpr int kRawWindowBits = -15;
 constexpr int kMemoryLevel = 8;
+
+/// zlib's memory holds what it reads and writes, and is told by its address alone when it is freed: its size
+/// stands in front of it.
+constexpr std::size_t kSizeField = alignof(std::max_align_t);
+static_assert(kSizeField >= sizeof(std::size_t));
+
+voidpf allocate(voidpf, uInt count, uInt size) {
+    const std::size_t length = kSizeField + std::size_t{count} * size;
+    void* const memory = ::operator new(length, std::nothrow);
+    if (!memory) return nullptr;
+    std::memcpy(memory, &length, sizeof(length));
+    return static_cast<std::uint8_t*>(memory) + kSizeField;
+}
+
+void release(voidpf, voidpf address) {
+    void* const memory = static_cast<std::uint8_t*>(address) - kSizeField;
+    std::size_t length = 0;
+    std::memcpy(&length, memory, sizeof(length));
+    cleanse(memory, length);
+    ::operator delete(memory);
+}
 
 } // namespace
 
@@ -26,6 +52,8 @@ struct CompressionStream::State {
 std::optional<CompressionStream> CompressionStream::make(CompressionOperation operation, ByteView source) {
     if (source.size() > std::numeric_limits<uInt>::max()) return std::nullopt;
     auto state = std::make_unique<State>(State{operation});
+    state->stream.zalloc = allocate;
+    state->stream.zfree = release;
     const int status = operation == CompressionOperation::encode
                            ? deflateInit2(&state->stream, Z_DEFAULT_COMPRESSION, Z_DEFLATED, kRawWindowBits,
                                           kMemoryLevel, Z_DEFAULT_STRATEGY)

@@ -106,8 +106,8 @@ struct MessageDigest {
     std::size_t length = 0;
 
     template <std::size_t Length>
-    void set(const std::array<std::uint8_t, Length>& digest) {
-        std::copy(digest.begin(), digest.end(), bytes.begin());
+    void set(void (*digest)(ByteView, std::span<std::uint8_t, Length>), ByteView message) {
+        digest(message, std::span(bytes).first<Length>());
         length = Length;
     }
 };
@@ -115,9 +115,9 @@ struct MessageDigest {
 MessageDigest digestOf(const AlgorithmRow& row, ByteView message) {
     const std::string_view name = row.digest;
     MessageDigest result;
-    if (name == "SHA256") result.set(CC_SHA256(message));
-    if (name == "SHA384") result.set(CC_SHA384(message));
-    if (name == "SHA512") result.set(CC_SHA512(message));
+    if (name == "SHA256") result.set(CC_SHA256, message);
+    if (name == "SHA384") result.set(CC_SHA384, message);
+    if (name == "SHA512") result.set(CC_SHA512, message);
     return result;
 }
 

@@ -14,6 +14,12 @@ void cleanse(std::string& text) noexcept {
     text.clear();
 }
 
+void cleanse(Bytes& octets) noexcept {
+    octets.resize(octets.capacity());
+    cleanse(octets.data(), octets.size());
+    octets.clear();
+}
+
 SecretString& SecretString::operator=(const SecretString& other) {
     if (this != &other) {
         cleanse(text_);

@@ -18,6 +18,9 @@ void cleanse(void* octets, std::size_t size) noexcept;
 /// Overwrites a text, its spare capacity included, and leaves it empty.
 void cleanse(std::string& text) noexcept;
 
+/// As above, for octets.
+void cleanse(Bytes& octets) noexcept;
+
 /// Cleanses memory before it gives it back.
 template <class T>
 struct CleansingAllocator {

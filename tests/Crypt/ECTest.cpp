@@ -57,9 +57,8 @@ TEST(ConcatKdf, SecureChannelInputIsFramedOnce) {
     input.resize(36, 7);
     const Bytes framed{0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 2, 'r', 'n', 0, 0, 1, 0};
     input.insert(input.end(), framed.begin(), framed.end());
-    const Bytes expected = digest(Hash::SHA256, input);
-    EXPECT_EQ(concatKDF(Hash::SHA256, Bytes(32, 7), 256, {}, {}, toBytes("rn"), Bytes{0, 0, 1, 0}),
-              toSecretBytes(expected));
+    const SecretBytes expected = digest(Hash::SHA256, input);
+    EXPECT_EQ(concatKDF(Hash::SHA256, Bytes(32, 7), 256, {}, {}, toBytes("rn"), Bytes{0, 0, 1, 0}), expected);
 }
 
 TEST(ConcatKdf, SmallHelpers) {
