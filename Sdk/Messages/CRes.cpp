@@ -84,8 +84,8 @@ constexpr std::array<FieldRow, 30> kFields{
     row<&CRes::whitelistingInfoText>("whitelistingInfoText"),
     row<&CRes::whyInfoLabel>("whyInfoLabel"),
     row<&CRes::whyInfoText>("whyInfoText"),
-    row<&CRes::challengeAddInfo>("challengeAddInfo"),
     row<&CRes::transStatus>("transStatus"),
+    row<&CRes::challengeAddInfo>("challengeAddInfo"),
 };
 
 /// The values of the record's fields as they came, with the number of times that each name came.

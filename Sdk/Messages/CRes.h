@@ -71,8 +71,8 @@ struct CRes {
     std::optional<std::string> whitelistingInfoText;
     std::optional<std::string> whyInfoLabel;
     std::optional<std::string> whyInfoText;
-    std::optional<std::string> transStatus;
     std::optional<std::string> challengeAddInfo;
+    std::optional<std::string> transStatus;
 
     /// Decodes one JSON text. Names of this record that stand twice at the top level are looked for first;
     /// then the fields are read in declaration order, but for the last two, which are read in the opposite

@@ -141,7 +141,7 @@ TEST(CResReading, FirstFaultInReadingOrderIsNamed) {
     EXPECT_THAT(failureOf(json.dump()).second, ElementsAre("threeDSServerTransID"));
     json = with("transStatus", 1);
     json["challengeAddInfo"] = 1;
-    EXPECT_THAT(failureOf(json.dump()).second, ElementsAre("challengeAddInfo"))
+    EXPECT_THAT(failureOf(json.dump()).second, ElementsAre("transStatus"))
         << "the last two are read in turned order";
     EXPECT_EQ(failureOf("{").first, dataCorrupted);
     EXPECT_EQ(failureOf("[]").first, typeMismatch);
