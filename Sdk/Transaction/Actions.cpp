@@ -30,8 +30,8 @@ void Transaction::resendOtp() {
 
 void Transaction::sendChallengeDataToAcs(const std::string& data,
                                          std::optional<YesNoSelector> whitelistingDataEntry) {
+    if (!challengeInterrupted_) challengeData_.set(std::make_shared<const std::string>(data));
     act(kSendData, [&](CReq& cReq) {
-        challengeData_.set(std::make_shared<const std::string>(data));
         if (data.empty())
             cReq.challengeNoEntry = YesNoSelector::Y;
         else

@@ -89,5 +89,16 @@ TEST_F(TransactionTest, StepsBeforeTheChallengeHasParametersAreRefused) {
         kText));
 }
 
+TEST_F(TransactionTest, WhatWasEnteredIsKeptThoughItsRequestCannotBeBuilt) {
+    const TransactionPeer peer{makeTransaction()};
+    peer.setParameters({});
+    peer.transaction->sendChallengeDataToAcs("1234", std::nullopt);
+    EXPECT_EQ(peer.transaction->challengeData(), "1234");
+    peer.interrupt();
+    peer.transaction->sendChallengeDataToAcs("5678", std::nullopt);
+    EXPECT_EQ(peer.transaction->challengeData(), "1234") << "after an interruption nothing is done";
+    platform_.runUntilIdle();
+}
+
 } // namespace
 } // namespace korvane
