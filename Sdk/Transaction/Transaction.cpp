@@ -12,6 +12,19 @@
 
 namespace korvane {
 
+namespace {
+
+/// Told where the key is asked for.
+std::optional<std::string> ephemeralPublicKeyIfPossible(KeysContainer& keysContainer) {
+    try {
+        return keysContainer.getEphemeralPublicKey();
+    } catch (const std::exception&) {
+        return std::nullopt;
+    }
+}
+
+} // namespace
+
 std::shared_ptr<Transaction> Transaction::make(TransactionArguments arguments) {
     return std::make_shared<Transaction>(Private{}, std::move(arguments));
 }
@@ -21,6 +34,7 @@ Transaction::Transaction(Private, TransactionArguments arguments)
       deviceData_(std::move(arguments.deviceData)), sdkAppID_(std::move(arguments.sdkAppID)),
       sdkReferenceNum_(std::move(arguments.sdkReferenceNum)),
       keysContainer_(std::move(arguments.keysContainer)),
+      ephemeralPublicKey_(ephemeralPublicKeyIfPossible(*keysContainer_)),
       uiCustomization_(std::move(arguments.uiCustomization)),
       uiCustomizationConstraints_(std::move(arguments.uiCustomizationConstraints)),
       spinnerProducer_(std::move(arguments.extSpinnerProducer)),
@@ -40,20 +54,14 @@ Transaction::~Transaction() {
 }
 
 AuthenticationRequestParameters Transaction::getAuthenticationRequestParameters() const {
-    std::optional<std::string> key;
-    try {
-        key = keysContainer_->getEphemeralPublicKey();
-    } catch (const std::exception&) {
-        // Told below, as the key that is missing.
-    }
-    if (!key)
+    if (!ephemeralPublicKey_)
         KORVANE_RAISE("getAuthenticationRequestParameters()", SdkErrorCase::InvalidInputException,
                       "Can not get SDK ephemeral public key.");
     return AuthenticationRequestParameters({.deviceData = deviceData_,
                                             .sdkTransId = lowercased(sdkTransactionID_),
                                             .sdkAppID = sdkAppID_,
                                             .sdkReferenceNum = sdkReferenceNum_,
-                                            .ephemeralPublic = std::move(*key),
+                                            .ephemeralPublic = *ephemeralPublicKey_,
                                             .messageVersion = messageVersion_});
 }
 

@@ -75,8 +75,8 @@ public:
     Transaction& operator=(const Transaction&) = delete;
     ~Transaction() override;
 
-    /// The values to send through the 3DS server: the same ones at each call, until a challenge has begun.
-    /// The caller's thread.
+    /// The values to send through the 3DS server: the same ones at each call. Any thread, beside a running
+    /// challenge too.
     /// @throws SdkError InvalidInputException without an ephemeral key.
     [[nodiscard]] AuthenticationRequestParameters getAuthenticationRequestParameters() const;
 
@@ -217,6 +217,9 @@ private:
     const std::string sdkAppID_;
     const std::string sdkReferenceNum_;
     const std::unique_ptr<KeysContainer> keysContainer_;
+    /// The JWK text of the pair that the ACS agrees with, which outlives the pair; no value if none could be
+    /// made.
+    const std::optional<std::string> ephemeralPublicKey_;
     /// The requests sent after the first one.
     std::atomic<int> sdkToAcsCounter_{0};
     SharedField<ChallengeParameters> challengeParameters_;

@@ -4,6 +4,9 @@
 
 #include <gmock/gmock.h>
 
+#include <atomic>
+#include <thread>
+
 namespace korvane {
 namespace {
 
@@ -50,6 +53,25 @@ void expectDeviceDocument(const JSON& document) {
 /// As sets of members: the order in which they are written does not count.
 bool isSameMessage(const JSON& left, const JSON& right) {
     return nlohmann::json(left) == nlohmann::json(right);
+}
+
+/// The main thread asks while the agreement uses the pair up on another.
+TEST(AcsExchange, ValuesOfTheRequestStayTheSameBesideTheAgreement) {
+    const TemporaryFolder pki;
+    AcsProcess acs(pki.path(), "text");
+    AppSide app(acs.listening(), {});
+    app.authenticate();
+    const Transaction& transaction = *app.transaction().transaction;
+    const std::string key = app.request().getSDKEphemeralPublicKey();
+    std::atomic<bool> isOpen{false};
+    std::thread asking([&] {
+        do EXPECT_EQ(transaction.getAuthenticationRequestParameters().getSDKEphemeralPublicKey(), key);
+        while (!isOpen);
+    });
+    app.openSecureChannel();
+    isOpen = true;
+    asking.join();
+    acs.stop();
 }
 
 TEST(AcsExchange, TheFirstResponseIsAcceptedAfterTheWholeRoadFromTheService) {

@@ -22,11 +22,11 @@ class ExchangeTest : public testing::Test {
 protected:
     ExchangeTest() {
         auto keys = std::make_unique<KeysContainer>(certsWithRoot(acs_.root));
-        const std::string published = keys->getEphemeralPublicKey().value();
+        published_ = keys->getEphemeralPublicKey().value();
         peer_.transaction = makeTransaction(std::move(keys));
         peer_.setParameters(parameters());
         peer_.openSecureChannel();
-        key_ = peerKey(acs_.ephemeral, ECPublicKey::make(asBytes(published)), kReferenceNumber);
+        key_ = peerKey(acs_.ephemeral, ECPublicKey::make(asBytes(published_)), kReferenceNumber);
     }
 
     static std::shared_ptr<Transaction> makeTransaction(std::unique_ptr<KeysContainer> keys) {
@@ -93,6 +93,7 @@ protected:
     SimulatedPlatform platform_;
     PlayedAcs acs_;
     TransactionPeer peer_;
+    std::string published_;
     SecretBytes key_;
 };
 
@@ -124,6 +125,10 @@ TEST_F(ExchangeTest, FirstRequestIsSealedForTheAcsWithTheValuesOfTheTransaction)
         EXPECT_EQ(jwe.header().kid(), kAcsTransID);
         EXPECT_EQ(asText(jwe.decrypt(key_).data()), json.dump());
     }
+}
+
+TEST_F(ExchangeTest, PublicKeyOfTheRequestStaysWhenItsPairIsUsedUp) {
+    EXPECT_EQ(peer_.transaction->getAuthenticationRequestParameters().getSDKEphemeralPublicKey(), published_);
 }
 
 TEST_F(ExchangeTest, AcceptedResponseIsAllThatComesBack) {
