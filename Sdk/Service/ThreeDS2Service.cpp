@@ -56,7 +56,6 @@ void ThreeDS2Service::initialize(std::shared_ptr<const ConfigParameters> configP
         warnings_.push_back(std::move(warning));
     collectDeviceData(platform, {.locale = locale_, .sdkVersion = kSdkVersion}, deviceData_);
     deviceDocument_ = makeDeviceInfo(deviceData_, warnings_).jsonString();
-    sdkAppID_ = appID(platform);
 }
 
 std::string ThreeDS2Service::getSDKVersion() const {
@@ -73,15 +72,26 @@ std::shared_ptr<Transaction> ThreeDS2Service::createTransaction(const std::strin
                                                                 const std::string& messageVersion) const {
     auto keysContainer = makeKeysContainer(requireConfigParameters(kCreate), directoryServerID);
     requireMessageVersion(messageVersion);
-    std::string deviceData = sealed(deviceDocument_, *keysContainer);
+    std::string sdkAppID = appID(Platform::current());
+    std::string deviceData = sealed(deviceDocument(sdkAppID), *keysContainer);
     return Transaction::make({.deviceData = std::move(deviceData),
-                              .sdkAppID = sdkAppID_,
+                              .sdkAppID = std::move(sdkAppID),
                               .sdkReferenceNum = kSdkReferenceNum,
                               .messageVersion = messageVersion,
                               .keysContainer = std::move(keysContainer),
                               .uiCustomization = uiCustomization_,
                               .uiCustomizationConstraints = uiCustomizationConstraints_,
                               .extSpinnerProducer = spinnerProducer_});
+}
+
+/// The identifier follows vendor and store; the rest of the data is that of the last `initialize`.
+std::string ThreeDS2Service::deviceDocument(const std::string& sdkAppID) const {
+    const std::string key(rawValue(DeviceInfoParameter::SDK_APP_ID));
+    const auto collected = deviceData_.deviceData.find(key);
+    if (collected != deviceData_.deviceData.end() && collected->second == sdkAppID) return deviceDocument_;
+    DeviceData data = deviceData_;
+    data.deviceData.insert_or_assign(key, sdkAppID);
+    return makeDeviceInfo(data, warnings_).jsonString();
 }
 
 const ConfigParameters& ThreeDS2Service::requireConfigParameters(const char* function) const {

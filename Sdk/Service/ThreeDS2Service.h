@@ -75,6 +75,9 @@ public:
 
 private:
     const ConfigParameters& requireConfigParameters(const char* function) const;
+    /// The device document of a transaction, with the identifier of the installation that is given along with
+    /// it.
+    [[nodiscard]] std::string deviceDocument(const std::string& sdkAppID) const;
     [[nodiscard]] std::unique_ptr<KeysContainer>
     makeKeysContainer(const ConfigParameters& configParameters, const std::string& directoryServerID) const;
 
@@ -86,10 +89,8 @@ private:
     std::optional<Locale> locale_;
     std::vector<Warning> warnings_;
     DeviceData deviceData_;
-    /// The JSON text that every transaction seals: written once, since it can have thousands of characters.
+    /// The JSON text that transactions seal: written once, since it can have thousands of characters.
     std::string deviceDocument_;
-    /// Read once with the device data, of which it is a part: it lies in a file.
-    std::string sdkAppID_;
 };
 
 } // namespace korvane

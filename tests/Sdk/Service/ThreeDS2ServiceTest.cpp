@@ -114,6 +114,22 @@ TEST_F(ThreeDS2ServiceTest, TransactionCarriesApplicationReferenceAndVersion) {
     EXPECT_THAT(directoryServer_->asked, ElementsAre("any", "any"));
 }
 
+TEST_F(ThreeDS2ServiceTest, IdentifierOfTheInstallationIsReadForEachTransactionAndIsTheOneInItsDeviceData) {
+    platform_.script().identifierForVendor.reset();
+    initialize();
+    service_.setCertProducer(directoryServer_);
+    const auto identifier = [this] {
+        const auto transaction = service_.createTransaction("any", "2.2.0");
+        std::string read = transaction->getAuthenticationRequestParameters().getSDKAppID();
+        EXPECT_EQ(directoryServer_->open(*transaction).deviceData.at("C014"), read);
+        return read;
+    };
+    const std::string made = identifier();
+    EXPECT_EQ(identifier(), made);
+    platform_.script().identifierForVendor = "AB";
+    EXPECT_EQ(identifier(), "ab");
+}
+
 TEST_F(ThreeDS2ServiceTest, RefusedTransactionsTellTheFirstReason) {
     initialize();
     const auto create = [this](const std::string& server, const std::string& version) {
