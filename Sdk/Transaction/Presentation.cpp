@@ -118,14 +118,17 @@ void Transaction::handleRotation() {
     const auto orientation = getOrientation();
     if (!orientation || *orientation == lastPresentedOrientation_) return;
     lastPresentedOrientation_ = *orientation;
+    Platform::current().dispatch().mainQueue().sync([this] { swapOrientations(); });
+}
+
+/// On the main queue, where what is held of screens may be the last of them.
+void Transaction::swapOrientations() {
     const auto container = lastCResViewControllerContainer_.get();
     if (!container || container->isHtmlChallenge()) return;
-    Platform::current().dispatch().mainQueue().sync([this] {
-        if (allPossibleControllersInStack_)
-            popOtherOrientation();
-        else
-            pushOtherOrientation();
-    });
+    if (allPossibleControllersInStack_)
+        popOtherOrientation();
+    else
+        pushOtherOrientation();
 }
 
 void Transaction::pushOtherOrientation() {

@@ -194,6 +194,7 @@ private:
     void removeOrientationListener();
     void didRotate();
     void handleRotation();
+    void swapOrientations();
     void pushOtherOrientation();
     void popOtherOrientation();
     template <class Controller>

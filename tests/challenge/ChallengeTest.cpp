@@ -32,6 +32,7 @@ protected:
         platform.runUntilIdle();
         EXPECT_TRUE(transaction.expired());
         EXPECT_EQ(platform.leftAlive(), LeftAlive{});
+        EXPECT_EQ(strayChanges, 0);
     }
 
     /// Starts the challenge and lets three seconds pass.

@@ -21,8 +21,17 @@ SimulatedApplication::SimulatedApplication(std::uint64_t seed, UIDeviceOrientati
     host = std::make_shared<UIViewController>();
     window->setRootViewController(host);
     window->makeKeyAndVisible();
+    window->setFrameRequest([this] {
+        if (!platform.dispatch().mainQueue().isCurrent()) ++strayChanges;
+        window->frameTaken();
+    });
     service_.initialize(std::make_shared<ConfigParameters>(), nullptr, nullptr, Locale{"en-GB"});
     service_.setCertProducer(std::make_shared<Certificates>());
+}
+
+/// The window is UIApplication's too, and lives on.
+SimulatedApplication::~SimulatedApplication() {
+    window->setFrameRequest(nullptr);
 }
 
 void SimulatedApplication::create(const std::string& messageVersion) {

@@ -14,6 +14,9 @@ class SimulatedApplication {
 public:
     explicit SimulatedApplication(std::uint64_t seed = 1,
                                   UIDeviceOrientation held = UIDeviceOrientation::portrait);
+    SimulatedApplication(const SimulatedApplication&) = delete;
+    SimulatedApplication& operator=(const SimulatedApplication&) = delete;
+    ~SimulatedApplication();
 
     /// Creates the transaction, and the parameters of its challenge.
     void create(const std::string& messageVersion = "2.2.0");
@@ -30,6 +33,8 @@ public:
     std::shared_ptr<UIViewController> host;
     std::shared_ptr<ChallengeParameters> parameters;
     TransactionPeer peer;
+    /// Changes of the window's tree that came from another than the main queue.
+    int strayChanges = 0;
 
 private:
     ThreeDS2Service service_;

@@ -139,6 +139,9 @@ void Stage::end() {
         fault(text);
     for (const std::string& text : brokenRules(result_.record, model_.allowedEndings()))
         fault(text);
+    if (application_.strayChanges > 0)
+        fault("queue: " + std::to_string(application_.strayChanges) +
+              " changes of the screens beside the main queue");
     const LeftAlive left = application_.platform.leftAlive();
     if (left != LeftAlive{})
         fault("left alive: " + std::to_string(left.items) + " items, " + std::to_string(left.timers) +
