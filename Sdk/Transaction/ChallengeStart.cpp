@@ -112,10 +112,16 @@ void Transaction::challengeTimedOut() {
     root->dismiss(UIAnimated::yes, [self = shared_from_this()] {
         self->challengeInterrupted_ = true;
         self->cancelCResTimer();
-        const KorvaneError error = KorvaneError::getErrorByCode(kTimedOut);
-        KORVANE_LOG(kDoChallenge, error.details);
-        self->sendErroIfPossible(self->createErroIfPossible(error));
+        self->tellAcsOfTimeout();
     });
+}
+
+/// From the global queue: nobody waits for the ACS's answer, the application's own screens least of all.
+void Transaction::tellAcsOfTimeout() {
+    const KorvaneError error = KorvaneError::getErrorByCode(kTimedOut);
+    KORVANE_LOG(kDoChallenge, error.details);
+    Platform::current().dispatch().globalQueue().async(
+        [self = shared_from_this(), erro = createErroIfPossible(error)] { self->sendErroIfPossible(erro); });
 }
 
 void Transaction::innerDoTransaction() {

@@ -133,6 +133,7 @@ private:
     // The start of a challenge (ChallengeStart.cpp). Global queue, and main queue for the timer.
     void challengeTimerFired();
     void challengeTimedOut();
+    void tellAcsOfTimeout();
     void innerDoTransaction();
     [[nodiscard]] bool openSecureChannelOrTell();
     void openSecureChannel();

@@ -156,6 +156,15 @@ TEST_F(ChallengeTest, TimeoutTakesTheScreenAwayAndIsLogged) {
     EXPECT_EQ(acs.requests().size(), 1U);
 }
 
+TEST_F(ChallengeTest, ErroAboutTheTimeDoesNotHoldTheMainQueue) {
+    acs.errorAnswer = [](const Erro&) { return ScriptedAnswer{std::nullopt, std::nullopt, std::nullopt}; };
+    startWithScreens({"04"});
+    runFor(298);
+    EXPECT_THAT(heard, ElementsAre("timedout"));
+    EXPECT_EQ(acs.errors().size(), 1U);
+    EXPECT_EQ(platform.now(), Seconds{301}) << "the test's body stands on the main queue";
+}
+
 TEST_F(ChallengeTest, TurnsChangePlacesOfTheSameTwoScreensAndWhatWasTypedGoesAlong) {
     startWithScreens({"01"});
     const auto upright = top<ChallengeTextNativeViewController>();

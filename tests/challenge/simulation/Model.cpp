@@ -147,7 +147,7 @@ void Model::challengeTimedOut() {
     dismiss([this, self = hold()] {
         isInterrupted_ = true;
         cancelResponseTimer();
-        sendErro(Thread::main, "402", kTimeout, [] {});
+        sendErro(Thread::global, "402", kTimeout, [] {});
     });
 }
 
