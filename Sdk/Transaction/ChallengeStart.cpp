@@ -81,9 +81,11 @@ UIImagePtr loadLogo(const HttpClient* client, const std::optional<ImageUrls>& ur
 void Transaction::doChallenge(std::shared_ptr<ChallengeParameters> challengeParameters,
                               std::shared_ptr<ChallengeStatusReceiver> challengeStatusReceiver,
                               std::int64_t timeout) {
-    const auto task = std::make_shared<DispatchWorkItem>([weak = weak_from_this()] {
-        if (const auto self = weak.lock()) self->challengeTimerFired();
+    const auto timer = std::make_shared<std::weak_ptr<DispatchWorkItem>>();
+    const auto task = std::make_shared<DispatchWorkItem>([weak = weak_from_this(), timer] {
+        if (const auto self = weak.lock()) self->challengeTimerFired(timer->lock());
     });
+    *timer = task;
     challengeTimeoutTask_.set(task);
     DispatchQueue& global = Platform::current().dispatch().globalQueue();
     global.asyncAfter(secondsOf(timeout), task);
@@ -93,14 +95,16 @@ void Transaction::doChallenge(std::shared_ptr<ChallengeParameters> challengePara
 }
 
 /// The line about the beginning is written here, at the end of the time.
-void Transaction::challengeTimerFired() {
+void Transaction::challengeTimerFired(std::shared_ptr<DispatchWorkItem> timer) {
     KORVANE_LOG(kDoChallenge, parametersText(challengeParameters_.get()));
-    onMainQueue([weak = weak_from_this()] {
-        if (const auto self = weak.lock()) self->challengeTimedOut();
+    onMainQueue([weak = weak_from_this(), timer = std::move(timer)] {
+        if (const auto self = weak.lock()) self->challengeTimedOut(*timer);
     });
 }
 
-void Transaction::challengeTimedOut() {
+/// An ending cancels the timer, whose work may have begun by then: it has no more to tell.
+void Transaction::challengeTimedOut(const DispatchWorkItem& timer) {
+    if (timer.isCancelled()) return;
     if (const auto receiver = challengeStatusReceiver_.get()) receiver->timedout();
     const auto root = challengeRootVC_.lock();
     if (!root) {
@@ -108,7 +112,7 @@ void Transaction::challengeTimedOut() {
         initCReqErrorSendCompletetionSemaphore_->signal();
         return;
     }
-    isEnded_ = true;
+    endedRootVC_ = root;
     root->dismiss(UIAnimated::yes, [self = shared_from_this()] {
         self->challengeInterrupted_ = true;
         self->cancelCResTimer();
@@ -155,7 +159,7 @@ bool Transaction::openSecureChannelOrTell() {
             sendErroIfPossible(createErroIfPossible(KorvaneError::getErrorByCode(kNotVerified)));
         onMainQueue([self = shared_from_this(), text = failure.text] {
             KORVANE_LOG(kInner, text);
-            self->sendRuntimeErrorToApp(text);
+            self->endWithRuntimeError(text);
         });
         return false;
     }

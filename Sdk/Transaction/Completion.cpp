@@ -31,7 +31,7 @@ void Transaction::completeChallengeWithProtocolError(const Erro& erro) {
 }
 
 void Transaction::completeChallengeWithError(const std::string& text) {
-    completeChallenge([self = shared_from_this(), text] { self->sendRuntimeErrorToApp(text); });
+    completeChallenge([self = shared_from_this(), text] { self->endWithRuntimeError(text); });
 }
 
 void Transaction::endWithError(const char* function, const std::string& text) {
@@ -49,11 +49,18 @@ void Transaction::completeChallenge(std::function<void()> tell) {
         return;
     }
     hideSpinner();
-    cancelChallengeTimer();
     onMainQueue([self = shared_from_this(), tell = std::move(tell)] {
+        self->cancelChallengeTimer();
         const auto root = self->challengeRootVC_.lock();
-        if (root && !std::exchange(self->isEnded_, true)) root->dismiss(UIAnimated::yes, tell);
+        if (!root || self->isEnded(root)) return;
+        self->endedRootVC_ = root;
+        root->dismiss(UIAnimated::yes, tell);
     });
+}
+
+/// Each presentation of screens has one end, so that a challenge that is started anew has its own.
+bool Transaction::isEnded(const std::shared_ptr<ChallengeRootNavigationController>& root) const {
+    return endedRootVC_.lock() == root;
 }
 
 void Transaction::hideSpinner() {
@@ -64,8 +71,13 @@ void Transaction::cancelChallengeTimer() {
     if (const auto task = challengeTimeoutTask_.exchange(nullptr)) task->cancel();
 }
 
+/// From a screen: its exchange, if one is under way, has no end of its own any more.
 void Transaction::sendRuntimeErrorToApp(const std::string& text) {
-    isEnded_ = true;
+    endedRootVC_ = challengeRootVC_;
+    endWithRuntimeError(text);
+}
+
+void Transaction::endWithRuntimeError(const std::string& text) {
     removeOrientationListener();
     tellRuntimeError(text);
 }

@@ -67,7 +67,7 @@ void Transaction::presentRootChallengeVc(const CRes& cRes) {
         cancelChallengeTimer();
         const std::string text = "Got error on challenge VC init from CRes: " + genericDescription(error);
         KORVANE_LOG(kPresentRoot, text);
-        sendRuntimeErrorToApp(text);
+        endWithRuntimeError(text);
     }
 }
 

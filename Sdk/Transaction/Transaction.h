@@ -81,7 +81,8 @@ public:
     [[nodiscard]] AuthenticationRequestParameters getAuthenticationRequestParameters() const;
 
     /// Starts the challenge that the ACS demands and returns at once. Everything else reaches the receiver,
-    /// on the main queue: one ending. To be called once for a transaction, on any thread.
+    /// on the main queue: one ending. To be called once for a transaction, on any thread; a challenge that
+    /// ended before it had a screen may be started anew.
     /// @param timeout  for the whole challenge, in minutes; with 0 or less it is over at once. A number whose
     ///                 seconds cannot be counted ends the process (`fatalError`).
     void doChallenge(std::shared_ptr<ChallengeParameters> challengeParameters,
@@ -131,8 +132,8 @@ private:
     static const Action kHtml;
 
     // The start of a challenge (ChallengeStart.cpp). Global queue, and main queue for the timer.
-    void challengeTimerFired();
-    void challengeTimedOut();
+    void challengeTimerFired(std::shared_ptr<DispatchWorkItem> timer);
+    void challengeTimedOut(const DispatchWorkItem& timer);
     void tellAcsOfTimeout();
     void innerDoTransaction();
     [[nodiscard]] bool openSecureChannelOrTell();
@@ -180,6 +181,8 @@ private:
     void completeChallengeWithError(const std::string& text);
     void endWithError(const char* function, const std::string& text);
     void completeChallenge(std::function<void()> tell);
+    [[nodiscard]] bool isEnded(const std::shared_ptr<ChallengeRootNavigationController>& root) const;
+    void endWithRuntimeError(const std::string& text);
     void cancelChallengeTimer();
     void hideSpinner();
     void tellRuntimeError(const std::string& text);
@@ -246,8 +249,9 @@ private:
     /// Set once a time-out or an error has ended the challenge, so that late answers are dropped.
     std::atomic<bool> challengeInterrupted_{false};
     const std::shared_ptr<DispatchSemaphore> initCReqErrorSendCompletetionSemaphore_;
-    /// The application has been told of an end, or will be once the screens are gone. Main queue only.
-    bool isEnded_ = false;
+    /// The screens of whose end the application has been told, or will be once they are gone. Main queue
+    /// only.
+    std::weak_ptr<ChallengeRootNavigationController> endedRootVC_;
     SharedField<const std::string> challengeData_;
     NotificationObserver orientationListener_;
 };

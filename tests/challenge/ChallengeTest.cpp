@@ -13,9 +13,12 @@
 namespace korvane {
 namespace {
 
+using testing::_;
 using testing::Contains;
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::IsEmpty;
+using testing::StartsWith;
 using enum UIDeviceOrientation;
 
 /// What the simulation does not look at. How starts, actions, turns and endings follow each other is its
@@ -154,6 +157,50 @@ TEST_F(ChallengeTest, TimeoutTakesTheScreenAwayAndIsLogged) {
                                              "Section 5.5."));
     peer.transaction->sendOobContinue(std::nullopt);
     EXPECT_EQ(acs.requests().size(), 1U);
+}
+
+TEST_F(ChallengeTest, ChallengeThatFailedIsStartedAnewAndEnds) {
+    const std::string content = std::exchange(parameters->acsSignedContent, "no content").value();
+    startWithScreens({"04"});
+    ASSERT_THAT(heard, ElementsAre(StartsWith("runtimeError(-1, Can not get acsURL")));
+    parameters->setAcsSignedContent(content);
+    startWithScreens({"04"});
+    tap(*top<ChallengeOobNativeViewController>()->continueButton.get());
+    EXPECT_THAT(heard, ElementsAre(_, EndsWith(", Y)")));
+    EXPECT_EQ(root(), nullptr);
+}
+
+/// Holds the work of the challenge's timer up, which writes a line before it tells of the time.
+class HoldingLogger final : public IKorvaneLogger {
+public:
+    HoldingLogger(Dispatch& dispatch, Seconds time) : gate_(dispatch.makeSemaphore(0)), time_(time) {}
+
+    void log(const std::string& message, const char*, const char*, unsigned) override {
+        if (message.starts_with("Do challenge")) static_cast<void>(gate_->wait(time_));
+    }
+
+private:
+    std::shared_ptr<DispatchSemaphore> gate_;
+    Seconds time_;
+};
+
+/// The answer comes half a second after the timer's work has begun, and the screens take 0.35 s to go.
+TEST_F(ChallengeTest, TimeThatIsOverBesideTheEndingIsNotToldAsWell) {
+    UIApplication::shared().setPlaysAnimations(true);
+    for (const double held : {0.7, 2.0}) {
+        SCOPED_TRACE(held);
+        heard.clear();
+        create();
+        startWithScreens({"04"});
+        Logger::shared().setDebug(std::make_shared<HoldingLogger>(platform.dispatch(), Seconds{held}));
+        runFor(296.5);
+        tap(*top<ChallengeOobNativeViewController>()->continueButton.get());
+        runFor(3);
+        Logger::shared().setDebug(nullptr);
+        EXPECT_THAT(heard, ElementsAre(EndsWith(", Y)")));
+        EXPECT_THAT(acs.errors(), IsEmpty());
+    }
+    UIApplication::shared().setPlaysAnimations(false);
 }
 
 TEST_F(ChallengeTest, ErroAboutTheTimeDoesNotHoldTheMainQueue) {

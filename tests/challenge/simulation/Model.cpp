@@ -41,6 +41,13 @@ std::optional<StartFailure> failureOf(StartFault fault) {
     return std::nullopt;
 }
 
+/// With good values this time: but an agreement that was reached before has used the key up.
+std::optional<StartFailure> failureOfTheNextStart(StartFault before) {
+    if (before != StartFault::noAcsTransID) return std::nullopt;
+    return StartFailure{kNoContent + std::string("InvalidInputException: Can not get private key from "
+                                                 "ephemeral KeyPair.")};
+}
+
 } // namespace
 
 std::string describe(const CReq& cReq) {
@@ -109,9 +116,10 @@ void Model::leave() {
 void Model::start() {
     const auto timer = challengeTimer_ = std::make_shared<Timer>();
     after(std::chrono::minutes(plan_.minutes), [this, timer] {
-        if (!timer->isCancelled && !life_.expired()) challengeTimerFires();
+        if (!timer->isCancelled && !life_.expired()) challengeTimerFires(timer);
     });
-    if (const auto failure = failureOf(plan_.startFault)) {
+    if (const auto failure =
+            triesAgain_ ? failureOfTheNextStart(plan_.startFault) : failureOf(plan_.startFault)) {
         cancelChallengeTimer();
         const auto tellIt = [this, self = hold(), text = failure->text] { startFailed(text); };
         if (failure->isToldToAcs)
@@ -127,12 +135,18 @@ void Model::start() {
 
 void Model::startFailed(const std::string& text) {
     cancelChallengeTimer();
-    onMain([this, self = hold(), text] { tell("runtimeError(-1, " + text + ")"); });
+    onMain([this, self = hold(), text] {
+        tell("runtimeError(-1, " + text + ")");
+        if (plan_.triesAgain && !std::exchange(triesAgain_, true)) {
+            ++allowedEndings_;
+            start();
+        }
+    });
 }
 
-void Model::challengeTimerFires() {
-    onMain([this] {
-        if (!life_.expired()) challengeTimedOut();
+void Model::challengeTimerFires(const std::shared_ptr<Timer>& timer) {
+    onMain([this, timer] {
+        if (!life_.expired() && !timer->isCancelled) challengeTimedOut();
     });
 }
 
@@ -143,7 +157,7 @@ void Model::challengeTimedOut() {
         ++allowedEndings_;
         return;
     }
-    isEnded_ = true;
+    ended_ = root_;
     dismiss([this, self = hold()] {
         isInterrupted_ = true;
         cancelResponseTimer();

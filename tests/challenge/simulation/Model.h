@@ -62,7 +62,7 @@ public:
     [[nodiscard]] std::optional<Shown> shown() const;
     /// Whether the screens are on their way off and may have changed places: a turn that the main queue heard
     /// of late, and the answer that came meanwhile, are handled in any order.
-    [[nodiscard]] bool isBlurred() const { return hasLateTurn_ && (isEnded_ || isDismissing_); }
+    [[nodiscard]] bool isBlurred() const { return hasLateTurn_ && (isEnded() || isDismissing_); }
     /// Whether nothing runs that could bring another screen.
     [[nodiscard]] bool isQuiet() const { return running_ == 0; }
     [[nodiscard]] bool isMainHeld() const { return isMainHeld_; }
@@ -131,7 +131,7 @@ private:
     // The start.
     void start();
     void startFailed(const std::string& text);
-    void challengeTimerFires();
+    void challengeTimerFires(const std::shared_ptr<Timer>& timer);
     void challengeTimedOut();
     void firstOutcome(const Outcome& outcome);
     void presentFirst(const PlannedScreen& screen);
@@ -162,6 +162,7 @@ private:
     /// Whether the container has the face, on its stack or on its way off that.
     [[nodiscard]] bool holds(const Standing& face) const;
     [[nodiscard]] bool hasRoot() const { return !root_.expired(); }
+    [[nodiscard]] bool isEnded() const { return hasRoot() && ended_.lock() == root_.lock(); }
     void tell(const std::string& ending);
     void cancelChallengeTimer();
     void hideSpinner();
@@ -186,6 +187,7 @@ private:
     std::weak_ptr<const int> life_ = application_;
     std::shared_ptr<Root> presented_;
     std::weak_ptr<Root> root_;
+    std::weak_ptr<Root> ended_;
     std::shared_ptr<Root> changing_;
     std::optional<Standing> leaving_;
 
@@ -195,7 +197,7 @@ private:
     std::size_t allowedEndings_ = 1;
     bool hasLateTurn_ = false;
     bool isInterrupted_ = false;
-    bool isEnded_ = false;
+    bool triesAgain_ = false;
     bool isUpdating_ = true;
     bool holdsBoth_ = false;
     bool listens_ = false;

@@ -142,9 +142,10 @@ std::optional<Model::Shown> Model::shown() const {
 
 void Model::complete(const std::string& ending, bool isError) {
     hideSpinner();
-    cancelChallengeTimer();
     onMain([this, self = hold(), ending, isError] {
-        if (!hasRoot() || std::exchange(isEnded_, true)) return;
+        cancelChallengeTimer();
+        if (!hasRoot() || isEnded()) return;
+        ended_ = root_;
         dismiss([this, self, ending, isError] {
             if (isError) listens_ = false;
             tell(ending);
@@ -281,7 +282,7 @@ void Model::post(const std::optional<std::string>& data) {
             if (!holds(page)) return;
             page.face().hasSpinner = false;
             listens_ = false;
-            isEnded_ = true;
+            ended_ = root_;
             tell("runtimeError(-1, Html form made incorrect call.)");
             // The time of the challenge goes on, and may be told.
             ++allowedEndings_;

@@ -95,6 +95,7 @@ Plan::Plan(std::uint64_t itsSeed) : seed(itsSeed) {
     if (chance.percent(4)) dismissal = chance.between(0.5, 40);
     temper = static_cast<Temper>(chance.below(kTemperNames.size()));
     typesOnKeys = chance.percent(4);
+    triesAgain = chance.percent(50) && keepsTransaction && startFault != StartFault::none;
 }
 
 std::vector<std::string> Plan::lines() const {
@@ -103,7 +104,8 @@ std::vector<std::string> Plan::lines() const {
             " min, requestor URL: " + yesOrNo(hasRequestorURL),
         std::string("animations: ") + yesOrNo(playsAnimations) +
             ", transaction kept: " + yesOrNo(keepsTransaction) +
-            ", fault at the start: " + kStartFaultNames.at(static_cast<std::size_t>(startFault)),
+            ", fault at the start: " + kStartFaultNames.at(static_cast<std::size_t>(startFault)) +
+            ", tries again: " + yesOrNo(triesAgain),
         "images after " + after(imageDelay) + ", answer to an Erro " +
             (erroDelay ? "after " + after(*erroDelay) : std::string("never")),
         std::string("cardholder: ") + kTemperNames.at(static_cast<std::size_t>(temper)) +

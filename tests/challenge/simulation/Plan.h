@@ -40,6 +40,8 @@ struct Plan {
     /// Whether the application keeps the transaction to the end.
     bool keepsTransaction = false;
     StartFault startFault = StartFault::none;
+    /// Whether the application starts the challenge anew, with good values, when it hears of the fault.
+    bool triesAgain = false;
     /// To the requests in the order in which they come; the last one to all further ones.
     std::vector<Reply> replies;
     /// Of an image's answer.

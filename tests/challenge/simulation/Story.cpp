@@ -25,6 +25,8 @@ public:
 private:
     void createTransaction();
     void spoil(ChallengeParameters& parameters) const;
+    void startChallenge(std::shared_ptr<ChallengeParameters> parameters);
+    void hear(const std::string& ending);
     void scheduleTurns();
     void scheduleDismissal();
     void note(const std::string& text, bool isOfRecord);
@@ -39,6 +41,8 @@ private:
     Model model_;
     std::unique_ptr<Cardholder> cardholder_;
     std::size_t replies_ = 0;
+    ChallengeParameters goodParameters_;
+    bool hasTriedAgain_ = false;
 };
 
 Stage::Stage(const Plan& plan) : plan_(plan), application_(plan.seed, plan.heldAtFirst), model_(plan) {
@@ -65,6 +69,7 @@ void Stage::createTransaction() {
     application_.create(plan_.messageVersion);
     upperId_ = application_.peer.sdkTransactionID();
     if (plan_.hasRequestorURL) application_.parameters->setTreeDSRequestorAppURL(kRequestorURL);
+    goodParameters_ = *application_.parameters;
     spoil(*application_.parameters);
 }
 
@@ -113,11 +118,22 @@ void Stage::scheduleDismissal() {
                                       }));
 }
 
+void Stage::startChallenge(std::shared_ptr<ChallengeParameters> parameters) {
+    const auto receiver =
+        std::make_shared<EndingReceiver>([this](const std::string& ending) { hear(ending); });
+    application_.peer.transaction->doChallenge(std::move(parameters), receiver, plan_.minutes);
+}
+
+void Stage::hear(const std::string& ending) {
+    note("application: " + anonymous(ending), true);
+    const bool isFailure = ending.starts_with("runtimeError");
+    if (!plan_.triesAgain || !isFailure || std::exchange(hasTriedAgain_, true)) return;
+    startChallenge(std::make_shared<ChallengeParameters>(goodParameters_));
+}
+
 void Stage::play() {
     createTransaction();
-    const auto receiver = std::make_shared<EndingReceiver>(
-        [this](std::string ending) { note("application: " + anonymous(std::move(ending)), true); });
-    application_.peer.transaction->doChallenge(application_.parameters, receiver, plan_.minutes);
+    startChallenge(application_.parameters);
     const std::weak_ptr<Transaction> transaction = application_.peer.transaction;
     if (!plan_.keepsTransaction) application_.peer.transaction = nullptr;
     scheduleTurns();
