@@ -1,9 +1,12 @@
 #pragma once
 
+#include "Platform/Text.h"
+
 #include <atomic>
 #include <memory>
 #include <mutex>
 #include <string>
+#include <string_view>
 
 namespace korvane {
 
@@ -37,11 +40,26 @@ private:
     std::shared_ptr<IKorvaneLogger> debug_;
 };
 
+/// A text for the log whose line breaks are the library's own.
+struct LogLines {
+    std::string text;
+};
+
+/// A message as it goes to the logger: values of others stand in it, and can neither begin a line of their
+/// own nor steer a terminal.
+[[nodiscard]] inline std::string asLogged(std::string_view message) {
+    return escapedControls(message);
+}
+[[nodiscard]] inline std::string asLogged(const LogLines& message) {
+    return escapedControls(message.text, LineBreaks::kept);
+}
+
 } // namespace korvane
 
-/// A log site. `message` is an expression that is not evaluated while there is no logger.
+/// A log site. `message` is an expression that is not evaluated while there is no logger; a text, or
+/// `LogLines`.
 #define KORVANE_LOG(function, message)                                                                       \
     do {                                                                                                     \
         if (const auto korvaneLogger = ::korvane::Logger::shared().debug())                                  \
-            korvaneLogger->log((message), __FILE__, function, __LINE__);                                     \
+            korvaneLogger->log(::korvane::asLogged(message), __FILE__, function, __LINE__);                  \
     } while (false)

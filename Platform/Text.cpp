@@ -1,13 +1,16 @@
 #include "Platform/Text.h"
 
 #include "Platform/Failure.h"
+#include "Platform/JSON.h"
 
 #include <unicode/brkiter.h>
 #include <unicode/regex.h>
 #include <unicode/unistr.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <memory>
+#include <optional>
 
 namespace korvane {
 
@@ -35,6 +38,30 @@ std::unique_ptr<icu::BreakIterator> makeCharacterIterator() {
     return made;
 }
 
+/// A code point that must not go out as it is, and how many octets of UTF-8 it has.
+struct Control {
+    unsigned codePoint = 0;
+    std::size_t octets = 0;
+};
+
+std::optional<Control> controlAtStart(std::string_view text) {
+    constexpr unsigned kSpace = 0x20;
+    constexpr unsigned kDelete = 0x7F;
+    constexpr std::string_view kLineSeparator = "\u2028";
+    constexpr std::string_view kParagraphSeparator = "\u2029";
+    const auto octet = [text](std::size_t at) { return static_cast<unsigned char>(text[at]); };
+    if (octet(0) < kSpace || octet(0) == kDelete) return Control{octet(0), 1};
+    // C1 ends below the no-break space.
+    if (octet(0) == 0xC2 && octet(1) < 0xA0) return Control{octet(1), 2};
+    if (text.starts_with(kLineSeparator)) return Control{0x2028, kLineSeparator.size()};
+    if (text.starts_with(kParagraphSeparator)) return Control{0x2029, kParagraphSeparator.size()};
+    return std::nullopt;
+}
+
+bool isContinuation(char octet) {
+    return (static_cast<unsigned char>(octet) & 0xC0U) == 0x80U;
+}
+
 } // namespace
 
 std::size_t characterCount(std::string_view text) {
@@ -50,6 +77,37 @@ std::size_t characterCount(std::string_view text) {
 
 std::string repairedUtf8(std::string_view text) {
     return toUtf8(toUtf16(text));
+}
+
+std::string escapedControls(std::string_view text, LineBreaks lineBreaks) {
+    if (!isUtf8(text)) return escapedControls(repairedUtf8(text), lineBreaks);
+    std::string result;
+    result.reserve(text.size());
+    while (!text.empty()) {
+        const auto control = controlAtStart(text);
+        const std::size_t octets = control ? control->octets : 1;
+        const bool isKept = !control || (lineBreaks == LineBreaks::kept && control->codePoint == '\n');
+        if (isKept) {
+            result += text.substr(0, octets);
+        } else {
+            char number[8];
+            std::snprintf(number, sizeof number, "\\u%04x", control->codePoint);
+            result += number;
+        }
+        text.remove_prefix(octets);
+    }
+    return result;
+}
+
+std::string firstCharacters(std::string_view text, std::size_t count) {
+    if (!isUtf8(text)) return firstCharacters(repairedUtf8(text), count);
+    std::size_t end = 0;
+    for (; count > 0 && end < text.size(); --count) {
+        ++end;
+        while (end < text.size() && isContinuation(text[end]))
+            ++end;
+    }
+    return std::string(text.substr(0, end));
 }
 
 std::string joined(const std::vector<std::string>& texts) {

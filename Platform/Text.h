@@ -14,6 +14,18 @@ namespace korvane {
 /// The text with every octet run that is not UTF-8 replaced by U+FFFD.
 [[nodiscard]] std::string repairedUtf8(std::string_view text);
 
+enum class LineBreaks { escaped, kept };
+
+/// The text with each control character (C0, DEL, C1) and each line or paragraph separator as "\u" and four
+/// digits, so that nobody's text begins a line of its own or steers a terminal; octets that are not UTF-8 are
+/// replaced by U+FFFD.
+/// @param lineBreaks  whether a line feed goes out as it is: for texts whose line breaks are one's own.
+[[nodiscard]] std::string escapedControls(std::string_view text, LineBreaks lineBreaks = LineBreaks::escaped);
+
+/// The first characters of a text, counted as code points, so that the result has at most four octets for
+/// each; octets that are not UTF-8 are replaced by U+FFFD.
+[[nodiscard]] std::string firstCharacters(std::string_view text, std::size_t count);
+
 /// The texts in their order, with commas and no blanks between them.
 [[nodiscard]] std::string joined(const std::vector<std::string>& texts);
 

@@ -2,6 +2,7 @@
 
 #include "Crypt/DataExtensions.h"
 #include "Platform/Platform.h"
+#include "Sdk/Events/ForeignText.h"
 #include "Sdk/Events/SdkError.h"
 #include "Sdk/SecureChannel/CertificateMemo.h"
 
@@ -64,11 +65,13 @@ std::vector<SecCertificate> KeysContainer::convertStringsToCerts(const std::vect
     certificates.reserve(strings.size());
     for (const std::string& string : strings) {
         const auto der = fromBase64(string);
-        if (!der) KORVANE_RAISE(kFunction, SDKRuntimeException, "Can not decode base64 cert " + string);
+        if (!der)
+            KORVANE_RAISE(kFunction, SDKRuntimeException,
+                          "Can not decode base64 cert " + foreignText(string));
         auto certificate = SecCertificateCreateWithData(*der);
         if (!certificate)
             KORVANE_RAISE(kFunction, SDKRuntimeException,
-                          "Can not create cert from data for certString " + string);
+                          "Can not create cert from data for certString " + foreignText(string));
         certificates.push_back(std::move(*certificate));
     }
     return certificates;

@@ -1,6 +1,7 @@
 #include "Sdk/Transaction/Transaction.h"
 
 #include "Platform/Logger.h"
+#include "Sdk/Events/ForeignText.h"
 #include "Ui/Screens/ChallengeViewController.h"
 #include "Ui/Screens/ChallengeWebViewController.h"
 
@@ -57,8 +58,8 @@ void Transaction::cancelChallenge() {
         kCancel,
         [](CReq& cReq) { cReq.challengeCancel = ChallengeCancelationInd::CARDHOLDER_SELECTED_CANCEL; },
         [this](const CReq& cReq, const ChallengeParameters& parameters) {
-            const Bytes data =
-                keysContainer_->encryptCReq(toBytes(cReq.jsonString()), parameters.getAcsTransactionId());
+            const Bytes data = keysContainer_->encryptCReq(toBytes(cReq.jsonString()),
+                                                           parameters.getAcsTransactionId());
             static_cast<void>(sendCReq(data, CResPosition::later));
             completeChallengeWithCancel();
         });
@@ -88,7 +89,8 @@ void Transaction::sendVCCReq(const CReq& cReq) {
     Bytes data;
     try {
         const auto parameters = requireChallengeParameters(kSendVCCReq);
-        data = keysContainer_->encryptCReq(toBytes(cReq.jsonString()), parameters->getAcsTransactionId());
+        data =
+            keysContainer_->encryptCReq(toBytes(cReq.jsonString()), parameters->getAcsTransactionId());
     } catch (const std::exception& error) {
         onMainQueue([self = shared_from_this(), text = genericDescription(error)] {
             self->endWithError(kSendVCCReq, "Can not encrypt CReq: " + text);
@@ -120,7 +122,7 @@ void Transaction::processCResResult(const CReqSendingResult& result) {
 void Transaction::completeWithStatus(const std::string& value) {
     const auto status = fromRawValue<TransactionStatus>(value);
     if (!status) {
-        endWithError(kProcess, "Can not recognize transStatus. Got value " + value + ".");
+        endWithError(kProcess, "Can not recognize transStatus. Got value " + foreignText(value) + ".");
         return;
     }
     KORVANE_LOG(kProcess, "Transaction status is " + value);
@@ -168,8 +170,7 @@ void Transaction::updateHtml(const CRes& cRes) {
     screen->challengeWebView->loadHTMLString(*page);
     screen->hideSpinner();
     if (cRes.acsHTMLRefresh)
-        if (auto refresh = decodedPage(*cRes.acsHTMLRefresh))
-            screen->returnFromOobPage = std::move(*refresh);
+        if (auto refresh = decodedPage(*cRes.acsHTMLRefresh)) screen->returnFromOobPage = std::move(*refresh);
 }
 
 } // namespace korvane

@@ -169,7 +169,8 @@ bool Transaction::openSecureChannelOrTell() {
 /// has to be sent there.
 void Transaction::openSecureChannel() {
     const auto parameters = requireChallengeParameters(kInner);
-    KORVANE_LOG(kInner, "Acs signed content:\n" + orNil(parameters->acsSignedContent));
+    KORVANE_LOG(kInner,
+                LogLines{"Acs signed content:\n" + escapedControls(orNil(parameters->acsSignedContent))});
     const std::string& content = parameters->getAcsSignedContent();
     const AcsSignedContent signedContent = AcsSignedContent::decode(JWS(content).payload().data());
     httpClient_.set(std::make_shared<HttpClient>(signedContent.acsURL));

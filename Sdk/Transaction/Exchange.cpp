@@ -57,7 +57,8 @@ bool isNoJSON(const DecodingError& error) {
 void logMessage(std::string_view message) {
     if (!Logger::shared().debug()) return;
     constexpr int kIndent = 2;
-    if (const auto json = JSONSerialization::jsonObject(message)) KORVANE_LOG(kFunction, json->dump(kIndent));
+    if (const auto json = JSONSerialization::jsonObject(message))
+        KORVANE_LOG(kFunction, LogLines{json->dump(kIndent)});
 }
 
 } // namespace

@@ -34,6 +34,34 @@ TEST(CharacterCount, CountsWhatAReaderSees) {
         EXPECT_EQ(characterCount(row.text), row.count) << row.name;
 }
 
+TEST(ControlCharacters, AreShownAsTheirNumbersAndNeverGoOut) {
+    const struct {
+        const char* name;
+        std::string text;
+        std::string expected;
+    } rows[] = {
+        {"nothing", "", ""},
+        {"no control among letters", "a \u00e9\u00a0\u2027\u202a\U0001F600~\\",
+         "a \u00e9\u00a0\u2027\u202a\U0001F600~\\"},
+        {"line ends and a tab", "a\r\nb\t", "a\\u000d\\u000ab\\u0009"},
+        {"a zero octet", std::string("\0", 1), "\\u0000"},
+        {"escape and delete", "\x1b[2J\x7f", "\\u001b[2J\\u007f"},
+        {"the second set, first and last", "\u0080\u009b\u009f", "\\u0080\\u009b\\u009f"},
+        {"line and paragraph separators", "\u2028\u2029", "\\u2028\\u2029"},
+        {"octets that are no UTF-8", "a\x9b\xc2", "a\uFFFD\uFFFD"},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(escapedControls(row.text), row.expected) << row.name;
+    EXPECT_EQ(escapedControls("a\n\x1b", LineBreaks::kept), "a\n\\u001b");
+}
+
+TEST(FirstCharacters, AreWholeCodePoints) {
+    EXPECT_EQ(firstCharacters("abc", 3), "abc");
+    EXPECT_EQ(firstCharacters("abc", 2), "ab");
+    EXPECT_EQ(firstCharacters("\u00e9\U0001F600x", 2), "\u00e9\U0001F600");
+    EXPECT_EQ(firstCharacters("\x80\x80", 1), "\uFFFD") << "octets that begin nothing";
+}
+
 TEST(RegularExpressions, GroupsComeWithTheirMatches) {
     EXPECT_THAT(regularExpressionMatches("(a)(b)?", "ab-a"),
                 ElementsAre(ElementsAre("ab", "a", "b"), ElementsAre("a", "a", "")));

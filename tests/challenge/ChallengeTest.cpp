@@ -212,6 +212,33 @@ TEST_F(ChallengeTest, ErroAboutTheTimeDoesNotHoldTheMainQueue) {
     EXPECT_EQ(platform.now(), Seconds{301}) << "the test's body stands on the main queue";
 }
 
+TEST_F(ChallengeTest, ForeignTextForgesNoLogLineAndIsCutForTheApplication) {
+    const struct {
+        std::string status;
+        std::string logged;
+        std::string told;
+    } rows[] = {
+        {"Y\nforged\u009b", "Y\\u000aforged\\u009b", "Y\nforged\u009b"},
+        {std::string(1001, 'x'), std::string(1000, 'x'), std::string(1000, 'x')},
+    };
+    const std::string text = "Can not recognize transStatus. Got value ";
+    for (const auto& row : rows) {
+        heard.clear();
+        create();
+        const RecordingLogger log;
+        start({SimulatedAcs::showing("04"), SimulatedAcs::endingWith(row.status)});
+        tap(*top<ChallengeOobNativeViewController>()->continueButton.get());
+        EXPECT_THAT(heard, ElementsAre("runtimeError(-1, " + text + row.told + ".)"));
+        EXPECT_THAT(log.lines(), Contains(EndsWith("processCResResult(_:): " + text + row.logged + ".")));
+    }
+    heard.clear();
+    create();
+    const RecordingLogger log;
+    parameters->setAcsSignedContent("a.b\nforged");
+    start({});
+    EXPECT_THAT(log.lines(), Contains(EndsWith(": Acs signed content:\na.b\\u000aforged")));
+}
+
 TEST_F(ChallengeTest, TurnsChangePlacesOfTheSameTwoScreensAndWhatWasTypedGoesAlong) {
     startWithScreens({"01"});
     const auto upright = top<ChallengeTextNativeViewController>();
