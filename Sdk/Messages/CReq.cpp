@@ -9,8 +9,21 @@ void addIfPresent(JSONObjectWriter& writer, std::string_view name, const std::op
     if (value) writer.addString(name, rawValue(*value));
 }
 
-void addIfPresent(JSONObjectWriter& writer, std::string_view name, const std::optional<std::string>& value) {
+template <class Text>
+void addTextIfPresent(JSONObjectWriter& writer, std::string_view name, const std::optional<Text>& value) {
     if (value) writer.addString(name, *value);
+}
+
+/// Room enough to write the request without a buffer left behind: a character takes six at most.
+std::size_t longestLength(const CReq& cReq) {
+    constexpr std::size_t kNamesAndValuesOfOurs = 1024;
+    constexpr std::size_t kLongestEscape = 6;
+    std::size_t length = 0;
+    for (const auto* text : {&cReq.challengeDataEntry, &cReq.challengeHTMLDataEntry})
+        length += *text ? (*text)->text().size() : 0;
+    length += cReq.threeDSRequestorAppURL.value_or("").size() + cReq.threeDSServerTransID.size() +
+              cReq.acsTransID.size();
+    return kNamesAndValuesOfOurs + kLongestEscape * length;
 }
 
 std::optional<std::string> stringIfPresent(const JSONField& object, std::string_view name) {
@@ -40,14 +53,14 @@ std::optional<std::vector<MessageExtensionAttribute>> extensionsIfPresent(const 
 
 } // namespace
 
-std::string CReq::jsonString() const {
-    JSONObjectWriter writer;
-    addIfPresent(writer, "threeDSRequestorAppURL", threeDSRequestorAppURL);
+SecretString CReq::jsonString() const {
+    JSONObjectWriter writer(longestLength(*this));
+    addTextIfPresent(writer, "threeDSRequestorAppURL", threeDSRequestorAppURL);
     writer.addString("threeDSServerTransID", threeDSServerTransID);
     writer.addString("acsTransID", acsTransID);
     addIfPresent(writer, "challengeCancel", challengeCancel);
-    addIfPresent(writer, "challengeDataEntry", challengeDataEntry);
-    addIfPresent(writer, "challengeHTMLDataEntry", challengeHTMLDataEntry);
+    addTextIfPresent(writer, "challengeDataEntry", challengeDataEntry);
+    addTextIfPresent(writer, "challengeHTMLDataEntry", challengeHTMLDataEntry);
     addIfPresent(writer, "challengeNoEntry", challengeNoEntry);
     addIfPresent(writer, "challengeWindowSize", challengeWindowSize);
     if (messageExtension) writer.addJSON("messageExtension", jsonOf(*messageExtension));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Bytes.h"
+#include "Platform/Security/Secret.h"
 #include "Sdk/Messages/MessageExtensionAttribute.h"
 #include "Sdk/Messages/MessageValues.h"
 
@@ -17,8 +18,8 @@ struct CReq {
     std::string threeDSServerTransID;
     std::string acsTransID;
     std::optional<ChallengeCancelationInd> challengeCancel;
-    std::optional<std::string> challengeDataEntry;
-    std::optional<std::string> challengeHTMLDataEntry;
+    std::optional<SecretString> challengeDataEntry;
+    std::optional<SecretString> challengeHTMLDataEntry;
     std::optional<YesNoSelector> challengeNoEntry;
     std::optional<ChallengeWindowSize> challengeWindowSize;
     std::optional<std::vector<MessageExtensionAttribute>> messageExtension;
@@ -33,7 +34,7 @@ struct CReq {
     std::optional<YesNoSelector> whitelistingDataEntry;
 
     /// The UTF-8 JSON text, members in declaration order.
-    [[nodiscard]] std::string jsonString() const;
+    [[nodiscard]] SecretString jsonString() const;
 
     /// Reads the JSON form back.
     /// @throws DecodingError naming the field.

@@ -90,15 +90,25 @@ constexpr std::array<FieldRow, 30> kFields{
 
 /// The values of the record's fields as they came, with the number of times that each name came.
 struct Gathered {
+    Gathered() = default;
+    Gathered(const Gathered&) = delete;
+    Gathered& operator=(const Gathered&) = delete;
+    /// An opened message does not stay in memory.
+    ~Gathered() {
+        for (JSON& value : values)
+            const SecretJSON gone(std::move(value));
+    }
+
     std::array<JSON, kFields.size()> values;
     std::array<int, kFields.size()> counts{};
 
     void add(std::string_view name, JSON&& value) {
         for (std::size_t index = 0; index < kFields.size(); ++index)
-            if (kFields[index].name == name) {
-                if (++counts[index] == 1) values[index] = std::move(value);
+            if (kFields[index].name == name && ++counts[index] == 1) {
+                values[index] = std::move(value);
                 return;
             }
+        const SecretJSON unused(std::move(value));
     }
 
     [[nodiscard]] std::vector<std::string> repeatedNames() const {
@@ -109,15 +119,13 @@ struct Gathered {
     }
 };
 
-Gathered gather(std::string_view json) {
-    Gathered gathered;
+void gather(std::string_view json, Gathered& gathered) {
     const JSONTopLevel top = JSONSerialization::forEachMember(
         json, [&gathered](std::string_view name, JSON&& value) { gathered.add(name, std::move(value)); });
     if (top == JSONTopLevel::malformed)
         throw DecodingError(DecodingErrorCase::dataCorrupted, "The data is not valid JSON.");
     if (top == JSONTopLevel::otherValue)
         throw DecodingError(DecodingErrorCase::typeMismatch, "The top level is not a JSON object.");
-    return gathered;
 }
 
 } // namespace
@@ -139,7 +147,8 @@ std::string ImageUrls::json() const {
 }
 
 CRes CRes::decode(std::string_view json) {
-    const Gathered gathered = gather(json);
+    Gathered gathered;
+    gather(json, gathered);
     const std::string repeated = joined(gathered.repeatedNames());
     if (!repeated.empty()) {
         KORVANE_LOG("init(from:)", "Duplicate key: " + repeated);

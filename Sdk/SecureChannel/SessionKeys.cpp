@@ -51,13 +51,14 @@ std::string KeysContainer::decryptAcsSignedContent(ByteView content, const std::
 
 Bytes KeysContainer::encryptCReq(Bytes cReq, const std::string& acsTransactionId) const {
     constexpr const char* kFunction = "encryptCReq(_:_:)";
+    const Payload payload(std::move(cReq));
     if (!cek_) KORVANE_RAISE(kFunction, InvalidInputException, "Can not get CEK.");
     const auto encrypter = Encrypter::make(kKeyManagement, kContentEncryption, *cek_);
     if (!encrypter) KORVANE_RAISE(kFunction, SDKRuntimeException, "Can not create A128CBCHS256 encrypter.");
     // No header can hold a "kid" that is no text, and without one the ACS has no way to find its key.
     if (!isUtf8(acsTransactionId))
         KORVANE_RAISE(kFunction, InvalidInputException, "Can not get serialize JWE.");
-    const JWE jwe(headerWithKid(acsTransactionId), Payload(std::move(cReq)), *encrypter);
+    const JWE jwe(headerWithKid(acsTransactionId), payload, *encrypter);
     return jwe.compactSerializedData();
 }
 

@@ -31,7 +31,7 @@ void Transaction::resendOtp() {
 
 void Transaction::sendChallengeDataToAcs(const std::string& data,
                                          std::optional<YesNoSelector> whitelistingDataEntry) {
-    if (!challengeInterrupted_) challengeData_.set(std::make_shared<const std::string>(data));
+    if (!challengeInterrupted_) challengeData_.set(std::make_shared<const SecretString>(data));
     act(kSendData, [&](CReq& cReq) {
         if (data.empty())
             cReq.challengeNoEntry = YesNoSelector::Y;
@@ -58,7 +58,7 @@ void Transaction::cancelChallenge() {
         kCancel,
         [](CReq& cReq) { cReq.challengeCancel = ChallengeCancelationInd::CARDHOLDER_SELECTED_CANCEL; },
         [this](const CReq& cReq, const ChallengeParameters& parameters) {
-            const Bytes data = keysContainer_->encryptCReq(toBytes(cReq.jsonString()),
+            const Bytes data = keysContainer_->encryptCReq(toBytes(cReq.jsonString().text()),
                                                            parameters.getAcsTransactionId());
             static_cast<void>(sendCReq(data, CResPosition::later));
             completeChallengeWithCancel();
@@ -90,7 +90,7 @@ void Transaction::sendVCCReq(const CReq& cReq) {
     try {
         const auto parameters = requireChallengeParameters(kSendVCCReq);
         data =
-            keysContainer_->encryptCReq(toBytes(cReq.jsonString()), parameters->getAcsTransactionId());
+            keysContainer_->encryptCReq(toBytes(cReq.jsonString().text()), parameters->getAcsTransactionId());
     } catch (const std::exception& error) {
         onMainQueue([self = shared_from_this(), text = genericDescription(error)] {
             self->endWithError(kSendVCCReq, "Can not encrypt CReq: " + text);

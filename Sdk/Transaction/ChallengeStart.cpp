@@ -180,9 +180,9 @@ void Transaction::openSecureChannel() {
 Bytes Transaction::getInitCReqData() const {
     constexpr const char* kFunction = "getInitCReqData()";
     const auto parameters = requireChallengeParameters(kFunction);
-    const std::string json = makeCReq(*parameters).jsonString();
+    const SecretString json = makeCReq(*parameters).jsonString();
     KORVANE_LOG(kFunction, json);
-    return keysContainer_->encryptCReq(toBytes(json), parameters->getAcsTransactionId());
+    return keysContainer_->encryptCReq(toBytes(json.text()), parameters->getAcsTransactionId());
 }
 
 CReq Transaction::makeCReq(const ChallengeParameters& parameters) const {

@@ -1,5 +1,6 @@
 #include "Sdk/Transaction/Transaction.h"
 
+#include "Crypt/Payload.h"
 #include "Platform/JSON.h"
 #include "Platform/LetterCase.h"
 #include "Platform/Platform.h"
@@ -89,14 +90,14 @@ CReqSendingResult Transaction::readAnswer(const Bytes& body, CResPosition positi
         return {.erro = createErroIfPossible(errorWithDetails(kNotRecognized, kDetails)),
                 .errorDescription = "JWE parse error."};
     }
-    Bytes message;
+    std::optional<Payload> message;
     try {
-        message = keysContainer_->decryptCRes(body);
+        message.emplace(keysContainer_->decryptCRes(body));
     } catch (const std::exception& error) {
         return rejected(createErroIfPossible(errorWithDetails(kNotDecrypted, genericDescription(error))),
                         "Can not decrypt CRes JWE.");
     }
-    return readMessage(asText(message), position);
+    return readMessage(asText(message->data()), position);
 }
 
 CReqSendingResult Transaction::readMessage(std::string_view message, CResPosition position) const {

@@ -74,7 +74,7 @@ std::shared_ptr<ProgressDialog> Transaction::getProgressView() const {
 
 std::optional<std::string> Transaction::challengeData() const {
     const auto data = challengeData_.get();
-    return data ? std::optional(*data) : std::nullopt;
+    return data ? std::optional(data->text()) : std::nullopt;
 }
 
 void Transaction::onMainQueue(std::function<void()> work) {

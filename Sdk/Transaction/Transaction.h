@@ -252,7 +252,7 @@ private:
     /// The screens of whose end the application has been told, or will be once they are gone. Main queue
     /// only.
     std::weak_ptr<ChallengeRootNavigationController> endedRootVC_;
-    SharedField<const std::string> challengeData_;
+    SharedField<const SecretString> challengeData_;
     NotificationObserver orientationListener_;
 };
 

@@ -1,6 +1,7 @@
 #include "Ui/Screens/ChallengeTextNativeViewController.h"
 
 #include "Platform/Platform.h"
+#include "Platform/Security/Secret.h"
 #include "Platform/View/UIApplication.h"
 #include "Platform/View/UIGestureRecognizer.h"
 #include "Platform/View/UIWindow.h"
@@ -87,8 +88,8 @@ void ChallengeTextNativeViewController::applyCustomization(
 
 void ChallengeTextNativeViewController::checkOtp() {
     if (keyboardIsShown) view()->endEditing();
-    const std::string text = otp->text();
-    if (text.empty()) return;
+    const SecretString text(otp->text());
+    if (text.text().empty()) return;
     showSpinner();
     const auto actions = transaction();
     if (!actions) return;

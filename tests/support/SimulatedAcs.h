@@ -35,6 +35,9 @@ public:
     /// @return what the application starts the challenge with.
     [[nodiscard]] ChallengeParameters accept(const AuthenticationRequestParameters& request);
 
+    /// The key that both sides derive.
+    [[nodiscard]] const SecretBytes& key() const noexcept { return key_; }
+
     /// The next requests' answers.
     std::deque<Answer> answers;
     /// What requests beyond them get; empty for no answer, ever.

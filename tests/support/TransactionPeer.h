@@ -41,6 +41,10 @@ struct TransactionPeer {
         return transaction->initCReqErrorSendCompletetionSemaphore_->wait(Seconds{0}) ==
                DispatchTimeoutResult::success;
     }
+    /// Of the pair that the ACS agrees with, in Base64URL; before the agreement.
+    [[nodiscard]] SecretString privateNumber() const {
+        return transaction->keysContainer_->ephemeralKeyPair_.value().privateKey();
+    }
     [[nodiscard]] const std::string& sdkTransactionID() const { return transaction->sdkTransactionID_; }
 };
 

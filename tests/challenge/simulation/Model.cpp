@@ -51,7 +51,7 @@ std::optional<StartFailure> failureOfTheNextStart(StartFault before) {
 } // namespace
 
 std::string describe(const CReq& cReq) {
-    return "ACS: " + cReq.jsonString();
+    return "ACS: " + cReq.jsonString().text();
 }
 
 std::string describeErro(const std::string& code, const std::string& details) {
