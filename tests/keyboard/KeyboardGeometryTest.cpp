@@ -1,7 +1,5 @@
 #include "tests/keyboard/ThumbDriver.h"
 
-#include <gmock/gmock.h>
-
 #include <algorithm>
 #include <array>
 #include <optional>
@@ -10,9 +8,6 @@
 namespace korvane {
 namespace {
 
-using State = CustomKeyboardLayoutState;
-using Shift = CustomKeyboardShiftState;
-
 struct PageRow {
     const char* name;
     State state;
@@ -20,11 +15,11 @@ struct PageRow {
 };
 
 constexpr std::array kPages{
-    PageRow{"uppercase", State::Letters(Shift::Once),
+    PageRow{"uppercase", kOnce,
             "Q W E R T Y U I O P A S D F G H J K L ShiftOnce Z X C V B N M Backspace Numbers Space Return"},
-    PageRow{"uppercase toggled", State::Letters(Shift::On),
+    PageRow{"uppercase toggled", kOn,
             "Q W E R T Y U I O P A S D F G H J K L ShiftOn Z X C V B N M Backspace Numbers Space Return"},
-    PageRow{"lowercase", State::Letters(Shift::Off),
+    PageRow{"lowercase", kOff,
             "q w e r t y u i o p a s d f g h j k l ShiftOff z x c v b n m Backspace Numbers Space Return"},
     PageRow{"numbers", State::Numbers(),
             "1 2 3 4 5 6 7 8 9 0 - / : ; ( ) $ & @ \" Symbols . , ? ! ' Backspace Letters Space Return"},
@@ -74,7 +69,7 @@ public:
 };
 
 struct Area {
-    std::shared_ptr<KeyboardButton> key;
+    Button key;
     CGRect touches;
     CGRect frame;
 };
@@ -190,7 +185,7 @@ TEST(KeyboardGeometry, LettersOfATelephoneStandAsPeopleKnowThem) {
     for (double width = 320; width <= 430; width += 1) {
         SCOPED_TRACE(width);
         Pages pages({width, 2 * width});
-        KeyboardLayout& page = pages.show(State::Letters(Shift::Off));
+        KeyboardLayout& page = pages.show(kOff);
         const auto frame = [&](const char* name) {
             for (const Area& area : areas(page))
                 if (nameOf(*area.key) == name) return area.frame;
@@ -221,7 +216,7 @@ TEST(KeyboardGeometry, KeyTypesWhatItShows) {
                 if (key->type().kind() != KeyboardButtonType::Kind::Key || key->isHidden()) continue;
                 thumbs.keyboard().setKeyboardLayoutState(row.state);
                 thumbs.field->setText("");
-                thumbs.tap(nameOf(*key));
+                thumbs.play(nameOf(*key));
                 EXPECT_EQ(thumbs.text(), key->textLabel()->text());
             }
         }

@@ -2,106 +2,77 @@
 
 #include "keyboard/KeyPop.h"
 
-#include <gmock/gmock.h>
-
 namespace korvane {
 namespace {
 
-using testing::ElementsAre;
 using testing::IsEmpty;
-using State = CustomKeyboardLayoutState;
-using Shift = CustomKeyboardShiftState;
-
 /// What a layout reports, as text.
-class Reports final : public KeyboardLayoutDelegate {
-public:
-    void keyboardLayoutDidKeyPressStart(KeyboardLayout& /*layout*/,
-                                        const std::shared_ptr<KeyboardButton>& button) override {
+struct Reports final : KeyboardLayoutDelegate {
+    void keyboardLayoutDidKeyPressStart(KeyboardLayout&, const Button& button) override {
         lines.push_back("start " + nameOf(*button));
     }
-    void keyboardLayoutDidKeyPressEnd(KeyboardLayout& /*layout*/,
-                                      const std::shared_ptr<KeyboardButton>& button) override {
+    void keyboardLayoutDidKeyPressEnd(KeyboardLayout&, const Button& button) override {
         lines.push_back("end " + nameOf(*button));
     }
-    void keyboardLayoutDidDraggedIn(KeyboardLayout& /*layout*/, const std::shared_ptr<KeyboardButton>& from,
-                                    const std::shared_ptr<KeyboardButton>& to) override {
+    void keyboardLayoutDidDraggedIn(KeyboardLayout&, const Button& from, const Button& to) override {
         lines.push_back(nameOf(*from) + " to " + nameOf(*to));
     }
-    void keyboardLayoutDidTouchesBegin(KeyboardLayout& /*layout*/, const UITouches& touches) override {
+    void keyboardLayoutDidTouchesBegin(KeyboardLayout&, const UITouches& touches) override {
         lines.push_back("began " + std::to_string(touches.size()));
     }
-    void keyboardLayoutDidTouchesMove(KeyboardLayout& /*layout*/, const UITouches& touches) override {
+    void keyboardLayoutDidTouchesMove(KeyboardLayout&, const UITouches& touches) override {
         lines.push_back("moved " + std::to_string(touches.size()));
     }
-    void keyboardLayoutDidTouchesEnd(KeyboardLayout& /*layout*/, const UITouches& touches) override {
+    void keyboardLayoutDidTouchesEnd(KeyboardLayout&, const UITouches& touches) override {
         lines.push_back("ended " + std::to_string(touches.size()));
     }
-    void keyboardLayoutDidTouchesCancel(KeyboardLayout& /*layout*/, const UITouches& touches) override {
+    void keyboardLayoutDidTouchesCancel(KeyboardLayout&, const UITouches& touches) override {
         lines.push_back("cancelled " + std::to_string(touches.size()));
     }
 
     std::vector<std::string> lines;
 };
 
-/// A driver whose page reports here in place of the keyboard.
-struct ReportingThumbs : ThumbDriver {
-    ReportingThumbs() {
-        keyboard().switchToLetters(Shift::Off);
-        page().setDelegate(reports);
+/// Each row tells what a page of small letters reports while thumbs play on it.
+TEST(KeyboardLayout, ReportsTouchesAndWhatTheyPress) {
+    struct Row {
+        const char* name;
+        const char* steps;
+        std::vector<std::string> reports;
+        const char* stepsWithoutTyping = "";
+    };
+    const Row rows[] = {
+        {"released in their order",
+         "1:q 2:p 1^ 2^",
+         {"began 1", "start q", "began 1", "start p", "ended 1", "end q", "ended 1", "end p"}},
+        {"counts for the key under the thumb at its end",
+         "1:q 1:w 1:above 1^",
+         {"began 1", "start q", "moved 1", "q to w", "moved 1", "ended 1", "end w"}},
+        {"cancelled: presses nothing", "1:q 1!", {"began 1", "start q", "cancelled 1"}},
+        {"typing is off: touches alone",
+         "1:q",
+         {"began 1", "start q", "began 1", "moved 1", "ended 1", "ended 1"},
+         "2:w 1:e 2^ 1^"}};
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        ThumbDriver thumbs;
+        thumbs.keyboard().switchToLetters(Shift::Off);
+        const auto reports = std::make_shared<Reports>();
+        thumbs.page().setDelegate(reports);
+        thumbs.play(row.steps);
+        thumbs.page().setTypingEnabled(false);
+        thumbs.play(row.stepsWithoutTyping);
+        EXPECT_EQ(reports->lines, row.reports);
+        EXPECT_THAT(thumbs.page().currentTouches(), IsEmpty());
     }
-
-    std::shared_ptr<Reports> reports = std::make_shared<Reports>();
-};
-
-TEST(KeyboardLayout, TwoThumbsArePressedAndReleasedInTheirOrder) {
-    ReportingThumbs thumbs;
-    thumbs.press(1, "q");
-    thumbs.press(2, "p");
-    thumbs.lift(1);
-    thumbs.lift(2);
-    EXPECT_THAT(thumbs.reports->lines, ElementsAre("began 1", "start q", "began 1", "start p", "ended 1",
-                                                   "end q", "ended 1", "end p"));
-    EXPECT_THAT(thumbs.page().currentTouches(), IsEmpty());
-}
-
-TEST(KeyboardLayout, PressCountsForTheKeyUnderTheThumbAtItsEnd) {
-    ReportingThumbs thumbs;
-    thumbs.press(1, "q");
-    thumbs.slide(1, "w");
-    thumbs.slideTo(1, {100, 100}); // far above all keys
-    thumbs.lift(1);
-    EXPECT_THAT(thumbs.reports->lines,
-                ElementsAre("began 1", "start q", "moved 1", "q to w", "moved 1", "ended 1", "end w"));
-}
-
-TEST(KeyboardLayout, CancelledThumbPressesNothing) {
-    ReportingThumbs thumbs;
-    thumbs.press(1, "q");
-    thumbs.cancel(1);
-    EXPECT_THAT(thumbs.reports->lines, ElementsAre("began 1", "start q", "cancelled 1"));
-    EXPECT_THAT(thumbs.page().currentTouches(), IsEmpty());
-}
-
-TEST(KeyboardLayout, TouchesAreReportedWhileTypingIsOff) {
-    ReportingThumbs thumbs;
-    thumbs.press(1, "q");
-    thumbs.page().setTypingEnabled(false);
-    thumbs.press(2, "w");
-    thumbs.slide(1, "e");
-    thumbs.lift(2);
-    thumbs.lift(1);
-    EXPECT_THAT(thumbs.reports->lines,
-                ElementsAre("began 1", "start q", "began 1", "moved 1", "ended 1", "ended 1"));
-    EXPECT_THAT(thumbs.page().currentTouches(), IsEmpty());
 }
 
 TEST(KeyboardLayout, HiddenKeyKeepsItsPlaceAndDoesNotReact) {
     ThumbDriver thumbs(UIKeyboardType::asciiCapableNumberPad);
     EXPECT_EQ(thumbs.key("0")->frame().origin.x, thumbs.key("8")->frame().origin.x);
-    thumbs.press(1, "-");
+    thumbs.play("1:-");
     EXPECT_THAT(thumbs.page().currentTouches(), IsEmpty());
-    thumbs.slide(1, "0");
-    thumbs.lift(1);
+    thumbs.play("1:0 1^");
     EXPECT_EQ(thumbs.text(), "");
 }
 
@@ -110,71 +81,26 @@ TEST(KeyboardLayout, HiddenKeyKeepsItsPlaceAndDoesNotReact) {
 TEST(KeyboardLayout, ThumbsStayDownWhenThePageChangesUnderThem) {
     struct Row {
         const char* name;
-        void (*type)(ThumbDriver&);
+        const char* steps;
         const char* text;
+        void (*change)(CustomKeyboard&) = [](CustomKeyboard&) {};
+        const char* stepsAfter = "";
     };
-    constexpr std::array rows{Row{"capital, then the next letter rolls over",
-                                  [](ThumbDriver& thumbs) {
-                                      thumbs.press(1, "H");
-                                      thumbs.press(2, "E");
-                                      thumbs.lift(1);
-                                      thumbs.press(3, "l");
-                                      thumbs.lift(2);
-                                      thumbs.lift(3);
-                                  },
-                                  "Hel"},
-                              Row{"both go up at once",
-                                  [](ThumbDriver& thumbs) {
-                                      thumbs.press(1, "H");
-                                      thumbs.press(2, "E");
-                                      thumbs.liftTogether(1, 2);
-                                  },
-                                  "He"},
-                              Row{"slides on over the next page",
-                                  [](ThumbDriver& thumbs) {
-                                      thumbs.press(1, "Q");
-                                      thumbs.tap("Numbers");
-                                      thumbs.tap("Symbols");
-                                      thumbs.slide(1, "€");
-                                      thumbs.lift(1);
-                                  },
-                                  "€"},
-                              Row{"is cancelled on the next page",
-                                  [](ThumbDriver& thumbs) {
-                                      thumbs.press(1, "Q");
-                                      thumbs.tap("Numbers");
-                                      thumbs.cancel(1);
-                                      thumbs.tap("2");
-                                  },
-                                  "2"},
-                              Row{"same page again",
-                                  [](ThumbDriver& thumbs) {
-                                      thumbs.press(1, "Q");
-                                      thumbs.keyboard().capitalize();
-                                      thumbs.lift(1);
-                                  },
-                                  "Q"},
-                              Row{"there and back",
-                                  [](ThumbDriver& thumbs) {
-                                      thumbs.press(1, "Q");
-                                      thumbs.tap("Numbers");
-                                      thumbs.tap("Letters");
-                                      thumbs.lift(1);
-                                      thumbs.tap("w");
-                                  },
-                                  "qw"},
-                              Row{"reloaded: counts for nothing",
-                                  [](ThumbDriver& thumbs) {
-                                      thumbs.press(1, "Q");
-                                      thumbs.keyboard().reload(State::Letters(Shift::Off));
-                                      thumbs.slide(1, "w");
-                                      thumbs.lift(1);
-                                  },
-                                  ""}};
+    const Row rows[] = {
+        {"capital, then the next letter rolls over", "1:H 2:E 1^ 3:l 2^ 3^", "Hel"},
+        {"both go up at once", "1:H 2:E 12^", "He"},
+        {"slides on over the next page", "1:Q Numbers Symbols 1:€ 1^", "€"},
+        {"is cancelled on the next page", "1:Q Numbers 1! 2", "2"},
+        {"there and back", "1:Q Numbers Letters 1^ w", "qw"},
+        {"same page again", "1:Q", "Q", [](CustomKeyboard& keyboard) { keyboard.capitalize(); }, "1^"},
+        {"reloaded: counts for nothing", "1:Q", "", [](CustomKeyboard& keyboard) { keyboard.reload(kOff); },
+         "1:w 1^"}};
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
         ThumbDriver thumbs;
-        row.type(thumbs);
+        thumbs.play(row.steps);
+        row.change(thumbs.keyboard());
+        thumbs.play(row.stepsAfter);
         EXPECT_EQ(thumbs.text(), row.text);
         thumbs.keyboard().enumerateKeyboardLayouts([](KeyboardLayout& layout) {
             EXPECT_THAT(layout.currentTouches(), IsEmpty());
@@ -202,7 +128,7 @@ TEST(KeyboardLayout, KeysAreFoundAddedAndRemovedByTheirPlaces) {
     EXPECT_EQ(extra->superview(), nullptr);
     page.addKeyboardButton(extra, 0, 99);
     EXPECT_EQ(name(0, 10), "!");
-    thumbs.tap("!");
+    thumbs.play("!");
     EXPECT_EQ(thumbs.text(), "!");
     page.removeKeyboardButton(0, 99);
     page.removeKeyboardButton(0, 10);
@@ -225,25 +151,22 @@ std::vector<std::string> popUps(const UIView& view) {
 
 TEST(KeyPop, ShowsWhileAThumbIsOnItsKey) {
     ThumbDriver thumbs;
-    thumbs.press(1, "Q");
-    thumbs.press(2, "W");
-    EXPECT_THAT(popUps(thumbs.page()), ElementsAre("Q", "W"));
-    thumbs.slide(1, "A");
-    EXPECT_THAT(popUps(thumbs.page()), ElementsAre("W", "A"));
-    thumbs.cancel(2);
-    EXPECT_THAT(popUps(thumbs.page()), ElementsAre("A"));
-    thumbs.lift(1);
-    thumbs.press(1, "Space");
-    EXPECT_THAT(popUps(thumbs.page()), IsEmpty());
-    thumbs.slide(1, "Backspace");
-    EXPECT_THAT(popUps(thumbs.page()), ElementsAre("Backspace"));
+    const std::pair<const char*, std::vector<std::string>> rows[] = {{"1:Q 2:W", {"Q", "W"}},
+                                                                     {"1:A", {"W", "A"}},
+                                                                     {"2!", {"A"}},
+                                                                     {"1^ 1:Space", {}},
+                                                                     {"1:Backspace", {"Backspace"}}};
+    for (const auto& [steps, shown] : rows) {
+        thumbs.play(steps);
+        EXPECT_EQ(popUps(thumbs.page()), shown) << steps;
+    }
 }
 
 TEST(KeyPop, StaysOnTheScreenAtBothEndsOfEveryRow) {
     constexpr double kShadow = 5.4; // at the sides of the pictures
     for (const CGSize screen : {CGSize{320, 568}, CGSize{430, 932}, CGSize{568, 320}, CGSize{932, 430}}) {
         ThumbDriver thumbs(UIKeyboardType::defaultType, screen);
-        for (const State state : {State::Letters(Shift::Off), State::Numbers(), State::Symbols()}) {
+        for (const State state : {kOff, State::Numbers(), State::Symbols()}) {
             thumbs.keyboard().setKeyboardLayoutState(state);
             thumbs.page().layoutIfNeeded();
             for (const auto& key : keysOf(thumbs.page())) {
@@ -283,7 +206,7 @@ TEST(KeyPop, AssistiveTechnologyHearsOfKeysAndNotOfPresses) {
         EXPECT_GE(before.size(), keysOf(thumbs.page()).size());
         for (const auto& key : keysOf(thumbs.page())) {
             if (key->isHidden()) continue;
-            thumbs.press(1, nameOf(*key));
+            thumbs.play("1:" + nameOf(*key));
             EXPECT_EQ(told(*thumbs.window), before) << nameOf(*key);
             thumbs.cancel(1);
         }

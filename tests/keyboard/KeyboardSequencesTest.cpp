@@ -1,7 +1,5 @@
 #include "tests/keyboard/ThumbDriver.h"
 
-#include <gmock/gmock.h>
-
 #include <optional>
 #include <random>
 #include <set>
@@ -9,12 +7,7 @@
 namespace korvane {
 namespace {
 
-using State = CustomKeyboardLayoutState;
-using Shift = CustomKeyboardShiftState;
-
-constexpr State kOnce = State::Letters(Shift::Once);
-constexpr State kOff = State::Letters(Shift::Off);
-constexpr State kOn = State::Letters(Shift::On);
+using Thumb = ThumbDriver::Thumb;
 
 /// What a keyboard does, told without views and timers: a page is a list of areas, a thumb is a place, and
 /// time is a number.
@@ -39,19 +32,19 @@ public:
             erase();
         now_ = end;
     }
-    void press(int thumb, CGPoint at) {
+    void press(Thumb thumb, CGPoint at) {
         thumbs_[thumb] = at;
         holdSince_.reset();
         if (name(at) != "Backspace") return;
         holdSince_ = now_;
         nextDeletion_ = now_ + 0.6;
     }
-    void slide(int thumb, CGPoint at) { thumbs_[thumb] = at; }
-    void cancel(int thumb) {
+    void slide(Thumb thumb, CGPoint at) { thumbs_[thumb] = at; }
+    void cancel(Thumb thumb) {
         thumbs_.erase(thumb);
         holdSince_.reset();
     }
-    void lift(int thumb) {
+    void lift(Thumb thumb) {
         const CGPoint at = thumbs_[thumb];
         cancel(thumb);
         const Key& key = keyAt(at);
@@ -102,7 +95,7 @@ private:
     }
 
     std::array<std::vector<Key>, 5> pages_;
-    std::map<int, CGPoint> thumbs_;
+    std::map<Thumb, CGPoint> thumbs_;
     double now_ = 1; // past any window
     double shiftWindowEnd_ = 0;
     std::optional<double> holdSince_;
@@ -117,13 +110,13 @@ public:
           model_(thumbs_.keyboard().bounds().size) {}
 
     void step() {
-        const int thumb = static_cast<int>(below(3));
+        const Thumb thumb = below(3);
         const auto choice = below(10);
         if (!down_.contains(thumb)) {
             press(thumb);
         } else if (choice < 2) {
             const CGPoint at = place();
-            thumbs_.slideTo(thumb, inWindow(at));
+            thumbs_.touch(thumb, inWindow(at));
             model_.slide(thumb, at);
         } else if (choice < 3) {
             thumbs_.cancel(thumb);
@@ -141,7 +134,7 @@ public:
 
     void expectAgreement() {
         ASSERT_EQ(thumbs_.text(), model_.text);
-        ASSERT_EQ(thumbs_.keyboard().keyboardLayoutState(), model_.state);
+        ASSERT_EQ(thumbs_.state(), model_.state);
         std::size_t touches = 0;
         thumbs_.keyboard().enumerateKeyboardLayouts(
             [&](KeyboardLayout& layout) { touches += layout.currentTouches().size(); });
@@ -168,13 +161,13 @@ private:
     }
     CGPoint inWindow(CGPoint at) const { return thumbs_.keyboard().convertTo(nullptr, at); }
 
-    void press(int thumb) {
+    void press(Thumb thumb) {
         const CGPoint at = place();
         model_.press(thumb, at);
-        thumbs_.pressAt(thumb, inWindow(at));
+        thumbs_.touch(thumb, inWindow(at));
         down_.insert(thumb);
     }
-    void lift(int thumb) {
+    void lift(Thumb thumb) {
         thumbs_.lift(thumb);
         model_.lift(thumb);
         down_.erase(thumb);
@@ -189,7 +182,7 @@ private:
     std::mt19937_64 random_;
     ThumbDriver thumbs_;
     Model model_;
-    std::set<int> down_;
+    std::set<Thumb> down_;
 };
 
 TEST(KeyboardSequences, TypeWhatASimpleModelTypes) {

@@ -2,27 +2,26 @@
 
 #include "Platform/View/UIApplication.h"
 
-#include <gmock/gmock.h>
-
+#include <cctype>
 #include <sstream>
 
 namespace korvane {
 
 namespace {
 
-void collect(const KeyboardRow& row, std::vector<std::shared_ptr<KeyboardButton>>& keys) {
+void collect(const KeyboardRow& row, std::vector<Button>& keys) {
     for (const auto& element : *row.characters()) {
         if (const auto* inner = std::get_if<std::shared_ptr<KeyboardRow>>(&element))
             collect(**inner, keys);
         else
-            keys.push_back(std::get<std::shared_ptr<KeyboardButton>>(element));
+            keys.push_back(std::get<Button>(element));
     }
 }
 
 } // namespace
 
-std::vector<std::shared_ptr<KeyboardButton>> keysOf(const KeyboardLayout& layout) {
-    std::vector<std::shared_ptr<KeyboardButton>> keys;
+std::vector<Button> keysOf(const KeyboardLayout& layout) {
+    std::vector<Button> keys;
     for (const auto& row : *layout.rows())
         collect(*row, keys);
     return keys;
@@ -33,31 +32,22 @@ std::string nameOf(const KeyboardButton& key) {
 }
 
 CGRect touchArea(const KeyboardButton& key, const KeyboardLayout& layout) {
-    CGRect area = UIEdgeInsetsInsetRect(key.frame(), key.hitRangeInsets());
-    for (auto view = key.superview(); view && view.get() != &layout; view = view->superview())
-        area = CGRectOffset(area, view->frame().origin.x, view->frame().origin.y);
-    return area;
+    return key.superview()->convertTo(&layout, UIEdgeInsetsInsetRect(key.frame(), key.hitRangeInsets()));
 }
 
 /// Begins editing as the challenge's screen does.
-class ThumbDriver::FieldDelegate final : public UITextFieldDelegate {
-public:
-    explicit FieldDelegate(const std::shared_ptr<SecKeyboardInputViewController>& controller)
-        : controller_(controller) {}
-
+struct ThumbDriver::FieldDelegate final : UITextFieldDelegate {
     bool textFieldShouldBeginEditing(UITextField& textField) override {
-        controller_->set(std::static_pointer_cast<UITextField>(textField.shared_from_this()));
+        controller->set(std::static_pointer_cast<UITextField>(textField.shared_from_this()));
         return true;
     }
 
-private:
-    std::shared_ptr<SecKeyboardInputViewController> controller_;
+    std::shared_ptr<SecKeyboardInputViewController> controller;
 };
 
 ThumbDriver::ThumbDriver(UIKeyboardType type, CGSize screen)
-    : Device(screen), window(std::make_shared<UIWindow>()), field(std::make_shared<UITextField>()),
-      controller(std::make_shared<SecKeyboardInputViewController>()),
-      delegate_(std::make_shared<FieldDelegate>(controller)) {
+    : Device(screen), delegate_(std::make_shared<FieldDelegate>()) {
+    delegate_->controller = controller;
     const auto root = std::make_shared<UIViewController>();
     window->setRootViewController(root);
     window->makeKeyAndVisible();
@@ -83,59 +73,61 @@ void ThumbDriver::turn() {
     UIApplication::shared().deviceDidRotate();
 }
 
-std::shared_ptr<KeyboardButton> ThumbDriver::key(std::string_view name) const {
+Button ThumbDriver::key(std::string_view name) const {
     for (const auto& key : keysOf(page()))
         if (nameOf(*key) == name) return key;
     return nullptr;
 }
 
 CGPoint ThumbDriver::middle(std::string_view name) const {
+    if (name == "above") return {100, 100};
     page().layoutIfNeeded();
-    const auto found = key(name);
-    if (!found) {
-        ADD_FAILURE() << "no key " << name << " on this page";
-        return {};
-    }
-    return found->middleInWindow();
+    if (const auto found = key(name)) return found->middleInWindow();
+    ADD_FAILURE() << "no key " << name << " on this page";
+    return {};
 }
 
-void ThumbDriver::pressAt(int thumb, CGPoint inWindow) {
-    thumbs_[thumb] = inWindow;
-    send({{thumb, UITouchPhase::began}});
+void ThumbDriver::touch(Thumb thumb, CGPoint inWindow) {
+    const bool isNew = thumbs_.insert_or_assign(thumb, inWindow).second;
+    window->sendTouch({thumb, isNew ? UITouchPhase::began : UITouchPhase::moved, inWindow});
 }
 
-void ThumbDriver::slideTo(int thumb, CGPoint inWindow) {
-    thumbs_[thumb] = inWindow;
-    send({{thumb, UITouchPhase::moved}});
-}
-
-void ThumbDriver::send(const std::vector<std::pair<int, UITouchPhase>>& news) {
+void ThumbDriver::end(const std::vector<Thumb>& thumbs, UITouchPhase phase) {
     std::vector<UIWindow::TouchPoint> points;
-    for (const auto& [thumb, phase] : news)
-        points.push_back({static_cast<std::uint64_t>(thumb), phase, thumbs_[thumb]});
+    for (const Thumb thumb : thumbs) {
+        points.push_back({thumb, phase, thumbs_.at(thumb)});
+        thumbs_.erase(thumb);
+    }
     window->sendTouches(points);
 }
 
-void ThumbDriver::tap(std::string_view key) {
-    constexpr int kTapping = 1000;
-    press(kTapping, key);
+void ThumbDriver::tap(CGPoint inWindow) {
+    constexpr Thumb kTapping = 1000;
+    touch(kTapping, inWindow);
     lift(kTapping);
-}
-
-void ThumbDriver::hold(std::string_view key, double seconds) {
-    press(0, key);
-    wait(seconds);
-    lift(0);
 }
 
 void ThumbDriver::play(std::string_view steps) {
     std::istringstream stream{std::string(steps)};
     for (std::string step; stream >> step;) {
-        if (step.size() > 1 && step.front() == '+' && step[1] != '=')
+        if (step.size() > 1 && step.front() == '+')
             wait(std::stod(step.substr(1)));
+        else if (step.size() > 1 && std::isdigit(step.front()) != 0)
+            playThumbs(step);
         else
-            tap(step);
+            tap(middle(step));
     }
+}
+
+void ThumbDriver::playThumbs(const std::string& step) {
+    std::vector<Thumb> thumbs;
+    for (const char digit : step.substr(0, step.find_first_of(":^!")))
+        thumbs.push_back(static_cast<Thumb>(digit - '0'));
+    const char what = step[thumbs.size()];
+    if (what == ':')
+        touch(thumbs.front(), middle(step.substr(2)));
+    else
+        end(thumbs, what == '^' ? UITouchPhase::ended : UITouchPhase::cancelled);
 }
 
 } // namespace korvane

@@ -5,6 +5,8 @@
 #include "keyboard/SecKeyboardInputViewController.h"
 #include "tests/support/SimulatedPlatform.h"
 
+#include <gmock/gmock.h>
+
 #include <map>
 #include <memory>
 #include <string>
@@ -13,8 +15,16 @@
 
 namespace korvane {
 
+using Button = std::shared_ptr<KeyboardButton>;
+using State = CustomKeyboardLayoutState;
+using Shift = CustomKeyboardShiftState;
+
+inline constexpr State kOnce = State::Letters(Shift::Once);
+inline constexpr State kOff = State::Letters(Shift::Off);
+inline constexpr State kOn = State::Letters(Shift::On);
+
 /// All keys of a page, those of inner rows too, from top left to bottom right.
-[[nodiscard]] std::vector<std::shared_ptr<KeyboardButton>> keysOf(const KeyboardLayout& layout);
+[[nodiscard]] std::vector<Button> keysOf(const KeyboardLayout& layout);
 /// The caption of a key, or its identifier if it has one.
 [[nodiscard]] std::string nameOf(const KeyboardButton& key);
 /// Where touches count for a key, in the layout's coordinates, told from its frame and insets alone.
@@ -35,6 +45,8 @@ public:
 /// names.
 class ThumbDriver : public Device {
 public:
+    using Thumb = std::uint64_t;
+
     explicit ThumbDriver(UIKeyboardType type = UIKeyboardType::defaultType, CGSize screen = {375, 667});
     ~ThumbDriver();
 
@@ -44,39 +56,37 @@ public:
     void turn();
 
     [[nodiscard]] CustomKeyboard& keyboard() const { return *controller->customKeyboard(); }
+    [[nodiscard]] State state() const { return keyboard().keyboardLayoutState(); }
     [[nodiscard]] KeyboardLayout& page() const { return *keyboard().getCurrentKeyboardLayout(); }
-    [[nodiscard]] std::shared_ptr<KeyboardButton> key(std::string_view name) const;
+    [[nodiscard]] Button key(std::string_view name) const;
     [[nodiscard]] const std::string& text() const { return field->text(); }
 
-    // Thumbs, by number.
-    void press(int thumb, std::string_view key) { pressAt(thumb, middle(key)); }
-    void slide(int thumb, std::string_view key) { slideTo(thumb, middle(key)); }
-    void pressAt(int thumb, CGPoint inWindow);
-    void slideTo(int thumb, CGPoint inWindow);
-    void lift(int thumb) { send({{thumb, UITouchPhase::ended}}); }
-    void cancel(int thumb) { send({{thumb, UITouchPhase::cancelled}}); }
-    void liftTogether(int thumb, int other) {
-        send({{thumb, UITouchPhase::ended}, {other, UITouchPhase::ended}});
-    }
-    void tap(std::string_view key);
-    void hold(std::string_view key, double seconds);
-    void wait(double seconds) { platform.runFor(Seconds{seconds}); }
-    /// Taps and waits: "q", "ShiftOff", and "+0.6" for a wait; parted by blanks.
+    /// Steps, parted by blanks. "q" is a tap on that key and "+0.6" a wait. "1:q" presses thumb 1 on a key,
+    /// or slides it there if it is down, and to "above" beyond all keys; "1^" lifts it, "12^" two at once,
+    /// and "1!" cancels it.
     void play(std::string_view steps);
+    void wait(double seconds) { platform.runFor(Seconds{seconds}); }
 
-    [[nodiscard]] CGPoint middle(std::string_view key) const;
+    // Thumbs, by number: down at a place or slid there, and up again.
+    void touch(Thumb thumb, CGPoint inWindow);
+    void lift(Thumb thumb) { end({thumb}, UITouchPhase::ended); }
+    void cancel(Thumb thumb) { end({thumb}, UITouchPhase::cancelled); }
+    void tap(CGPoint inWindow);
 
-    std::shared_ptr<UIWindow> window;
-    std::shared_ptr<UITextField> field;
-    std::shared_ptr<SecKeyboardInputViewController> controller;
+    std::shared_ptr<UIWindow> window = std::make_shared<UIWindow>();
+    std::shared_ptr<UITextField> field = std::make_shared<UITextField>();
+    std::shared_ptr<SecKeyboardInputViewController> controller =
+        std::make_shared<SecKeyboardInputViewController>();
 
 private:
-    class FieldDelegate;
+    struct FieldDelegate;
 
-    void send(const std::vector<std::pair<int, UITouchPhase>>& news);
+    void end(const std::vector<Thumb>& thumbs, UITouchPhase phase);
+    void playThumbs(const std::string& step);
+    [[nodiscard]] CGPoint middle(std::string_view key) const;
 
     std::shared_ptr<FieldDelegate> delegate_;
-    std::map<int, CGPoint> thumbs_;
+    std::map<Thumb, CGPoint> thumbs_; // those that are down
 };
 
 } // namespace korvane
