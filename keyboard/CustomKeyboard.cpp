@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 
 namespace korvane {
 
@@ -41,7 +42,9 @@ std::shared_ptr<CustomKeyboard> CustomKeyboard::make(const CGRect& frame) {
 
 CustomKeyboard::CustomKeyboard(Private /*token*/, const CGRect& frame,
                                std::optional<CustomKeyboardLayoutState> with)
-    : UIView(frame), state_(with.value_or(State::Letters(Shift::Off))) {}
+    : UIView(frame), state_(with.value_or(State::Letters(Shift::Off))) {
+    setMultipleTouchEnabled(true);
+}
 
 CustomKeyboard::~CustomKeyboard() {
     invalidate(&CustomKeyboard::shiftToggleTimer_);
@@ -49,8 +52,14 @@ CustomKeyboard::~CustomKeyboard() {
 }
 
 void CustomKeyboard::defaultInit() {
-    keyboardLayout_ = std::make_unique<CustomKeyboardLayout>();
+    makePages();
     keyboardLayoutStateDidChange(std::nullopt, state_);
+}
+
+/// The keyboard takes the touches itself, so that a finger stays its own when the page changes under it.
+void CustomKeyboard::makePages() {
+    keyboardLayout_ = std::make_unique<CustomKeyboardLayout>();
+    enumerateKeyboardLayouts([](KeyboardLayout& page) { page.setUserInteractionEnabled(false); });
 }
 
 const std::shared_ptr<KeyboardLayout>&
@@ -73,17 +82,20 @@ void CustomKeyboard::setKeyboardLayoutState(CustomKeyboardLayoutState state) {
 void CustomKeyboard::keyboardLayoutStateDidChange(std::optional<CustomKeyboardLayoutState> oldState,
                                                   CustomKeyboardLayoutState newState) {
     const auto old = oldState ? getKeyboardLayout(*oldState) : nullptr;
-    const Touches touches = old ? detach(*old) : Touches{};
     const auto shown = getKeyboardLayout(newState);
+    const bool takesFingersAlong =
+        oldState && (old == shown || (oldState->isLetters() && newState.isLetters()));
+    if (!takesFingersAlong) dropFingers();
+    const Touches touches = old ? detach(*old) : Touches{};
     shown->setDelegate(weakFrom(this));
     addSubview(shown);
     shown->setFrame({{0, 0}, bounds().size});
     setNeedsLayout();
-    if (old) shown->adoptTouches(touches, *old);
+    if (takesFingersAlong) shown->adoptTouches(touches);
 }
 
 /// Takes a page away.
-/// @return the fingers that were on it.
+/// @return the fingers that were on its keys.
 CustomKeyboard::Touches CustomKeyboard::detach(KeyboardLayout& layout) {
     dropKeyMenu(layout);
     invalidate(&CustomKeyboard::keyMenuOpenTimer_);
@@ -93,16 +105,19 @@ CustomKeyboard::Touches CustomKeyboard::detach(KeyboardLayout& layout) {
     return touches;
 }
 
-/// Fingers that are down never come up any more: what waits for that ends here.
-void CustomKeyboard::reload() {
+/// What becomes of fingers that are down is nobody's business any more, and what waits for that ends.
+void CustomKeyboard::dropFingers() {
+    fingers_.clear();
     invalidateHoldTimers();
+}
+
+void CustomKeyboard::reload() {
     detach(*getCurrentKeyboardLayout());
-    keyboardLayout_ = std::make_unique<CustomKeyboardLayout>();
+    makePages();
     keyboardLayoutStateDidChange(std::nullopt, state_);
 }
 
 void CustomKeyboard::reload(CustomKeyboardLayoutState with) {
-    invalidateHoldTimers();
     detach(*getCurrentKeyboardLayout());
     while (!subviews().empty())
         std::shared_ptr<UIView>(subviews().back())->removeFromSuperview();
@@ -133,6 +148,43 @@ void CustomKeyboard::layoutSubviews() {
     getCurrentKeyboardLayout()->setFrame({{0, 0}, bounds().size});
 }
 
+void CustomKeyboard::touchesBegan(const UITouches& touches) {
+    UIView::touchesBegan(touches);
+    fingers_.insert(fingers_.end(), touches.begin(), touches.end());
+    passOn(UITouchPhase::began, touches);
+}
+
+void CustomKeyboard::touchesMoved(const UITouches& touches) {
+    UIView::touchesMoved(touches);
+    passOn(UITouchPhase::moved, touches);
+}
+
+void CustomKeyboard::touchesEnded(const UITouches& touches) {
+    UIView::touchesEnded(touches);
+    passOn(UITouchPhase::ended, touches);
+}
+
+void CustomKeyboard::touchesCancelled(const UITouches& touches) {
+    UIView::touchesCancelled(touches);
+    passOn(UITouchPhase::cancelled, touches);
+}
+
+/// To the page that is shown: any finger of this moment can put another one in its place, which the rest go
+/// to then, or drops the rest.
+void CustomKeyboard::passOn(UITouchPhase phase, const UITouches& touches) {
+    const auto self = shared_from_this();
+    const auto counts = [this](const auto& touch) { return std::ranges::count(fingers_, touch) > 0; };
+    UITouches counted;
+    std::ranges::copy_if(touches, std::back_inserter(counted), counts);
+    if (counted.empty()) return;
+    std::shared_ptr(getCurrentKeyboardLayout())->report(phase, counted);
+    for (const auto& touch : counted) {
+        if (!counts(touch)) continue;
+        if (phase == UITouchPhase::ended || phase == UITouchPhase::cancelled) std::erase(fingers_, touch);
+        std::shared_ptr(getCurrentKeyboardLayout())->follow(phase, touch);
+    }
+}
+
 /// The page may have a menu that rises above the keyboard.
 bool CustomKeyboard::pointInside(CGPoint point) const {
     return UIView::pointInside(point) || getCurrentKeyboardLayout()->pointInside(point);
@@ -140,7 +192,8 @@ bool CustomKeyboard::pointInside(CGPoint point) const {
 
 void CustomKeyboard::didMoveToWindow() {
     if (window()) return;
-    invalidateHoldTimers();
+    dropFingers();
+    getCurrentKeyboardLayout()->releaseTouches();
     dropKeyMenu(*getCurrentKeyboardLayout());
 }
 

@@ -54,8 +54,10 @@ public:
     void setDelegate(std::weak_ptr<CustomKeyboardDelegate> delegate) { delegate_ = std::move(delegate); }
 
     [[nodiscard]] CustomKeyboardLayoutState keyboardLayoutState() const noexcept { return state_; }
-    /// Shows the state's page. Fingers that are down stay down, on the keys that now lie under them; an open
-    /// menu goes with its page.
+    /// Shows the state's page; an open menu goes with the page before. From letters to letters in another
+    /// case, fingers that are down go along, each on the key that now lies under it: whoever types fast has
+    /// the next letter down already. On any other page there is something else under a finger than it aimed
+    /// at, and those that are down count for nothing any more.
     void setKeyboardLayoutState(CustomKeyboardLayoutState state);
 
     /// Within this time a second tap on shift locks capitals.
@@ -92,6 +94,10 @@ public:
     /// The height that keys of a comfortable size need on the main screen; any width.
     [[nodiscard]] CGSize sizeThatFits(CGSize size) const override;
     void layoutSubviews() override;
+    void touchesBegan(const UITouches& touches) override;
+    void touchesMoved(const UITouches& touches) override;
+    void touchesEnded(const UITouches& touches) override;
+    void touchesCancelled(const UITouches& touches) override;
     [[nodiscard]] bool pointInside(CGPoint point) const override;
 
     void keyboardLayoutDidKeyPressStart(KeyboardLayout& layout,
@@ -113,10 +119,13 @@ private:
 
     void defaultInit();
 
-    // Pages.
+    // Pages, and the fingers on them.
+    void makePages();
     void keyboardLayoutStateDidChange(std::optional<CustomKeyboardLayoutState> oldState,
                                       CustomKeyboardLayoutState newState);
     Touches detach(KeyboardLayout& layout);
+    void passOn(UITouchPhase phase, const UITouches& touches);
+    void dropFingers();
 
     // Presses.
     void act(CustomKeyboardIdentifier identifier);
@@ -146,6 +155,7 @@ private:
     std::unique_ptr<CustomKeyboardLayout> keyboardLayout_;
     std::weak_ptr<CustomKeyboardDelegate> delegate_;
     CustomKeyboardLayoutState state_;
+    UITouches fingers_; // that are down and count
     std::shared_ptr<Timer> shiftToggleTimer_;
     std::shared_ptr<Timer> backspaceDeleteTimer_;
     std::shared_ptr<Timer> backspaceAutoDeleteModeTimer_;

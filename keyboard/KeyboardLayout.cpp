@@ -4,6 +4,7 @@
 #include "keyboard/HalfPoints.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 namespace korvane {
@@ -120,49 +121,54 @@ bool KeyboardLayout::pointInside(CGPoint point) const {
     return menu && CGRectContainsPoint(menu->convertTo(this, menu->bounds()), point);
 }
 
-std::shared_ptr<KeyboardLayout> KeyboardLayout::successor() const {
-    return successor_.lock();
-}
-
 KeyboardButtonTouch* KeyboardLayout::entry(const UITouch& touch) {
     const auto isIts = [&touch](const KeyboardButtonTouch& one) { return one.touch.get() == &touch; };
     const auto found = std::ranges::find_if(currentTouches_, isIts);
     return found == currentTouches_.end() ? nullptr : &*found;
 }
 
-void KeyboardLayout::touchesBegan(const UITouches& touches) {
+void KeyboardLayout::report(UITouchPhase phase, const UITouches& touches) {
+    using Report = void (KeyboardLayoutDelegate::*)(KeyboardLayout&, const UITouches&);
+    static constexpr std::array<Report, 4> kReports{&KeyboardLayoutDelegate::keyboardLayoutDidTouchesBegin,
+                                                    &KeyboardLayoutDelegate::keyboardLayoutDidTouchesMove,
+                                                    &KeyboardLayoutDelegate::keyboardLayoutDidTouchesEnd,
+                                                    &KeyboardLayoutDelegate::keyboardLayoutDidTouchesCancel};
+    const auto told = delegate();
+    if (told) ((*told).*kReports[static_cast<std::size_t>(phase)])(*this, touches);
+}
+
+void KeyboardLayout::follow(UITouchPhase phase, const std::shared_ptr<UITouch>& touch) {
+    using Step = void (KeyboardLayout::*)(const std::shared_ptr<UITouch>&);
+    static constexpr std::array<Step, 4> kSteps{&KeyboardLayout::begin, &KeyboardLayout::move,
+                                                &KeyboardLayout::end, &KeyboardLayout::cancel};
+    (this->*kSteps[static_cast<std::size_t>(phase)])(touch);
+}
+
+void KeyboardLayout::handle(UITouchPhase phase, const UITouches& touches) {
     const auto self = shared_from_this();
-    UIView::touchesBegan(touches);
-    if (const auto told = delegate()) told->keyboardLayoutDidTouchesBegin(*this, touches);
+    report(phase, touches);
     for (const auto& touch : touches)
-        begin(touch);
+        follow(phase, touch);
+}
+
+void KeyboardLayout::touchesBegan(const UITouches& touches) {
+    UIView::touchesBegan(touches);
+    handle(UITouchPhase::began, touches);
 }
 
 void KeyboardLayout::touchesMoved(const UITouches& touches) {
-    if (const auto next = successor()) return next->touchesMoved(touches);
-    const auto self = shared_from_this();
     UIView::touchesMoved(touches);
-    if (const auto told = delegate()) told->keyboardLayoutDidTouchesMove(*this, touches);
-    for (const auto& touch : touches)
-        move(touch);
+    handle(UITouchPhase::moved, touches);
 }
 
 void KeyboardLayout::touchesEnded(const UITouches& touches) {
-    if (const auto next = successor()) return next->touchesEnded(touches);
-    const auto self = shared_from_this();
     UIView::touchesEnded(touches);
-    if (const auto told = delegate()) told->keyboardLayoutDidTouchesEnd(*this, touches);
-    for (const auto& touch : touches)
-        end(touch);
+    handle(UITouchPhase::ended, touches);
 }
 
 void KeyboardLayout::touchesCancelled(const UITouches& touches) {
-    if (const auto next = successor()) return next->touchesCancelled(touches);
-    const auto self = shared_from_this();
     UIView::touchesCancelled(touches);
-    if (const auto told = delegate()) told->keyboardLayoutDidTouchesCancel(*this, touches);
-    for (const auto& touch : touches)
-        cancel(touch);
+    handle(UITouchPhase::cancelled, touches);
 }
 
 void KeyboardLayout::begin(const std::shared_ptr<UITouch>& touch) {
@@ -190,9 +196,8 @@ void KeyboardLayout::move(const std::shared_ptr<UITouch>& touch) {
 /// The finger of a menu that has opened meanwhile goes without a word: the menu has had it.
 ///
 /// The entry goes first, because a report can change the page, and a finger that is no more must not go on to
-/// the next one; the others of this moment do.
+/// the next one.
 void KeyboardLayout::end(const std::shared_ptr<UITouch>& touch) {
-    if (const auto next = successor()) return next->end(touch);
     const auto button = take(*touch);
     if (!button || !typingEnabled_) return;
     if (const auto told = delegate()) told->keyboardLayoutDidKeyPressEnd(*this, button);
@@ -220,19 +225,13 @@ std::vector<KeyboardButtonTouch> KeyboardLayout::releaseTouches() {
     return released;
 }
 
-void KeyboardLayout::adoptTouches(const std::vector<KeyboardButtonTouch>& touches, KeyboardLayout& from) {
-    successor_.reset();
-    if (&from != this) from.successor_ = weakFrom(this);
+void KeyboardLayout::adoptTouches(const std::vector<KeyboardButtonTouch>& touches) {
     for (const KeyboardButtonTouch& one : touches) {
         const auto button = keyboardButton(one.touch->location(this));
         if (!button) continue;
         currentTouches_.push_back({one.touch, button});
         button->showKeyPop(true);
     }
-}
-
-void KeyboardLayout::didMoveToWindow() {
-    if (!window()) releaseTouches();
 }
 
 } // namespace korvane

@@ -40,7 +40,8 @@ struct KeyboardButtonTouch {
 /// A page of keys: rows below each other, and the fingers on them. Main queue only.
 ///
 /// A press counts for the key under the finger at its end. A finger that slides off all keys stays on the
-/// last one.
+/// last one. Where somebody else holds the fingers, as a keyboard does, it gives the page their news by
+/// `report` and `follow`.
 class KeyboardLayout : public UIView {
 public:
     using Rows = std::vector<std::shared_ptr<KeyboardRow>>;
@@ -79,13 +80,16 @@ public:
     /// finger can come down on a page before it has been drawn.
     [[nodiscard]] std::shared_ptr<KeyboardButton> keyboardButton(CGPoint at);
 
-    // Changes of pages under the fingers.
-
+    /// Tells the delegate of fingers with the same news.
+    void report(UITouchPhase phase, const UITouches& touches);
+    /// Does to keys what one finger's news asks for. A finger that did not come down on a key here is passed
+    /// over.
+    void follow(UITouchPhase phase, const std::shared_ptr<UITouch>& touch);
     /// Lets go of all fingers without a word; their pop-ups go.
     std::vector<KeyboardButtonTouch> releaseTouches();
-    /// Takes fingers over from the page that this one replaces: each is now on the key that lies under it
-    /// here, as if it had slid there. What becomes of them the other page tells this one from then on.
-    void adoptTouches(const std::vector<KeyboardButtonTouch>& touches, KeyboardLayout& from);
+    /// Takes fingers over from another page: each is now on the key that lies under it here, as if it had
+    /// slid there.
+    void adoptTouches(const std::vector<KeyboardButtonTouch>& touches);
 
     void layoutSubviews() override;
     /// The bounds, and an open menu that rises above them.
@@ -95,15 +99,11 @@ public:
     void touchesEnded(const UITouches& touches) override;
     void touchesCancelled(const UITouches& touches) override;
 
-protected:
-    /// No finger is on a page that is not shown.
-    void didMoveToWindow() override;
-
 private:
-    [[nodiscard]] std::shared_ptr<KeyboardLayout> successor() const;
     [[nodiscard]] std::shared_ptr<KeyboardRow> row(std::size_t atIndex) const;
     [[nodiscard]] KeyboardButtonTouch* entry(const UITouch& touch);
     std::shared_ptr<KeyboardButton> take(const UITouch& touch);
+    void handle(UITouchPhase phase, const UITouches& touches);
     void begin(const std::shared_ptr<UITouch>& touch);
     void move(const std::shared_ptr<UITouch>& touch);
     void end(const std::shared_ptr<UITouch>& touch);
@@ -114,7 +114,6 @@ private:
     std::weak_ptr<KeyboardLayoutDelegate> delegate_;
     bool typingEnabled_ = true;
     std::vector<KeyboardButtonTouch> currentTouches_;
-    std::weak_ptr<KeyboardLayout> successor_; // the page that has this one's fingers
 };
 
 } // namespace korvane

@@ -81,6 +81,8 @@ TEST(CustomKeyboard, HeldBackspaceDeletesAgainAndAgainUntilItsHoldEnds) {
         {"a second thumb comes down", "1:Backspace +0.75 2:Q", 8},
         {"another page", "1:Backspace +0.75", 8, [](ThumbDriver& who) { who.keyboard().reload(kOff); }},
         {"pages made anew", "1:Backspace +0.75", 8, [](ThumbDriver& who) { who.keyboard().reload(); }},
+        {"numbers", "1:Backspace +0.75", 8,
+         [](ThumbDriver& who) { who.keyboard().setKeyboardLayoutState(State::Numbers()); }},
         {"editing ends", "1:Backspace +0.75", 8, [](ThumbDriver& who) { who.field->resignFirstResponder(); }},
         {"page changes and the thumb goes up", "1:Backspace +0.75", 7, [](ThumbDriver& who) {
              who.keyboard().switchToLetters(Shift::Off);

@@ -53,18 +53,23 @@ TEST(KeyboardLayout, ReportsTouchesAndWhatTheyPress) {
          "1:q",
          {"began 1", "start q", "began 1", "moved 1", "ended 1", "ended 1"},
          "2:w 1:e 2^ 1^"}};
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.name);
-        ThumbDriver thumbs;
-        thumbs.keyboard().switchToLetters(Shift::Off);
-        const auto reports = std::make_shared<Reports>();
-        thumbs.page().setDelegate(reports);
-        thumbs.play(row.steps);
-        thumbs.page().setTypingEnabled(false);
-        thumbs.play(row.stepsWithoutTyping);
-        EXPECT_EQ(reports->lines, row.reports);
-        EXPECT_THAT(thumbs.page().currentTouches(), IsEmpty());
-    }
+    for (const bool isAlone : {false, true})
+        for (const Row& row : rows) {
+            SCOPED_TRACE(testing::Message() << row.name << (isAlone ? ", on a page in no keyboard" : ""));
+            ThumbDriver thumbs;
+            thumbs.keyboard().switchToLetters(Shift::Off);
+            const CustomKeyboardLayout others;
+            KeyboardLayout& page = isAlone ? *others.lowercase() : thumbs.page();
+            if (isAlone) thumbs.window->addSubview(others.lowercase());
+            if (isAlone) page.setFrame(thumbs.keyboard().convertTo(nullptr, thumbs.keyboard().bounds()));
+            const auto reports = std::make_shared<Reports>();
+            page.setDelegate(reports);
+            thumbs.play(row.steps);
+            page.setTypingEnabled(false);
+            thumbs.play(row.stepsWithoutTyping);
+            EXPECT_EQ(reports->lines, row.reports);
+            EXPECT_THAT(page.currentTouches(), IsEmpty());
+        }
 }
 
 TEST(KeyboardLayout, HiddenKeyKeepsItsPlaceAndDoesNotReact) {
@@ -76,9 +81,9 @@ TEST(KeyboardLayout, HiddenKeyKeepsItsPlaceAndDoesNotReact) {
     EXPECT_EQ(thumbs.text(), "");
 }
 
-/// Fast typists press a key before they have released the one before; a page that changes in between must not
-/// swallow a letter.
-TEST(KeyboardLayout, ThumbsStayDownWhenThePageChangesUnderThem) {
+/// Fast typists press a key before they have released the one before: a letter must not be swallowed when the
+/// case changes in between. Any other change puts a key under the thumb that nobody aimed at.
+TEST(KeyboardLayout, ThumbsStayDownWhenTheCaseChangesUnderThemAndAreDroppedOnOtherPages) {
     struct Row {
         const char* name;
         const char* steps;
@@ -89,12 +94,17 @@ TEST(KeyboardLayout, ThumbsStayDownWhenThePageChangesUnderThem) {
     const Row rows[] = {
         {"capital, then the next letter rolls over", "1:H 2:E 1^ 3:l 2^ 3^", "Hel"},
         {"both go up at once", "1:H 2:E 12^", "He"},
-        {"slides on over the next page", "1:Q Numbers Symbols 1:€ 1^", "€"},
-        {"is cancelled on the next page", "1:Q Numbers 1! 2", "2"},
-        {"there and back", "1:Q Numbers Letters 1^ w", "qw"},
+        {"slides on in the other case", "1:H 2:E 1^ 2:w 2^", "Hw"},
+        {"is cancelled in the other case", "1:H 2:E 1^ 2! l", "Hl"},
+        {"numbers", "1:A Numbers 1^ 2", "2"},
+        {"numbers, and slides there", "1:A Numbers 1:/ 1^ 2", "2"},
+        {"numbers and back", "1:Q Numbers Letters 1^ w", "w"},
+        {"numbers, as both go up at once", "1:Numbers 2:E 12^", ""},
         {"same page again", "1:Q", "Q", [](CustomKeyboard& keyboard) { keyboard.capitalize(); }, "1^"},
-        {"reloaded: counts for nothing", "1:Q", "", [](CustomKeyboard& keyboard) { keyboard.reload(kOff); },
-         "1:w 1^"}};
+        {"reloaded", "1:Q", "", [](CustomKeyboard& keyboard) { keyboard.reload(kOnce); }, "1:W 1^"},
+        {"pages made anew", "1:Q", "", [](CustomKeyboard& keyboard) { keyboard.reload(); }, "1:W 1^"},
+        {"reloaded: ends no other thumb's hold", "A b c d 1:e", "A",
+         [](CustomKeyboard& keyboard) { keyboard.reload(kOff); }, "2:Backspace +0.65 1^ +0.1 2^"}};
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
         ThumbDriver thumbs;

@@ -39,19 +39,25 @@ public:
         holdSince_ = now_;
         nextDeletion_ = now_ + 0.6;
     }
-    void slide(Thumb thumb, CGPoint at) { thumbs_[thumb] = at; }
+    void slide(Thumb thumb, CGPoint at) {
+        if (thumbs_.contains(thumb)) thumbs_[thumb] = at;
+    }
     void cancel(Thumb thumb) {
-        thumbs_.erase(thumb);
-        holdSince_.reset();
+        if (thumbs_.erase(thumb) > 0) holdSince_.reset();
     }
     void lift(Thumb thumb) {
-        const CGPoint at = thumbs_[thumb];
+        const auto known = thumbs_.find(thumb);
+        if (known == thumbs_.end()) return;
+        const CGPoint at = known->second;
         cancel(thumb);
         const Key& key = keyAt(at);
         if (key.acts) return act(key.name);
         text += key.name;
         if (state == kOnce) state = kOff;
     }
+
+    /// Those that a change of pages has not dropped.
+    [[nodiscard]] std::size_t thumbsDown() const { return thumbs_.size(); }
 
     State state = kOnce;
     std::string text;
@@ -77,13 +83,19 @@ private:
             text.pop_back();
         if (!text.empty()) text.pop_back();
     }
+    /// To a page of other characters.
+    void turnTo(State page) {
+        state = page;
+        thumbs_.clear();
+        holdSince_.reset();
+    }
     void act(const std::string& name) {
         if (name == "Space") text += " ";
         if (name == "Return") text += "\n";
         if (name == "Backspace") erase();
-        if (name == "Numbers") state = State::Numbers();
-        if (name == "Symbols") state = State::Symbols();
-        if (name == "Letters") state = kOff;
+        if (name == "Numbers") turnTo(State::Numbers());
+        if (name == "Symbols") turnTo(State::Symbols());
+        if (name == "Letters") turnTo(kOff);
         if (!name.starts_with("Shift")) return;
         const bool isTwice = now_ < shiftWindowEnd_;
         if (name == "ShiftOn") {
@@ -138,7 +150,7 @@ public:
         std::size_t touches = 0;
         thumbs_.keyboard().enumerateKeyboardLayouts(
             [&](KeyboardLayout& layout) { touches += layout.currentTouches().size(); });
-        ASSERT_EQ(touches, down_.size());
+        ASSERT_EQ(touches, model_.thumbsDown());
     }
     void expectRest() {
         thumbs_.keyboard().enumerateKeyboardLayouts([](KeyboardLayout& layout) {
