@@ -60,6 +60,12 @@ bool UIControl::isWithinReach(const UITouches& touches) const {
         touches, [&](const auto& touch) { return CGRectContainsPoint(reach, touch->location(this)); });
 }
 
+void UIControl::didMoveToWindow() {
+    if (window() || !isTracking_) return;
+    isTracking_ = false;
+    setHighlighted(false);
+}
+
 void UIControl::touchesBegan(const UITouches& /*touches*/) {
     if (!isEnabled_) return;
     isTracking_ = true;

@@ -61,6 +61,8 @@ public:
     }
 
 protected:
+    /// A control that is shown no more has lost the finger that was on it.
+    void didMoveToWindow() override;
     /// The state is another one.
     virtual void stateDidChange() {}
 

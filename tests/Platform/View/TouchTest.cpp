@@ -112,6 +112,21 @@ TEST_F(Touches, WhatAViewDoesNotTakeGoesUpToItsController) {
     EXPECT_EQ(controller->place, (CGPoint{120, 130}));
 }
 
+/// As one in a cell that serves another row by the time the finger goes up.
+TEST_F(Touches, AControlThatLeavesTheWindowLosesItsFinger) {
+    const auto button = add<UIButton>(rootView(), {{100, 100}, {50, 50}});
+    int presses = 0;
+    button->addTarget(ControlEvent::touchUpInside, [&] { ++presses; });
+    touch(began, {120, 120});
+    button->removeFromSuperview();
+    rootView().addSubview(button);
+    EXPECT_FALSE(button->isHighlighted());
+    touch(ended, {120, 120});
+    EXPECT_EQ(presses, 0);
+    tap({120, 120});
+    EXPECT_EQ(presses, 1);
+}
+
 TEST_F(Touches, ControlsReportWhatIsDoneToThem) {
     const auto button = add<UIButton>(rootView(), {{100, 100}, {50, 50}});
     Log log;
