@@ -6,6 +6,7 @@
 #include "Platform/View/UIWindow.h"
 
 #include <algorithm>
+#include <array>
 
 namespace korvane {
 
@@ -33,7 +34,31 @@ bool isBetweenCharacters(const std::string& text, std::size_t at) {
     return characterCount(all.substr(0, at)) + characterCount(all.substr(at)) == characterCount(all);
 }
 
+/// What breaks a line, wherever text is drawn: the longest first.
+constexpr std::array<std::string_view, 8> kLineBreaks{"\r\n", "\n",     "\v",     "\f",
+                                                      "\r",   "\u0085", "\u2028", "\u2029"};
+
+/// How many bytes at the start of a text break its line.
+std::size_t lineBreakLength(std::string_view text) {
+    const auto found = std::ranges::find_if(
+        kLineBreaks, [text](std::string_view lineBreak) { return text.starts_with(lineBreak); });
+    return found == kLineBreaks.end() ? 0 : found->size();
+}
+
 } // namespace
+
+/// The buffer is made once, so that it leaves none behind.
+std::string onOneLine(std::string_view text) {
+    constexpr std::string_view kSign = "\u21B5";
+    std::string line;
+    line.reserve(text.size() * kSign.size());
+    while (!text.empty()) {
+        const std::size_t length = lineBreakLength(text);
+        line += length > 0 ? kSign : text.substr(0, 1);
+        text.remove_prefix(std::max<std::size_t>(length, 1));
+    }
+    return line;
+}
 
 UITextField::~UITextField() {
     std::string none;
@@ -138,7 +163,9 @@ void UITextField::didResignFirstResponder() {
 CGSize UITextField::sizeThatFits(CGSize /*size*/) const {
     constexpr double kBorderRoom = 7;
     const double room = borderStyle_ == UITextBorderStyle::none ? 0 : kBorderRoom;
-    const CGSize line = measuredText(text().empty() ? placeholder_ : text(), shownFont(), kUnbounded, 1);
+    std::string shown = onOneLine(text().empty() ? placeholder_ : text());
+    const CGSize line = measuredText(shown, shownFont(), kUnbounded, 1);
+    cleanse(shown);
     return {line.width + 2 * room, line.height + 2 * room};
 }
 

@@ -5,6 +5,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 namespace korvane {
 
@@ -34,6 +35,10 @@ struct UITextRange {
     std::size_t length = 0;
     friend bool operator==(const UITextRange&, const UITextRange&) = default;
 };
+
+/// A text as a field shows it: on one line, with "\u21B5" in place of each line break, so that it is seen.
+/// Whoever cleanses the text cleanses this too.
+[[nodiscard]] std::string onOneLine(std::string_view text);
 
 class UITextFieldDelegate {
 public:

@@ -5,6 +5,7 @@
 #include "Platform/Qt/Parts/Values.h"
 #include "Platform/Qt/Parts/ViewItem.h"
 #include "Platform/Qt/Web/WebPage.h"
+#include "Platform/Security/Secret.h"
 #include "Platform/View/UIActivityIndicatorView.h"
 #include "Platform/View/UIImageView.h"
 #include "Platform/View/UILabel.h"
@@ -79,19 +80,27 @@ void updateTextView(QQuickItem& part, const UIView& view) {
     part.setProperty("scrollColor", asColor(UIColor::secondaryLabel(), styleOf(view)));
 }
 
+/// A field's text, or a part of it, on its one line.
+QString drawnLine(std::string_view text) {
+    std::string line = onOneLine(text);
+    QString drawn = drawnText(line);
+    cleanse(line);
+    return drawn;
+}
+
 void updateTextField(QQuickItem& part, const UIView& view) {
     constexpr QChar kDot{0x2022};
     const auto& field = static_cast<const UITextField&>(view);
     const UIUserInterfaceStyle style = styleOf(view);
-    QString text = drawnText(field.text());
-    QString before = drawnText(field.text().substr(0, field.selectedRange().location));
+    QString text = drawnLine(field.text());
+    QString before = drawnLine(std::string_view(field.text()).substr(0, field.selectedRange().location));
     if (field.isSecureTextEntry()) {
         text.fill(kDot);
         before.fill(kDot);
     }
     setText(part, {}, field.shownFont(), asColor(field.textColor(), style), field.textAlignment());
     part.setProperty("text", text);
-    part.setProperty("placeholder", drawnText(field.placeholder()));
+    part.setProperty("placeholder", drawnLine(field.placeholder()));
     part.setProperty("placeholderColor", asColor(UIColor::placeholderText(), style));
     part.setProperty("caretColor", asColor(field.tintColor(), style));
     part.setProperty("caretPlace", QFontMetricsF(drawnFont(field.shownFont())).horizontalAdvance(before));

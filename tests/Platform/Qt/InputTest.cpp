@@ -8,6 +8,7 @@
 #include <QTest>
 #include <QWheelEvent>
 
+#include <functional>
 #include <set>
 
 namespace korvane {
@@ -66,6 +67,24 @@ TEST_F(Input, ACodeIsTypedWithTouchesOnTheSecureKeyboardAndSent) {
     EXPECT_FALSE(text->otp->isFirstResponder());
     tap(*text->submitButton.get());
     EXPECT_TRUE(hasCall("data(A471/N) on main"));
+}
+
+TEST_F(Input, AReturnInTheCodeIsSeenOnTheFieldsOneLine) {
+    const auto text = showField();
+    press("Q");
+    press("return");
+    press("w");
+    ASSERT_EQ(text->otp->text(), "Q\nw");
+    std::vector<std::pair<std::string, int>> drawn;
+    const std::function<void(const QQuickItem&)> collect = [&](const QQuickItem& item) {
+        const QVariant lines = item.property("lineCount");
+        if (lines.isValid() && item.isVisible())
+            drawn.emplace_back(item.property("text").toString().toStdString(), lines.toInt());
+        for (const QQuickItem* inner : item.childItems())
+            collect(*inner);
+    };
+    collect(*host->itemOf(*text->otp.get()));
+    EXPECT_THAT(drawn, ElementsAre(std::pair("Q\u21B5w", 1)));
 }
 
 TEST_F(Input, TwoFingersTypeTwoKeys) {

@@ -44,6 +44,26 @@ TEST(FixedAdvancesOfText, BreakLinesAtBlanks) {
     EXPECT_EQ(FixedAdvances().size("\u4E2D", font, kUnbounded, 0).width, FixedAdvances::kWideAdvance * 10);
 }
 
+TEST(TextField, ShowsEveryLineBreakOnItsOneLine) {
+    const std::pair<const char*, const char*> rows[] = {{"", ""},
+                                                        {"12\n34", "12\u21B534"},
+                                                        {"\n", "\u21B5"},
+                                                        {"1\r\n\n", "1\u21B5\u21B5"},
+                                                        {"\r1", "\u21B51"},
+                                                        {"1\v2\f", "1\u21B52\u21B5"},
+                                                        {"\u00851\u2028", "\u21B51\u21B5"},
+                                                        {"\u2029\u2030", "\u21B5\u2030"}};
+    const SimulatedPlatform platform;
+    UITextField field, plain;
+    for (const auto& [text, line] : rows) {
+        SCOPED_TRACE(line);
+        EXPECT_EQ(onOneLine(text), line);
+        field.setText(text);
+        plain.setText(line);
+        EXPECT_EQ(field.intrinsicContentSize(), plain.intrinsicContentSize());
+    }
+}
+
 Bytes bytes(std::string_view text) {
     return toBytes(text);
 }
