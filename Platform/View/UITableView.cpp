@@ -21,6 +21,10 @@ void UITableViewCell::touchesEnded(const UITouches& touches) {
     if (table && pointInside(touches.front()->location(this))) table->cellWasTapped(*this);
 }
 
+UITableView::UITableView() {
+    watchPlace();
+}
+
 void UITableView::setDataSource(std::weak_ptr<UITableViewDataSource> dataSource) {
     dataSource_ = std::move(dataSource);
     reloadData();
@@ -84,6 +88,16 @@ void UITableView::cellWasTapped(const UITableViewCell& cell) {
     if (const auto told = delegate_.lock()) told->didSelectRowAt(*this, *path);
 }
 
+CGRect UITableView::rectForRow(IndexPath at) const {
+    return {{0, at.row * rowHeight_}, {bounds().size.width, rowHeight_}};
+}
+
+void UITableView::scrollToRow(IndexPath at) {
+    const CGRect row = rectForRow(at);
+    if (isScrollEnabled()) scrollRectToVisible(row, UIAnimated::no);
+    scrollIntoSight(row);
+}
+
 CGSize UITableView::contentSize() const {
     return {bounds().size.width, rows_ * rowHeight_};
 }
@@ -104,29 +118,45 @@ void UITableView::showRow(int row) {
         addSubview(cell);
         cells_.emplace(row, std::move(cell));
     }
-    cells_[row]->setFrame({{0, row * rowHeight_}, {bounds().size.width, rowHeight_}});
+    cells_[row]->setFrame(rectForRow({0, row}));
+}
+
+void UITableView::reload() {
+    const auto source = dataSource_.lock();
+    rows_ = source ? source->numberOfRowsInSection(*this, 0) : 0;
+    if (selected_ && selected_->row >= rows_) selected_.reset();
+    while (!cells_.empty())
+        recycle(cells_.begin());
+}
+
+/// A table can be as long as its rows and lie in what scrolls: it is seen through that. The screenful beyond
+/// is for whoever goes from one control to the next without looking, as assistive technology does.
+UITableView::RowRange UITableView::rowsWithCells() const {
+    double top = contentOffset().y;
+    double bottom = top + bounds().size.height;
+    for (auto view = superview(); view; view = view->superview()) {
+        const auto* scroll = dynamic_cast<const UIScrollView*>(view.get());
+        if (!scroll) continue;
+        const CGRect seen = scroll->convertTo(this, scroll->bounds());
+        top = std::max(top, seen.origin.y - seen.size.height);
+        bottom = std::min(bottom, CGRectGetMaxY(seen) + seen.size.height);
+    }
+    const auto row = [this](double exact) {
+        return static_cast<int>(std::clamp(exact, 0.0, static_cast<double>(rows_)));
+    };
+    return {row(std::floor(top / rowHeight_)), row(std::ceil(bottom / rowHeight_))};
 }
 
 /// Cells come and go with what is in sight; those that stay keep their state.
 void UITableView::layoutSubviews() {
-    if (std::exchange(needsReload_, false)) {
-        const auto source = dataSource_.lock();
-        rows_ = source ? source->numberOfRowsInSection(*this, 0) : 0;
-        if (selected_ && selected_->row >= rows_) selected_.reset();
-        while (!cells_.empty())
-            recycle(cells_.begin());
-    }
-    const double top = contentOffset().y / rowHeight_;
-    const double bottom = (contentOffset().y + bounds().size.height) / rowHeight_;
-    const double most = rows_;
-    const int first = static_cast<int>(std::clamp(std::floor(top), 0.0, most));
-    const int last = static_cast<int>(std::clamp(std::ceil(bottom), 0.0, most));
+    if (std::exchange(needsReload_, false)) reload();
+    const RowRange rows = rowsWithCells();
     for (auto cell = cells_.begin(); cell != cells_.end();) {
         const auto next = std::next(cell);
-        if (cell->first < first || cell->first >= last) recycle(cell);
+        if (cell->first < rows.first || cell->first >= rows.end) recycle(cell);
         cell = next;
     }
-    for (int row = first; row < last; ++row)
+    for (int row = rows.first; row < rows.end; ++row)
         showRow(row);
 }
 

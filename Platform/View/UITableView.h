@@ -65,12 +65,14 @@ public:
 
 enum class UITableViewCellSeparatorStyle { none, singleLine };
 
-/// Rows of one height below each other, of which only those in sight have a cell. Main queue only.
+/// Rows of one height below each other. Cells there are for rows in sight alone, and for those that one
+/// screenful more of what the table lies in would show: what tables cost does not depend on how long they
+/// are. Main queue only.
 class UITableView : public UIScrollView {
 public:
     using CellFactory = std::function<std::shared_ptr<UITableViewCell>()>;
 
-    using UIScrollView::UIScrollView;
+    UITableView();
 
     [[nodiscard]] UIViewKind kind() const noexcept override { return UIViewKind::table; }
 
@@ -96,11 +98,16 @@ public:
     void reloadData();
     /// As of the last layout or reload.
     [[nodiscard]] int numberOfRows() const noexcept { return rows_; }
-    /// The cells in sight, from the top.
+    /// The cells that there are now, from the top.
     [[nodiscard]] std::vector<std::shared_ptr<UITableViewCell>> visibleCells() const;
-    /// Null for a row out of sight.
+    /// Null for a row that has none now.
     [[nodiscard]] std::shared_ptr<UITableViewCell> cellForRow(IndexPath at) const;
+    /// No value for a cell that shows no row.
     [[nodiscard]] std::optional<IndexPath> indexPath(const UITableViewCell& forCell) const;
+    [[nodiscard]] CGRect rectForRow(IndexPath at) const;
+    /// Scrolls the table, and what it lies in, as little as shows the row, at once: the next layout gives it
+    /// a cell.
+    void scrollToRow(IndexPath at);
 
     /// The selected row, if any; a touch selects as this does and then tells the delegate.
     [[nodiscard]] std::optional<IndexPath> indexPathForSelectedRow() const noexcept { return selected_; }
@@ -111,6 +118,7 @@ public:
 
 protected:
     void didScroll() override { setNeedsLayout(); }
+    void placeDidChange() override { setNeedsLayout(); }
     [[nodiscard]] UIAccessibilityRole defaultAccessibilityRole() const override {
         return UIAccessibilityRole::list;
     }
@@ -118,7 +126,14 @@ protected:
 private:
     friend class UITableViewCell;
 
+    struct RowRange {
+        int first = 0;
+        int end = 0;
+    };
+
     void cellWasTapped(const UITableViewCell& cell);
+    void reload();
+    [[nodiscard]] RowRange rowsWithCells() const;
     void recycle(std::map<int, std::shared_ptr<UITableViewCell>>::iterator cell);
     void showRow(int row);
 

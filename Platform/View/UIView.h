@@ -141,8 +141,9 @@ public:
     [[nodiscard]] virtual bool pointInside(CGPoint point) const {
         return CGRectContainsPoint(bounds_, point);
     }
-    /// Scrolls what the view lies in as little as shows it, at once.
-    void scrollIntoSight() const;
+    /// Scrolls what the view lies in as little as shows it, or a rectangle of it, at once.
+    void scrollIntoSight() const { scrollIntoSight(bounds_); }
+    void scrollIntoSight(const CGRect& part) const;
     void addGestureRecognizer(std::shared_ptr<UIGestureRecognizer> recognizer);
     [[nodiscard]] const std::vector<std::shared_ptr<UIGestureRecognizer>>&
     gestureRecognizers() const noexcept {
@@ -204,6 +205,11 @@ protected:
 
     /// The view has come into a window, or left it.
     virtual void didMoveToWindow() {}
+    /// Asks for `placeDidChange()`; once, when the view is made.
+    void watchPlace();
+    /// The view, or one that it lies in, has another place or size, has been scrolled, or lies in another one
+    /// now.
+    virtual void placeDidChange() {}
     /// A subview's content would like another size.
     virtual void subviewContentDidChange() {}
     /// Something in this tree asks for layout, or has to be drawn anew: heard at the tree's root.
@@ -236,6 +242,7 @@ private:
     void moveSubview(const UIView& view, std::size_t toIndex);
     void dropConstraints(const UIView& of);
     void spreadWindow();
+    void spreadPlace();
     [[nodiscard]] const UIView& root() const;
     [[nodiscard]] CGPoint originInRoot() const;
 
@@ -254,6 +261,7 @@ private:
     bool needsLayout_ = true;
     bool treeNeedsLayout_ = true;
     bool isLayingOut_ = false;
+    int placeWatchers_ = 0; // in this tree
 
     UIView* superview_ = nullptr;            // cleared by the superview
     UIViewController* controller_ = nullptr; // cleared by the controller

@@ -17,6 +17,7 @@ void UIView::setFrame(const CGRect& frame) {
         setNeedsLayout();
     }
     setNeedsDisplay();
+    spreadPlace();
 }
 
 /// A view that grows by its bounds grows around its middle.
@@ -26,6 +27,7 @@ void UIView::setBounds(const CGRect& bounds) {
     const CGPoint middle = center();
     setFrame({{middle.x - bounds.size.width / 2, middle.y - bounds.size.height / 2}, bounds.size});
     setNeedsDisplay();
+    spreadPlace();
 }
 
 CGPoint UIView::center() const noexcept {

@@ -61,8 +61,11 @@ void UIView::insertSubview(std::shared_ptr<UIView> view, std::size_t atIndex) {
     const auto place = subviews_.begin() + static_cast<std::ptrdiff_t>(std::min(atIndex, subviews_.size()));
     subviews_.insert(place, view);
     view->superview_ = this;
+    for (UIView* around = this; around; around = around->superview_)
+        around->placeWatchers_ += view->placeWatchers_;
     setNeedsLayout();
     view->setNeedsDisplay();
+    view->spreadPlace();
     if (root().kind() == UIViewKind::window) view->spreadWindow();
 }
 
@@ -94,6 +97,8 @@ void UIView::removeFromSuperview() {
     const std::shared_ptr<UIView> self = *found;
     old->subviews_.erase(found);
     superview_ = nullptr;
+    for (UIView* around = old; around; around = around->superview_)
+        around->placeWatchers_ -= placeWatchers_;
     old->setNeedsLayout();
     old->setNeedsDisplay();
     if (wasShown) spreadWindow();
@@ -106,6 +111,19 @@ void UIView::spreadWindow() {
         const auto view = subviews_[index];
         view->spreadWindow();
     }
+}
+
+void UIView::watchPlace() {
+    for (UIView* view = this; view; view = view->superview_)
+        ++view->placeWatchers_;
+}
+
+/// Most views have nobody below who watches.
+void UIView::spreadPlace() {
+    if (placeWatchers_ == 0) return;
+    placeDidChange();
+    for (const auto& view : subviews_)
+        view->spreadPlace();
 }
 
 void UIView::spreadTraits(const UITraitCollection& previous) {
@@ -155,10 +173,10 @@ std::shared_ptr<UIView> UIView::hitTest(CGPoint point) {
     return std::static_pointer_cast<UIView>(shared_from_this());
 }
 
-void UIView::scrollIntoSight() const {
+void UIView::scrollIntoSight(const CGRect& part) const {
     for (auto around = superview(); around; around = around->superview())
         if (auto* scroll = dynamic_cast<UIScrollView*>(around.get()))
-            scroll->scrollRectToVisible(convertTo(scroll, bounds_), UIAnimated::no);
+            scroll->scrollRectToVisible(convertTo(scroll, part), UIAnimated::no);
 }
 
 void UIView::addGestureRecognizer(std::shared_ptr<UIGestureRecognizer> recognizer) {

@@ -4,7 +4,6 @@
 #include "Platform/Text.h"
 #include "Ui/Screens/Later.h"
 
-#include <algorithm>
 #include <array>
 
 namespace korvane {
@@ -35,8 +34,15 @@ void ChallengeSelectNativeViewController::viewDidLoad() {
     connect(*nextButton.get(), &ChallengeSelectNativeViewController::processSelection);
 }
 
+ChallengeSelectNativeViewController::Option
+ChallengeSelectNativeViewController::option(std::size_t row) const {
+    const StringTable& entries = data->at(row);
+    if (entries.empty()) return {};
+    return {entries.begin()->first, entries.begin()->second};
+}
+
 int ChallengeSelectNativeViewController::numberOfRowsInSection(UITableView& /*ofTable*/, int /*section*/) {
-    return data ? static_cast<int>(data->size()) : 0;
+    return static_cast<int>(optionCount());
 }
 
 std::shared_ptr<UITableViewCell> ChallengeSelectNativeViewController::cellForRowAt(UITableView& ofTable,
@@ -44,11 +50,12 @@ std::shared_ptr<UITableViewCell> ChallengeSelectNativeViewController::cellForRow
     const auto cell =
         std::dynamic_pointer_cast<ChallengeTableViewCell>(ofTable.dequeueReusableCell(cellIdentifier()));
     if (!cell) fatalError("The cell \"" + cellIdentifier() + "\" is no ChallengeTableViewCell.");
-    const StringTable& option = data->at(static_cast<std::size_t>(indexPath.row));
+    const auto row = static_cast<std::size_t>(indexPath.row);
+    const Option shown = option(row);
     const auto button = cell->button();
-    // An option without an entry is one without a name.
-    button->key = option.empty() ? std::string() : option.begin()->first;
-    setOptionTitle(*button, option.empty() ? std::string() : option.begin()->second);
+    button->key = shown.key;
+    setOptionTitle(*button, shown.label);
+    showChoice(*cell, row);
     button->removeTargets(ControlEvent::touchUpInside);
     button->addTarget(ControlEvent::touchUpInside, [weak = weakFrom(this)](UIControl& sender) {
         if (const auto self = weak.lock()) self->optionSelected(static_cast<ChallengeSelectButton&>(sender));
@@ -56,17 +63,26 @@ std::shared_ptr<UITableViewCell> ChallengeSelectNativeViewController::cellForRow
     return cell;
 }
 
-std::vector<std::shared_ptr<ChallengeSelectButton>>
-ChallengeSelectNativeViewController::visibleButtons() const {
-    std::vector<std::shared_ptr<ChallengeSelectButton>> buttons;
-    for (const auto& cell : tableView->visibleCells())
-        buttons.push_back(std::static_pointer_cast<ChallengeTableViewCell>(cell)->button());
-    return buttons;
+std::optional<std::size_t>
+ChallengeSelectNativeViewController::rowOf(const ChallengeSelectButton& button) const {
+    for (auto view = button.superview(); view; view = view->superview())
+        if (const auto* cell = dynamic_cast<const UITableViewCell*>(view.get())) {
+            const auto path = tableView->indexPath(*cell);
+            return path ? std::optional(static_cast<std::size_t>(path->row)) : std::nullopt;
+        }
+    return std::nullopt;
 }
 
-void ChallengeSelectNativeViewController::showChecked(ChallengeSelectButton& button, bool isChecked) {
-    button.setChecked(isChecked);
-    button.setImage(isChecked ? checkedCheckBox.get() : uncheckedCheckBox.get(), ControlState::normal);
+void ChallengeSelectNativeViewController::showChoice(const UITableViewCell& cell, std::size_t row) {
+    const auto button = static_cast<const ChallengeTableViewCell&>(cell).button();
+    button->setChecked(isChosen(row));
+    button->setImage(button->isChecked() ? checkedCheckBox.get() : uncheckedCheckBox.get(),
+                     ControlState::normal);
+}
+
+void ChallengeSelectNativeViewController::showChoice() {
+    for (const auto& cell : tableView->visibleCells())
+        showChoice(*cell, static_cast<std::size_t>(tableView->indexPath(*cell)->row));
 }
 
 void ChallengeSelectNativeViewController::sendAfterDelay(const std::string& choice) {
@@ -96,15 +112,13 @@ void ChallengeSingleSelectNativeViewController::applyCustomization(
 }
 
 void ChallengeSingleSelectNativeViewController::radioButtonSelected(ChallengeSelectButton& sender) {
-    for (const auto& button : visibleButtons())
-        showChecked(*button, button->key == sender.key);
+    chosenKey_ = sender.key;
+    showChoice();
 }
 
 void ChallengeSingleSelectNativeViewController::processSingleSelect() {
     showSpinner();
-    const auto buttons = visibleButtons();
-    const auto chosen = std::ranges::find_if(buttons, [](const auto& button) { return button->isChecked(); });
-    if (chosen != buttons.end()) sendAfterDelay((*chosen)->key.value());
+    if (chosenKey_) sendAfterDelay(*chosenKey_);
 }
 
 // Several options.
@@ -118,14 +132,17 @@ void ChallengeMultiSelectNativeViewController::applyCustomization(
 }
 
 void ChallengeMultiSelectNativeViewController::multiSelectChecked(ChallengeSelectButton& sender) {
-    showChecked(sender, !sender.isChecked());
+    const auto row = rowOf(sender);
+    if (!row) return;
+    if (chosenRows_.erase(*row) == 0) chosenRows_.insert(*row);
+    showChoice();
 }
 
 void ChallengeMultiSelectNativeViewController::processMultiSelect() {
     showSpinner();
     std::vector<std::string> keys;
-    for (const auto& button : visibleButtons())
-        if (button->isChecked()) keys.push_back(button->key.value());
+    for (const std::size_t row : chosenRows_)
+        keys.push_back(option(row).key);
     sendAfterDelay(joined(keys));
 }
 

@@ -6,6 +6,7 @@
 
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -21,8 +22,8 @@ public:
 };
 
 /// What the two screens share that let the cardholder choose among options: the list, as long as its rows,
-/// and the button to go on, which acts on the global queue. Only cells that the list shows take part. Main
-/// queue only.
+/// and the button to go on, which acts on the global queue. The screen knows what is chosen, whichever rows
+/// have a cell. Main queue only.
 class ChallengeSelectNativeViewController : public ChallengeNativeViewController,
                                             public UITableViewDataSource {
 public:
@@ -30,6 +31,15 @@ public:
     static constexpr double kLandscapeRowHeight = 30;
 
     void viewDidLoad() override;
+
+    /// What a row of the list stands for; both empty for an option without an entry.
+    struct Option {
+        std::string key;
+        std::string label;
+    };
+    [[nodiscard]] std::size_t optionCount() const { return data ? data->size() : 0; }
+    [[nodiscard]] Option option(std::size_t row) const;
+    [[nodiscard]] virtual bool isChosen(std::size_t row) const = 0;
 
     int numberOfRowsInSection(UITableView& tableView, int section) override;
     std::shared_ptr<UITableViewCell> cellForRowAt(UITableView& tableView, IndexPath indexPath) override;
@@ -51,10 +61,14 @@ protected:
     virtual void processSelection() = 0;
     virtual void setOptionTitle(ChallengeSelectButton& button, const std::string& title) = 0;
 
-    /// The buttons of the cells in sight, from the top.
-    [[nodiscard]] std::vector<std::shared_ptr<ChallengeSelectButton>> visibleButtons() const;
-    void showChecked(ChallengeSelectButton& button, bool isChecked);
+    /// The row that a button shows now, or no value.
+    [[nodiscard]] std::optional<std::size_t> rowOf(const ChallengeSelectButton& button) const;
+    /// Every cell that there is shows whether its option is chosen.
+    void showChoice();
     void sendAfterDelay(const std::string& choice);
+
+private:
+    void showChoice(const UITableViewCell& cell, std::size_t row);
 };
 
 /// The screen on which one option can be chosen.
@@ -63,9 +77,10 @@ public:
     void applyCustomization(const std::shared_ptr<const UiCustomization>& customization) override;
     using ChallengeNativeViewController::applyCustomization;
 
+    [[nodiscard]] bool isChosen(std::size_t row) const override { return option(row).key == chosenKey_; }
     /// Chooses all options with the sender's key, and no others.
     void radioButtonSelected(ChallengeSelectButton& sender);
-    /// Sends the first option that is chosen. Without one the spinner stays and nothing is sent.
+    /// Sends the key that is chosen. Without one the spinner stays and nothing is sent.
     void processSingleSelect();
 
 protected:
@@ -75,6 +90,9 @@ protected:
     void setOptionTitle(ChallengeSelectButton& button, const std::string& title) override {
         setTitles(button, title);
     }
+
+private:
+    std::optional<std::string> chosenKey_;
 };
 
 /// The screen on which several options can be chosen, or none.
@@ -83,6 +101,7 @@ public:
     void applyCustomization(const std::shared_ptr<const UiCustomization>& customization) override;
     using ChallengeNativeViewController::applyCustomization;
 
+    [[nodiscard]] bool isChosen(std::size_t row) const override { return chosenRows_.contains(row); }
     void multiSelectChecked(ChallengeSelectButton& sender);
     /// Sends the chosen options in the list's order with commas between them; an empty text for none.
     void processMultiSelect();
@@ -94,6 +113,9 @@ protected:
     void setOptionTitle(ChallengeSelectButton& button, const std::string& title) override {
         button.setTitle(title, ControlState::normal);
     }
+
+private:
+    std::set<std::size_t> chosenRows_;
 };
 
 /// The same with lower rows, for screens that lie on their side.

@@ -12,25 +12,29 @@ using Multi = ChallengeMultiSelectNativeViewController;
 
 class SelectScreen : public ScreenTest {
 protected:
-    static std::vector<std::shared_ptr<ChallengeSelectButton>>
-    options(ChallengeSelectNativeViewController& screen) {
-        std::vector<std::shared_ptr<ChallengeSelectButton>> buttons;
-        for (const auto& cell : screen.tableView->visibleCells())
-            buttons.push_back(std::dynamic_pointer_cast<ChallengeTableViewCell>(cell)->button());
-        return buttons;
+    /// The button of a row, which is scrolled to.
+    std::shared_ptr<ChallengeSelectButton> option(const ChallengeSelectNativeViewController& screen,
+                                                  std::size_t row) {
+        const IndexPath path{0, static_cast<int>(row)};
+        screen.tableView->scrollToRow(path);
+        window->layoutIfNeeded();
+        return std::static_pointer_cast<ChallengeTableViewCell>(screen.tableView->cellForRow(path))->button();
     }
-    void choose(ChallengeSelectNativeViewController& screen, const std::vector<std::size_t>& rows) {
+    void choose(const ChallengeSelectNativeViewController& screen, const std::vector<std::size_t>& rows) {
         for (const std::size_t row : rows)
-            tap(*options(screen).at(row));
+            tap(*option(screen, row));
     }
-    static std::vector<std::size_t> chosen(ChallengeSelectNativeViewController& screen) {
+    std::vector<std::size_t> chosen(ChallengeSelectNativeViewController& screen) {
         std::vector<std::size_t> rows;
-        const auto all = options(screen);
-        for (std::size_t row = 0; row < all.size(); ++row) {
-            const auto& image = all[row]->isChecked() ? screen.checkedCheckBox : screen.uncheckedCheckBox;
-            EXPECT_EQ(all[row]->image(ControlState::normal)->name(), ResourceImage(image).get()->name());
-            if (all[row]->isChecked()) rows.push_back(row);
+        for (const auto& cell : screen.tableView->visibleCells()) {
+            const auto row = static_cast<std::size_t>(screen.tableView->indexPath(*cell)->row);
+            const auto button = std::static_pointer_cast<ChallengeTableViewCell>(cell)->button();
+            auto& image = screen.isChosen(row) ? screen.checkedCheckBox : screen.uncheckedCheckBox;
+            EXPECT_EQ(button->isChecked(), screen.isChosen(row)) << row;
+            EXPECT_EQ(button->image(ControlState::normal)->name(), image.get()->name()) << row;
         }
+        for (std::size_t row = 0; row < screen.optionCount(); ++row)
+            if (screen.isChosen(row)) rows.push_back(row);
         return rows;
     }
 };
@@ -54,8 +58,7 @@ TEST_F(SelectScreen, TheListIsAsLongAsItsRows) {
             if (row.options) cRes.challengeSelectInfo.emplace(*row.options, StringTable{{"k", "Label"}});
             const auto screen = show<ChallengeSelectNativeViewController>(cRes, row.orientation);
             EXPECT_EQ(screen->selectorHeihgtConstraint->constant(), row.height);
-            EXPECT_EQ(screen->tableView->visibleCells().size(), row.options.value_or(0))
-                << "all are in sight";
+            EXPECT_EQ(screen->tableView->numberOfRows(), static_cast<int>(row.options.value_or(0)));
         }
     }
 }
@@ -64,12 +67,12 @@ TEST_F(SelectScreen, OptionsShowTheirFirstEntry) {
     CRes cRes = screenCRes(UiType::SINGLE_SELECT);
     cRes.challengeSelectInfo = {{{"b", "Second"}, {"a", "First"}}, {}};
     const auto screen = show<ChallengeSelectNativeViewController>(cRes);
-    const auto shown = options(*screen);
-    EXPECT_EQ(shown[0]->key, "a");
-    EXPECT_EQ(shown[0]->title(ControlState::normal), "First");
-    EXPECT_EQ(shown[0]->title(ControlState::highlighted), "First");
-    EXPECT_EQ(shown[1]->title(ControlState::normal), "") << "an option without an entry";
-    tap(*shown[1]);
+    const auto first = option(*screen, 0), second = option(*screen, 1);
+    EXPECT_EQ(first->key, "a");
+    EXPECT_EQ(first->title(ControlState::normal), "First");
+    EXPECT_EQ(first->title(ControlState::highlighted), "First");
+    EXPECT_EQ(second->title(ControlState::normal), "") << "an option without an entry";
+    tap(*second);
     tap(*screen->nextButton.get());
     settle();
     EXPECT_THAT(actions->calls, ElementsAre("data() on global"));
@@ -112,6 +115,24 @@ TEST_F(SelectScreen, OfMultipleOptionsTheCheckedOnesAreSentInTheListsOrder) {
     tap(*screen->nextButton.get());
     settle();
     EXPECT_THAT(actions->calls, ElementsAre("data(phone,app/N) on global"));
+}
+
+/// Cells come and go with what is seen, and what is chosen stays.
+TEST_F(SelectScreen, AmongThirtyThousandOptionsAnyCanBeChosen) {
+    CRes cRes = screenCRes(UiType::MULTI_SELECT);
+    cRes.challengeSelectInfo.emplace();
+    for (int row = 0; row < 30000; ++row)
+        cRes.challengeSelectInfo->push_back({{"k" + std::to_string(row), "Label"}});
+    const auto screen = show<Multi>(cRes);
+    for (const std::size_t row : {29999U, 0U, 15000U, 7U, 7U}) {
+        choose(*screen, {row});
+        EXPECT_LT(screen->tableView->visibleCells().size(), 80U);
+        EXPECT_EQ(option(*screen, row)->key, "k" + std::to_string(row));
+    }
+    EXPECT_THAT(chosen(*screen), ElementsAre(0, 15000, 29999));
+    tap(*screen->nextButton.get());
+    settle();
+    EXPECT_THAT(actions->calls, ElementsAre("data(k0,k15000,k29999) on global"));
 }
 
 TEST_F(SelectScreen, TwinsHaveTheirOwnChoices) {

@@ -8,6 +8,8 @@
 #include "tools/common/Arguments.h"
 
 #include <algorithm>
+#include <map>
+#include <set>
 #include <span>
 
 namespace korvane::challenge {
@@ -57,37 +59,37 @@ Aftermath submit(const Arguments& arguments, const Stage& stage) {
     return Aftermath::screen;
 }
 
-std::shared_ptr<ChallengeSelectButton> optionOf(const ChallengeSelectNativeViewController& screen,
-                                                const std::string& key) {
-    for (const auto& cell : screen.tableView->visibleCells()) {
-        auto button = std::static_pointer_cast<ChallengeTableViewCell>(cell)->button();
-        if (button->key == key) return button;
+/// The rows of the options with these keys, of each the first.
+std::set<std::size_t> rowsOf(const std::vector<std::string>& keys,
+                             const ChallengeSelectNativeViewController& screen) {
+    std::map<std::string, std::size_t> all;
+    for (std::size_t row = 0; row < screen.optionCount(); ++row)
+        all.emplace(screen.option(row).key, row);
+    std::set<std::size_t> rows;
+    for (const std::string& key : keys) {
+        const auto found = all.find(key);
+        if (found == all.end()) throw Refusal("This screen has no option with the key \"" + key + "\".");
+        rows.insert(found->second);
     }
-    throw Refusal("This screen has no option with the key \"" + key + "\".");
+    return rows;
 }
 
 /// Chooses these options; where several can be chosen, no others.
-void choose(const std::vector<std::shared_ptr<ChallengeSelectButton>>& options,
-            const ChallengeSelectNativeViewController& screen, Finger& finger) {
-    const auto isWanted = [&options](const auto& button) {
-        return std::find(options.begin(), options.end(), button) != options.end();
-    };
+void choose(const std::set<std::size_t>& rows, const ChallengeSelectNativeViewController& screen,
+            Finger& finger) {
     const bool takesSeveral =
         dynamic_cast<const ChallengeMultiSelectNativeViewController*>(&screen) != nullptr;
-    for (const auto& cell : screen.tableView->visibleCells()) {
-        const auto button = std::static_pointer_cast<ChallengeTableViewCell>(cell)->button();
-        if (isWanted(button) ? !button->isChecked() : takesSeveral && button->isChecked())
-            finger.tap(*button);
+    for (std::size_t row = 0; row < screen.optionCount(); ++row) {
+        if (rows.contains(row) ? screen.isChosen(row) : !takesSeveral || !screen.isChosen(row)) continue;
+        const auto cell = finger.reach(*screen.tableView.get(), {0, static_cast<int>(row)});
+        finger.tap(*std::static_pointer_cast<ChallengeTableViewCell>(cell)->button());
     }
 }
 
 Aftermath select(const Arguments& arguments, const Stage& stage) {
     const auto screen = screenAs<ChallengeSelectNativeViewController>(stage);
     requireQuestionForAnswer(arguments, *screen);
-    std::vector<std::shared_ptr<ChallengeSelectButton>> options;
-    for (const std::string& key : arguments.texts("keys"))
-        options.push_back(optionOf(*screen, key));
-    choose(options, *screen, stage.finger);
+    choose(rowsOf(arguments.texts("keys"), *screen), *screen, stage.finger);
     answerWhitelisting(arguments, *screen, stage.finger);
     stage.finger.tap(*screen->nextButton.get());
     return Aftermath::screen;

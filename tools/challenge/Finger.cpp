@@ -87,6 +87,15 @@ void Finger::tap(UIView& view) {
     touch(middle);
 }
 
+std::shared_ptr<UITableViewCell> Finger::reach(UITableView& table, IndexPath row) {
+    window_->layoutIfNeeded();
+    table.scrollToRow(row);
+    window_->layoutIfNeeded();
+    auto cell = table.cellForRow(row);
+    if (!cell) throw Refusal("The row is out of reach.");
+    return cell;
+}
+
 void Finger::touch(CGPoint place) {
     constexpr std::uint64_t kFinger = 1;
     window_->sendTouch({kFinger, UITouchPhase::began, place});

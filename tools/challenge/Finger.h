@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/View/UITableView.h"
 #include "Platform/View/UIWindow.h"
 #include "Ui/Screens/ChallengeTextNativeViewController.h"
 
@@ -23,6 +24,10 @@ public:
     /// Scrolls a view into sight and taps its middle.
     /// @throws Refusal if something else lies there.
     void tap(UIView& view);
+
+    /// Scrolls to a row of a table.
+    /// @return the row's cell.
+    [[nodiscard]] std::shared_ptr<UITableViewCell> reach(UITableView& table, IndexPath row);
 
     /// Types into the screen's field by the keys of its keyboard, which it opens first. Characters that no
     /// page has are inserted.

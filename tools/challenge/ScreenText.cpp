@@ -47,9 +47,9 @@ void putBody(JSON& event, ChallengeNativeViewController& screen) {
 
 void putOptions(JSON& event, const ChallengeSelectNativeViewController& screen) {
     JSON options = JSON::array();
-    for (const auto& cell : screen.tableView->visibleCells()) {
-        const auto button = std::static_pointer_cast<ChallengeTableViewCell>(cell)->button();
-        options.push_back(JSON::object({{button->key.value_or(""), button->title(ControlState::normal)}}));
+    for (std::size_t row = 0; row < screen.optionCount(); ++row) {
+        auto option = screen.option(row);
+        options.push_back(JSON::object({{std::move(option.key), std::move(option.label)}}));
     }
     event["options"] = std::move(options);
     putTitle(event, "submit", screen.nextButton);

@@ -179,4 +179,17 @@ void ViewItem::press() {
     window->sendTouch({kAssistiveFinger, UITouchPhase::ended, middle});
 }
 
+void ViewItem::turn(int screenfuls) {
+    const auto turned = view();
+    for (auto around = turned; around; around = around->superview()) {
+        const auto* scroll = dynamic_cast<const UIScrollView*>(around.get());
+        if (!scroll || !scroll->isScrollEnabled()) continue;
+        const CGRect seen = scroll->convertTo(turned.get(), scroll->bounds());
+        const double end = CGRectGetMaxY(turned->bounds());
+        const double top = std::clamp(seen.origin.y + screenfuls * seen.size.height, 0.0, end);
+        turned->scrollIntoSight({{0, top}, {0, std::min(seen.size.height, end - top)}});
+        return;
+    }
+}
+
 } // namespace korvane

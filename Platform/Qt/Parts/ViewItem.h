@@ -53,6 +53,8 @@ public:
 
     /// Taps the view in its middle, on behalf of assistive technology.
     Q_INVOKABLE void press();
+    /// Scrolls on by so many screenfuls, as far as the view goes; up if negative.
+    Q_INVOKABLE void turn(int screenfuls);
 
 signals:
     void accessibilityChanged();

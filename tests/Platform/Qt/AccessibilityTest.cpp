@@ -1,7 +1,10 @@
+#include "Ui/Screens/ChallengeSelectNativeViewController.h"
 #include "tests/Platform/Qt/QtScreenTest.h"
 
 #include <QAccessible>
 #include <QAccessibleActionInterface>
+
+#include <set>
 
 namespace korvane {
 namespace {
@@ -109,6 +112,31 @@ TEST_F(ScreenReader, PressesAndHearsOfTheChange) {
     settle();
     EXPECT_TRUE(native->whitelistingInfo->isChecked());
     EXPECT_TRUE(box()->state().checked);
+}
+
+TEST_F(ScreenReader, TurnsThePagesOfALongListToItsEndAndBack) {
+    CRes cRes = fullCRes(UiType::MULTI_SELECT);
+    cRes.challengeSelectInfo.emplace();
+    for (int row = 0; row < 300; ++row)
+        cRes.challengeSelectInfo->push_back({{std::to_string(row), "Option " + std::to_string(row)}});
+    const auto screen = showAs<ChallengeSelectNativeViewController>(cRes);
+    std::set<std::string> options;
+    const auto turn = [&](const QString& action) {
+        QAccessibleInterface* list = nullptr;
+        for (const Heard& one : heard()) {
+            if (one.role == QAccessible::List) list = one.interface;
+            if (one.name.starts_with("Option ")) options.insert(one.name);
+        }
+        ASSERT_TRUE(list && list->actionInterface()->actionNames().contains(action));
+        list->actionInterface()->doAction(action);
+        settle();
+    };
+    for (int page = 0; page < 16; ++page)
+        turn(QAccessibleActionInterface::scrollDownAction());
+    EXPECT_EQ(options.size(), 300U);
+    for (int page = 0; page < 16; ++page)
+        turn(QAccessibleActionInterface::scrollUpAction());
+    EXPECT_TRUE(screen->tableView->cellForRow({0, 0}));
 }
 
 TEST_F(ScreenReader, HearsOfAViewThatIsGivenARoleWhileItIsShown) {
