@@ -78,6 +78,17 @@ suite("the five kinds", () => {
       message.challengeDataEntry]), [["Y", undefined], [undefined, "phone,mail"]]);
   }));
 
+  test("options far down a list of many", () => {
+    const scenario = shipped("multiSelect");
+    scenario.steps[0].screen.challengeSelectInfo = Array.from({ length: 400 }, (_, row) => ({ [`k${row}`]: `${row}` }));
+    scenario.steps[0].accepts.challengeDataEntry = ["k3,k398"];
+    return withAcs(scenario, async (acs) => {
+      const cardholder = await Cardholder.begin(acs);
+      assert.deepEqual(cardholder.first.options.at(-1), { k399: "399" });
+      await expectEnd(cardholder, await cardholder.act("select", { keys: ["k398", "k3"] }), completed("Y"));
+    });
+  });
+
   test("an approval elsewhere", () => withAcs("oob", async (acs) => {
     const cardholder = await Cardholder.begin(acs);
     assert.equal(cardholder.first.continue, "Continue");
