@@ -15,12 +15,6 @@ void UITableViewCell::layoutSubviews() {
     contentView_->setFrame({{0, 0}, bounds().size});
 }
 
-/// A tap that nothing in the cell took selects its row.
-void UITableViewCell::touchesEnded(const UITouches& touches) {
-    const auto table = std::dynamic_pointer_cast<UITableView>(superview());
-    if (table && pointInside(touches.front()->location(this))) table->cellWasTapped(*this);
-}
-
 UITableView::UITableView() {
     watchPlace();
 }
@@ -42,7 +36,6 @@ std::shared_ptr<UITableViewCell> UITableView::dequeueReusableCell(const std::str
     if (const auto spare = spareCells_.find(withIdentifier); spare != spareCells_.end()) {
         auto cell = std::move(spare->second);
         spareCells_.erase(spare);
-        cell->prepareForReuse();
         return cell;
     }
     const auto factory = factories_.find(withIdentifier);
@@ -75,19 +68,6 @@ std::optional<IndexPath> UITableView::indexPath(const UITableViewCell& forCell) 
     return std::nullopt;
 }
 
-void UITableView::selectRow(std::optional<IndexPath> at) {
-    selected_ = at;
-    for (const auto& [row, cell] : cells_)
-        cell->setSelected(at && at->row == row);
-}
-
-void UITableView::cellWasTapped(const UITableViewCell& cell) {
-    const auto path = indexPath(cell);
-    if (!path) return;
-    selectRow(path);
-    if (const auto told = delegate_.lock()) told->didSelectRowAt(*this, *path);
-}
-
 CGRect UITableView::rectForRow(IndexPath at) const {
     return {{0, at.row * rowHeight_}, {bounds().size.width, rowHeight_}};
 }
@@ -114,7 +94,6 @@ void UITableView::showRow(int row) {
     if (!source) return;
     if (!cells_.contains(row)) {
         auto cell = source->cellForRowAt(*this, {0, row});
-        cell->setSelected(selected_ && selected_->row == row);
         addSubview(cell);
         cells_.emplace(row, std::move(cell));
     }
@@ -124,7 +103,6 @@ void UITableView::showRow(int row) {
 void UITableView::reload() {
     const auto source = dataSource_.lock();
     rows_ = source ? source->numberOfRowsInSection(*this, 0) : 0;
-    if (selected_ && selected_->row >= rows_) selected_.reset();
     while (!cells_.empty())
         recycle(cells_.begin());
 }

@@ -10,14 +10,14 @@
 
 namespace korvane {
 
-class UITableView;
-
 /// A row of a table. Tables here have the one section 0.
 struct IndexPath {
     int section = 0;
     int row = 0;
     friend bool operator==(const IndexPath&, const IndexPath&) = default;
 };
+
+class UITableView;
 
 /// One row's view, which serves other rows once its own has scrolled away. Main queue only.
 class UITableViewCell : public UIView {
@@ -29,22 +29,14 @@ public:
     /// Fills the cell; what the row shows goes in here.
     [[nodiscard]] const std::shared_ptr<UIView>& contentView() const noexcept { return contentView_; }
     [[nodiscard]] const std::string& reuseIdentifier() const noexcept { return reuseIdentifier_; }
-    [[nodiscard]] bool isSelected() const noexcept { return isSelected_; }
-    virtual void setSelected(bool isSelected) { assign(isSelected_, isSelected, UIViewChange::paint); }
-    [[nodiscard]] UIAccessibilityState accessibilityState() const override { return {true, isSelected_}; }
-
-    /// The cell is about to be handed out for another row.
-    virtual void prepareForReuse() {}
 
     void layoutSubviews() override;
-    void touchesEnded(const UITouches& touches) override;
 
 private:
     friend class UITableView;
 
     std::shared_ptr<UIView> contentView_;
     std::string reuseIdentifier_;
-    bool isSelected_ = false;
 };
 
 class UITableViewDataSource {
@@ -54,13 +46,6 @@ public:
     virtual int numberOfRowsInSection(UITableView& tableView, int section) = 0;
     /// A cell filled for the row; not null.
     virtual std::shared_ptr<UITableViewCell> cellForRowAt(UITableView& tableView, IndexPath indexPath) = 0;
-};
-
-class UITableViewDelegate {
-public:
-    virtual ~UITableViewDelegate() = default;
-
-    virtual void didSelectRowAt(UITableView& /*tableView*/, IndexPath /*indexPath*/) {}
 };
 
 enum class UITableViewCellSeparatorStyle { none, singleLine };
@@ -78,8 +63,6 @@ public:
 
     [[nodiscard]] std::shared_ptr<UITableViewDataSource> dataSource() const { return dataSource_.lock(); }
     void setDataSource(std::weak_ptr<UITableViewDataSource> dataSource);
-    [[nodiscard]] std::shared_ptr<UITableViewDelegate> delegate() const { return delegate_.lock(); }
-    void setDelegate(std::weak_ptr<UITableViewDelegate> delegate) { delegate_ = std::move(delegate); }
 
     [[nodiscard]] double rowHeight() const noexcept { return rowHeight_; }
     void setRowHeight(double height);
@@ -109,10 +92,6 @@ public:
     /// a cell.
     void scrollToRow(IndexPath at);
 
-    /// The selected row, if any; a touch selects as this does and then tells the delegate.
-    [[nodiscard]] std::optional<IndexPath> indexPathForSelectedRow() const noexcept { return selected_; }
-    void selectRow(std::optional<IndexPath> at);
-
     [[nodiscard]] CGSize contentSize() const override;
     void layoutSubviews() override;
 
@@ -124,25 +103,20 @@ protected:
     }
 
 private:
-    friend class UITableViewCell;
-
     struct RowRange {
         int first = 0;
         int end = 0;
     };
 
-    void cellWasTapped(const UITableViewCell& cell);
     void reload();
     [[nodiscard]] RowRange rowsWithCells() const;
     void recycle(std::map<int, std::shared_ptr<UITableViewCell>>::iterator cell);
     void showRow(int row);
 
     std::weak_ptr<UITableViewDataSource> dataSource_;
-    std::weak_ptr<UITableViewDelegate> delegate_;
     std::map<std::string, CellFactory> factories_;
     std::multimap<std::string, std::shared_ptr<UITableViewCell>> spareCells_;
     std::map<int, std::shared_ptr<UITableViewCell>> cells_; // by row
-    std::optional<IndexPath> selected_;
     UITableViewCellSeparatorStyle separatorStyle_ = UITableViewCellSeparatorStyle::singleLine;
     double rowHeight_ = 44;
     int rows_ = 0;

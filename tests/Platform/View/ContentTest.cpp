@@ -1,5 +1,4 @@
 #include "Platform/View/TextMeasurer.h"
-#include "Platform/View/UIActivityIndicatorView.h"
 #include "Platform/View/UIButton.h"
 #include "Platform/View/UINavigationBar.h"
 #include "Platform/View/UITextField.h"
@@ -224,14 +223,6 @@ TEST_F(Content, ABarPlacesItsEndsAndTheTitleBetweenThem) {
     EXPECT_EQ(cancel->superview(), nullptr);
 }
 
-TEST_F(Content, WhatIsTypedIsNotReadOut) {
-    const auto field = add<UITextField>(rootView(), {});
-    field->setPlaceholder("Code");
-    field->setText("123456");
-    EXPECT_EQ(field->accessibilityLabel(), "Code");
-    EXPECT_EQ(field->accessibilityRole(), UIAccessibilityRole::textField);
-}
-
 TEST_F(Content, APageAsksItsDelegateBeforeItLeaves) {
     class Policy : public WKNavigationDelegate {
     public:
@@ -254,17 +245,6 @@ TEST_F(Content, APageAsksItsDelegateBeforeItLeaves) {
     page->loadHTMLString("<p>");
     page->loadHTMLString("<p>");
     EXPECT_EQ(page->loadCount(), 2) << "the same page again is a new one";
-}
-
-TEST_F(Content, AnIndicatorThatStandsStillHides) {
-    const auto indicator = add<UIActivityIndicatorView>(rootView(), {});
-    EXPECT_TRUE(indicator->isHidden());
-    indicator->startAnimating();
-    EXPECT_FALSE(indicator->isHidden());
-    indicator->stopAnimating();
-    EXPECT_TRUE(indicator->isHidden());
-    indicator->setHidesWhenStopped(false);
-    EXPECT_FALSE(indicator->isHidden());
 }
 
 } // namespace

@@ -5,11 +5,9 @@
 #include "Platform/View/UITableView.h"
 #include "tests/Platform/View/ViewSupport.h"
 #include "tests/support/Failures.h"
+#include "tests/support/TemporaryFolder.h"
 
-#include <cstdlib>
-#include <filesystem>
 #include <fstream>
-#include <stdexcept>
 
 namespace korvane {
 namespace {
@@ -51,15 +49,12 @@ constexpr const char* kPay = R"({"scenes": {"pay": {
 class Storyboard : public ViewTest {
 protected:
     Storyboard() {
-        folder = testing::TempDir() + "storyboard-XXXXXX";
-        if (!mkdtemp(folder.data())) throw std::runtime_error("no temporary folder");
         write("Colors.json",
               R"({"tone": {"light": "#FFFFFF", "dark": "#000000"}, "plain": "#FF0000", "broken": 1})");
         write("dot.svg", "<svg width='12' height='6'/>");
         UIStoryboard::registerClass<PayController>("PayController");
         UIStoryboard::registerClass<AwakeButton>("AwakeButton");
     }
-    ~Storyboard() override { std::filesystem::remove_all(folder); }
 
     void write(const std::string& name, const std::string& text) {
         std::ofstream(folder + "/" + name, std::ios::binary) << text;
@@ -72,7 +67,8 @@ protected:
         return storyboard(json).instantiateViewController("pay");
     }
 
-    std::string folder;
+    const TemporaryFolder temporary;
+    const std::string folder = temporary.path.string();
 };
 
 TEST_F(Storyboard, AControllerComesWithItsViewsOutletsAndConstraints) {

@@ -1,4 +1,3 @@
-#include "Platform/View/UIButton.h"
 #include "Platform/View/UIScrollView.h"
 #include "Platform/View/UITableView.h"
 #include "tests/Platform/View/ViewSupport.h"
@@ -8,7 +7,7 @@ namespace {
 
 using testing::ElementsAre;
 
-class Rows : public UITableViewDataSource, public UITableViewDelegate {
+class Rows : public UITableViewDataSource {
 public:
     int numberOfRowsInSection(UITableView& /*tableView*/, int /*section*/) override { return count; }
     std::shared_ptr<UITableViewCell> cellForRowAt(UITableView& table, IndexPath path) override {
@@ -17,10 +16,9 @@ public:
         asked.push_back(path.row);
         return cell;
     }
-    void didSelectRowAt(UITableView& /*tableView*/, IndexPath path) override { selected.push_back(path.row); }
 
     int count = 10;
-    std::vector<int> asked, selected;
+    std::vector<int> asked;
 };
 
 class Table : public ViewTest {
@@ -37,7 +35,6 @@ protected:
         table->setRowHeight(40);
         rows = std::make_shared<Rows>();
         table->setDataSource(rows);
-        table->setDelegate(rows);
         window->layoutIfNeeded();
     }
     std::vector<int> shown() {
@@ -46,30 +43,11 @@ protected:
             tags.push_back(cell->tag());
         return tags;
     }
-    void scrollTo(double y) {
-        table->setContentOffset({0, y});
-        window->layoutIfNeeded();
-    }
 
     int made = 0;
     std::shared_ptr<UITableView> table;
     std::shared_ptr<Rows> rows;
 };
-
-TEST_F(Table, OnlyRowsInSightHaveACellAndCellsServeAgain) {
-    EXPECT_THAT(shown(), ElementsAre(0, 1, 2));
-    scrollTo(60);
-    EXPECT_THAT(shown(), ElementsAre(1, 2, 3, 4));
-    EXPECT_EQ(table->cellForRow({0, 3})->frame(), (CGRect{{0, 120}, {200, 40}}));
-    scrollTo(-500);
-    EXPECT_THAT(shown(), ElementsAre());
-    scrollTo(1000);
-    EXPECT_THAT(shown(), ElementsAre());
-    scrollTo(280);
-    EXPECT_THAT(shown(), ElementsAre(7, 8, 9));
-    EXPECT_LE(made, 4);
-    EXPECT_EQ(table->contentSize(), (CGSize{200, 400}));
-}
 
 /// Of 30,000 rows below each other in what scrolls, 400 points of it in sight. Each step moves on from the
 /// one before.
@@ -137,29 +115,19 @@ TEST_F(Table, AsLongAsItsRowsItHasCellsForAScreenfulEachWayAlone) {
 }
 
 TEST_F(Table, ACellInSightStaysTheSameUntilAReload) {
+    EXPECT_THAT(shown(), ElementsAre(0, 1, 2));
     const auto cell = table->cellForRow({0, 1});
-    scrollTo(10);
+    table->setContentOffset({0, 10});
+    window->layoutIfNeeded();
+    EXPECT_THAT(shown(), ElementsAre(0, 1, 2, 3));
     EXPECT_EQ(table->cellForRow({0, 1}), cell);
+    EXPECT_EQ(table->cellForRow({0, 3})->frame(), (CGRect{{0, 120}, {200, 40}}));
     rows->asked.clear();
     rows->count = 2;
     table->reloadData();
     window->layoutIfNeeded();
     EXPECT_THAT(rows->asked, ElementsAre(0, 1));
-    EXPECT_EQ(table->numberOfRows(), 2);
-}
-
-TEST_F(Table, ATapSelectsItsRowAndOneOnAControlDoesNot) {
-    tap({50, 190}); // row 2
-    EXPECT_THAT(rows->selected, ElementsAre(2));
-    EXPECT_TRUE(table->cellForRow({0, 2})->isSelected());
-    const auto cell = table->cellForRow({0, 0});
-    add<UIButton>(*cell->contentView(), {{0, 0}, {200, 40}});
-    tap({50, 110});
-    EXPECT_THAT(rows->selected, ElementsAre(2));
-    scrollTo(120);
-    scrollTo(0);
-    EXPECT_TRUE(table->cellForRow({0, 2})->isSelected()) << "the row is selected, whichever cell shows it";
-    EXPECT_FALSE(table->cellForRow({0, 1})->isSelected());
+    EXPECT_EQ(table->contentSize(), (CGSize{200, 80}));
 }
 
 } // namespace
