@@ -9,6 +9,7 @@
 #include "Platform/View/UIViewTypes.h"
 
 #include <array>
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -125,6 +126,9 @@ public:
     void sizeToFit();
     /// The content would like another size than before.
     void invalidateIntrinsicContentSize();
+    /// All content in this tree would: the screen has another size, or text has. Trees that are not shown
+    /// find out when they are.
+    void invalidateTree();
 
     // Touches.
 
@@ -234,6 +238,9 @@ private:
         CGSize size;
     };
 
+    /// How often sizes have been invalidated for all views.
+    [[nodiscard]] static std::atomic<std::uint64_t>& sizesEra();
+    void forgetSizes(std::uint64_t era);
     void layoutTree();
     void layoutOnce();
     /// Orders the constraints, where that has not been done. @throws LayoutPlan::Fault
@@ -271,6 +278,7 @@ private:
     std::shared_ptr<UILayoutGuide> safeArea_;
     std::unique_ptr<LayoutPlan> plan_;
     mutable std::array<Fitting, 2> fittings_; // for any width, and for the last one asked for
+    std::uint64_t sizesEra_ = sizesEra();     // from which sizes are remembered
 
     std::optional<UIAccessibilityRole> role_;
     std::string label_;

@@ -186,6 +186,23 @@ CGSize UIView::fittingSize(double width) const {
     return memory.size;
 }
 
+std::atomic<std::uint64_t>& UIView::sizesEra() {
+    static std::atomic<std::uint64_t> era{0};
+    return era;
+}
+
+void UIView::forgetSizes(std::uint64_t era) {
+    sizesEra_ = era;
+    invalidateIntrinsicContentSize();
+    setNeedsDisplay();
+    for (const auto& view : subviews_)
+        view->forgetSizes(era);
+}
+
+void UIView::invalidateTree() {
+    forgetSizes(++sizesEra());
+}
+
 void UIView::sizeToFit() {
     setFrame({origin_, sizeThatFits(bounds_.size)});
 }

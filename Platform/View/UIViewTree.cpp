@@ -106,6 +106,7 @@ void UIView::removeFromSuperview() {
 
 void UIView::spreadWindow() {
     if (safeArea_) setNeedsLayout(); // another window covers other parts
+    if (sizesEra_ != sizesEra()) forgetSizes(sizesEra());
     didMoveToWindow();
     for (std::size_t index = 0; index < subviews_.size(); ++index) {
         const auto view = subviews_[index];

@@ -27,7 +27,7 @@ void visitTree(UIView& view, const Visit& visit) {
 
 UIWindow::UIWindow() : UIWindow(Platform::current().mainScreen().bounds()) {}
 
-UIWindow::UIWindow(const CGRect& frame) : UIView(frame) {
+UIWindow::UIWindow(const CGRect& frame) : UIView(frame), sizeOfContent_(frame.size) {
     setMultipleTouchEnabled(true);
 }
 
@@ -85,14 +85,6 @@ void UIWindow::setSafeAreaInsets(const UIEdgeInsets& insets) {
     visitTree(*this, [](UIView& view) { view.setNeedsLayout(); });
 }
 
-void UIWindow::invalidateTree() {
-    visitTree(*this, [](UIView& view) {
-        view.invalidateIntrinsicContentSize();
-        view.setNeedsLayout();
-        view.setNeedsDisplay();
-    });
-}
-
 void UIWindow::setTraits(const UITraitCollection& traits) {
     if (traits == traits_) return;
     const UITraitCollection previous = std::exchange(traits_, traits);
@@ -115,7 +107,10 @@ void UIWindow::treeDidChange() {
     request();
 }
 
+/// What content would like can follow the screen, as a keyboard's height does, and not its own width alone.
 void UIWindow::layoutSubviews() {
+    const CGSize before = std::exchange(sizeOfContent_, bounds().size);
+    if (!(before == sizeOfContent_)) invalidateTree();
     UIView::layoutSubviews();
     for (const auto& view : subviews())
         if (view->viewController() && view != input_) view->setFrame({{0, 0}, bounds().size});

@@ -78,15 +78,14 @@ private:
     [[nodiscard]] UITouches recognize(const UITouches& touches);
     void showInput(const std::shared_ptr<UIView>& input, const std::shared_ptr<UIView>& accessory);
     void layOutInput();
-    /// All content would like another size than before.
-    void invalidateTree();
     void becomeVisible();
     void clear();
 
     std::shared_ptr<UIViewController> root_;
     UIEdgeInsets safeArea_;
     UITraitCollection traits_;
-    UITouches touches_; // of the fingers that are down
+    CGSize sizeOfContent_; // the window's, when its content was last laid out
+    UITouches touches_;    // of the fingers that are down
     std::function<void()> frameRequest_;
     bool hasFrameRequest_ = false;
     bool hasLayoutRequest_ = false;
