@@ -7,11 +7,15 @@ namespace korvane {
 
 /// Weights of fonts, from -1 (thinnest) to 1; values between and beyond these are allowed.
 struct UIFontWeight {
+    static constexpr double ultraLight = -0.8;
+    static constexpr double thin = -0.6;
     static constexpr double light = -0.4;
     static constexpr double regular = 0;
     static constexpr double medium = 0.23;
     static constexpr double semibold = 0.3;
     static constexpr double bold = 0.4;
+    static constexpr double heavy = 0.56;
+    static constexpr double black = 0.62;
 };
 
 /// A font: a name, a size in points and a weight. Immutable; any thread.
@@ -24,8 +28,8 @@ public:
         return systemFont(ofSize, UIFontWeight::bold);
     }
 
-    /// A font of the system by its name or its family's; no value if there is none of that name. Main queue
-    /// only.
+    /// A font of the system by its name or its family's, in the weight that its name tells: "Courier-Bold" is
+    /// bold. No value if there is none of that name. Main queue only.
     [[nodiscard]] static std::optional<UIFont> make(const std::string& name, double size);
 
     /// The size of plain text on this system, in points. Main queue only.

@@ -247,5 +247,32 @@ TEST_F(Content, APageAsksItsDelegateBeforeItLeaves) {
     EXPECT_EQ(page->loadCount(), 2) << "the same page again is a new one";
 }
 
+TEST_F(Content, ANamedFontHasTheWeightOfItsFace) {
+    struct Row {
+        const char* name;
+        double weight;
+    };
+    const Row rows[] = {{"Inter", 0},
+                        {"Inter-Regular", 0},
+                        {"Inter-Italic", 0},
+                        {"Inter Extra Light", -0.8},
+                        {"Inter-Light", -0.4},
+                        {"Inter-MediumItalic", 0.23},
+                        {"Inter-SemiBold", 0.3},
+                        {"Inter Bold", 0.4},
+                        {"Inter-ExtraBold", 0.56},
+                        {"Inter-Black", 0.62},
+                        {"Boldini", 0},
+                        {"Boldini-Oblique", 0}};
+    auto& fonts = platform.script().fonts;
+    fonts = {{"Inter", {}}, {"Boldini", {}}};
+    for (const Row& row : rows) {
+        fonts[std::string_view(row.name).starts_with("Inter") ? 0 : 1].second.push_back(row.name);
+        const auto font = UIFont::make(row.name, 12);
+        ASSERT_TRUE(font) << row.name;
+        EXPECT_EQ(font->weight(), row.weight) << row.name;
+    }
+}
+
 } // namespace
 } // namespace korvane
