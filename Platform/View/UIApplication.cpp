@@ -23,6 +23,7 @@ void UIApplication::makeKey(const std::shared_ptr<UIWindow>& window) {
 }
 
 void UIApplication::remove(const std::shared_ptr<UIWindow>& window) {
+    window->cancelTouches();
     window->endEditing();
     window->isVisible_ = false;
     std::erase(windows_, window);

@@ -16,6 +16,11 @@ public:
     void setCancelsTouchesInView(bool cancels) { cancelsTouchesInView_ = cancels; }
     [[nodiscard]] bool isEnabled() const noexcept { return isEnabled_; }
     void setEnabled(bool isEnabled) { isEnabled_ = isEnabled; }
+    /// Leaves fingers out that came down where the filter says no.
+    void setShouldReceive(std::function<bool(const UITouch&)> filter) { shouldReceive_ = std::move(filter); }
+    [[nodiscard]] bool receives(const UITouch& touch) const {
+        return isEnabled_ && (!shouldReceive_ || shouldReceive_(touch));
+    }
 
     /// One finger did something; `view` is the recogniser's.
     /// @return whether that completes the gesture; its action is then to be performed.
@@ -29,6 +34,7 @@ public:
 
 private:
     std::function<void()> action_;
+    std::function<bool(const UITouch&)> shouldReceive_;
     bool cancelsTouchesInView_ = true;
     bool isEnabled_ = true;
 };

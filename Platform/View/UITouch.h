@@ -35,7 +35,7 @@ private:
     UITouchPhase phase_ = UITouchPhase::began;
     CGPoint location_;
     std::weak_ptr<UIView> view_;
-    /// A recogniser took the finger: the view has heard of its cancellation and hears no more.
+    /// The finger was taken away: its view has heard of the cancellation and hears no more.
     bool isTaken_ = false;
 };
 

@@ -165,7 +165,7 @@ void UIViewController::endExchange(const std::shared_ptr<UIViewController>& old,
                                    const std::shared_ptr<UIViewController>& next) {
     if (old == next) return;
     if (old) {
-        if (old->view_ && old->view_->superview() == view_) old->view_->removeFromSuperview();
+        if (old->view_ && old->view_->superview() == view_) old->leaveTree();
         old->endAppearanceTransition();
         if (leaving_ == old) old->removeFromParent();
     }

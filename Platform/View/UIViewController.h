@@ -126,6 +126,8 @@ private:
     /// Makes changes that are seen little by little if the change of screens is.
     static void change(UIAnimated animated, const std::function<void()>& changes);
     void endDismissal(const std::shared_ptr<UIViewController>& top);
+    /// Takes the view out of its tree, and fingers that are on it from it.
+    void leaveTree();
     void dropPresented();
     [[nodiscard]] std::shared_ptr<UIViewController> outermost() const;
     [[nodiscard]] std::shared_ptr<UIViewController> self() const;

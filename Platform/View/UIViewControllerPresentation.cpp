@@ -100,7 +100,7 @@ void UIViewController::present(std::shared_ptr<UIViewController> controller, UIA
     presenter->runTransition(
         animated,
         [presenter, controller, hides] {
-            if (hides) presenter->view()->removeFromSuperview();
+            if (hides) presenter->leaveTree();
             controller->endAppearanceTransition();
             presenter->endAppearanceTransition();
         },
@@ -144,7 +144,14 @@ void UIViewController::dropPresented() {
     if (!presented) return;
     presented->dropPresented();
     presented->presenting_.reset();
-    if (presented->view_) presented->view_->removeFromSuperview();
+    presented->leaveTree();
+}
+
+void UIViewController::leaveTree() {
+    const auto view = view_;
+    if (!view) return;
+    if (const auto window = view->window()) window->cancelTouches(view.get());
+    view->removeFromSuperview();
 }
 
 } // namespace korvane

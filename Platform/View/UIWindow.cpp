@@ -43,7 +43,7 @@ void UIWindow::setRootViewController(std::shared_ptr<UIViewController> controlle
             shown = shown->presented_;
         shown->beginAppearanceTransition(false, UIAnimated::no);
         old->dropPresented();
-        if (old->isViewLoaded()) old->view()->removeFromSuperview();
+        old->leaveTree();
         shown->endAppearanceTransition();
     }
     if (isVisible_) becomeVisible();
@@ -148,6 +148,7 @@ void UIWindow::showInput(const std::shared_ptr<UIView>& input, const std::shared
     if (old && old != input) {
         const auto controller = old->viewController();
         if (controller) controller->beginAppearanceTransition(false, UIAnimated::yes);
+        cancelTouches(old.get());
         old->removeFromSuperview();
         if (!isInputSized_) old->setFrame({});
         if (controller) controller->endAppearanceTransition();
@@ -174,7 +175,8 @@ std::shared_ptr<UITouch> UIWindow::touch(const TouchPoint& point) {
         if (point.phase != UITouchPhase::moved) touches_.erase(known);
         return found;
     }
-    const auto view = known == touches_.end() ? hitTest(point.location) : nullptr;
+    if (known != touches_.end()) cancel({*known});
+    const auto view = hitTest(point.location);
     const auto isOnView = [&view](const auto& other) { return other->view() == view; };
     if (!view || (!view->isMultipleTouchEnabled() && std::ranges::any_of(touches_, isOnView))) return nullptr;
     auto fresh = std::make_shared<UITouch>(point.identifier, point.location, view);
@@ -188,32 +190,58 @@ void UIWindow::sendTouches(const std::vector<TouchPoint>& points) {
     for (const TouchPoint& point : points)
         if (auto news = touch(point))
             byPhase[static_cast<std::size_t>(point.phase)].push_back(std::move(news));
-    for (std::size_t phase = 0; phase < byPhase.size(); ++phase) {
-        UITouches taken = recognize(byPhase[phase]);
-        std::erase_if(byPhase[phase], [](const auto& news) { return news->isTaken_; });
-        deliver(static_cast<UITouchPhase>(phase), byPhase[phase]);
-        deliver(UITouchPhase::cancelled, taken);
-    }
+    for (std::size_t phase = 0; phase < byPhase.size(); ++phase)
+        hear(static_cast<UITouchPhase>(phase), byPhase[phase]);
 }
 
-/// Shows fingers to the recognisers of the views that they are on, the innermost first, and performs what is
-/// recognised.
-/// @return the fingers that the views are to lose.
-UITouches UIWindow::recognize(const UITouches& touches) {
-    std::vector<std::shared_ptr<UIGestureRecognizer>> recognized;
-    UITouches taken;
-    for (const auto& news : touches) {
+void UIWindow::cancelTouches(const UIView* onView) {
+    UITouches lost;
+    std::ranges::copy_if(touches_, std::back_inserter(lost), [onView](const auto& touch) {
+        const auto view = touch->view();
+        return !onView || (view && view->isDescendant(*onView));
+    });
+    cancel(lost);
+}
+
+void UIWindow::cancel(const UITouches& touches) {
+    const auto self = shared_from_this();
+    for (const auto& lost : touches) {
+        std::erase(touches_, lost);
+        lost->phase_ = UITouchPhase::cancelled;
+    }
+    hear(UITouchPhase::cancelled, touches);
+    for (const auto& lost : touches)
+        lost->isTaken_ = true;
+}
+
+/// Recognisers see the fingers first, and can take them from the views. What they do comes last: it may move
+/// the views away under the fingers.
+void UIWindow::hear(UITouchPhase phase, const UITouches& touches) {
+    UITouches rest;
+    const auto isFree = [](const auto& touch) { return !touch->isTaken_; };
+    std::ranges::copy_if(touches, std::back_inserter(rest), isFree);
+    const Recognizers recognized = recognize(touches);
+    const auto taken = std::stable_partition(rest.begin(), rest.end(), isFree);
+    const UITouches lost(taken, rest.end());
+    rest.erase(taken, rest.end());
+    deliver(phase, rest);
+    deliver(UITouchPhase::cancelled, lost);
+    for (const auto& recognizer : recognized)
+        recognizer->perform();
+}
+
+/// Shows fingers to the recognisers of the views that they are on, the innermost first.
+/// @return those that have what they wait for.
+UIWindow::Recognizers UIWindow::recognize(const UITouches& touches) {
+    Recognizers recognized;
+    for (const auto& news : touches)
         for (auto view = news->view(); view; view = view->superview())
             for (const auto& recognizer : view->gestureRecognizers()) {
-                if (!recognizer->isEnabled() || !recognizer->recognizes(*news, *view)) continue;
+                if (!recognizer->receives(*news) || !recognizer->recognizes(*news, *view)) continue;
                 recognized.push_back(recognizer);
                 if (recognizer->cancelsTouchesInView()) news->isTaken_ = true;
             }
-        if (news->isTaken_) taken.push_back(news);
-    }
-    for (const auto& recognizer : recognized)
-        recognizer->perform();
-    return taken;
+    return recognized;
 }
 
 /// Tells each touched view of all its fingers at once, in the order of the first ones.
@@ -233,6 +261,24 @@ void UIWindow::deliver(UITouchPhase phase, const UITouches& touches) {
         case UITouchPhase::cancelled: view->touchesCancelled(own); break;
         }
     }
+}
+
+/// Whether a finger in a view's middle would be the view's: what takes touches for it lies around it.
+bool UIWindow::reaches(const UIView& view) {
+    const auto hit = hitTest(view.middleInWindow());
+    return hit && (hit->isDescendant(view) || view.isDescendant(*hit));
+}
+
+void UIWindow::press(UIView& view) {
+    constexpr std::uint64_t kAssistiveFinger = 0;
+    const auto pressed = view.shared_from_this();
+    view.scrollIntoSight();
+    if (!reaches(view)) endEditing();
+    layoutIfNeeded();
+    if (!reaches(view)) return;
+    const CGPoint middle = view.middleInWindow();
+    sendTouch({kAssistiveFinger, UITouchPhase::began, middle});
+    sendTouch({kAssistiveFinger, UITouchPhase::ended, middle});
 }
 
 } // namespace korvane

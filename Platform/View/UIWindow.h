@@ -48,9 +48,15 @@ public:
     };
 
     /// News of one moment. Each touched view hears of all its fingers of one phase at once; the phases come
-    /// in their order. A finger that comes down twice, or moves without being down, is ignored.
+    /// in their order. A finger that comes down twice has gone up unseen: its first coming is cancelled. One
+    /// that moves without being down is ignored.
     void sendTouches(const std::vector<TouchPoint>& points);
     void sendTouch(const TouchPoint& point) { sendTouches({point}); }
+    /// Takes all fingers away, or those on one view and in it: nobody will hear of their going up.
+    void cancelTouches(const UIView* onView = nullptr);
+    /// What assistive technology does with a view: a tap in its middle, once it has been brought into sight
+    /// and a keyboard that lies over it has gone. What lies over it otherwise keeps the tap from it.
+    void press(UIView& view);
     /// How many fingers are down.
     [[nodiscard]] std::size_t touchCount() const noexcept { return touches_.size(); }
 
@@ -73,9 +79,14 @@ protected:
 private:
     friend class UIApplication;
 
+    using Recognizers = std::vector<std::shared_ptr<UIGestureRecognizer>>;
+
     [[nodiscard]] std::shared_ptr<UITouch> touch(const TouchPoint& point);
+    void cancel(const UITouches& touches);
+    void hear(UITouchPhase phase, const UITouches& touches);
     void deliver(UITouchPhase phase, const UITouches& touches);
-    [[nodiscard]] UITouches recognize(const UITouches& touches);
+    [[nodiscard]] static Recognizers recognize(const UITouches& touches);
+    [[nodiscard]] bool reaches(const UIView& view);
     void showInput(const std::shared_ptr<UIView>& input, const std::shared_ptr<UIView>& accessory);
     void layOutInput();
     void becomeVisible();

@@ -169,14 +169,9 @@ void ViewItem::hideForCapture(bool hide) {
 }
 
 void ViewItem::press() {
-    constexpr std::uint64_t kAssistiveFinger = 0;
     const auto pressed = view();
     const auto window = pressed ? pressed->window() : nullptr;
-    if (!window) return;
-    pressed->scrollIntoSight();
-    const CGPoint middle = pressed->middleInWindow();
-    window->sendTouch({kAssistiveFinger, UITouchPhase::began, middle});
-    window->sendTouch({kAssistiveFinger, UITouchPhase::ended, middle});
+    if (window) window->press(*pressed);
 }
 
 void ViewItem::turn(int screenfuls) {

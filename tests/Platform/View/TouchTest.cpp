@@ -1,5 +1,6 @@
 #include "Platform/View/UIButton.h"
 #include "Platform/View/UIGestureRecognizer.h"
+#include "Platform/View/UINavigationController.h"
 #include "tests/Platform/View/ViewSupport.h"
 
 namespace korvane {
@@ -88,7 +89,6 @@ TEST_F(Touches, FingersThatMeanNothingAreIgnored) {
     touch(moved, {10, 10});
     touch(ended, {10, 10});
     touch(began, {10, 10});
-    touch(began, {10, 10});    // down already
     touch(began, {20, 20}, 2); // a second one, on a view that takes one
     touch(moved, {20, 20}, 2);
     touch(began, {-5, 10}, 3); // beside the window
@@ -96,6 +96,62 @@ TEST_F(Touches, FingersThatMeanNothingAreIgnored) {
     view->removeFromSuperview();
     touch(ended, {10, 10});
     EXPECT_EQ(window->touchCount(), 0U);
+}
+
+TEST_F(Touches, AFingerThatComesDownAgainHadGoneUpUnseen) {
+    int taps = 0;
+    rootView().addGestureRecognizer(std::make_shared<UITapGestureRecognizer>([&] { ++taps; }));
+    const auto left = add<TouchedView>(rootView(), {{0, 0}, {100, 100}});
+    const auto right = add<TouchedView>(rootView(), {{100, 0}, {100, 100}});
+    touch(began, {10, 10});
+    touch(began, {110, 10});
+    EXPECT_THAT(left->log, ElementsAre("began 1", "cancelled 1"));
+    touch(ended, {110, 10});
+    EXPECT_EQ(left->log.size(), 2U);
+    EXPECT_THAT(right->log, ElementsAre("began 1", "cancelled 1")) << "for the tap, which was recognised";
+    EXPECT_EQ(taps, 1);
+}
+
+TEST_F(Touches, FingersOnWhatLeavesTheScreenAreTakenAway) {
+    using Controller = std::shared_ptr<UIViewController>;
+    const auto stack = std::make_shared<UINavigationController>();
+    stack->setNavigationBarHidden(true, UIAnimated::no);
+    const auto asRoot = [&](const Controller& screen) { window->setRootViewController(screen); };
+    const auto presented = [&](const Controller& screen) { root->present(screen, UIAnimated::no); };
+    const auto onStack = [&](const Controller& screen) {
+        window->setRootViewController(stack);
+        stack->setViewControllers({screen}, UIAnimated::no);
+    };
+    struct Row {
+        const char* name;
+        std::function<void(const Controller&)> show;
+        std::function<void(const Controller&)> leave;
+    };
+    const std::vector<Row> rows{
+        {"dismissed", presented, [](const auto& screen) { screen->dismiss(UIAnimated::no); }},
+        {"covered", asRoot, [&](const auto& screen) { screen->present(root, UIAnimated::no); }},
+        {"another on the stack", onStack,
+         [&](const auto&) { stack->setViewControllers({}, UIAnimated::no); }},
+        {"another root", asRoot, [&](const auto&) { window->setRootViewController(root); }},
+        {"all fingers", asRoot, [&](const auto&) { window->cancelTouches(); }},
+        {"the window itself", asRoot, [&](const auto&) { UIApplication::shared().remove(window); }},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        root = std::make_shared<UIViewController>();
+        window->setRootViewController(root);
+        const auto screen = std::make_shared<UIViewController>();
+        row.show(screen);
+        const auto view = add<TouchedView>(*screen->view(), {{0, 0}, {100, 100}});
+        screen->view()->addGestureRecognizer(
+            std::make_shared<UITapGestureRecognizer>([] { ADD_FAILURE() << "no tap"; }));
+        touch(began, {10, 10});
+        row.leave(screen);
+        platform.runUntilIdle();
+        touch(ended, {10, 10});
+        EXPECT_THAT(view->log, ElementsAre("began 1", "cancelled 1"));
+        EXPECT_EQ(window->touchCount(), 0U);
+    }
 }
 
 TEST_F(Touches, WhatAViewDoesNotTakeGoesUpToItsController) {
@@ -224,6 +280,18 @@ TEST_F(Touches, ATapIsRecognisedAboveWhatItHits) {
     recognizer->setEnabled(false);
     tap({10, 10});
     EXPECT_EQ(taps, 2);
+}
+
+TEST_F(Touches, WhatARecogniserDoesComesAfterTheTouchedView) {
+    const auto button = add<UIButton>(rootView(), {{0, 0}, {50, 50}});
+    const auto recognizer = std::make_shared<UITapGestureRecognizer>([&] { button->setCenter({200, 200}); });
+    recognizer->setCancelsTouchesInView(false);
+    rootView().addGestureRecognizer(recognizer);
+    CGPoint pressedAt;
+    button->addTarget(ControlEvent::touchUpInside, [&] { pressedAt = button->center(); });
+    tap({10, 10});
+    EXPECT_EQ(pressedAt, (CGPoint{25, 25}));
+    EXPECT_EQ(button->center(), (CGPoint{200, 200}));
 }
 
 } // namespace
