@@ -26,7 +26,7 @@ public:
     void viewDidDisappear(UIAnimated animated) override;
     void viewDidLayoutSubviews() override;
 
-    /// Covers the screen with the application's spinner, or else with the library's own.
+    /// Covers the screen below its bar with the application's spinner, or else with the library's own.
     void showSpinner();
     void hideSpinner();
     /// The cancel button's action. It holds the main queue until the ACS has answered.

@@ -1,3 +1,4 @@
+#include "Ui/Screens/ChallengeViewController.h"
 #include "Ui/Screens/Later.h"
 #include "Ui/Screens/ProgressView.h"
 #include "Ui/Screens/TopController.h"
@@ -5,6 +6,13 @@
 namespace korvane {
 
 namespace {
+
+/// Lays a spinner over a controller's view. A challenge can be left all the while: its bar stays on top.
+void cover(UIViewController& controller, const std::shared_ptr<UIView>& with) {
+    controller.view()->addSubview(with);
+    if (const auto* screen = dynamic_cast<const ChallengeViewController*>(&controller))
+        controller.view()->bringSubviewToFront(screen->toolBar.get());
+}
 
 /// The spinner of a controller, by its tag.
 void removeSpinner(const std::shared_ptr<UIViewController>& controller) {
@@ -18,7 +26,7 @@ void removeSpinner(const std::shared_ptr<UIViewController>& controller) {
 void ExternalProgressDialog::start() {
     onMainQueue([spinner = view(), controller = hudedController()] {
         spinner->setTag(kTag);
-        if (controller) controller->view()->addSubview(spinner);
+        if (controller) cover(*controller, spinner);
     });
     internalStartAnimating();
 }
@@ -38,7 +46,7 @@ std::shared_ptr<ProgressView> ProgressView::make(double alpha,
     if (!controller) return spinner;
     onMainQueue([spinner, controller] {
         spinner->follow();
-        controller->view()->addSubview(spinner);
+        cover(*controller, spinner);
     });
     return spinner;
 }

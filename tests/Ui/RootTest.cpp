@@ -80,6 +80,29 @@ TEST_F(Root, TheApplicationsSpinnerTakesItsPlaceOnEveryScreen) {
     }
 }
 
+TEST_F(Root, UnderASpinnerNothingButCancelCanBeTouched) {
+    for (const UiType kind : {UiType::SINGLE_SELECT, UiType::HTML_OTHER}) {
+        for (const bool isOwn : {false, true}) {
+            SCOPED_TRACE(testing::Message() << rawValue(kind) << (isOwn ? ", the application's" : ""));
+            const auto own = std::make_shared<OwnSpinner>();
+            own->self = own;
+            actions->producer = isOwn ? own : nullptr;
+            const auto screen = show<ChallengeViewController>(screenCRes(kind));
+            own->cover->setFrame(screen->view()->bounds());
+            screen->showSpinner();
+            settle();
+            const auto above = window->hitTest({195, 22});
+            ASSERT_TRUE(above);
+            EXPECT_TRUE(above->isDescendant(*screen->toolBar.get())) << "the bar is not dimmed";
+            EXPECT_EQ(window->hitTest({195, 400}), cover(*screen));
+            const auto& cancel = *screen->toolBar->topItem()->rightBarButtonItem()->customView();
+            for (const auto phase : {UITouchPhase::began, UITouchPhase::ended})
+                window->sendTouch({1, phase, cancel.middleInWindow()});
+            EXPECT_THAT(std::exchange(actions->calls, {}), ElementsAre("cancel() on main"));
+        }
+    }
+}
+
 TEST_F(Root, AProducerWithoutASpinnerLeavesTheLibrarysOwn) {
     actions->producer = std::make_shared<OwnSpinner>();
     const auto screen = show(screenCRes(UiType::OOB));

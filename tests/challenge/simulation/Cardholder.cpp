@@ -189,10 +189,11 @@ void Cardholder::typeOn(ChallengeTextNativeViewController& screen) {
     model_.type(text);
 }
 
-/// What a spinner covers can be reached by assistive means alone. Two presses can come before there is one.
+/// What a spinner covers can be reached by assistive means alone, but for the bar, which it leaves free. Two
+/// presses can come before there is one.
 void Cardholder::press(UIControl& control, ChallengeViewController& on, const std::string& name,
                        const std::function<void()>& effect) {
-    const bool isCovered = model_.shown()->hasSpinner;
+    const bool isCovered = model_.shown()->hasSpinner && name != kCancel;
     const bool isAssisted = plan_.temper == Temper::assisted && chance_.percent(60);
     // A cancellation holds the main queue: a second touch would come after all that follows it.
     const bool isHasty = plan_.temper == Temper::hasty && name != kCancel;
