@@ -3,6 +3,7 @@
 #include "Platform/LetterCase.h"
 #include "Platform/Text.h"
 
+#include <algorithm>
 #include <charconv>
 
 namespace korvane {
@@ -17,8 +18,9 @@ std::string_view trimmed(std::string_view text) {
     return text.substr(first, text.find_last_not_of(kWhiteSpace) - first + 1);
 }
 
-/// As far as there are digits; 0 without any.
+/// Behind blanks, as far as there are digits; 0 without any.
 unsigned scannedHexadecimal(std::string_view digits) {
+    digits.remove_prefix(std::min(digits.find_first_not_of(kWhiteSpace), digits.size()));
     if (digits.starts_with("0X")) digits.remove_prefix(2);
     unsigned value = 0;
     std::from_chars(digits.data(), digits.data() + digits.size(), value, 16);

@@ -57,7 +57,8 @@ protected:
 };
 
 /// A colour from six hexadecimal digits, with or without "#" before them and white space around. Six
-/// characters that are no such digits give the colour of the digits before the first that is none, or black.
+/// characters that are no such digits give the colour of the digits before the first that is none, or black;
+/// blanks before the first digit do not count.
 /// @return no value for any other length.
 [[nodiscard]] std::optional<UIColor> hexStringToUIColor(std::string_view hex);
 

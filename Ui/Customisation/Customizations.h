@@ -15,9 +15,19 @@ class ButtonCustomization : public Customization {
 public:
     ButtonCustomization() = default;
     ButtonCustomization(FontValues font, std::optional<UIColor> itsTextColor,
-                        std::optional<UIColor> itsBackgroundColor, std::optional<int> itsCornerRadius)
+                        std::optional<UIColor> itsBackgroundColor, std::optional<int> itsCornerRadius,
+                        std::optional<int> itsBorderWidth = std::nullopt,
+                        std::optional<UIColor> itsBorderColor = std::nullopt,
+                        std::optional<UIColor> itsHighlitedColor = std::nullopt,
+                        std::optional<UIColor> itsHighlitedTextColor = std::nullopt,
+                        std::optional<double> itsRightImageInset = std::nullopt,
+                        std::optional<double> itsLeftImageInset = std::nullopt,
+                        std::optional<double> itsLeftTitleInset = std::nullopt)
         : Customization(std::move(font), itsTextColor), backgroundColor(itsBackgroundColor),
-          cornerRadius(itsCornerRadius) {}
+          cornerRadius(itsCornerRadius), borderWidth(itsBorderWidth), borderColor(itsBorderColor),
+          highlitedColor(itsHighlitedColor), highlitedTextColor(itsHighlitedTextColor),
+          rightImageInset(itsRightImageInset), leftImageInset(itsLeftImageInset),
+          leftTitleInset(itsLeftTitleInset) {}
 
     void setCustBorderColor(std::optional<UIColor> color) { borderColor = color; }
     [[nodiscard]] const std::optional<UIColor>& getCustBorderColor() const noexcept { return borderColor; }
@@ -59,9 +69,10 @@ public:
     ToolbarCustomization() = default;
     ToolbarCustomization(FontValues font, std::optional<UIColor> itsTextColor,
                          std::optional<UIColor> itsBackgroundColor, std::optional<std::string> itsHeaderText,
-                         std::optional<std::string> itsButtonText)
+                         std::optional<std::string> itsButtonText, bool itsIsHideShadowImage = false)
         : Customization(std::move(font), itsTextColor), backgroundColor(itsBackgroundColor),
-          headerText(std::move(itsHeaderText)), buttonText(std::move(itsButtonText)) {}
+          headerText(std::move(itsHeaderText)), buttonText(std::move(itsButtonText)),
+          isHideShadowImage(itsIsHideShadowImage) {}
 
     void setHeaderText(std::optional<std::string> text) { headerText = std::move(text); }
     /// @return an empty text where none is set, here and below.
@@ -76,6 +87,7 @@ public:
     std::optional<UIColor> backgroundColor;
     std::optional<std::string> headerText;
     std::optional<std::string> buttonText;
+    /// Kept for the application alone: the line below the bar stays as the library has it.
     bool isHideShadowImage = false;
 };
 
@@ -123,6 +135,7 @@ public:
     std::optional<int> cornerRadius;
     std::optional<UIColor> backgroundColor;
     std::optional<UIColor> cursorColor;
+    /// Kept for the application alone: no screen marks what was entered.
     std::optional<UIColor> errorColor;
 };
 
@@ -130,9 +143,11 @@ public:
 class CustTextCustomization : public Customization {
 public:
     CustTextCustomization() = default;
-    CustTextCustomization(FontValues font, std::optional<UIColor> itsTextColor,
-                          std::optional<UIColor> itsBackgroundColor)
-        : Customization(std::move(font), itsTextColor), backgroundColor(itsBackgroundColor) {}
+    CustTextCustomization(
+        FontValues font, std::optional<UIColor> itsTextColor, std::optional<UIColor> itsBackgroundColor,
+        std::optional<std::map<std::string, std::string>> itsTextCustomization = std::nullopt)
+        : Customization(std::move(font), itsTextColor), backgroundColor(itsBackgroundColor),
+          textCustomization(std::move(itsTextCustomization)) {}
 
     /// Replaces a text that is exactly `fromString`.
     void setCustomText(const std::string& fromString, const std::string& toString);

@@ -85,7 +85,7 @@ public:
     void setCustWarning(std::shared_ptr<CustWarning> warning) { custWarning = std::move(warning); }
     [[nodiscard]] const std::shared_ptr<CustWarning>& getCustWarning() const noexcept { return custWarning; }
 
-    /// Whether the field for the code is marked when it is submitted empty.
+    /// Kept for the application alone: an empty field that is submitted is not marked.
     void setShowErrorDataEntry(bool isShown) { isShowErrorDataEntry = isShown; }
     [[nodiscard]] bool showErrorDataEntry() const noexcept { return isShowErrorDataEntry; }
 

@@ -15,9 +15,9 @@ TEST(HexColour, SixDigitsGiveAColourAndOtherLengthsNone) {
         const char* text;
         std::optional<UIColor> color;
     };
-    const Row rows[] = {{"#FF0000", kRed},      {" \n#ff0000 \r\n", kRed},   {"0000fF", kBlue},
-                        {"#F00", std::nullopt}, {"#FF0000FF", std::nullopt}, {"", std::nullopt},
-                        {"zzzzzz", kBlack}};
+    const Row rows[] = {{"#FF0000", kRed},  {" \n#ff0000 \r\n", kRed}, {"0000fF", kBlue},
+                        {"#  00FF", kBlue}, {"#F00", std::nullopt},    {"#FF0000FF", std::nullopt},
+                        {"", std::nullopt}, {"zzzzzz", kBlack}};
     for (const Row& row : rows)
         EXPECT_EQ(hexStringToUIColor(row.text), row.color) << row.text;
 }
@@ -28,6 +28,7 @@ TEST(CustomisationModel, GettersTellDefaultsAndTheFieldsStayAbsent) {
     EXPECT_EQ(button.textFontName, std::nullopt);
     EXPECT_EQ(button.getCornerRadius(), 0);
     EXPECT_EQ(ToolbarCustomization().getHeaderText(), "");
+    EXPECT_TRUE(ToolbarCustomization({}, kRed, kBlue, "Shop", "Leave", true).isHideShadowImage);
     EXPECT_EQ(TextBoxCustomization().getBorderWidth(), 0);
     const CustWarning warning(false, true, std::nullopt, std::nullopt, std::nullopt);
     EXPECT_EQ(warning.labelCustomization->textColor, kBlack);
@@ -36,8 +37,9 @@ TEST(CustomisationModel, GettersTellDefaultsAndTheFieldsStayAbsent) {
 }
 
 TEST(CustomisationModel, ACopyHasTheLookWithoutTheReplacements) {
-    CustTextCustomization text({"Courier", 12, 300}, kRed, kBlue);
+    CustTextCustomization text({"Courier", 12, 300}, kRed, kBlue, {{{"c", "d"}}});
     text.setCustomText("a", "b");
+    EXPECT_EQ(text.getCustomText("c"), "d");
     EXPECT_EQ(text.getCustomText("a"), "b");
     EXPECT_EQ(text.getCustomText("A"), std::nullopt);
     const auto copy = text.copy();
