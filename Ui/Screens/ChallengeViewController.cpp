@@ -13,6 +13,14 @@ namespace {
 /// The opacity of the library's own spinner.
 constexpr double kSpinnerAlpha = 0.8;
 
+/// Of a button whose look says anything about its font: the system's unless it names one that there is, in
+/// the button's own weight unless it has one.
+UIFont buttonFont(const FontValues& values, const UIFont& own, const std::string& subject) {
+    const double weight = values.weight ? *values.weight / kFontWeightScale : own.weight();
+    const auto font = customFont(values, std::nullopt, subject);
+    return font.value_or(UIFont::systemFont(customFontSize(values))).withWeight(weight);
+}
+
 } // namespace
 
 void setTitles(UIButton& button, const std::string& title) {
@@ -125,11 +133,9 @@ void ChallengeViewController::applyCustomizationBackground(const BackgroundCusto
 
 void ChallengeViewController::applyCustomization(ChallengeButton& to, const ButtonCustomization& from,
                                                  const std::string& named) {
-    FontValues values = from.textFont();
-    const double weight =
-        values.weight ? *values.weight / kFontWeightScale : to.titleLabel()->font().weight();
-    const auto font = customFont(values, std::nullopt, named + " button");
-    to.titleLabel()->setFont(font.value_or(UIFont::systemFont(customFontSize(values))).withWeight(weight));
+    const FontValues values = from.textFont();
+    if (values != FontValues{})
+        to.titleLabel()->setFont(buttonFont(values, to.titleLabel()->font(), named + " button"));
 
     if (from.textColor) {
         to.setTitleColor(from.textColor, ControlState::normal);

@@ -26,12 +26,8 @@ protected:
 
     /// A look of which every field differs from the storyboard's.
     static std::shared_ptr<ButtonCustomization> buttonLook(const UIColor& color) {
-        auto button = std::make_shared<ButtonCustomization>(FontValues{"Courier", 31, 300}, color, kBlue, 7);
-        button->borderWidth = 3;
-        button->borderColor = kRed;
-        button->highlitedColor = kBlack;
-        button->highlitedTextColor = kBlue;
-        return button;
+        return std::make_shared<ButtonCustomization>(FontValues{"Courier", 31, 300}, color, kBlue, 7, 3, kRed,
+                                                     kBlack, kBlue);
     }
     static ChallengeButton& cancelOf(ChallengeViewController& screen) {
         return dynamic_cast<ChallengeButton&>(*screen.toolBar->topItem()->rightBarButtonItem()->customView());
@@ -99,6 +95,7 @@ TEST_F(Customised, VerifyGoesOverSubmitAndLeavesWhatItDoesNotSay) {
     look->setButtonCustomization(verify, ButtonType::VERIFY);
     const auto screen = text();
     EXPECT_EQ(screen->submitButton->titleColor(ControlState::normal), kBlack);
+    EXPECT_EQ(screen->submitButton->titleLabel()->font(), UIFont::make("Courier", 31)->withWeight(0.3));
     EXPECT_EQ(screen->submitButton->backgroundColor(), kBlue);
     EXPECT_EQ(screen->submitButton->cornerRadius(), 7);
 }
@@ -109,9 +106,10 @@ TEST_F(Customised, AButtonsFontFallsBackToTheSystemsAndKeepsTheWeight) {
         FontValues values;
         UIFont font;
     };
-    const double own = text()->submitButton->titleLabel()->font().weight();
+    const UIFont ownFont = text()->submitButton->titleLabel()->font();
+    const double own = ownFont.weight();
     const std::vector<Row> rows{
-        {"nothing said", FontValues(), UIFont::systemFont(14, own)},
+        {"nothing said", FontValues(), ownFont},
         {"size alone", {.size = 20}, UIFont::systemFont(20, own)},
         {"weight alone", {.weight = 400}, UIFont::systemFont(14, 0.4)},
         {"the system's by name", {"System", 20, 200}, UIFont::systemFont(20, 0.2)},
@@ -344,10 +342,9 @@ TEST_F(Customised, InsetsPlaceASectionsArrowAndTitle) {
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
-        auto section = std::make_shared<ButtonCustomization>();
-        section->setRightImageInset(row.rightImage);
-        section->setLeftImageInset(row.leftImage);
-        section->setLeftTitleInset(row.leftTitle);
+        const auto section = std::make_shared<ButtonCustomization>(
+            FontValues{}, std::nullopt, std::nullopt, std::nullopt, std::nullopt, std::nullopt, std::nullopt,
+            std::nullopt, row.rightImage, row.leftImage, row.leftTitle);
         look->setButtonCustomization(section, ButtonType::CUST_WHY_INFO);
         const auto screen = show(screenCRes(UiType::OOB));
         const UIButton& button = *screen->whyInfoButton.get();
