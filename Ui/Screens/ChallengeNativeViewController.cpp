@@ -11,6 +11,13 @@ namespace {
 constexpr Seconds kMeasuringDelay{0.2};
 constexpr Seconds kSectionAnimation{0.3};
 constexpr double kWarningWidth = 45;
+/// Below the fitted challenge text, and once more where no label follows it.
+constexpr double kTextMargin = 20;
+
+std::optional<YesNoSelector> entryOf(bool isAskedFor, bool isYes) {
+    if (!isAskedFor) return std::nullopt;
+    return isYes ? YesNoSelector::Y : YesNoSelector::N;
+}
 
 } // namespace
 
@@ -43,6 +50,7 @@ void ChallengeNativeViewController::viewDidAppear(UIAnimated animated) {
     ChallengeViewController::viewDidAppear(animated);
     isWhitelistingInfo = whitelistingInfo->isHidden();
     onMainQueueAfter(kMeasuringDelay, [weak = weakFrom(this)] {
+    noteAnswer();
         if (const auto self = weak.lock()) self->calculatedContentSize(false);
     });
 }
@@ -116,8 +124,12 @@ void ChallengeNativeViewController::whitelistingChecked(ChallengeSelectButton& s
 }
 
 std::optional<YesNoSelector> ChallengeNativeViewController::getWhitelistingDataEntry() const {
-    if (isWhitelistingInfo) return std::nullopt;
-    return whitelistingInfo->isChecked() ? YesNoSelector::Y : YesNoSelector::N;
+    return entryOf(!isWhitelistingInfo, whitelistingInfo->isChecked());
+}
+
+std::function<std::optional<YesNoSelector>()>
+ChallengeNativeViewController::latestWhitelistingDataEntry() const {
+    return [answer = answer_] { return entryOf(answer->isAskedFor, answer->isYes); };
 }
 
 // Constraints of the application's.
@@ -145,4 +157,10 @@ std::shared_ptr<UIView> ChallengeNativeViewController::control(UiObject object) 
     return nullptr;
 }
 
+    noteAnswer();
+}
+
+void ChallengeNativeViewController::noteAnswer() {
+    answer_->isAskedFor = !isWhitelistingInfo;
+    answer_->isYes = whitelistingInfo->isChecked();
 } // namespace korvane

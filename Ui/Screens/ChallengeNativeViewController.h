@@ -7,6 +7,9 @@
 #include "Ui/Screens/ChallengeViewController.h"
 #include "Ui/Screens/ResourceImage.h"
 
+#include <atomic>
+#include <functional>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -83,6 +86,9 @@ protected:
     [[nodiscard]] virtual std::shared_ptr<UIView> control(UiObject object) const;
     /// The look of a button, if the application gives it one.
     void customizeButton(ChallengeButton& button, ButtonType type, const std::string& named);
+    /// Tells the answer as it is by the time of the question, which may come from any thread and when the
+    /// screen has gone: something is sent a while after its button was pressed.
+    [[nodiscard]] std::function<std::optional<YesNoSelector>()> latestWhitelistingDataEntry() const;
     /// Has a button perform a method of this screen.
     template <class Self>
     void connect(UIButton& button, void (Self::*action)()) {
@@ -92,6 +98,11 @@ protected:
 private:
     /// A section that opens and closes.
     struct Section {
+    /// What the answer about whitelisting follows from. Any thread.
+    struct Answer {
+        std::atomic<bool> isAskedFor{true};
+        std::atomic<bool> isYes{false};
+    };
         const UIOutlet<UITextView>& text;
         const UIOutlet<ShowInfoButtonButton>& button;
         const UIOutlet<NSLayoutConstraint>& height;
@@ -100,9 +111,14 @@ private:
     void inverseDisplaying(const Section& section);
     void applyCustomConstraints();
     void growWhitelistingInfo();
+    void noteAnswer();
     void customizeImages(const UiCustomization& customization);
     void customizeArrow(ResourceImage& arrow, const CustImageCustomization& look);
     void customizeTexts(const UiCustomization& customization);
 };
 
 } // namespace korvane
+
+    const std::shared_ptr<Answer> answer_ = std::make_shared<Answer>();
+    bool isChallengeTextFitted_ = false;
+    double whitelistingRoom_ = 0; // the storyboard's height of the question

@@ -59,8 +59,8 @@ void ChallengeOobNativeViewController::sendOobContinue() {
     showSpinner();
     const auto actions = transaction();
     if (!actions) return;
-    onGlobalQueueAfter(kActionDelay, [actions, whitelisting = getWhitelistingDataEntry()] {
-        actions->sendOobContinue(whitelisting);
+    onGlobalQueueAfter(kActionDelay, [actions, whitelisting = latestWhitelistingDataEntry()] {
+        actions->sendOobContinue(whitelisting());
     });
 }
 

@@ -88,8 +88,8 @@ void ChallengeSelectNativeViewController::showChoice() {
 void ChallengeSelectNativeViewController::sendAfterDelay(const std::string& choice) {
     const auto actions = transaction();
     if (!actions) return;
-    onGlobalQueueAfter(kActionDelay, [actions, choice, whitelisting = getWhitelistingDataEntry()] {
-        actions->sendChallengeDataToAcs(choice, whitelisting);
+    onGlobalQueueAfter(kActionDelay, [actions, choice, whitelisting = latestWhitelistingDataEntry()] {
+        actions->sendChallengeDataToAcs(choice, whitelisting());
     });
 }
 

@@ -93,8 +93,8 @@ void ChallengeTextNativeViewController::checkOtp() {
     showSpinner();
     const auto actions = transaction();
     if (!actions) return;
-    onGlobalQueueAfter(kActionDelay, [actions, text, whitelisting = getWhitelistingDataEntry()] {
-        onMainQueue([actions, text, whitelisting] { actions->sendChallengeDataToAcs(text, whitelisting); });
+    onGlobalQueueAfter(kActionDelay, [actions, text, whitelisting = latestWhitelistingDataEntry()] {
+        onMainQueue([actions, text, whitelisting] { actions->sendChallengeDataToAcs(text, whitelisting()); });
     });
 }
 

@@ -1,6 +1,8 @@
+#include "Ui/Screens/ChallengeOobNativeViewController.h"
 #include "Ui/Screens/ChallengeSelectNativeViewController.h"
 #include "tests/Ui/ScreenSupport.h"
 
+#include <functional>
 #include <stdexcept>
 
 namespace korvane {
@@ -113,6 +115,99 @@ TEST_F(NativeScreen, WhitelistingIsAnsweredWhereItIsAsked) {
     EXPECT_TRUE(screen->whitelistingInfo->accessibilityState().isSelected);
     tap(*screen->whitelistingInfo.get());
     EXPECT_EQ(screen->getWhitelistingDataEntry(), YesNoSelector::N);
+}
+
+TEST_F(NativeScreen, TheAnswerIsTheOneThatStandsWhenItIsSent) {
+    struct Row {
+        UiType kind;
+        std::function<void(UIViewController&)> press;
+        std::string call;
+        std::string queue;
+    };
+    const auto next = [](UIViewController& screen) {
+        tap(*dynamic_cast<ChallengeSelectNativeViewController&>(screen).nextButton.get());
+    };
+    const std::vector<Row> rows{
+        {UiType::TEXT,
+         [](UIViewController& screen) {
+             auto& text = dynamic_cast<ChallengeTextNativeViewController&>(screen);
+             text.otp->setText("12");
+             tap(*text.submitButton.get());
+         },
+         "data(12", ") on main"},
+        {UiType::MULTI_SELECT, next, "data(", ") on global"},
+        {UiType::OOB,
+         [](UIViewController& screen) {
+             tap(*dynamic_cast<ChallengeOobNativeViewController&>(screen).continueButton.get());
+         },
+         "oobContinue(", ") on global"}};
+    UIApplication::shared().setPlaysAnimations(true);
+    for (const Row& row : rows) {
+        SCOPED_TRACE(rawValue(row.kind));
+        CRes cRes = screenCRes(row.kind);
+        present(std::make_shared<UIViewController>());
+        auto screen = factory().getViewControllerContainer(cRes).controllersMap().at(Orientation::PORTRAIT);
+        stack->setViewControllers({screen}, UIAnimated::yes);
+        ASSERT_FALSE(screen->hasAppeared()) << "the change is seen only now";
+        row.press(*screen);
+        settle();
+        EXPECT_THAT(std::exchange(actions->calls, {}), ElementsAre(row.call + row.queue))
+            << "nothing was asked";
+
+        cRes.whitelistingInfoText = "Trust this shop?";
+        const auto asking = show(cRes);
+        row.press(*asking);
+        platform.runFor(Seconds(0.9));
+        tap(*asking->whitelistingInfo.get());
+        settle();
+        EXPECT_THAT(std::exchange(actions->calls, {}), ElementsAre(row.call + "/Y" + row.queue));
+    }
+}
+
+TEST_F(NativeScreen, WhatFollowsAnotherWidthOrSizeOfTextCanBeReadToItsEnd) {
+    struct Row {
+        const char* name;
+        CGSize size;
+        double textScale = 1;
+        UiConstraints place = {}; // of the challenge text
+    };
+    const Row rows[] = {{"as it was made", {390, 844}},
+                        {"narrowed by the application", {390, 844}, 1, {.leading = 150}},
+                        {"narrower", {320, 844}},
+                        {"larger text", {390, 844}, 2},
+                        {"both", {320, 568}, 1.5}};
+    places = std::make_shared<UiCustomizationConstraints>();
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        resize({390, 844});
+        UIApplication::shared().setTextScale(1);
+        places->setConstraints(UiObject::challengeInfoText, row.place);
+        CRes cRes = screenCRes(UiType::OOB);
+        for (auto* text :
+             {&cRes.challengeInfoText, &cRes.whyInfoText, &cRes.expandInfoText, &cRes.whitelistingInfoText})
+            *text = std::string(kLongText);
+        const auto container = factory().getViewControllerContainer(cRes);
+        const auto screen = show(container);
+        tap(*screen->whyInfoButton.get());
+        const auto expectFitting = [](ChallengeNativeViewController& one) {
+            const auto& text = *one.challengeInfoText.get();
+            EXPECT_EQ(text.frame().size.height, text.contentSize().height + 20);
+            const auto& question = *one.whitelistingInfo.get();
+            EXPECT_GE(question.frame().size.height, question.fittingSize(question.frame().size.width).height);
+            EXPECT_EQ(one.scrollView->contentSize().height, CGRectGetMaxY(one.extInfo->frame()));
+        };
+        expectFitting(*screen);
+        UIApplication::shared().setTextScale(row.textScale);
+        resize(row.size);
+        expectFitting(*screen);
+        EXPECT_EQ(screen->whyInfo->frame().size.height, screen->whyInfo->contentSize().height);
+        EXPECT_EQ(screen->extInfo->frame().size.height, 0);
+
+        const auto twin = container.controllersMap().at(Orientation::LANDSCAPE);
+        stack->pushViewController(twin, UIAnimated::no);
+        settle();
+        expectFitting(dynamic_cast<ChallengeNativeViewController&>(*twin));
+    }
 }
 
 TEST_F(NativeScreen, CancelReachesTheTransactionAtOnce) {

@@ -172,7 +172,6 @@ private:
     [[nodiscard]] std::optional<Standing> faceFor(Way way) const;
     void copyText(const Standing& from, const std::optional<Standing>& to) const;
     [[nodiscard]] Face& top() { return stack_.back().face(); }
-    [[nodiscard]] std::optional<YesNoSelector> whitelisting() const;
     void sendLater(Thread thread, const CReq& fields);
 
     const Plan& plan_;

@@ -195,12 +195,6 @@ void Model::tell(const std::string& ending) {
 
 // The cardholder.
 
-std::optional<YesNoSelector> Model::whitelisting() const {
-    const Standing& standing = stack_.back();
-    if (!standing.step->screen.asksForWhitelisting) return std::nullopt;
-    return standing.face().isTicked ? YesNoSelector::Y : YesNoSelector::N;
-}
-
 void Model::choose(std::size_t option) {
     auto& chosen = top().isChosen;
     if (stack_.back().step->screen.uiType == "03") {
@@ -211,11 +205,21 @@ void Model::choose(std::size_t option) {
     chosen[option] = true;
 }
 
+/// The answer about whitelisting is the one that the screen has when something is sent. A page has its own,
+/// and a wish for another code goes without it.
 void Model::sendLater(Thread thread, const CReq& fields) {
     ++running_;
-    after(kSpinnerTime, [this, self = hold(), thread, fields] {
-        if (thread == Thread::global) return act(self, thread, fields, false);
-        onMain([this, self, thread, fields] { act(self, thread, fields, false); });
+    const Standing from = stack_.back();
+    const PlannedScreen& screen = from.step->screen;
+    const bool answers = screen.asksForWhitelisting && !screen.isPage() && !fields.resendChallenge;
+    const auto send = [this, self = hold(), thread, fields, from, answers] {
+        CReq sent = fields;
+        if (answers) sent.whitelistingDataEntry = from.face().isTicked ? YesNoSelector::Y : YesNoSelector::N;
+        act(self, thread, sent, false);
+    };
+    after(kSpinnerTime, [this, thread, send] {
+        if (thread == Thread::global) return send();
+        onMain(send);
     });
 }
 
@@ -224,7 +228,6 @@ void Model::submit() {
     top().hasSpinner = true;
     CReq fields;
     fields.challengeDataEntry = top().text;
-    fields.whitelistingDataEntry = whitelisting();
     sendLater(Thread::main, fields);
 }
 
@@ -242,7 +245,6 @@ void Model::next() {
     for (std::size_t option = 0; option < kOptionKeys.size(); ++option)
         if (top().isChosen[option]) keys += (keys.empty() ? "" : ",") + std::string(kOptionKeys[option]);
     CReq fields;
-    fields.whitelistingDataEntry = whitelisting();
     if (keys.empty()) {
         if (stack_.back().step->screen.uiType == "02") return;
         fields.challengeNoEntry = YesNoSelector::Y;
@@ -256,7 +258,6 @@ void Model::goOn() {
     top().hasSpinner = true;
     CReq fields;
     fields.oobContinue = true;
-    fields.whitelistingDataEntry = whitelisting();
     sendLater(Thread::global, fields);
 }
 
