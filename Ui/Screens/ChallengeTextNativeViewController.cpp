@@ -46,6 +46,8 @@ void ChallengeTextNativeViewController::viewDidLoad() {
         if (const auto self = weak.lock()) self->view()->endEditing();
     });
     tap->setCancelsTouchesInView(false);
+    tap->setShouldReceive(
+        [field = std::weak_ptr(otp.get())](const UITouch& touch) { return touch.view() != field.lock(); });
     view()->addGestureRecognizer(std::move(tap));
 }
 
@@ -120,24 +122,40 @@ void ChallengeTextNativeViewController::keyboardDonePressed() {
 void ChallengeTextNativeViewController::keyboardWillShow(const Notification& sender) {
     if (keyboardIsShown) return;
     keyboardIsShown = true;
-    const auto window = UIApplication::shared().keyWindow();
-    const UIEdgeInsets covered = window ? window->safeAreaInsets() : UIEdgeInsets{};
-    const double fieldBottom = CGRectGetMaxY(otp->frame()) + toolBar->bounds().size.height + covered.top;
-    const double visible = Platform::current().mainScreen().bounds().size.height -
-                           sender.keyboardFrameEnd.size.height + covered.bottom;
-    viewOffset = fieldBottom > visible ? fieldBottom - visible + kFieldClearance : 0;
-    moveView(-viewOffset);
+    keyboardHeight_ = sender.keyboardFrameEnd.size.height;
+    UIView::animate(kKeyboardAnimation, [this] { moveAboveKeyboard(); });
 }
 
 void ChallengeTextNativeViewController::keyboardWillHide(const Notification& /*sender*/) {
     if (!keyboardIsShown) return;
     keyboardIsShown = false;
-    moveView(viewOffset);
+    UIView::animate(kKeyboardAnimation, [this] { moveTo(0); });
 }
 
-void ChallengeTextNativeViewController::moveView(double by) {
-    UIView::animate(kKeyboardAnimation,
-                    [this, by] { view()->setFrame(CGRectOffset(view()->frame(), 0, by)); });
+/// Another window has another keyboard, and gives the screen its usual place back.
+void ChallengeTextNativeViewController::viewDidLayoutSubviews() {
+    ChallengeNativeViewController::viewDidLayoutSubviews();
+    if (!keyboardIsShown) return;
+    const auto window = view()->window();
+    const double height = window ? window->inputFrame().size.height : 0;
+    if (height > 0) keyboardHeight_ = height;
+    moveAboveKeyboard();
+}
+
+void ChallengeTextNativeViewController::moveAboveKeyboard() {
+    const auto window = UIApplication::shared().keyWindow();
+    const UIEdgeInsets covered = window ? window->safeAreaInsets() : UIEdgeInsets{};
+    const double fieldBottom = CGRectGetMaxY(otp->frame()) + toolBar->bounds().size.height + covered.top;
+    const double visible =
+        Platform::current().mainScreen().bounds().size.height - keyboardHeight_ + covered.bottom;
+    viewOffset = fieldBottom > visible ? fieldBottom - visible + kFieldClearance : 0;
+    moveTo(-viewOffset);
+}
+
+/// The stack has no bar of its own: its screens begin at its top unless they have moved.
+void ChallengeTextNativeViewController::moveTo(double y) {
+    const CGRect frame = view()->frame();
+    view()->setFrame({{frame.origin.x, y}, frame.size});
 }
 
 // The application's constraints.

@@ -15,6 +15,7 @@ class ChallengeTextNativeViewController : public ChallengeNativeViewController,
                                           public SecKeyboardInputDelegate {
 public:
     void viewDidLoad() override;
+    void viewDidLayoutSubviews() override;
     void traitCollectionDidChange(const UITraitCollection& previous) override;
 
     void applyCustomization(const std::shared_ptr<const UiCustomization>& customization) override;
@@ -45,8 +46,10 @@ protected:
 
 private:
     void observeKeyboard();
-    void moveView(double by);
+    void moveAboveKeyboard();
+    void moveTo(double y);
 
+    double keyboardHeight_ = 0; // of the one that is shown, in points
     NotificationObserver showObserver_;
     NotificationObserver hideObserver_;
 };
