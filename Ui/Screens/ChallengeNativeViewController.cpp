@@ -29,6 +29,7 @@ void ChallengeNativeViewController::viewDidLoad() {
     if (scrollView) scrollView->setScrollDelegate(weakFrom(this));
     challengeInfoLabel->setAdjustsFontSizeToFitWidth(true);
     challengeInfoHeader->setAdjustsFontSizeToFitWidth(true);
+    whitelistingRoom_ = whitelistingInfoHeightConstraint->constant();
     connect(*whyInfoButton.get(), &ChallengeNativeViewController::inverseWhyInfoDisplaying);
     connect(*extInfoButton.get(), &ChallengeNativeViewController::inverseExtInfoDisplaying);
     whitelistingInfo->addTarget(ControlEvent::touchUpInside, [weak = weakFrom(this)](UIControl& sender) {
@@ -49,31 +50,62 @@ void ChallengeNativeViewController::viewWillAppear(UIAnimated animated) {
 void ChallengeNativeViewController::viewDidAppear(UIAnimated animated) {
     ChallengeViewController::viewDidAppear(animated);
     isWhitelistingInfo = whitelistingInfo->isHidden();
-    onMainQueueAfter(kMeasuringDelay, [weak = weakFrom(this)] {
     noteAnswer();
+    onMainQueueAfter(kMeasuringDelay, [weak = weakFrom(this)] {
         if (const auto self = weak.lock()) self->calculatedContentSize(false);
     });
 }
 
 void ChallengeNativeViewController::viewDidLayoutSubviews() {
     applyCustomConstraints();
-    growWhitelistingInfo();
     for (const auto* text : {&whyInfo, &extInfo}) {
         (*text)->setContentInset({});
         (*text)->setTextContainerInset({});
         (*text)->setLineFragmentPadding(0);
     }
+    fitHeights();
     whyInfoButton->applyCustomInsets();
     extInfoButton->applyCustomInsets();
+    if (scrollView)
+        scrollView->setContentSize({scrollView->contentSize().width, CGRectGetMaxY(extInfo->frame())});
     ChallengeViewController::viewDidLayoutSubviews();
 }
 
-/// A question in large letters, or in many, gets the room that it needs.
-void ChallengeNativeViewController::growWhitelistingInfo() {
-    if (whitelistingInfo->isHidden()) return;
-    const double needed = whitelistingInfo->fittingSize(whitelistingInfo->bounds().size.width).height;
-    if (needed > whitelistingInfoHeightConstraint->constant())
-        whitelistingInfoHeightConstraint->setConstant(needed);
+/// Widths and the size of text change while the screen is shown; what was fitted to them follows.
+void ChallengeNativeViewController::fitHeights() {
+    const auto needed = [](const UIView& view) { return view.fittingSize(view.bounds().size.width).height; };
+    if (isChallengeTextFitted_)
+        setHeight(UiObject::challengeInfoText, *challengeInfoHeightConstraint.get(),
+                  needed(*challengeInfoText.get()) + challengeTextMargin());
+    if (!whitelistingInfo->isHidden())
+        setHeight(UiObject::whitelistingInfo, *whitelistingInfoHeightConstraint.get(),
+                  std::max(whitelistingRoom_, needed(*whitelistingInfo.get())));
+    if (!isAppearing()) return;
+    if (whyInfoHeightConstraint->constant() > 0)
+        setHeight(UiObject::whyInfo, *whyInfoHeightConstraint.get(), needed(*whyInfo.get()));
+    if (extInfoHeightConstraint->constant() > 0)
+        setHeight(UiObject::extInfo, *extInfoHeightConstraint.get(), needed(*extInfo.get()));
+}
+
+void ChallengeNativeViewController::setHeight(UiObject of, NSLayoutConstraint& constraint,
+                                              double height) const {
+    if (customConstraints && customConstraints->getConstraints(of).height) return;
+    constraint.setConstant(height);
+}
+
+double ChallengeNativeViewController::challengeTextMargin() const {
+    return challengeInfoLabel->isHidden() ? 2 * kTextMargin : kTextMargin;
+}
+
+void ChallengeNativeViewController::fitChallengeText() {
+    view()->layoutIfNeeded();
+    isChallengeTextFitted_ = true;
+    const auto text = challengeInfoText.get();
+    const CGRect frame = text->frame();
+    const CGSize fitting = text->sizeThatFits({frame.size.width, kUnbounded});
+    text->setFrame({frame.origin, {std::max(fitting.width, frame.size.width), fitting.height + kTextMargin}});
+    setHeight(UiObject::challengeInfoText, *challengeInfoHeightConstraint.get(),
+              fitting.height + challengeTextMargin());
 }
 
 void ChallengeNativeViewController::scrollViewDidScroll(UIScrollView& ofContent) {
@@ -121,6 +153,12 @@ void ChallengeNativeViewController::whitelistingChecked(ChallengeSelectButton& s
     sender.setImage(sender.isChecked() ? checkedWhitelistingCheckBox.get()
                                        : uncheckedWhitelistingCheckBox.get(),
                     ControlState::normal);
+    noteAnswer();
+}
+
+void ChallengeNativeViewController::noteAnswer() {
+    answer_->isAskedFor = !isWhitelistingInfo;
+    answer_->isYes = whitelistingInfo->isChecked();
 }
 
 std::optional<YesNoSelector> ChallengeNativeViewController::getWhitelistingDataEntry() const {
@@ -157,10 +195,4 @@ std::shared_ptr<UIView> ChallengeNativeViewController::control(UiObject object) 
     return nullptr;
 }
 
-    noteAnswer();
-}
-
-void ChallengeNativeViewController::noteAnswer() {
-    answer_->isAskedFor = !isWhitelistingInfo;
-    answer_->isYes = whitelistingInfo->isChecked();
 } // namespace korvane

@@ -48,8 +48,10 @@ public:
     /// Lets the screen scroll as far as its last section reaches once that has grown by `deltaHeight` points,
     /// and with `doOffset` scrolls to there if it grows beyond the screen.
     void calculatedContentSize(bool doOffset, double deltaHeight = 0);
-    /// The cardholder's answer; no value where the screen does not ask.
+    /// The cardholder's answer; no value where the screen does not ask, which it knows once it has appeared.
     [[nodiscard]] std::optional<YesNoSelector> getWhitelistingDataEntry() const;
+    /// Gives the challenge text the height that it needs at its width, and keeps it so from then on.
+    void fitChallengeText();
 
     std::shared_ptr<UIScrollView> scrollView;
     UIOutlet<UIImageView> bankLogo{*this, "bankLogo"};
@@ -84,11 +86,11 @@ protected:
     [[nodiscard]] virtual std::span<const UiObject> chain() const = 0;
     /// The view of an object that the application can move; null for one that the screen does not have.
     [[nodiscard]] virtual std::shared_ptr<UIView> control(UiObject object) const;
-    /// The look of a button, if the application gives it one.
-    void customizeButton(ChallengeButton& button, ButtonType type, const std::string& named);
     /// Tells the answer as it is by the time of the question, which may come from any thread and when the
     /// screen has gone: something is sent a while after its button was pressed.
     [[nodiscard]] std::function<std::optional<YesNoSelector>()> latestWhitelistingDataEntry() const;
+    /// The look of a button, if the application gives it one.
+    void customizeButton(ChallengeButton& button, ButtonType type, const std::string& named);
     /// Has a button perform a method of this screen.
     template <class Self>
     void connect(UIButton& button, void (Self::*action)()) {
@@ -96,29 +98,32 @@ protected:
     }
 
 private:
-    /// A section that opens and closes.
-    struct Section {
     /// What the answer about whitelisting follows from. Any thread.
     struct Answer {
         std::atomic<bool> isAskedFor{true};
         std::atomic<bool> isYes{false};
     };
+    /// A section that opens and closes.
+    struct Section {
         const UIOutlet<UITextView>& text;
         const UIOutlet<ShowInfoButtonButton>& button;
         const UIOutlet<NSLayoutConstraint>& height;
     };
 
     void inverseDisplaying(const Section& section);
-    void applyCustomConstraints();
-    void growWhitelistingInfo();
     void noteAnswer();
+    void applyCustomConstraints();
+    [[nodiscard]] double challengeTextMargin() const;
+    void fitHeights();
+    /// Of something that the application does not give a height of its own.
+    void setHeight(UiObject of, NSLayoutConstraint& constraint, double height) const;
     void customizeImages(const UiCustomization& customization);
     void customizeArrow(ResourceImage& arrow, const CustImageCustomization& look);
     void customizeTexts(const UiCustomization& customization);
-};
-
-} // namespace korvane
 
     const std::shared_ptr<Answer> answer_ = std::make_shared<Answer>();
     bool isChallengeTextFitted_ = false;
     double whitelistingRoom_ = 0; // the storyboard's height of the question
+};
+
+} // namespace korvane

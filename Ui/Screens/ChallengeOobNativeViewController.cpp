@@ -53,6 +53,7 @@ void ChallengeOobNativeViewController::replaceText(const Notification& /*sender*
     if (!externalAppWasPresented || !addInfo) return;
     if (warningWidthConstraint->constant() > 0) warningWidthConstraint->setConstant(0);
     challengeInfoText->setText(*addInfo);
+    fitChallengeText();
 }
 
 void ChallengeOobNativeViewController::sendOobContinue() {

@@ -1,7 +1,5 @@
 #include "Ui/Screens/VCFactory.h"
 
-#include <algorithm>
-
 namespace korvane {
 
 namespace {
@@ -9,8 +7,6 @@ namespace {
 /// What `whyInfoHeightConstraint` gets where the screen asks about whitelisting; the screen sets it back
 /// before it appears.
 constexpr double kWhitelistingHeight = 40;
-/// Below the fitted challenge text, and once more where no label follows it.
-constexpr double kTextMargin = 20;
 /// The challenge text's name in messages, whatever the screen.
 constexpr const char* kChallengeTextName = "otp text";
 
@@ -34,18 +30,6 @@ void setWhitelisting(ChallengeNativeViewController& controller, const std::optio
     }
     controller.whitelistingInfo->setTitle(*text, ControlState::normal);
     controller.whyInfoHeightConstraint->setConstant(kWhitelistingHeight);
-}
-
-/// Gives the challenge text the height that it needs at its width.
-void fitChallengeText(ChallengeNativeViewController& controller) {
-    controller.view()->layoutIfNeeded();
-    const auto text = controller.challengeInfoText.get();
-    const CGRect frame = text->frame();
-    const CGSize fitting = text->sizeThatFits({frame.size.width, kUnbounded});
-    const CGSize size{std::max(fitting.width, frame.size.width), fitting.height + kTextMargin};
-    text->setFrame({frame.origin, size});
-    const bool isLast = controller.challengeInfoLabel->isHidden();
-    controller.challengeInfoHeightConstraint->setConstant(size.height + (isLast ? kTextMargin : 0));
 }
 
 } // namespace
@@ -97,7 +81,7 @@ void VCFactory::setChallengeText(const CRes& cRes, ChallengeNativeViewController
     controller.challengeInfoText->setText(look ? look->getCustomText(text).value_or(text) : text);
     if (applied)
         controller.applyCustomization(*controller.challengeInfoText.get(), *applied, kChallengeTextName);
-    fitChallengeText(controller);
+    controller.fitChallengeText();
 }
 
 } // namespace korvane

@@ -37,6 +37,20 @@ TEST_F(OobScreen, AReturnShowsTheFurtherTextInPlaceOfTextAndWarning) {
     EXPECT_EQ(twin->challengeInfoText->text(), *cRes.challengeInfoText) << "it is not on the screen";
 }
 
+TEST_F(OobScreen, TheFurtherTextHasTheRoomThatItNeeds) {
+    for (const std::string& further : {std::string("You may go on now."), std::string(900, 'n')}) {
+        cRes.challengeInfoText = "A text of some lines. " + std::string(300, 'm');
+        cRes.challengeAddInfo = further;
+        const auto screen = show<Screen>(cRes);
+        leave();
+        comeBack();
+        settle();
+        const UITextView& text = *screen->challengeInfoText.get();
+        EXPECT_EQ(text.frame().size.height, text.contentSize().height + 20);
+        EXPECT_EQ(screen->scrollView->contentSize().height, CGRectGetMaxY(screen->extInfo->frame()));
+    }
+}
+
 TEST_F(OobScreen, WithoutAFurtherTextAReturnChangesNothing) {
     cRes.challengeAddInfo.reset();
     const auto screen = show<Screen>(cRes);
