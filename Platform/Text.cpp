@@ -5,7 +5,9 @@
 
 #include <unicode/brkiter.h>
 #include <unicode/regex.h>
+#include <unicode/uchar.h>
 #include <unicode/unistr.h>
+#include <unicode/utf8.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -95,6 +97,23 @@ std::string escapedControls(std::string_view text, LineBreaks lineBreaks) {
             result += number;
         }
         text.remove_prefix(octets);
+    }
+    return result;
+}
+
+std::string withBoundedMarks(std::string_view text) {
+    constexpr int kMostInARow = 30;
+    const auto* const octets = reinterpret_cast<const std::uint8_t*>(text.data());
+    const auto size = static_cast<std::int32_t>(text.size());
+    std::string result;
+    result.reserve(text.size());
+    int inARow = 0;
+    for (std::int32_t at = 0, next = 0; at < size; at = next) {
+        UChar32 point = 0;
+        U8_NEXT(octets, next, size, point);
+        inARow = point > 0 && u_getCombiningClass(point) != 0 ? inARow + 1 : 0;
+        if (inARow <= kMostInARow)
+            result.append(text, static_cast<std::size_t>(at), static_cast<std::size_t>(next - at));
     }
     return result;
 }

@@ -26,6 +26,10 @@ enum class LineBreaks { escaped, kept };
 /// each; octets that are not UTF-8 are replaced by U+FFFD.
 [[nodiscard]] std::string firstCharacters(std::string_view text, std::size_t count);
 
+/// The text without those combining marks that follow 30 others in a row (the bound of UAX 15 section 13),
+/// over which no script gets and shaping takes quadratic time. Octets that are not UTF-8 stay as they are.
+[[nodiscard]] std::string withBoundedMarks(std::string_view text);
+
 /// The texts in their order, with commas and no blanks between them.
 [[nodiscard]] std::string joined(const std::vector<std::string>& texts);
 

@@ -64,6 +64,13 @@ void checkCounting(std::string_view text) {
             "Counts do not add up across a line.");
 }
 
+/// Marks go from where they are too many, and nothing else goes.
+void checkMarks(std::string_view text) {
+    const std::string bounded = withBoundedMarks(text);
+    require(bounded.size() <= text.size() && withBoundedMarks(bounded) == bounded, "Marks stay too many.");
+    require(text.size() > 31 || bounded == text, "A text without so many marks changes.");
+}
+
 void checkPadding(std::string_view text) {
     std::string expected(text);
     for (char& character : expected) {
@@ -85,6 +92,7 @@ void run(ByteView input) {
     checkScans(text);
     checkTypes(text);
     checkCounting(text);
+    checkMarks(text);
     checkPadding(text);
 }
 

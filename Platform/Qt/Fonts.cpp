@@ -1,5 +1,7 @@
 #include "Platform/Qt/Fonts.h"
 
+#include "Platform/View/DrawnPart.h"
+
 #include <QFontDatabase>
 #include <QGuiApplication>
 #include <QTextLayout>
@@ -7,8 +9,10 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <deque>
 #include <map>
 #include <mutex>
+#include <utility>
 
 namespace korvane {
 
@@ -32,6 +36,39 @@ constexpr std::array<Weight, 9> kWeights{{{0.6, QFont::Black},
 
 /// What Qt's text layout can hold, in points.
 constexpr double kWidest = 8e6;
+
+/// Texts of so many bytes are measured once for each width, since a layout asks for the same again and again;
+/// so many answers are kept. What people type is shorter, and is not kept.
+constexpr std::size_t kLongText = 256;
+constexpr std::size_t kMostAnswers = 48;
+
+/// What a measurer is asked.
+struct Question {
+    QString text;
+    QFont font;
+    double maximumWidth;
+    int maximumLines;
+    friend bool operator==(const Question&, const Question&) = default;
+};
+
+CGSize measured(const Question& question) {
+    QTextLayout layout(question.text, question.font);
+    const bool isBroken = question.maximumWidth < kWidest && question.maximumLines != 1;
+    QTextOption option;
+    option.setWrapMode(isBroken ? QTextOption::WrapAtWordBoundaryOrAnywhere : QTextOption::ManualWrap);
+    layout.setTextOption(option);
+    CGSize size;
+    int lines = 0;
+    layout.beginLayout();
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(std::min(question.maximumWidth, kWidest));
+        size.width = std::max(size.width, line.naturalTextWidth());
+        size.height += std::ceil(line.height());
+        if (++lines == question.maximumLines) break;
+    }
+    layout.endLayout();
+    return size;
+}
 
 std::vector<std::string> asTexts(const QStringList& list) {
     std::vector<std::string> texts;
@@ -95,28 +132,21 @@ QFont drawnFont(const UIFont& font) {
 }
 
 QString drawnText(std::string_view text) {
-    QString drawn = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+    QString drawn = QString::fromStdString(drawnPart(text));
     drawn.replace(u'\n', QChar::LineSeparator);
     return drawn;
 }
 
 CGSize QtTextMeasurer::size(std::string_view text, const UIFont& font, double maximumWidth,
                             int maximumLines) const {
-    QTextLayout layout(drawnText(text), drawnFont(font));
-    const bool isBroken = maximumWidth < kWidest && maximumLines != 1;
-    QTextOption option;
-    option.setWrapMode(isBroken ? QTextOption::WrapAtWordBoundaryOrAnywhere : QTextOption::ManualWrap);
-    layout.setTextOption(option);
-    CGSize size;
-    int lines = 0;
-    layout.beginLayout();
-    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
-        line.setLineWidth(std::min(maximumWidth, kWidest));
-        size.width = std::max(size.width, line.naturalTextWidth());
-        size.height += std::ceil(line.height());
-        if (++lines == maximumLines) break;
-    }
-    layout.endLayout();
+    const Question question{drawnText(text), drawnFont(font), maximumWidth, maximumLines};
+    if (text.size() < kLongText) return measured(question);
+    thread_local std::deque<std::pair<Question, CGSize>> answers;
+    const auto known = std::ranges::find(answers, question, &std::pair<Question, CGSize>::first);
+    if (known != answers.end()) return known->second;
+    const CGSize size = measured(question);
+    answers.emplace_front(question, size);
+    if (answers.size() > kMostAnswers) answers.pop_back();
     return size;
 }
 

@@ -127,6 +127,37 @@ void measureFrames(Stage& stage) {
     print("rotation to frame", turns);
 }
 
+/// Texts that cost a layout more than others of their length, everywhere where a response may have one.
+void measureHostileTexts(Stage& stage) {
+    struct Row {
+        const char* name;
+        std::string_view piece;
+        std::size_t times;
+    };
+    constexpr Row kRows[] = {{"one word of 128 KiB", "w", 128 << 10},
+                             {"one character of 256 KiB: emoji", "\U0001F469\u200D", 37000},
+                             {"one character of 256 KiB: marks", "\u0301", 128 << 10},
+                             {"a million lines", "\n", 1 << 20},
+                             {"two scripts in turn", "\u05D0\u0915", 64 << 10},
+                             {"words of 2 MiB", "words of a bank ", 128 << 10}};
+    for (const Row& row : kRows) {
+        std::string text;
+        for (std::size_t time = 0; time < row.times; ++time)
+            text += row.piece;
+        CRes cRes = CRes::decode(message());
+        char letter = 'a'; // each text is another
+        for (const auto field : {&CRes::challengeInfoLabel, &CRes::challengeInfoText, &CRes::whyInfoLabel,
+                                 &CRes::whyInfoText, &CRes::expandInfoLabel, &CRes::expandInfoText})
+            cRes.*field = std::string(1, letter++) + text;
+        std::vector<double> frames;
+        for (int round = 0; round < 3; ++round) {
+            frames.push_back(stage.toFrame([&] { stage.show(cRes); }));
+            stage.clear();
+        }
+        print(row.name, frames);
+    }
+}
+
 void measureAnimation(Stage& stage) {
     stage.show(CRes::decode(message()));
     stage.runFor(300);
@@ -171,6 +202,7 @@ int main(int count, char** arguments) {
     const QtPlatform platform;
     bench::Stage stage;
     bench::measureFrames(stage);
+    bench::measureHostileTexts(stage);
     bench::measureAnimation(stage);
     bench::measureMemory(stage);
 }

@@ -35,9 +35,9 @@ UIUserInterfaceStyle styleOf(const UIView& view) {
     return view.traitCollection().userInterfaceStyle;
 }
 
+/// The text comes last, since each change of what it looks like has it laid out anew.
 void setText(QQuickItem& part, const std::string& text, const UIFont& font, const QColor& color,
              NSTextAlignment alignment) {
-    part.setProperty("text", drawnText(text));
     part.setProperty("font", drawnFont(font));
     part.setProperty("color", color);
     switch (alignment) {
@@ -46,6 +46,7 @@ void setText(QQuickItem& part, const std::string& text, const UIFont& font, cons
     case NSTextAlignment::center: part.setProperty("horizontalAlignment", Qt::AlignHCenter); break;
     case NSTextAlignment::right: part.setProperty("horizontalAlignment", Qt::AlignRight); break;
     }
+    part.setProperty("text", drawnText(text));
 }
 
 void updateLabel(QQuickItem& part, const UIView& view) {
@@ -54,9 +55,9 @@ void updateLabel(QQuickItem& part, const UIView& view) {
     const double shrunk = label.scaleFactor();
     // Whole pixels: what is shrunk to fit must not be rounded up.
     const double size = shrunk < 1 ? std::floor(font.pointSize() * shrunk) : font.pointSize();
+    part.setProperty("lines", label.numberOfLines());
     setText(part, label.text(), font.withSize(size), asColor(label.textColor(), styleOf(view)),
             label.textAlignment());
-    part.setProperty("lines", label.numberOfLines());
 }
 
 void updateScroll(QQuickItem& part, const UIView& view) {
@@ -72,12 +73,12 @@ void updateTextView(QQuickItem& part, const UIView& view) {
     const auto& text = static_cast<const UITextView&>(view);
     const UIEdgeInsets& inset = text.textContainerInset();
     updateScroll(part, view);
-    setText(part, text.text(), text.shownFont(), asColor(text.textColor(), styleOf(view)),
-            text.textAlignment());
     part.setProperty("topPadding", inset.top);
     part.setProperty("leftPadding", inset.left + text.lineFragmentPadding());
     part.setProperty("rightPadding", inset.right + text.lineFragmentPadding());
     part.setProperty("scrollColor", asColor(UIColor::secondaryLabel(), styleOf(view)));
+    setText(part, text.text(), text.shownFont(), asColor(text.textColor(), styleOf(view)),
+            text.textAlignment());
 }
 
 /// A field's text, or a part of it, on its one line.

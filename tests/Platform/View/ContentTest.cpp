@@ -1,3 +1,4 @@
+#include "Platform/View/DrawnPart.h"
 #include "Platform/View/TextMeasurer.h"
 #include "Platform/View/UIButton.h"
 #include "Platform/View/UINavigationBar.h"
@@ -60,6 +61,35 @@ TEST(TextField, ShowsEveryLineBreakOnItsOneLine) {
         field.setText(text);
         plain.setText(line);
         EXPECT_EQ(field.intrinsicContentSize(), plain.intrinsicContentSize());
+    }
+}
+
+TEST(DrawnPart, IsTheWholeTextOrItsBeginningWithAnEllipsis) {
+    const auto times = [](std::size_t count, std::string_view piece) {
+        std::string text;
+        while (count-- > 0)
+            text += piece;
+        return text;
+    };
+    struct Row {
+        const char* name;
+        std::string text;
+        std::string expected;
+    };
+    const std::vector<Row> rows{
+        {"nothing", "", ""},
+        {"the most code points", times(4000, "\u00E9"), times(4000, "\u00E9")},
+        {"one more", times(4001, "\u00E9"), times(3999, "\u00E9") + "\u2026"},
+        {"the most bytes of bytes that are no text", times(16384, "\x80"), times(16384, "\x80")},
+        {"one more byte, cut before a code point", "ab" + times(16383, "\x80"), "a\u2026"},
+        {"the most marks", "e" + times(30, "\u0301") + "f", "e" + times(30, "\u0301") + "f"},
+        {"more marks", "e" + times(32, "\u0301") + "f\u0301", "e" + times(30, "\u0301") + "f\u0301"},
+        {"marks without an end", times(1 << 20, "\u0301"), times(30, "\u0301") + "\u2026"},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        EXPECT_EQ(drawnPart(row.text), row.expected);
+        EXPECT_EQ(drawnPart(row.expected), row.expected);
     }
 }
 
@@ -182,6 +212,15 @@ TEST_F(Content, AButtonPlacesImageAndTitleByAlignmentAndInsets) {
     EXPECT_EQ(button->intrinsicContentSize(), (CGSize{38, 24}));
     button->titleLabel()->setFont(UIFont::systemFont(20));
     EXPECT_EQ(button->intrinsicContentSize(), (CGSize{60, 28})) << "the label's font counts for the button";
+}
+
+TEST_F(Content, ATextIsMeasuredAsFarAsItIsDrawn) {
+    UILabel label;
+    label.setNumberOfLines(0);
+    label.setText(std::string(1 << 20, 'a'));
+    const CGSize whole = label.fittingSize(100);
+    label.setText(drawnPart(label.text()));
+    EXPECT_EQ(label.fittingSize(100), whole);
 }
 
 TEST_F(Content, TextsShrinkOrGrowToTheirWidth) {
