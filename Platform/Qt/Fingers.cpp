@@ -116,8 +116,28 @@ void Fingers::mouse(UIWindow& window, const QMouseEvent& event) {
     }
 }
 
+void Fingers::loseMouse() {
+    lose(kMouse);
+}
+
+void Fingers::loseTouches() {
+    while (!fingers_.empty() && fingers_.rbegin()->first >= kFirstTouch)
+        lose(fingers_.rbegin()->first);
+}
+
+void Fingers::lose(std::uint64_t identifier) {
+    const auto found = fingers_.find(identifier);
+    if (found == fingers_.end()) return;
+    const Finger lost = found->second;
+    fingers_.erase(found);
+    const auto window = window_.lock();
+    if (window && !lost.isScrolling) window->sendTouch({identifier, UITouchPhase::cancelled, lost.last});
+}
+
+/// A finger that comes down twice went up unseen in between.
 std::vector<UIWindow::TouchPoint> Fingers::news(UIWindow& window, const UIWindow::TouchPoint& point) {
     if (point.phase == UITouchPhase::began) {
+        lose(point.identifier);
         gliding_.stop();
         fingers_[point.identifier] = {point.location, point.location, clock_.elapsed(), 0,
                                       scrollAt(window, point.location)};

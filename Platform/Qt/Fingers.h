@@ -28,6 +28,10 @@ public:
     /// @return whether the event is one of these; it has been carried out then.
     bool handle(QEvent& event);
 
+    /// No more will be heard of the mouse, or of the touches, that are down: they are cancelled.
+    void loseMouse();
+    void loseTouches();
+
 private:
     /// How far a finger may stray before it scrolls, in points.
     static constexpr double kSlack = 10;
@@ -46,6 +50,8 @@ private:
     void wheel(UIWindow& window, const QWheelEvent& event);
     [[nodiscard]] static bool key(UIWindow& window, const QKeyEvent& event);
 
+    /// Lets go of one finger, if it is down.
+    void lose(std::uint64_t identifier);
     /// @return the finger's news for the tree; none while it scrolls.
     [[nodiscard]] std::vector<UIWindow::TouchPoint> news(UIWindow& window, const UIWindow::TouchPoint& point);
     void drag(Finger& finger, CGPoint to);

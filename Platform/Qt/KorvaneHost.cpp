@@ -5,6 +5,7 @@
 #include "Platform/Qt/Mirror.h"
 #include "Platform/Qt/QtPlatform.h"
 #include "Platform/View/UIApplication.h"
+#include "Platform/View/UITextField.h"
 #include "Platform/View/UIViewController.h"
 
 #include <QGuiApplication>
@@ -37,6 +38,8 @@ KorvaneHost::KorvaneHost(QQuickItem* parent) : QQuickItem(parent), window_(std::
     static_cast<void>(qtPlatform());
     setAcceptedMouseButtons(Qt::LeftButton);
     setAcceptTouchEvents(true);
+    setKeepMouseGrab(true);
+    setKeepTouchGrab(true);
     setFlag(ItemIsFocusScope);
     fingers_ = std::make_unique<Fingers>(window_);
     window_->setRootViewController(std::make_shared<UIViewController>());
@@ -44,6 +47,11 @@ KorvaneHost::KorvaneHost(QQuickItem* parent) : QQuickItem(parent), window_(std::
     window_->setFrameRequest([this] { polish(); });
     UIApplication::shared().setPlaysAnimations(true);
     window_->makeKeyAndVisible();
+    // Who begins to edit a field types into it, wherever the keys went before.
+    editing_ = NotificationCenter::defaultCenter().addObserver(UITextField::textDidBeginEditingNotification,
+                                                               [this](const Notification&) {
+                                                                   if (isActive_) forceActiveFocus();
+                                                               });
     connect(qGuiApp, &QGuiApplication::applicationStateChanged, this, [](Qt::ApplicationState state) {
         if (state == Qt::ApplicationActive)
             UIApplication::shared().didBecomeActive();
@@ -118,21 +126,38 @@ void KorvaneHost::updatePolish() {
     mirror_->synchronize(window_);
     const bool isActive =
         window_->rootViewController()->presentedViewController() != nullptr || window_->subviews().size() > 1;
+    setActive(isActive);
+}
+
+/// With the screens go the fingers on them: what these still do is no more for this item.
+void KorvaneHost::setActive(bool isActive) {
     if (isActive == isActive_) return;
     isActive_ = isActive;
-    if (isActive)
+    if (isActive) {
         forceActiveFocus();
-    else
+    } else {
+        fingers_->loseMouse();
+        fingers_->loseTouches();
         setFocus(false);
+    }
     emit activeChanged();
 }
 
 bool KorvaneHost::event(QEvent* event) {
-    if (isActive_ && fingers_->handle(*event)) {
-        event->accept();
-        return true;
-    }
-    return QQuickItem::event(event);
+    if (!isActive_) return QQuickItem::event(event);
+    if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::TouchBegin)
+        forceActiveFocus(Qt::MouseFocusReason);
+    if (!fingers_->handle(*event)) return QQuickItem::event(event);
+    event->accept();
+    return true;
+}
+
+void KorvaneHost::mouseUngrabEvent() {
+    fingers_->loseMouse();
+}
+
+void KorvaneHost::touchUngrabEvent() {
+    fingers_->loseTouches();
 }
 
 QImage KorvaneHost::picture() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/NotificationCenter.h"
 #include "Platform/View/UIWindow.h"
 
 #include <QImage>
@@ -72,14 +73,18 @@ protected:
     void geometryChange(const QRectF& now, const QRectF& before) override;
     void updatePolish() override;
     bool event(QEvent* event) override;
+    void mouseUngrabEvent() override;
+    void touchUngrabEvent() override;
 
 private:
     void setSafeArea(double UIEdgeInsets::*side, double points);
     void resizeScreen();
+    void setActive(bool isActive);
 
     std::shared_ptr<UIWindow> window_;
     std::unique_ptr<Mirror> mirror_;
     std::unique_ptr<Fingers> fingers_;
+    NotificationObserver editing_;
     bool isActive_ = false;
 };
 

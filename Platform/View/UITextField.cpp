@@ -1,5 +1,6 @@
 #include "Platform/View/UITextField.h"
 
+#include "Platform/NotificationCenter.h"
 #include "Platform/Security/Secret.h"
 #include "Platform/Text.h"
 #include "Platform/View/UIApplication.h"
@@ -151,6 +152,7 @@ void UITextField::touchesEnded(const UITouches& touches) {
 void UITextField::didBecomeFirstResponder() {
     setNeedsDisplay();
     if (const auto told = delegate()) told->textFieldDidBeginEditing(*this);
+    NotificationCenter::defaultCenter().post({textDidBeginEditingNotification});
     sendActions(ControlEvent::editingDidBegin);
 }
 

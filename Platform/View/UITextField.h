@@ -60,6 +60,10 @@ public:
 /// and when the field goes. Main queue only.
 class UITextField : public UITextContent<UIControl>, public UIKeyInput {
 public:
+    /// Posted when a field has become the first responder.
+    static constexpr std::string_view textDidBeginEditingNotification =
+        "UITextFieldTextDidBeginEditingNotification";
+
     using UITextContent::UITextContent;
     ~UITextField() override;
 

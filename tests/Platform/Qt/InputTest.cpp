@@ -5,6 +5,8 @@
 #include "tests/Platform/Qt/QtScreenTest.h"
 
 #include <QGuiApplication>
+#include <QQmlComponent>
+#include <QQmlEngine>
 #include <QTest>
 #include <QWheelEvent>
 
@@ -98,6 +100,73 @@ TEST_F(Input, TwoFingersTypeTwoKeys) {
     EXPECT_THAT(text->otp->text(), testing::AnyOf("QP", "PQ", "Qp", "Pq"));
 }
 
+TEST_F(Input, AFingerThatIsNoMoreHeardOfTypesNothing) {
+    struct Row {
+        const char* name;
+        std::function<void(QPoint)> begin;
+        std::function<void(QPoint)> lose;
+    };
+    const auto pressMouse = [this](QPoint at) { QTest::mousePress(&scene, Qt::LeftButton, {}, at); };
+    const auto pressFinger = [this](QPoint at) { finger(0, State::Pressed, at); };
+    const Row rows[] = {
+        {"the mouse", pressMouse, [this](QPoint) { host->ungrabMouse(); }},
+        {"a finger", pressFinger, [this](QPoint) { host->ungrabTouchPoints(); }},
+        {"the host cannot be used for a while", pressMouse,
+         [this](QPoint) {
+             host->setEnabled(false);
+             host->setEnabled(true);
+         }},
+        {"the challenge's screens have gone", pressFinger,
+         [this](QPoint at) {
+             host->uiWindow()->rootViewController()->dismiss(UIAnimated::no);
+             settle();
+             EXPECT_FALSE(host->isActive());
+             finger(0, State::Released, at);
+         }},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        auto text = showField();
+        const QPoint place = middleOf(*button("Q"));
+        row.begin(place);
+        EXPECT_EQ(host->uiWindow()->touchCount(), 1U);
+        row.lose(place);
+        EXPECT_EQ(host->uiWindow()->touchCount(), 0U);
+        QTest::mouseRelease(&scene, Qt::LeftButton, {}, place);
+        if (!host->isActive()) text = showField();
+        press("P");
+        EXPECT_EQ(text->otp->text(), "P");
+        finger(0, State::Released, place);
+    }
+}
+
+TEST_F(Input, AFingerThatComesDownTwiceTypesWhereItIs) {
+    const auto text = showField();
+    finger(0, State::Pressed, middleOf(*button("Q")));
+    press("P");
+    EXPECT_EQ(text->otp->text(), "P");
+}
+
+TEST_F(Input, WhatScrollsAroundTheHostDoesNotTakeItsFingers) {
+    QQmlEngine engine;
+    QQmlComponent component(&engine);
+    component.setData("import QtQuick\nFlickable { width: 390; height: 844; contentHeight: 2000 }", {});
+    const std::unique_ptr<QObject> made(component.create());
+    auto* const around = qobject_cast<QQuickItem*>(made.get());
+    ASSERT_TRUE(around);
+    around->setParentItem(scene.contentItem());
+    host->setParentItem(qvariant_cast<QQuickItem*>(around->property("contentItem")));
+    showField();
+    const QPoint place = middleOf(*button("Q"));
+    QTest::mousePress(&scene, Qt::LeftButton, {}, place);
+    for (int step = 1; step <= 5; ++step)
+        QTest::mouseMove(&scene, place - QPoint(0, 20 * step));
+    EXPECT_EQ(host->uiWindow()->touchCount(), 1U);
+    QTest::mouseRelease(&scene, Qt::LeftButton, {}, place);
+    EXPECT_EQ(around->property("contentY").toDouble(), 0);
+    host->setParentItem(scene.contentItem());
+}
+
 TEST_F(Input, ABackspaceThatIsHeldDownDeletesEverything) {
     const auto text = showField();
     text->otp->setText("123456");
@@ -117,6 +186,33 @@ TEST_F(Input, HardwareKeysTypeDeleteAndCloseTheKeyboard) {
     EXPECT_EQ(text->otp->text(), "12");
     QTest::keyClick(&scene, Qt::Key_Escape);
     EXPECT_FALSE(text->otp->isFirstResponder());
+}
+
+TEST_F(Input, HardwareKeysComeBackWithAPressOrANewFirstResponder) {
+    struct Row {
+        const char* name;
+        std::function<void(UITextField&)> comeBack;
+    };
+    const Row rows[] = {
+        {"a finger", [this](UITextField& field) { tap(field); }},
+        {"the mouse",
+         [this](UITextField& field) { QTest::mouseClick(&scene, Qt::LeftButton, {}, middleOf(field)); }},
+        {"the program", [](UITextField& field) {
+             field.resignFirstResponder();
+             field.becomeFirstResponder();
+         }}};
+    QQuickItem elsewhere(scene.contentItem());
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        const auto text = showField();
+        elsewhere.forceActiveFocus();
+        QTest::keyClick(&scene, '1');
+        EXPECT_EQ(text->otp->text(), "");
+        row.comeBack(*text->otp.get());
+        settle();
+        QTest::keyClick(&scene, '2');
+        EXPECT_EQ(text->otp->text(), "2");
+    }
 }
 
 TEST_F(Input, AnOptionIsChosenWithTheMouseAndSent) {

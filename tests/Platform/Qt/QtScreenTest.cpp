@@ -79,11 +79,16 @@ QPoint QtScreenTest::middleOf(const UIView& view) const {
     return host->mapToScene({middle.x, middle.y}).toPoint();
 }
 
+/// An event tells of all fingers that are down.
 void QtScreenTest::finger(int identifier, QEventPoint::State state, QPoint place) {
     auto sequence = QTest::touchEvent(&scene, glass.get(), false);
+    for (const int other : fingersDown)
+        if (other != identifier) sequence.stationary(other);
     if (state == QEventPoint::State::Pressed) sequence.press(identifier, place);
     if (state == QEventPoint::State::Updated) sequence.move(identifier, place);
     if (state == QEventPoint::State::Released) sequence.release(identifier, place);
+    if (state == QEventPoint::State::Pressed) fingersDown.insert(identifier);
+    if (state == QEventPoint::State::Released) fingersDown.erase(identifier);
     sequence.commit();
 }
 

@@ -7,6 +7,7 @@
 #include <QPointingDevice>
 
 #include <functional>
+#include <set>
 
 namespace korvane {
 
@@ -41,6 +42,7 @@ protected:
     KorvaneWindow scene;
     KorvaneHost* const host = &scene.host();
     std::unique_ptr<QPointingDevice> glass;
+    std::set<int> fingersDown;
     std::shared_ptr<ChallengeRootNavigationController> stack;
     std::shared_ptr<FakeActions> actions = std::make_shared<FakeActions>();
     std::shared_ptr<UiCustomization> look;
