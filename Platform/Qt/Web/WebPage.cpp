@@ -2,11 +2,14 @@
 
 #include "Platform/Failure.h"
 
+#include <QFile>
 #include <QPointer>
 #include <QQmlComponent>
 #include <QQuickWebEngineProfile>
+#include <QUuid>
 #include <QWebEngineCookieStore>
 #include <QWebEngineNavigationRequest>
+#include <QWebEngineScript>
 #include <QWebEngineUrlRequestInterceptor>
 
 #include <algorithm>
@@ -32,6 +35,37 @@ public:
             info.block(true);
     }
 };
+
+/// Forms that were told and have not left yet.
+constexpr std::size_t kMostFormsTold = 8;
+
+/// A script for every frame: a function. In the world that pages do not reach it is called with the word by
+/// which its messages are known.
+struct FrameScript {
+    const char* name;
+    QWebEngineScript::ScriptWorldId world;
+};
+
+constexpr std::array kScripts{
+    FrameScript{"forms", QWebEngineScript::ApplicationWorld},
+};
+
+QVariantList scriptsWith(const QString& word) {
+    QVariantList scripts;
+    for (const auto& [name, world] : kScripts) {
+        QFile file(QStringLiteral(":/korvane/web/%1.js").arg(QLatin1String(name)));
+        if (!file.open(QFile::ReadOnly)) fatalError("no script " + file.fileName().toStdString());
+        QWebEngineScript script;
+        script.setName(QLatin1String(name));
+        const QString told = world == QWebEngineScript::MainWorld ? QString() : word;
+        script.setSourceCode(QStringLiteral("(%1)('%2')").arg(QString::fromUtf8(file.readAll()), told));
+        script.setInjectionPoint(QWebEngineScript::DocumentCreation);
+        script.setWorldId(world);
+        script.setRunsOnSubFrames(true);
+        scripts << QVariant::fromValue(script);
+    }
+    return scripts;
+}
 
 /// The address under which the engine shows a text.
 QUrl addressOf(const QString& html) {
@@ -63,17 +97,16 @@ WKNavigationAction actionFor(const QUrl& address, const std::optional<WebForm>& 
 struct WebPage::Question {
     QUrl address;
     std::optional<WebForm> form;
+    /// Counts those of the main frame; 0 for one of another frame.
     int number = 0;
     bool isAsking = false;
     std::optional<WKNavigationActionPolicy> answer = std::nullopt;
 };
 
 WebPage::WebPage(QQmlEngine& engine, std::shared_ptr<WKWebView> view, QQuickItem* parent)
-    : QQuickItem(parent), view_(view), gate_(std::make_unique<Gate>()) {
+    : QQuickItem(parent), view_(view), word_(QUuid::createUuid().toString()),
+      gate_(std::make_unique<Gate>()) {
     setFlag(ItemIsFocusScope);
-    formTimer_.setSingleShot(true);
-    formTimer_.setInterval(kFormPatience);
-    connect(&formTimer_, &QTimer::timeout, this, [this] { onFormTold(questionCount_, {}); });
     makeWeb(engine);
     synchronize();
 }
@@ -84,9 +117,8 @@ void WebPage::makeWeb(QQmlEngine& engine) {
     loadResources();
     QQmlComponent component(&engine, QUrl(QStringLiteral("qrc:/korvane/web/WebPage.qml")),
                             QQmlComponent::PreferSynchronous);
-    const QVariantMap script{
-        {QStringLiteral("formScript"), QUrl(QStringLiteral("qrc:/korvane/web/forms.js"))}};
-    web_.reset(qobject_cast<QQuickItem*>(component.createWithInitialProperties(script)));
+    web_.reset(qobject_cast<QQuickItem*>(
+        component.createWithInitialProperties({{QStringLiteral("scripts"), scriptsWith(word_)}})));
     if (!web_) fatalError(component.errorString().toStdString());
     QQmlEngine::setObjectOwnership(web_.get(), QQmlEngine::CppOwnership);
     auto* const profile = web_->property("profile").value<QQuickWebEngineProfile*>();
@@ -94,7 +126,7 @@ void WebPage::makeWeb(QQmlEngine& engine) {
     profile->cookieStore()->setCookieFilter([](const auto& /*request*/) { return false; });
     connect(web_.get(), SIGNAL(navigationRequested(QWebEngineNavigationRequest*)), this,
             SLOT(onNavigation(QWebEngineNavigationRequest*)));
-    connect(web_.get(), SIGNAL(formTold(int, QString)), this, SLOT(onFormTold(int, QString)));
+    connect(web_.get(), SIGNAL(spoken(QString)), this, SLOT(onSpoken(QString)));
     web_->setParentItem(this);
     web_->setFocus(true);
 }
@@ -104,7 +136,7 @@ void WebPage::synchronize() {
     if (!view || view->loadCount() == loadCount_) return;
     loadCount_ = view->loadCount();
     ++questionCount_;
-    formTimer_.stop();
+    told_.clear();
     allowedAddress_.clear();
     html_ = QString::fromStdString(view->htmlString());
     ownAddress_ = addressOf(html_);
@@ -117,36 +149,43 @@ void WebPage::load() {
 
 void WebPage::onNavigation(QWebEngineNavigationRequest* request) {
     const QUrl address = request->url();
-    const bool isOwn = request->isMainFrame() && address == ownAddress_;
-    bool isGoing = isOwn || mayBeShown(address);
-    if (request->isMainFrame() && std::exchange(allowedAddress_, QUrl()) != address) {
-        ++questionCount_;
-        formTimer_.stop();
-        if (request->navigationType() == QWebEngineNavigationRequest::FormSubmittedNavigation) {
-            fetchForm(address);
-            isGoing = false;
-        } else {
-            const auto question = std::make_shared<Question>(Question{address, std::nullopt, questionCount_});
-            isGoing = ask(question) && isGoing;
-        }
-    }
+    const bool isMainFrame = request->isMainFrame();
+    bool isGoing = (isMainFrame && address == ownAddress_) || mayBeShown(address);
+    if (!isMainFrame || std::exchange(allowedAddress_, QUrl()) != address)
+        isGoing = ask(std::make_shared<Question>(questionFor(*request))) && isGoing;
     isGoing ? request->accept() : request->reject();
 }
 
-void WebPage::fetchForm(const QUrl& address) {
-    formAddress_ = address;
-    formTimer_.start();
-    QMetaObject::invokeMethod(web_.get(), "askForForm", Q_ARG(int, questionCount_));
+void WebPage::onSpoken(const QString& text) {
+    if (!text.startsWith(word_)) return;
+    auto form = WebForm::make(text.mid(word_.size()));
+    if (!form) return;
+    told_.push_back(std::move(*form));
+    if (told_.size() > kMostFormsTold) told_.pop_front();
 }
 
-void WebPage::onFormTold(int question, const QString& form) {
-    if (question != questionCount_) return;
-    formTimer_.stop();
-    auto told = WebForm::make(form);
-    const auto goal = told ? told->address() : std::nullopt;
-    if (!goal || QUrl(*goal) != formAddress_) told.reset();
-    const auto asked = std::make_shared<Question>(Question{formAddress_, std::move(told), question});
-    if (ask(asked)) go(*asked);
+WebPage::Question WebPage::questionFor(const QWebEngineNavigationRequest& request) {
+    const bool isMainFrame = request.isMainFrame();
+    Question question{request.url(), std::nullopt, isMainFrame ? ++questionCount_ : 0};
+    // A form that fills an empty frame does not count as one.
+    const auto type = request.navigationType();
+    if (type == QWebEngineNavigationRequest::FormSubmittedNavigation ||
+        (!isMainFrame && type != QWebEngineNavigationRequest::RedirectNavigation))
+        question.form = takeForm(question.address);
+    return question;
+}
+
+/// The one that was told last of those that go there.
+std::optional<WebForm> WebPage::takeForm(const QUrl& address) {
+    const auto goesThere = [&](const WebForm& form) {
+        const auto goal = form.address();
+        return goal && QUrl(*goal) == address;
+    };
+    const auto found = std::find_if(told_.rbegin(), told_.rend(), goesThere);
+    if (found == told_.rend()) return std::nullopt;
+    std::optional<WebForm> form = std::move(*found);
+    told_.erase(told_.begin(), found.base());
+    return form;
 }
 
 bool WebPage::ask(const std::shared_ptr<Question>& question) {

@@ -5,10 +5,9 @@
 
 #include <QQmlEngine>
 #include <QQuickItem>
-#include <QTimer>
 #include <QUrl>
 
-#include <chrono>
+#include <deque>
 #include <memory>
 #include <optional>
 
@@ -21,33 +20,28 @@ namespace korvane {
 /// storage, no cache. Main thread only, after Qt WebEngine was initialised. A text of more than 2 MiB in
 /// percent-encoding is not shown: the engine has no address for it.
 ///
-/// **Navigation.** Every navigation of the main frame is put to `WKWebView::decidePolicy` and done if it
-/// allows it. The view's own text counts as "about:blank"; the engine gives it an address of scheme "data",
-/// which no page may go to by itself. Nothing but "https", "about" and that text is ever shown, whatever
-/// the answer is, and no other program is ever opened; frames within the page are held to the same without
-/// being asked about. New windows, downloads, permissions and dialogs are refused.
+/// **Navigation.** Every navigation of every frame is put to `WKWebView::decidePolicy` and done if it allows
+/// it. The view's own text counts as "about:blank"; the engine gives it an address of scheme "data", which no
+/// page may go to by itself. Nothing but "https", "about" and that text is ever shown, whatever the answer
+/// is, and no other program is ever opened. New windows, downloads, permissions and dialogs are refused.
 ///
-/// **Forms.** The engine shows neither the method nor the body of a request. So `forms.js` keeps them within
-/// the page, in a world of scripts that the page's own scripts neither see nor reach: it reads the data when
-/// all listeners of the page have had their say, and remembers at the page's departure which form it departs
-/// with. A form's navigation is refused at once, so that the page stays; the form is fetched; and then the
-/// policy is asked with the whole request: a POST form's body, or a GET form's query to the letter, in the
-/// form's own encoding, files as their names alone. If the policy allows it, the page sends the form again
-/// and the engine lets it pass.
+/// **Forms.** The engine shows neither the method nor the body of a request. So `forms.js` tells them, from a
+/// world of scripts that the page's own scripts neither see nor reach: it reads the data when all listeners
+/// of the page have had their say, and tells them before the form leaves. The policy is then asked with the
+/// whole request: a POST form's body, or a GET form's query to the letter, in the form's own encoding, files
+/// as their names alone. A form that was not told (in a shadow tree) is asked about as a GET of its address;
+/// a POST form of more than 1 MiB without its body.
 ///
-/// A form that nothing is known of (of a frame within the page that aims at the whole page, or in a shadow
-/// tree), or that the page does not give out within `kFormPatience`, is asked about as a GET of its address;
-/// a POST form of more than 1 MiB without its body. Of navigations that follow each other while one is being
-/// fetched, the last one counts.
+/// **Loads.** Whatever else a page loads, in any frame, is encrypted, redirects too: `Gate` stops what starts
+/// in the clear, `loads.js` what is redirected there. `peers.js` takes WebRTC away.
 ///
 /// **Late answers.** The engine does not wait. A navigation that has no answer when `decidePolicy` returns is
-/// refused, and made once more if it is allowed later, unless the page has asked for another in between.
+/// refused. One of the main frame is made once more if it is allowed later, unless the page has asked for
+/// another in between or it is a form of a frame within the page.
 class WebPage : public QQuickItem {
     Q_OBJECT
 
 public:
-    static constexpr std::chrono::seconds kFormPatience{10};
-
     /// Fills itself with the engine's item. Holds the view weakly.
     WebPage(QQmlEngine& engine, std::shared_ptr<WKWebView> view, QQuickItem* parent);
     ~WebPage() override;
@@ -57,14 +51,15 @@ public:
 
 private slots:
     void onNavigation(QWebEngineNavigationRequest* request);
-    void onFormTold(int question, const QString& form);
+    void onSpoken(const QString& text);
 
 private:
     struct Question;
 
     void makeWeb(QQmlEngine& engine);
     void load();
-    void fetchForm(const QUrl& address);
+    [[nodiscard]] Question questionFor(const QWebEngineNavigationRequest& request);
+    [[nodiscard]] std::optional<WebForm> takeForm(const QUrl& address);
     /// @return whether the policy allows it at once.
     bool ask(const std::shared_ptr<Question>& question);
     void go(const Question& question);
@@ -73,10 +68,10 @@ private:
     int loadCount_ = 0;
     int questionCount_ = 0;
     QString html_;
-    QUrl ownAddress_;     // of that text
-    QUrl formAddress_;    // of the form that is being fetched
-    QUrl allowedAddress_; // of what was allowed and is on its way
-    QTimer formTimer_;
+    QUrl ownAddress_;          // of that text
+    QUrl allowedAddress_;      // of what was allowed late and is on its way
+    QString word_;             // that the scripts' messages begin with
+    std::deque<WebForm> told_; // that are about to leave, the newest last
     std::unique_ptr<QObject> gate_;
     std::unique_ptr<QQuickItem> web_; // the last member: it uses the others until its end
 };

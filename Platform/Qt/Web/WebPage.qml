@@ -5,13 +5,10 @@ import QtWebEngine
 WebEngineView {
     id: page
 
-    required property url formScript
-    // Answers `askForForm`: the form that the page has just set out with, as JSON; or nothing.
-    signal formTold(int question, string form)
-
-    function askForForm(question: int) {
-        runJavaScript("leavingForm()", WebEngineScript.ApplicationWorld, form => formTold(question, form ?? ""));
-    }
+    // Run in every frame before its page, in this order.
+    required property var scripts
+    // What any script of the page says to its developer.
+    signal spoken(string text)
 
     function sendAgain() {
         runJavaScript("sendAgain()", WebEngineScript.ApplicationWorld);
@@ -26,13 +23,7 @@ WebEngineView {
         persistentCookiesPolicy: WebEngineProfile.NoPersistentCookies
         spellCheckEnabled: false
         // A view's own scripts get lost when the engine gives its page another frame in the same process.
-        Component.onCompleted: userScripts.collection = [{
-            name: "forms",
-            sourceUrl: page.formScript,
-            injectionPoint: WebEngineScript.DocumentCreation,
-            worldId: WebEngineScript.ApplicationWorld,
-            runsOnSubFrames: false
-        }]
+        Component.onCompleted: page.scripts.forEach(script => userScripts.insert(script))
         onDownloadRequested: download => download.cancel()
         onPresentNotification: notification => notification.close()
     }
@@ -66,8 +57,8 @@ WebEngineView {
         unknownUrlSchemePolicy: WebEngineSettings.AllowAllUnknownUrlSchemes
     }
 
-    // What a page says to its developer stays out of the application's log.
-    onJavaScriptConsoleMessage: {}
+    // Stays out of the application's log.
+    onJavaScriptConsoleMessage: (level, text) => spoken(text)
     onFeaturePermissionRequested: (origin, feature) => grantFeaturePermission(origin, feature, false)
     onFileSystemAccessRequested: request => request.reject()
     onFullScreenRequested: request => request.reject()

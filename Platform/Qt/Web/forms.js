@@ -1,31 +1,32 @@
-// Keeps what the form that leaves the page sends, for the application to fetch. It runs in a world of scripts of its own: the
-// page's scripts do not see it, and what they have changed in their world does not reach it.
-"use strict";
-(() => {
+// Tells the application which form leaves the page with which data, before it leaves. It runs in a world of scripts of its own, in
+// every frame: the pages' scripts do not see it, and what they have changed in their world does not reach it. What it says begins
+// with a word that no page knows.
+(word) => {
+    "use strict";
     const mostCharacters = 1 << 20;
     // Submit events whose form is about to be sent, by form.
     const submissions = new WeakMap();
-    // The form whose data were collected last, and the one that the page has just set out with; or null.
-    let collected = null;
-    let leaving = null;
+    // The form that was told last, for the case that it has to be sent again.
+    let last = null;
 
     // Fields with names like "action" and elements named like properties of the document hide those properties, in every
     // world. The prototypes' own getters are never hidden.
     const read = (type, name, object) => Object.getOwnPropertyDescriptor(type.prototype, name).get.call(object);
-    const element = (name) =>
+    const element = (document, name) =>
         Document.prototype.createElementNS.call(document, "http://www.w3.org/1999/xhtml", name);
+    const documentOf = (node) => read(Node, "ownerDocument", node);
 
     // Runs a job after the scripts that are running now and before a form that they send leaves the page: both wait in one
     // queue, the DOM manipulation task source (HTML Standard: form submission, and the toggle event of details).
-    function soon(job) {
-        const details = element("details");
+    function soon(document, job) {
+        const details = element(document, "details");
         details.addEventListener("toggle", job, { once: true });
         details.open = true;
     }
 
     // The first of the form's charsets that there is, else the document's.
     function charsetOf(form) {
-        let charset = read(Document, "characterSet", document).toLowerCase();
+        let charset = read(Document, "characterSet", documentOf(form)).toLowerCase();
         for (const label of read(HTMLFormElement, "acceptCharset", form).split(/[\s,]+/)) {
             try {
                 charset = new TextDecoder(label).encoding;
@@ -37,14 +38,15 @@
         return charset.startsWith("utf-16") ? "utf-8" : charset;
     }
 
+    // Without a value if there is more than is taken.
     function fieldsOf(entries) {
         const fields = [];
         let size = 0;
         for (const [name, value] of entries) {
-            const isFile = value instanceof File;
+            const isFile = typeof value !== "string";
             const text = isFile ? value.name : value;
             size += name.length + text.length;
-            if (size > mostCharacters) return null;
+            if (size > mostCharacters) return undefined;
             fields.push(isFile ? { name, value: text, type: value.type } : { name, value: text });
         }
         return fields;
@@ -75,32 +77,34 @@
         if (!event.isTrusted) return;
         const form = event.target;
         submissions.set(form, event);
-        soon(() => {
+        soon(documentOf(form), () => {
             if (submissions.get(form) === event) submissions.delete(form);
         });
     }
 
-    // The form's attributes count as they are now; its data as all listeners leave them.
+    function tell(attributes, entries) {
+        const text = word + JSON.stringify({ ...attributes, fields: fieldsOf(entries) });
+        if (text !== last?.text) console.log(text);
+        last = { attributes, entries, text };
+    }
+
+    // The form's attributes count as they are now; its data as all listeners leave them. Whoever listens last at the window
+    // sees that at once; if the page's listeners stop the event, the end of what runs now does, and the job behind it.
     function onFormData(event) {
         if (!event.isTrusted) return;
-        const attributes = attributesOf(event.target);
-        soon(() => (collected = { attributes, entries: [...event.formData] }));
+        const { formData, currentTarget: view, target: form } = event;
+        const attributes = attributesOf(form);
+        const job = () => tell(attributes, [...formData]);
+        last = null;
+        view.addEventListener("formdata", job, { once: true });
+        queueMicrotask(job);
+        soon(documentOf(form), job);
     }
 
-    // The page sets out. If it does so with a form, that form's data were collected last.
-    function onDeparture() {
-        leaving = collected;
-        collected = null;
-    }
-
-    // For the application: the form as JSON, or nothing. Without "fields" if there is more than is taken.
-    globalThis.leavingForm = () =>
-        leaving ? JSON.stringify({ ...leaving.attributes, fields: fieldsOf(leaving.entries) }) : "";
-
-    // For the application: sends that form once more, with the data of then.
+    // For the application: sends the form that was told last once more, with the data of then.
     globalThis.sendAgain = () => {
-        const { attributes, entries } = leaving;
-        const form = element("form");
+        const { attributes, entries } = last;
+        const form = element(document, "form");
         for (const [name, value] of Object.entries(attributes)) form.setAttribute(name, value);
         form.addEventListener("formdata", (event) => {
             event.stopImmediatePropagation();
@@ -112,13 +116,24 @@
         form.remove();
     };
 
-    function listen() {
-        addEventListener("submit", onSubmit, true);
-        addEventListener("formdata", onFormData, true);
-        addEventListener("beforeunload", onDeparture, true);
+    // The engine runs no script in a frame without an address: those are watched from the frame around them. A page that
+    // writes itself anew (document.open) drops all listeners, but no observer.
+    const onChange = () => watch(globalThis);
+    const observer = new MutationObserver(onChange);
+    globalThis.isWatchingForms = true;
+
+    function watch(view) {
+        try {
+            if (view !== globalThis && view.isWatchingForms) return;
+            view.addEventListener("submit", onSubmit, true);
+            view.addEventListener("formdata", onFormData, true);
+            view.document.addEventListener("load", onChange, true);
+            observer.observe(view.document, { childList: true, subtree: true });
+        } catch {
+            return; // Of another origin, and so with an address.
+        }
+        for (let i = 0; view[i]; ++i) watch(view[i]);
     }
 
-    listen();
-    // A page that writes itself anew (document.open) drops all listeners, but not this observer.
-    new MutationObserver(listen).observe(document, { childList: true });
-})();
+    watch(globalThis);
+}

@@ -20,6 +20,10 @@ std::string script(const std::string& text) {
     return "<script>" + text + "</script>";
 }
 
+std::string frame(const std::string& page, const std::string& attributes = "") {
+    return "<iframe " + attributes + " srcdoc=\"" + page + "\"></iframe>";
+}
+
 TEST(WebPageForms, AreAskedAboutWithWhatTheBrowserWouldSend) {
     ShownPage::expect({
         {"text, area, boxes and choices",
@@ -81,10 +85,21 @@ TEST(WebPageForms, AreTakenHoweverThePageSendsThem) {
         {"twice at once", kPage, "f.submit(); i.value = 6; f.submit()", "POST https://no/form a=6"},
         {"not at all: its data are read and its address is gone to", kPage,
          "new FormData(f); location = f.action", "GET https://no/form"},
-        {"by a frame that is not looked into",
-         "<iframe srcdoc='<form id=f method=post target=_top action=https://no/form></form>" +
-             script("f.submit()") + "'></iframe>",
-         "", "GET https://no/form"},
+        {"by a frame", frame(kPage + script("f.submit()")), "", one},
+        {"by a frame of another origin",
+         frame(kPage + script("f.submit()"), "sandbox='allow-scripts allow-forms'"), "", one},
+        {"by a frame, for the whole page",
+         frame("<form id=f method=post target=_top action=https://no/form></form>" + script("f.submit()")),
+         "", "POST https://no/form "},
+        {"by a frame without an address", "",
+         "const frame = "
+         "document.documentElement.appendChild(document.createElement('iframe')).contentDocument;"
+         "frame.body.innerHTML = `" +
+             kPage + "`; frame.forms[0].submit()",
+         one},
+        {"into a frame", kPage + "<iframe name=x></iframe>", "f.target = 'x'; f.submit()", one},
+        {"into a frame, by GET", kGet + kOne + "</form><iframe name=x srcdoc=shown></iframe>",
+         "f.target = 'x'; f.submit()", "GET https://no/form?a=1#end"},
         {"by a page that wrote itself anew", "",
          "document.open(); document.write(`" + kPage + "`); document.close(); setTimeout(() => f.submit())",
          one},

@@ -2,7 +2,7 @@
 
 #include <QDesktopServices>
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <array>
 #include <utility>
@@ -82,12 +82,19 @@ TEST(WebPageNavigation, FollowsALinkToHttpsAndTheWayBack) {
 
 TEST(WebPageNavigation, SendsAFormThatIsAllowed) {
     const LocalServer server(LocalServer::Transport::tls);
-    const auto page = ShownPage::make("<form method=post action='" + server.url("/echo") +
-                                      "'><input name=a value='1 2'><button id=b name=b value=3>B</button>");
-    page->click("#b");
-    ASSERT_TRUE(page->awaitOther(server));
-    EXPECT_EQ(page->asked(), Asked{"POST " + server.url("/echo") + " a=1+2&b=3"});
-    EXPECT_EQ(lineOf(server.received().front()), "POST /echo a=1+2&b=3");
+    const auto page = ShownPage::make();
+    std::size_t count = 0;
+    for (const char* target : {"x", "_self"}) {
+        SCOPED_TRACE(target);
+        page->load("<form method=post target=" + std::string(target) + " action='" + server.url("/echo") +
+                   "'><input name=a value='1 2'><button id=b name=b value=3>B</button></form>"
+                   "<iframe name=x></iframe>");
+        page->click("#b");
+        ++count;
+        ASSERT_TRUE(ShownPage::await([&] { return server.received().size() == count; }));
+        EXPECT_EQ(page->asked(), Asked{"POST " + server.url("/echo") + " a=1+2&b=3"});
+        EXPECT_EQ(lineOf(server.received().back()), "POST /echo a=1+2&b=3");
+    }
 }
 
 TEST(WebPageNavigation, AsksAboutARedirectionLikeALink) {
@@ -100,7 +107,7 @@ TEST(WebPageNavigation, AsksAboutARedirectionLikeALink) {
     EXPECT_TRUE(page->showsOwnText());
 }
 
-TEST(WebPageNavigation, LetsFramesShowHttpsAndTheirOwnTextAlone) {
+TEST(WebPageNavigation, AsksAboutFramesAndLetsThemShowHttpsAndTheirOwnTextAlone) {
     const LocalServer server(LocalServer::Transport::tls);
     const LocalServer clear(LocalServer::Transport::plain);
     const auto frame = [](const std::string& source) { return "<iframe src=\"" + source + "\"></iframe>"; };
@@ -108,11 +115,14 @@ TEST(WebPageNavigation, LetsFramesShowHttpsAndTheirOwnTextAlone) {
     const auto page = ShownPage::make("<script>heard = []; onmessage = (e) => heard.push(e.data)</script>" +
                                       frame("data:text/html," + tell) + frame("file:///etc/hostname") +
                                       frame(clear.url("/echo")) + frame(server.url("/echo")) +
-                                      "<iframe srcdoc=\"" + tell + "\"></iframe>");
-    ASSERT_TRUE(ShownPage::await(
-        [&] { return !server.received().empty() && page->evaluate("document.readyState") == "complete"; }));
+                                      frame(server.url("/redirect?to=https://no/")) + "<iframe srcdoc=\"" +
+                                      tell + "\"></iframe>");
+    ASSERT_TRUE(ShownPage::await([&] { return page->asked().size() == 6; }));
     EXPECT_EQ(page->evaluate("heard"), "about:");
-    EXPECT_EQ(page->allAsked(), Asked());
+    EXPECT_THAT(page->allAsked(), testing::UnorderedElementsAre(
+                                      testing::StartsWith("GET data:text/html,"), "GET file:///etc/hostname",
+                                      "GET " + clear.url("/echo"), "GET " + server.url("/echo"),
+                                      "GET " + server.url("/redirect?to=https://no/"), "GET https://no/"));
     EXPECT_TRUE(clear.received().empty());
 }
 
@@ -139,11 +149,16 @@ TEST(WebPageNavigation, IsDoneOnceAfterALateAnswer) {
     }
 }
 
-TEST(WebPageNavigation, IsForgottenIfTheAnswerComesAfterAnotherPage) {
-    const auto page = ShownPage::make();
+TEST(WebPageNavigation, IsForgottenIfTheAnswerComesAfterAnotherPageOrToAFrame) {
+    const auto page = ShownPage::make("<iframe id=f></iframe>");
     page->isAnsweringLate = true;
+    page->run("f.src = 'https://other.invalid/'");
+    ASSERT_TRUE(ShownPage::await([&] { return page->lateAnswers.size() == 1; }));
+    std::exchange(page->lateAnswers, {}).front()();
     page->run("location = 'https://other.invalid/'");
     ASSERT_TRUE(ShownPage::await([&] { return page->lateAnswers.size() == 1; }));
+    EXPECT_TRUE(page->showsOwnText());
+    EXPECT_EQ(page->asked().size(), 2);
     page->isAnsweringLate = false;
     page->load("the second page");
     page->lateAnswers.front()();

@@ -42,7 +42,7 @@ void ShownPage::load(const std::string& html) {
         return await([&] { return web().property("title").toString().toStdString() == text; });
     };
     asked_.clear();
-    view_->loadHTMLString("<script>document.title = '" + title + "'</script>" + html);
+    view_->loadHTMLString("<!doctype html><script>document.title = '" + title + "'</script>" + html);
     page_->synchronize();
     ASSERT_TRUE(awaitTitle(title));
     ASSERT_EQ(asked_.front(), "GET about:blank");
