@@ -47,6 +47,7 @@ struct FrameScript {
 };
 
 constexpr std::array kScripts{
+    FrameScript{"loads", QWebEngineScript::ApplicationWorld},
     FrameScript{"forms", QWebEngineScript::ApplicationWorld},
 };
 
