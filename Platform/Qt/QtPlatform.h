@@ -11,7 +11,8 @@ namespace korvane {
 /// gone before it. Its end drops the work that is still queued.
 class QtPlatform final : public SystemPlatform {
 public:
-    /// Prepares Qt for screens with web pages. Before the `QGuiApplication` is made.
+    /// Prepares Qt for screens with web pages. Before the `QGuiApplication` is made. No page of this process
+    /// can send by UDP then: a flag is added to `QTWEBENGINE_CHROMIUM_FLAGS`.
     static void prepare();
 
     /// Makes the QML type `KorvaneHost` known, in the module `Korvane` 1.0.

@@ -48,6 +48,7 @@ struct FrameScript {
 
 constexpr std::array kScripts{
     FrameScript{"loads", QWebEngineScript::ApplicationWorld},
+    FrameScript{"peers", QWebEngineScript::MainWorld},
     FrameScript{"forms", QWebEngineScript::ApplicationWorld},
 };
 

@@ -2,6 +2,7 @@
 
 #include <QQuickWebEngineProfile>
 #include <QSignalSpy>
+#include <QUdpSocket>
 
 #include <gtest/gtest.h>
 
@@ -103,6 +104,71 @@ TEST_F(WebPageRefusals, NothingIsLoadedInTheClear) {
     expectNoneOfAny();
     EXPECT_TRUE(
         std::ranges::none_of(server.received(), [](const auto& got) { return got.path == "/worker"; }));
+}
+
+/// The page's ways to the window of a frame that no script of ours runs in. Each gives it to `take`.
+const std::vector<std::pair<std::string, std::string>> kWindows = {
+    {"the page", "take(window)"},
+    {"a frame with a text", "add(`<iframe srcdoc='<script>parent.take(window)</script>'></iframe>`)"},
+    {"a frame's element", "take(put(frame()).contentWindow)"},
+    {"a frame's document", "take(put(frame()).contentDocument.defaultView)"},
+    {"a frame's place", "put(frame(slow)); all()"},
+    {"a frame's own load", "const f = frame(); f.onload = () => take(f.contentWindow); put(f)"},
+    {"a frame that goes on",
+     "const f = frame(); put(f); f.onload = () => take(f.contentWindow); f.src = 'about:blank'"},
+    {"a frame's script", "put(frame('javascript:parent.take(window)'))"},
+    {"a text that is added", "add(`<p><iframe src=${slow}></iframe>`); all()"},
+    {"a shadow tree", "const s = put(document.createElement('p')).attachShadow({ mode: 'closed' });"
+                      "s.append(frame(slow)); take(s.firstChild.contentWindow)"},
+    {"an element of the page's own",
+     "customElements.define('x-x', class extends HTMLElement"
+     "{ connectedCallback() { all() } }); add(`<iframe src=${slow}></iframe><x-x>`)"},
+    {"a frame in a frame", "const inner = put(frame()).contentDocument; inner.body.append(frame(slow));"
+                           "take(inner.defaultView[0])"},
+    {"a text that a frame writes",
+     "const inner = put(frame()).contentDocument;"
+     "inner.write(`<iframe src=${slow}></iframe><script>parent.take(window[0])</script>`)"},
+    {"an object",
+     "put(Object.assign(document.createElement('object'), { data: 'about:blank' })).offsetTop; all()"},
+    {"a text that the page writes", "document.open(); document.write(`<iframe src=${slow}></iframe>"
+                                    "<script>take(window[0])</script>`); put(frame(slow)); all()"},
+};
+
+const std::string kTaking =
+    "<script>const slow = 'https://127.0.0.1:1/', taken = [];"
+    "function take(view) { taken.push(typeof view.RTCPeerConnection, typeof view.webkitRTCPeerConnection) }"
+    "function all() { for (let i = 0; window[i]; ++i) take(window[i]) }"
+    "function frame(src = '') { const f = document.createElement('iframe'); if (src) f.src = src; return f }"
+    "function put(element) { document.documentElement.append(element); return element }"
+    "function add(text) { document.body.insertAdjacentHTML('beforeend', text) }"
+    "for (const { prototype } of [Array, String, EventTarget, MutationObserver, Function])"
+    "  for (const name of ['indexOf', 'addEventListener', 'observe', 'call', 'apply', Symbol.iterator])"
+    "    if (name in prototype && prototype !== Array.prototype) prototype[name] = () => {};"
+    "</script><body>";
+
+TEST(WebPagePeers, AreOutOfReachOfEveryWindow) {
+    const auto page = ShownPage::make();
+    for (const auto& [name, act] : kWindows) {
+        SCOPED_TRACE(name);
+        page->load(kTaking);
+        page->run(act);
+        EXPECT_TRUE(ShownPage::await([&] { return page->evaluate("taken.length > 0") == "true"; }));
+        EXPECT_EQ(page->evaluate("taken.filter((type) => type != 'undefined')"), "");
+    }
+}
+
+/// The one document whose window nobody can empty in time.
+TEST(WebPagePeers, SendNothingByUdp) {
+    QUdpSocket listener;
+    ASSERT_TRUE(listener.bind(QHostAddress::LocalHost));
+    const auto page = ShownPage::make("<iframe id=f></iframe>");
+    page->run("peers = `c = new RTCPeerConnection({ iceServers: [{ urls: 'stun:127.0.0.1:" +
+              std::to_string(listener.localPort()) +
+              "' }] }); c.createDataChannel(''); c.setLocalDescription();"
+              "c.onicegatheringstatechange = () => parent.state = c.iceGatheringState`;"
+              "f.src = 'javascript:`<script>' + peers + '</' + 'script>`'");
+    EXPECT_TRUE(ShownPage::await([&] { return page->evaluate("globalThis.state") == "complete"; }));
+    EXPECT_FALSE(listener.hasPendingDatagrams());
 }
 
 } // namespace
