@@ -72,10 +72,10 @@ Received receive(const Challenge& challenge, std::string_view body) {
 }
 
 JSON withoutNulls(const JSON& message) {
-    JSON rest = JSON::object();
+    JSON::object_t rest;
     for (const auto& [name, value] : message.items())
-        if (!value.is_null()) rest[name] = value;
-    return rest;
+        if (!value.is_null()) rest.emplace_back(name, value);
+    return JSON(std::move(rest));
 }
 
 void requireInStep(const Challenge& challenge, const JSON& creq) {

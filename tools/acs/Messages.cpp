@@ -1,10 +1,12 @@
 #include "tools/acs/Messages.h"
 
+#include "Platform/Text.h"
 #include "Platform/UUID.h"
 #include "Sdk/Events/KorvaneError.h"
 
 #include <algorithm>
 #include <array>
+#include <set>
 
 namespace korvane::acs {
 
@@ -15,6 +17,12 @@ std::optional<std::string> unlessEmpty(const std::string& text) {
 }
 
 constexpr int kSystemFailure = 404;
+
+/// The detail of an error, which may hold names of the peer's choice, in bytes at most.
+std::string shortened(const std::string& detail) {
+    constexpr std::size_t kLongest = 1000;
+    return detail.size() > kLongest ? repairedUtf8(detail.substr(0, kLongest)) + "..." : detail;
+}
 
 } // namespace
 
@@ -46,7 +54,7 @@ Erro ProtocolFault::erro(std::string_view faultyMessageType, const TransactionID
     erro.errorCode = std::to_string(error.code);
     erro.errorComponent = "A";
     erro.errorDescription = error.description;
-    erro.errorDetail = detail_.empty() ? error.details : detail_;
+    erro.errorDetail = detail_.empty() ? error.details : shortened(detail_);
     erro.errorMessageType = faultyMessageType;
     erro.messageType = "Erro";
     erro.messageVersion = unlessEmpty(ids.messageVersion);
@@ -63,15 +71,19 @@ JSON erroOf(const JSON& cres) {
 }
 
 JSON readObject(std::string_view text) {
-    JSON object = JSON::object();
+    // The object itself would look through all its members for each new one.
+    JSON::object_t object;
+    std::set<std::string, std::less<>> names;
     std::string repeated;
     const auto add = [&](std::string_view name, JSON&& value) {
-        const auto [place, isNew] = object.emplace(std::string(name), std::move(value));
-        if (!isNew) repeated += (repeated.empty() ? "" : ",") + place.key();
+        if (names.emplace(name).second)
+            object.emplace_back(std::string(name), std::move(value));
+        else
+            repeated += (repeated.empty() ? "" : ",") + std::string(name);
     };
     if (JSONSerialization::forEachMember(text, add) != JSONTopLevel::object) throw ProtocolFault(101);
     if (!repeated.empty()) throw ProtocolFault(204, repeated);
-    return object;
+    return JSON(std::move(object));
 }
 
 } // namespace korvane::acs
