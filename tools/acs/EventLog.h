@@ -1,28 +1,31 @@
 #pragma once
 
 #include "Platform/JSON.h"
+#include "tools/acs/LineSink.h"
 
-#include <filesystem>
-#include <fstream>
-#include <iosfwd>
+#include <memory>
 #include <mutex>
 #include <optional>
+#include <string>
+#include <vector>
 
 namespace korvane::acs {
 
-/// One JSON object a line, flushed, to a stream and, where one is named, to a file too. Any thread.
+/// One JSON object a line, at once, to standard output and, where one is named, to a file too, in one order.
+/// Nobody waits for a reader (`LineSink`). Any thread.
 class EventLog {
 public:
     /// @throws UsageError when the file cannot be written.
-    EventLog(std::ostream& stream, const std::optional<std::filesystem::path>& file);
+    explicit EventLog(const std::optional<std::string>& file);
+    ~EventLog();
 
     /// Texts that are not UTF-8 are repaired.
     void write(const JSON& event);
 
 private:
+    int file_ = -1;
     std::mutex mutex_;
-    std::ostream& stream_;
-    std::ofstream file_;
+    std::vector<std::unique_ptr<LineSink>> sinks_;
 };
 
 } // namespace korvane::acs

@@ -1,6 +1,6 @@
 #include "tools/acs/HttpServer.h"
 
-#include "tools/acs/UsageError.h"
+#include "tools/common/UsageError.h"
 
 #include <httplib.h>
 #include <poll.h>
@@ -12,6 +12,8 @@
 #include <cerrno>
 
 namespace korvane::acs {
+
+using tools::UsageError;
 
 namespace {
 
@@ -44,7 +46,8 @@ bool isNetworkSocket(int file) {
 /// Every network socket of this process, but for what it was started with, is the listening one or a
 /// connection.
 void shutDownEverySocket() {
-    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
+    std::error_code error;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd", error)) {
         const int file = std::stoi(entry.path().filename().string());
         if (file > STDERR_FILENO && isNetworkSocket(file)) ::shutdown(file, SHUT_RDWR);
     }
@@ -151,7 +154,9 @@ int HttpServer::bind(const std::string& host, int port) {
     const int bound = port == 0                           ? listener.bind_to_any_port(host)
                       : listener.bind_to_port(host, port) ? port
                                                           : -1;
-    if (bound < 0) throw UsageError("Nothing can listen on " + host + ":" + std::to_string(port) + ".");
+    if (bound < 0)
+        throw UsageError("Nothing can listen on " + host + ":" + std::to_string(port) + ": " +
+                         std::generic_category().message(errno) + ".");
     listener.widenBacklog();
     return bound;
 }

@@ -1,7 +1,8 @@
 #include "tools/acs/Pki.h"
 
 #include "Platform/Security/OpenSSLHandles.h"
-#include "tools/acs/UsageError.h"
+#include "tools/common/InputFile.h"
+#include "tools/common/UsageError.h"
 
 #include <fcntl.h>
 #include <openssl/pem.h>
@@ -10,11 +11,11 @@
 #include <unistd.h>
 
 #include <array>
-#include <fstream>
-#include <iterator>
 #include <map>
 
 namespace korvane::acs {
+
+using tools::UsageError;
 
 namespace {
 
@@ -186,20 +187,15 @@ void fill(const fs::path& folder) {
         write(beside, row, issued.emplace(row.name, issue(row, issued)).first->second);
     fs::rename(beside, folder, error);
     if (!error) return;
-    fs::remove_all(beside);
-    if (fs::is_empty(folder)) throw UsageError(folder.string() + " cannot be made: " + error.message() + ".");
+    std::error_code ignored;
+    fs::remove_all(beside, ignored);
+    // Another process may have filled it meanwhile.
+    const bool isFilled = fs::is_directory(folder, ignored) && !fs::is_empty(folder, ignored) && !ignored;
+    if (!isFilled) throw UsageError(folder.string() + " cannot be made: " + error.message() + ".");
 }
 
 fs::path withoutTrailingSlash(const fs::path& folder) {
     return folder.has_filename() ? folder : folder.parent_path();
-}
-
-std::string readFile(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    std::string content(std::istreambuf_iterator<char>(file), {});
-    if (!file || content.empty())
-        throw UsageError(path.string() + " cannot be read. An empty folder is filled anew.");
-    return content;
 }
 
 } // namespace
@@ -216,11 +212,11 @@ fs::path Pki::file(std::string_view name, std::string_view extension) const {
 }
 
 Bytes Pki::certificate(std::string_view name) const {
-    return toBytes(readFile(file(name, ".der")));
+    return toBytes(tools::readInputFile(file(name, ".der")));
 }
 
 std::string Pki::key(std::string_view name) const {
-    return readFile(file(name, ".key"));
+    return tools::readInputFile(file(name, ".key"));
 }
 
 } // namespace korvane::acs

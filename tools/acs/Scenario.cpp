@@ -3,12 +3,11 @@
 #include "Crypt/DataExtensions.h"
 #include "Sdk/Messages/CRes.h"
 #include "tools/acs/ScenarioReader.h"
-#include "tools/acs/UsageError.h"
+#include "tools/common/InputFile.h"
 
 #include <algorithm>
 #include <array>
-#include <fstream>
-#include <iterator>
+#include <charconv>
 
 namespace korvane::acs {
 
@@ -67,12 +66,22 @@ bool contains(Names names, std::string_view name) {
     return std::find(names.begin(), names.end(), name) != names.end();
 }
 
+/// The index that a step of a decoder's path names; a member may bear a name of that kind too.
+std::optional<std::size_t> indexOf(std::string_view key) {
+    constexpr std::string_view kIndex = "Index ";
+    if (!key.starts_with(kIndex)) return std::nullopt;
+    std::size_t index = 0;
+    const auto [end, error] = std::from_chars(key.data() + kIndex.size(), key.data() + key.size(), index);
+    const bool isNumber = error == std::errc() && end == key.data() + key.size();
+    return isNumber ? std::optional(index) : std::nullopt;
+}
+
 /// "Index 0" of a decoder's path is "[0]" here.
 std::string scenarioPath(std::string path, const std::vector<std::string>& codingPath) {
-    constexpr std::string_view kIndex = "Index ";
-    for (const std::string& key : codingPath)
-        path = key.starts_with(kIndex) ? elementPath(path, std::stoul(key.substr(kIndex.size())))
-                                       : memberPath(path, key);
+    for (const std::string& key : codingPath) {
+        const auto index = indexOf(key);
+        path = index ? elementPath(path, *index) : memberPath(path, key);
+    }
     return path;
 }
 
@@ -193,11 +202,8 @@ Scenario readScenario(std::string_view content, const std::string& name) {
     return scenario;
 }
 
-Scenario loadScenario(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    const std::string content(std::istreambuf_iterator<char>(file), {});
-    if (!file) throw UsageError(path.string() + ": The scenario cannot be read.");
-    return readScenario(content, path.string());
+Scenario loadScenario(const std::string& file) {
+    return readScenario(tools::readInputFile(file), file);
 }
 
 } // namespace korvane::acs

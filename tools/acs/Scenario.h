@@ -5,7 +5,6 @@
 #include "tools/acs/Faults.h"
 
 #include <cstddef>
-#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -47,7 +46,7 @@ struct Scenario {
 };
 
 /// @throws UsageError `FILE:LINE: MEMBER: what is wrong` for the first fault of the file.
-[[nodiscard]] Scenario loadScenario(const std::filesystem::path& file);
+[[nodiscard]] Scenario loadScenario(const std::string& file);
 
 /// As `loadScenario`, of a text.
 /// @param name  stands in place of the file in errors.

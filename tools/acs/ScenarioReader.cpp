@@ -1,10 +1,13 @@
 #include "tools/acs/ScenarioReader.h"
 
-#include "tools/acs/UsageError.h"
+#include "tools/common/JSONBreak.h"
+#include "tools/common/UsageError.h"
 
 #include <algorithm>
 
 namespace korvane::acs {
+
+using tools::UsageError;
 
 namespace {
 
@@ -24,14 +27,8 @@ ScenarioText::ScenarioText(std::string_view text, std::string name)
 
 JSON ScenarioText::parse(std::string_view text, const ScenarioText& self) {
     if (auto value = JSONSerialization::jsonObject(text)) return std::move(*value);
-    // Only this reader tells where a text breaks; the platform's reader tells whether it does.
-    std::size_t position = 0;
-    try {
-        [[maybe_unused]] const JSON read = JSON::parse(text);
-    } catch (const JSON::parse_error& error) {
-        position = error.byte == 0 ? 0 : error.byte - 1;
-    }
-    self.fail(lineAt(text, position), {}, "This is not JSON.");
+    const tools::JSONBreak at = tools::findJSONBreak(text);
+    self.fail(lineAt(text, at.position), {}, at.reason);
 }
 
 void ScenarioText::fail(std::string_view path, std::string_view what) const {

@@ -5,16 +5,19 @@
 #include "Crypt/EC.h"
 #include "Crypt/JWE.h"
 #include "Crypt/JWS.h"
-#include "tools/acs/UsageError.h"
+#include "Platform/Security/SecCertificate.h"
+#include "tools/common/UsageError.h"
 
 namespace korvane::acs {
+
+using tools::UsageError;
 
 namespace {
 
 constexpr auto kContentEncryption = ContentEncryptionAlgorithm::A128CBCHS256;
 constexpr std::size_t kKeyBits = 256;
 
-SecKey loadKey(const Pki& pki, std::string_view name) {
+SecKey readKey(const Pki& pki, std::string_view name) {
     std::string text = pki.key(name);
     try {
         SecKey key = SecKeyCreateWithPEM(text);
@@ -25,12 +28,34 @@ SecKey loadKey(const Pki& pki, std::string_view name) {
     }
 }
 
-Chain chainOf(const Pki& pki, std::string_view leaf, std::string_view intermediate) {
-    return {base64EncodedString(pki.certificate(leaf)), base64EncodedString(pki.certificate(intermediate))};
+/// A private key of the kind that its name stands for: RSA, or EC on P-256.
+SecKey loadKey(const Pki& pki, std::string_view name, SecKeyType type) {
+    constexpr std::size_t kCurveBits = 256;
+    SecKey key = readKey(pki, name);
+    const SecKeyAttributes found = SecKeyCopyAttributes(key);
+    const bool isRSA = type == SecKeyType::kSecAttrKeyTypeRSA;
+    const bool isFit = found.kSecAttrKeyClass == SecKeyClass::kSecAttrKeyClassPrivate &&
+                       found.kSecAttrKeyType == type && (isRSA || found.kSecAttrKeySizeInBits == kCurveBits);
+    if (!isFit)
+        throw UsageError(pki.file(name, ".key").string() + ": This is no private " +
+                         (isRSA ? "RSA key." : "EC key on P-256."));
+    return key;
 }
 
-SigningIdentity loadIdentity(const Pki& pki, std::string_view name, std::string_view foreignName) {
-    return {loadKey(pki, name), chainOf(pki, name, Pki::directoryServerIntermediate),
+std::string loadCertificate(const Pki& pki, std::string_view name) {
+    const Bytes der = pki.certificate(name);
+    if (!SecCertificateCreateWithData(der))
+        throw UsageError(pki.file(name, ".der").string() + ": This is no certificate in DER.");
+    return base64EncodedString(der);
+}
+
+Chain chainOf(const Pki& pki, std::string_view leaf, std::string_view intermediate) {
+    return {loadCertificate(pki, leaf), loadCertificate(pki, intermediate)};
+}
+
+SigningIdentity loadIdentity(const Pki& pki, SecKeyType type, std::string_view name,
+                             std::string_view foreignName) {
+    return {loadKey(pki, name, type), chainOf(pki, name, Pki::directoryServerIntermediate),
             chainOf(pki, foreignName, Pki::foreignIntermediate)};
 }
 
@@ -43,10 +68,11 @@ Bytes decrypted(const JWE& jwe, KeyManagementAlgorithm algorithm, const AnyKey& 
 } // namespace
 
 KeyRing::KeyRing(const Pki& pki, std::string directoryServerID)
-    : directoryServerID_(std::move(directoryServerID)), deviceDataRSA_(loadKey(pki, Pki::deviceDataRSA)),
-      deviceDataEC_(loadKey(pki, Pki::deviceDataEC)),
-      rsa_(loadIdentity(pki, Pki::signingRSA, Pki::foreignRSA)),
-      ec_(loadIdentity(pki, Pki::signingEC, Pki::foreignEC)) {}
+    : directoryServerID_(std::move(directoryServerID)),
+      deviceDataRSA_(loadKey(pki, Pki::deviceDataRSA, SecKeyType::kSecAttrKeyTypeRSA)),
+      deviceDataEC_(loadKey(pki, Pki::deviceDataEC, SecKeyType::kSecAttrKeyTypeEC)),
+      rsa_(loadIdentity(pki, SecKeyType::kSecAttrKeyTypeRSA, Pki::signingRSA, Pki::foreignRSA)),
+      ec_(loadIdentity(pki, SecKeyType::kSecAttrKeyTypeEC, Pki::signingEC, Pki::foreignEC)) {}
 
 const SigningIdentity& KeyRing::signingIdentity(SignatureAlgorithm algorithm) const {
     return algorithm == SignatureAlgorithm::ES256 ? ec_ : rsa_;

@@ -4,24 +4,22 @@
 #include "tools/acs/Scenario.h"
 #include "tools/acs/Sealing.h"
 #include "tools/acs/Service.h"
-#include "tools/acs/UsageError.h"
+#include "tools/common/Tool.h"
+#include "tools/common/UsageError.h"
 
-#include <CLI/CLI.hpp>
-
+#include <cmath>
 #include <csignal>
-#include <iostream>
 #include <thread>
 
 namespace {
 
 using namespace korvane::acs;
-
-constexpr int kDone = 0;
-constexpr int kWrongUsage = 2;
+using korvane::tools::UsageError;
 
 struct Options {
     std::string pki;
     std::string listen = "127.0.0.1:0";
+    /// Empty where the option is absent, as below.
     std::string scenario;
     std::string log;
     std::string directoryServerID = "A999999999";
@@ -43,6 +41,15 @@ Address parseAddress(const std::string& text) {
         throw UsageError("--listen: " + text +
                          " is no address of this kind: 127.0.0.1:PORT or localhost:PORT.");
     return {host, std::stoi(port)};
+}
+
+std::chrono::milliseconds lifetimeOf(double seconds) {
+    constexpr double kShortest = 0.001;
+    constexpr double kLongest = 86400;
+    // What is not a number is in no range either.
+    const bool isInRange = seconds >= kShortest && seconds <= kLongest;
+    if (!isInRange) throw UsageError("--forget-after: must lie between 0.001 and 86400.");
+    return std::chrono::milliseconds(std::lround(seconds * 1000));
 }
 
 std::string faultHelp() {
@@ -83,17 +90,21 @@ std::string footer() {
 
 void addOptions(CLI::App& app, Options& options) {
     app.add_option("--pki", options.pki, "Folder of certificates and keys; filled when absent or empty.")
-        ->required();
+        ->required()
+        ->check(korvane::tools::notEmpty());
     app.add_option("--listen", options.listen, "Where to listen; port 0 takes a free one.")
         ->capture_default_str();
     app.add_option("--scenario", options.scenario,
-                   "The scenario to play; without it a text screen that takes 1234.");
-    app.add_option("--log", options.log, "A file that gets the lines too.");
+                   "The scenario to play; without it a text screen that takes 1234.")
+        ->check(korvane::tools::notEmpty());
+    app.add_option("--log", options.log, "A file that gets the lines too.")
+        ->check(korvane::tools::notEmpty());
     app.add_option("--directory-server", options.directoryServerID,
                    "Directory server identifier that EC device data is bound to.")
+        ->check(korvane::tools::notEmpty())
         ->capture_default_str();
-    app.add_option("--forget-after", options.forgetAfter, "Seconds until a challenge is forgotten.")
-        ->check(CLI::Range(0.001, 86400.0))
+    app.add_option("--forget-after", options.forgetAfter,
+                   "Seconds until a challenge is forgotten: 0.001 to 86400.")
         ->capture_default_str();
     app.footer(footer());
 }
@@ -121,18 +132,18 @@ sigset_t blockStopSignals() {
     return signals;
 }
 
-void serve(const Options& options, const sigset_t& signals) {
+int serve(const Options& options) {
     const Address address = parseAddress(options.listen);
+    const std::chrono::milliseconds lifetime = lifetimeOf(options.forgetAfter);
     Scenario scenario = options.scenario.empty() ? readScenario(defaultScenario(), "the default scenario")
                                                  : loadScenario(options.scenario);
+    const sigset_t signals = blockStopSignals();
     const Pki pki(options.pki);
     const KeyRing keys(pki, options.directoryServerID);
-    EventLog log(std::cout,
-                 options.log.empty() ? std::nullopt : std::optional<std::filesystem::path>(options.log));
+    EventLog log(options.log.empty() ? std::nullopt : std::optional(options.log));
     HttpServer server(pki.file(Pki::tlsServer, ".pem"), pki.file(Pki::tlsServer, ".key"));
     const std::string url =
         "https://" + address.host + ":" + std::to_string(server.bind(address.host, address.port));
-    const auto lifetime = std::chrono::milliseconds(static_cast<long>(options.forgetAfter * 1000));
     Service service({std::move(scenario), url, lifetime}, keys, log);
     log.write(listeningEvent(options, pki, url));
     std::thread serving([&] {
@@ -142,6 +153,7 @@ void serve(const Options& options, const sigset_t& signals) {
     sigwait(&signals, &signal);
     server.stop();
     serving.join();
+    return korvane::tools::kDone;
 }
 
 } // namespace
@@ -151,14 +163,5 @@ int main(int argc, char** argv) {
     CLI::App app("Plays the 3DS server, the directory server and the ACS of a test, over HTTPS on loopback.",
                  "korvane-acs");
     addOptions(app, options);
-    try {
-        app.parse(argc, argv);
-        serve(options, blockStopSignals());
-        return kDone;
-    } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? kDone : kWrongUsage;
-    } catch (const UsageError& error) {
-        std::cerr << "korvane-acs: " << error.what() << '\n';
-        return kWrongUsage;
-    }
+    return korvane::tools::runTool(app, argc, argv, [&] { return serve(options); });
 }

@@ -1,24 +1,30 @@
 #include "tools/challenge/EventWriter.h"
 
-#include "Platform/Failure.h"
+#include "tools/common/Terminal.h"
 
+#include <cerrno>
+#include <string_view>
+
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace korvane::challenge {
 
-EventWriter::EventWriter() : output_(::fdopen(::dup(STDOUT_FILENO), "w")) {
-    if (!output_ || ::dup2(STDERR_FILENO, STDOUT_FILENO) < 0) fatalError("Standard output cannot be used.");
+EventWriter::EventWriter() : output_(::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0)) {
+    isGood_ = output_ >= 0 && ::dup2(STDERR_FILENO, STDOUT_FILENO) >= 0;
 }
 
 EventWriter::~EventWriter() {
-    std::fclose(output_);
+    ::close(output_);
 }
 
 void EventWriter::write(const JSON& event) {
-    // The ACS's texts may hold anything; a line is UTF-8 all the same.
-    const std::string line = event.dump(-1, ' ', false, JSON::error_handler_t::replace) + "\n";
-    isGood_ = std::fwrite(line.data(), 1, line.size(), output_) == line.size() && isGood_;
-    isGood_ = std::fflush(output_) == 0 && isGood_;
+    const std::string line = tools::jsonLine(event);
+    for (std::string_view rest = line; isGood_ && !rest.empty();) {
+        const ssize_t count = ::write(output_, rest.data(), rest.size());
+        if (count > 0) rest.remove_prefix(static_cast<std::size_t>(count));
+        isGood_ = count >= 0 || errno == EINTR;
+    }
 }
 
 } // namespace korvane::challenge

@@ -2,7 +2,7 @@
 
 #include "Platform/JSON.h"
 
-#include <cstdio>
+#include <string>
 
 namespace korvane::challenge {
 
@@ -15,7 +15,7 @@ public:
     EventWriter& operator=(const EventWriter&) = delete;
     ~EventWriter();
 
-    /// Flushed at once.
+    /// Written at once; nothing more once a line could not be written.
     void write(const JSON& event);
 
     /// An `error` event: a line of input that cannot be served.
@@ -25,7 +25,7 @@ public:
     [[nodiscard]] bool isGood() const noexcept { return isGood_; }
 
 private:
-    std::FILE* output_;
+    const int output_;
     bool isGood_ = true;
 };
 

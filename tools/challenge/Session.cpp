@@ -7,6 +7,7 @@
 #include "tools/challenge/Actions.h"
 #include "tools/challenge/ScreenText.h"
 #include "tools/common/Arguments.h"
+#include "tools/common/Terminal.h"
 
 #include <iostream>
 
@@ -33,7 +34,7 @@ public:
     void log(const std::string& message, const char* file, const char* function, unsigned line) override {
         const std::string text =
             std::string(file) + ":" + std::to_string(line) + " " + function + ": " + message;
-        std::cerr << text + "\n" << std::flush;
+        std::cerr << tools::printable(text) + "\n" << std::flush;
     }
 };
 
@@ -104,6 +105,7 @@ void Session::begin() {
     reader_ = std::make_unique<LineReader>(platform_.dispatch(), [weak = weak_from_this()](InputLine line) {
         if (const auto self = weak.lock()) self->takeLine(std::move(line));
     });
+    serveLines();
 }
 
 // Lines.
@@ -114,7 +116,13 @@ void Session::takeLine(InputLine line) {
 }
 
 void Session::serveLines() {
-    while (!lines_.empty() && (turn_ == Turn::application || turn_ == Turn::cardholder)) {
+    while (turn_ == Turn::application || turn_ == Turn::cardholder) {
+        // Who does not see the screens cannot answer them.
+        if (!events_.isGood()) {
+            inputEnded();
+            return;
+        }
+        if (lines_.empty()) return;
         const InputLine line = std::move(lines_.front());
         lines_.pop_front();
         serve(line);

@@ -1,19 +1,12 @@
-#include "Platform/Security/SecKey.h"
 #include "tools/challenge/Actions.h"
 #include "tools/challenge/Session.h"
-
-#include <CLI/CLI.hpp>
-
-#include <iostream>
+#include "tools/common/InputFile.h"
+#include "tools/common/Tool.h"
 
 namespace {
 
 using namespace korvane;
 using namespace korvane::challenge;
-
-constexpr int kDone = 0;
-constexpr int kNotDone = 1;
-constexpr int kWrongUsage = 2;
 
 std::string footer() {
     return "It writes an authenticationRequest event, reads one line with the answer's values "
@@ -38,10 +31,10 @@ void define(CLI::App& app, Options& options) {
     app.add_option("--ds-certificate", options.directoryServerCertificate,
                    "Its certificate for device data, in DER.")
         ->required()
-        ->check(CLI::ExistingFile);
+        ->check(tools::notEmpty());
     app.add_option("--ds-root", options.directoryServerRoot, "The root of the ACS's chain, in DER.")
         ->required()
-        ->check(CLI::ExistingFile);
+        ->check(tools::notEmpty());
     app.add_option("--message-version", options.messageVersion, "Version of the protocol's messages.")
         ->capture_default_str();
     app.add_option("--timeout", options.timeout, "Time for the whole challenge, in minutes.")
@@ -49,13 +42,14 @@ void define(CLI::App& app, Options& options) {
         ->check(CLI::Range(std::int64_t{0}, std::int64_t{1000000}));
     app.add_option("--locale", options.locale, "Locale for the device data.")->capture_default_str();
     app.add_option("--ca", options.certificateAuthority, "A further authority for HTTPS, in PEM.")
-        ->check(CLI::ExistingFile);
+        ->check(tools::notEmpty());
     app.add_flag("--log", options.isLogging, "Print the library's log lines on standard error.");
     app.footer(footer());
 }
 
 TransactionCerts certificatesOf(const Options& options) {
-    return {contentsOfFile(options.directoryServerCertificate), contentsOfFile(options.directoryServerRoot),
+    const auto contents = [](const std::string& path) { return toBytes(tools::readInputFile(path)); };
+    return {contents(options.directoryServerCertificate), contents(options.directoryServerRoot),
             options.algorithm == "EC" ? CertAlgorithm::EC : CertAlgorithm::RSA, options.directoryServer};
 }
 
@@ -64,11 +58,12 @@ int run(const Options& options) {
     TransactionCerts certificates = certificatesOf(options);
     NativePlatform platform;
     if (!options.certificateAuthority.empty())
-        platform.addCertificateAuthorities(std::string(asText(contentsOfFile(options.certificateAuthority))));
+        platform.addCertificateAuthorities(tools::readInputFile(options.certificateAuthority));
     const auto session = std::make_shared<Session>(platform, options, std::move(certificates), events);
     platform.dispatch().mainQueue().async([session] { session->begin(); });
     platform.runMain();
-    return session->hasEnded() && events.isGood() ? kDone : kNotDone;
+    if (!events.isGood()) tools::complain("korvane-challenge", "The output cannot be written.");
+    return session->hasEnded() && events.isGood() ? tools::kDone : tools::kNotDone;
 }
 
 } // namespace
@@ -78,13 +73,5 @@ int main(int argc, char** argv) {
     CLI::App app("Plays a cardholder without a screen: the library's own challenge screens as JSON lines.",
                  "korvane-challenge");
     define(app, options);
-    try {
-        app.parse(argc, argv);
-        return run(options);
-    } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? kDone : kWrongUsage;
-    } catch (const CFError& error) {
-        std::cerr << "korvane-challenge: " << error.localizedDescription() << '\n';
-        return kWrongUsage;
-    }
+    return tools::runTool(app, argc, argv, [&] { return run(options); });
 }

@@ -3,6 +3,7 @@
 #include "Platform/JSON.h"
 #include "Platform/Security/Secret.h"
 #include "tools/common/InputError.h"
+#include "tools/common/Terminal.h"
 #include "tools/jose/OperationTable.h"
 
 #include <optional>
@@ -66,9 +67,8 @@ JSON answerTo(const Line& line) {
 bool serveBatch(std::istream& in, std::ostream& out) {
     while (const std::optional<Line> line = readLine(*in.rdbuf())) {
         const SecretJSON answer(answerTo(*line));
-        // Words of other libraries may hold anything; an answer is UTF-8 all the same.
-        std::string text = answer->dump(-1, ' ', false, JSON::error_handler_t::replace);
-        out << text << '\n' << std::flush;
+        std::string text = jsonLine(*answer);
+        out << text << std::flush;
         cleanse(text);
         if (!out) return false;
     }

@@ -1,21 +1,19 @@
+#include "tools/common/Tool.h"
 #include "tools/jose/Batch.h"
 #include "tools/jose/Inspect.h"
 #include "tools/jose/OperationTable.h"
 
-#include <CLI/CLI.hpp>
-
+#include <ios>
 #include <iostream>
 
 namespace {
 
 using namespace korvane::jose;
-
-constexpr int kDone = 0;
-constexpr int kNotDone = 1;
-constexpr int kWrongUsage = 2;
+using korvane::tools::kDone;
+using korvane::tools::kNotDone;
 
 int complain(const std::string& text) {
-    std::cerr << "korvane-jose: " << text << '\n';
+    korvane::tools::complain("korvane-jose", text);
     return kNotDone;
 }
 
@@ -30,7 +28,11 @@ int inspectForPerson(const std::string& compact) {
 
 int serve() {
     std::ios::sync_with_stdio(false);
-    return serveBatch(std::cin, std::cout) ? kDone : complain("The output cannot be written.");
+    try {
+        return serveBatch(std::cin, std::cout) ? kDone : complain("The output cannot be written.");
+    } catch (const std::ios_base::failure& failure) {
+        return complain("The input cannot be read: " + failure.code().message() + ".");
+    }
 }
 
 } // namespace
@@ -49,10 +51,6 @@ int main(int argc, char** argv) {
     CLI::App* inspecting =
         app.add_subcommand("inspect", "Describes a compact JWE or JWS without opening it.");
     inspecting->add_option("COMPACT", compact, "The message.")->required();
-    try {
-        app.parse(argc, argv);
-    } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? kDone : kWrongUsage;
-    }
-    return *inspecting ? inspectForPerson(compact) : serve();
+    return korvane::tools::runTool(app, argc, argv,
+                                   [&] { return *inspecting ? inspectForPerson(compact) : serve(); });
 }

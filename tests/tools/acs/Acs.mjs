@@ -12,9 +12,9 @@ export class Acs {
     acs.child = spawn(program, args, { stdio: ["ignore", "pipe", "inherit"] });
     acs.closed = once(acs.child, "close");
     acs.events = [];
-    const lines = createInterface({ input: acs.child.stdout });
-    lines.on("line", (line) => acs.events.push(JSON.parse(line)));
-    await Promise.race([once(lines, "line"), acs.closed]);
+    acs.lines = createInterface({ input: acs.child.stdout });
+    acs.lines.on("line", (line) => acs.events.push(JSON.parse(line)));
+    await Promise.race([once(acs.lines, "line"), acs.closed]);
     if (acs.events.length === 0) throw new Error(`korvane-acs ended without a line: ${await acs.closed}`);
     acs.listening = acs.events[0];
     acs.url = acs.listening.url;

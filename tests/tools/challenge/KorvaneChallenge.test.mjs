@@ -1,7 +1,6 @@
 // Whole challenges by the library's own screens against the test ACS, over real HTTPS.
 
 import { strict as assert } from "node:assert";
-import { spawnSync } from "node:child_process";
 import { mkdtempSync, readFileSync, rmSync, writeFileSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
@@ -286,13 +285,4 @@ suite("lines that cannot be served", () => {
     await expectEnd(cardholder, await cardholder.act("submit", { data: "1234" }), completed("Y"));
     assert.equal(screen.event, "screen");
   }));
-
-  test("wrong usage ends with 2 and a reason", () => {
-    for (const args of [[], ["--directory-server", "A", "--algorithm", "X"],
-      ["--directory-server", "A", "--algorithm", "EC", "--ds-certificate", "none", "--ds-root", "none"]]) {
-      const { status, stderr } = spawnSync(process.env.KORVANE_CHALLENGE, args, { encoding: "utf8" });
-      assert.equal(status, 2);
-      assert.notEqual(stderr, "");
-    }
-  });
 });

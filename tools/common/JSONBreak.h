@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace korvane::tools {
+
+/// Where a text stops being JSON that the tools read, and why.
+struct JSONBreak {
+    /// In bytes from 0; the length of the text where it only lacks its end.
+    std::size_t position = 0;
+    /// A sentence.
+    std::string reason;
+};
+
+/// @param text  one that `JSONSerialization::jsonObject` gives no value for.
+[[nodiscard]] JSONBreak findJSONBreak(std::string_view text);
+
+} // namespace korvane::tools
