@@ -20,6 +20,7 @@ before(async () => {
   taken = await Acs.start(["--pki", at("pki")]);
   mkdirSync(at("folder"));
   writeFileSync(at("text"), "text");
+  writeFileSync(at("half"), "-----BEGIN CERTIFICATE-----\nAAAA\n");
   const spoil = (copy, spoiled) => {
     cpSync(at("pki"), at(copy), { recursive: true });
     spoiled(join(at(copy)));
@@ -77,6 +78,11 @@ const rows = [
   ["an unknown algorithm", challenge({ "--algorithm": "X" }), 2, /--algorithm/],
   ["a certificate that is not there", challenge({ "--ds-certificate": at("absent") }), 2, /absent: .*No such file/],
   ["a folder for a certificate", challenge({ "--ds-certificate": at("folder") }), 2, /folder: .*Is a directory/],
+  ["an RSA certificate under EC", challenge({ "--ds-certificate": at("pki/device-data-rsa.der") }), 2, /The certificate has no EC key/],
+  ["an EC certificate under RSA", challenge({ "--algorithm": "RSA" }), 2, /The certificate has no RSA key/],
+  ["a root that is no certificate", challenge({ "--ds-root": at("text") }), 2, /text: This is no certificate, neither in DER nor in PEM/],
+  ["an authority that is none", challenge({ "--ca": at("text") }), 2, /text: This is no certificate/],
+  ["a certificate that lacks its end", challenge({ "--ca": at("half") }), 2, /half: The last certificate lacks its end/],
   ["an empty root", challenge({ "--ds-root": "/dev/null" }), 2, /\/dev\/null: The file is empty/],
   ["a folder for an authority", challenge({ "--ca": at("folder") }), 2, /folder: .*Is a directory/],
   ["a time that is no number", challenge({ "--timeout": "nan" }), 2, /--timeout/],

@@ -10,14 +10,14 @@ struct Options {
     std::string directoryServer;
     /// "EC" or "RSA": the kind of key in the directory server's certificate.
     std::string algorithm;
-    /// Files in DER.
+    /// Files in DER or PEM, as the last one below.
     std::string directoryServerCertificate;
     std::string directoryServerRoot;
     std::string messageVersion = "2.2.0";
     /// For the whole challenge, in minutes.
     std::int64_t timeout = 5;
     std::string locale = "en-US";
-    /// A file in PEM with a further authority for HTTPS; empty for none.
+    /// Further authorities for HTTPS; empty for none.
     std::string certificateAuthority;
     bool isLogging = false;
 };

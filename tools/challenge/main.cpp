@@ -1,6 +1,6 @@
 #include "tools/challenge/Actions.h"
+#include "tools/challenge/Certificates.h"
 #include "tools/challenge/Session.h"
-#include "tools/common/InputFile.h"
 #include "tools/common/Tool.h"
 
 namespace {
@@ -29,10 +29,10 @@ void define(CLI::App& app, Options& options) {
         ->required()
         ->check(CLI::IsMember({"EC", "RSA"}));
     app.add_option("--ds-certificate", options.directoryServerCertificate,
-                   "Its certificate for device data, in DER.")
+                   "Its certificate for device data, in DER or PEM.")
         ->required()
         ->check(tools::notEmpty());
-    app.add_option("--ds-root", options.directoryServerRoot, "The root of the ACS's chain, in DER.")
+    app.add_option("--ds-root", options.directoryServerRoot, "The root of the ACS's chain, in DER or PEM.")
         ->required()
         ->check(tools::notEmpty());
     app.add_option("--message-version", options.messageVersion, "Version of the protocol's messages.")
@@ -41,16 +41,18 @@ void define(CLI::App& app, Options& options) {
         ->capture_default_str()
         ->check(CLI::Range(std::int64_t{0}, std::int64_t{1000000}));
     app.add_option("--locale", options.locale, "Locale for the device data.")->capture_default_str();
-    app.add_option("--ca", options.certificateAuthority, "A further authority for HTTPS, in PEM.")
+    app.add_option("--ca", options.certificateAuthority, "Further authorities for HTTPS, in DER or PEM.")
         ->check(tools::notEmpty());
     app.add_flag("--log", options.isLogging, "Print the library's log lines on standard error.");
     app.footer(footer());
 }
 
 TransactionCerts certificatesOf(const Options& options) {
-    const auto contents = [](const std::string& path) { return toBytes(tools::readInputFile(path)); };
-    return {contents(options.directoryServerCertificate), contents(options.directoryServerRoot),
-            options.algorithm == "EC" ? CertAlgorithm::EC : CertAlgorithm::RSA, options.directoryServer};
+    const bool isEC = options.algorithm == "EC";
+    const SecKeyType type = isEC ? SecKeyType::kSecAttrKeyTypeEC : SecKeyType::kSecAttrKeyTypeRSA;
+    return {readCertificate(options.directoryServerCertificate, type),
+            readCertificate(options.directoryServerRoot), isEC ? CertAlgorithm::EC : CertAlgorithm::RSA,
+            options.directoryServer};
 }
 
 int run(const Options& options) {
@@ -58,7 +60,7 @@ int run(const Options& options) {
     TransactionCerts certificates = certificatesOf(options);
     NativePlatform platform;
     if (!options.certificateAuthority.empty())
-        platform.addCertificateAuthorities(tools::readInputFile(options.certificateAuthority));
+        platform.addCertificateAuthorities(readAuthorities(options.certificateAuthority));
     const auto session = std::make_shared<Session>(platform, options, std::move(certificates), events);
     platform.dispatch().mainQueue().async([session] { session->begin(); });
     platform.runMain();

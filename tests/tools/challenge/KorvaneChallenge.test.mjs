@@ -61,6 +61,14 @@ suite("the five kinds", () => {
         assert.equal(received(acs, "CReq")[1].challengeDataEntry, "12");
       }));
 
+  test("certificates in the other of their two forms", () => withAcs("text", async (acs) => {
+    const swapped = Cardholder.options(acs).map((word) => word.replace(/(der|pem)$/, (form) => (form === "der" ? "pem" : "der")));
+    const cardholder = new Cardholder(swapped);
+    await cardholder.authenticate(acs);
+    assert.equal((await cardholder.next()).event, "screen");
+    await expectEnd(cardholder, await cardholder.act("submit", { data: "1234" }), completed("Y"));
+  }));
+
   test("one option of three, the wrong one first", () => withAcs("singleSelect", async (acs) => {
     const cardholder = await Cardholder.begin(acs);
     assert.deepEqual(cardholder.first.options,

@@ -1,0 +1,82 @@
+#include "tools/challenge/Certificates.h"
+
+#include "Crypt/DataExtensions.h"
+#include "Platform/Security/SecCertificate.h"
+#include "tools/common/InputFile.h"
+#include "tools/common/UsageError.h"
+
+#include <string_view>
+#include <vector>
+
+namespace korvane::challenge {
+
+namespace {
+
+constexpr std::string_view kBegin = "-----BEGIN CERTIFICATE-----";
+constexpr std::string_view kEnd = "-----END CERTIFICATE-----";
+
+[[noreturn]] void fail(const std::string& path, const std::string& reason) {
+    throw tools::UsageError(path + ": " + reason);
+}
+
+std::string withoutSpace(std::string_view text) {
+    std::string rest(text);
+    std::erase_if(rest, [](char character) {
+        return std::string_view(" \t\r\n").find(character) != std::string_view::npos;
+    });
+    return rest;
+}
+
+std::string pemOf(const Bytes& der) {
+    constexpr std::size_t kLineLength = 64;
+    std::string pem = std::string(kBegin) + "\n";
+    const std::string text = base64EncodedString(der);
+    for (std::size_t start = 0; start < text.size(); start += kLineLength)
+        pem += text.substr(start, kLineLength) + "\n";
+    return pem + std::string(kEnd) + "\n";
+}
+
+/// The certificates of a file as DER: one, or those of a PEM text.
+std::vector<Bytes> readCertificates(const std::string& path) {
+    const std::string content = tools::readInputFile(path);
+    std::vector<Bytes> certificates;
+    std::size_t begin = content.find(kBegin);
+    if (begin == std::string::npos) certificates.push_back(toBytes(content));
+    for (; begin != std::string::npos; begin = content.find(kBegin, begin)) {
+        begin += kBegin.size();
+        const std::size_t end = content.find(kEnd, begin);
+        if (end == std::string::npos) fail(path, "The last certificate lacks its end.");
+        auto der = fromBase64(withoutSpace(std::string_view(content).substr(begin, end - begin)));
+        certificates.push_back(std::move(der).value_or(Bytes()));
+        begin = end;
+    }
+    for (const Bytes& der : certificates)
+        if (!SecCertificateCreateWithData(der))
+            fail(path, "This is no certificate, neither in DER nor in PEM.");
+    return certificates;
+}
+
+} // namespace
+
+Bytes readCertificate(const std::string& path) {
+    return readCertificates(path).front();
+}
+
+Bytes readCertificate(const std::string& path, SecKeyType type) {
+    Bytes der = readCertificate(path);
+    const auto key = SecCertificateCopyKey(SecCertificateCreateWithData(der).value());
+    const bool isFit = key && SecKeyCopyAttributes(*key).kSecAttrKeyType == type;
+    if (!isFit)
+        fail(path, std::string("The certificate has no ") +
+                       (type == SecKeyType::kSecAttrKeyTypeRSA ? "RSA" : "EC") + " key.");
+    return der;
+}
+
+std::string readAuthorities(const std::string& path) {
+    std::string pem;
+    for (const Bytes& der : readCertificates(path))
+        pem += pemOf(der);
+    return pem;
+}
+
+} // namespace korvane::challenge
