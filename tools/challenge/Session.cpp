@@ -7,6 +7,7 @@
 #include "tools/challenge/Actions.h"
 #include "tools/challenge/ScreenText.h"
 #include "tools/common/Arguments.h"
+#include "tools/common/JSONBreak.h"
 #include "tools/common/Terminal.h"
 
 #include <iostream>
@@ -138,7 +139,7 @@ void Session::serve(const InputLine& line) {
         }
         if (line.kind == InputLine::Kind::tooLong) throw Refusal("The line has more than 1 MiB.");
         const auto object = JSONSerialization::jsonObject(line.text);
-        if (!object || !object->is_object()) throw Refusal("The line is not one JSON object.");
+        if (!object || !object->is_object()) throw Refusal(tools::complaintAboutLine(line.text));
         if (turn_ == Turn::application)
             startChallenge(*object);
         else

@@ -74,4 +74,11 @@ JSONBreak findJSONBreak(std::string_view text) {
             "This nests deeper than " + std::to_string(JSONSerialization::kDepthLimit) + " levels."};
 }
 
+std::string complaintAboutLine(std::string_view line) {
+    const std::string complaint = "The line is not one JSON object.";
+    if (JSONSerialization::jsonObject(line)) return complaint;
+    const JSONBreak at = findJSONBreak(line);
+    return complaint + " Byte " + std::to_string(at.position + 1) + ": " + at.reason;
+}
+
 } // namespace korvane::tools

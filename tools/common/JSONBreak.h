@@ -17,4 +17,8 @@ struct JSONBreak {
 /// @param text  one that `JSONSerialization::jsonObject` gives no value for.
 [[nodiscard]] JSONBreak findJSONBreak(std::string_view text);
 
+/// What is to be said of a line of input that is not one JSON object: where it breaks, bytes counted from 1,
+/// unless it is another JSON value.
+[[nodiscard]] std::string complaintAboutLine(std::string_view line);
+
 } // namespace korvane::tools

@@ -3,6 +3,7 @@
 #include "Platform/JSON.h"
 #include "Platform/Security/Secret.h"
 #include "tools/common/InputError.h"
+#include "tools/common/JSONBreak.h"
 #include "tools/common/Terminal.h"
 #include "tools/jose/OperationTable.h"
 
@@ -41,7 +42,7 @@ JSON performed(const Line& line) {
         throw InputError(InputErrorCase::lineTooLong, Description{"The line has more than 64 MiB."});
     std::optional<JSON> read = JSONSerialization::jsonObject(asText(line.text));
     if (!read || !read->is_object())
-        throw InputError(InputErrorCase::notJSON, Description{"The line is not one JSON object."});
+        throw InputError(InputErrorCase::notJSON, Description{complaintAboutLine(asText(line.text))});
     const SecretJSON object(std::move(*read));
     JSON answer{{"ok", true}};
     answer.update(performLine(*object));

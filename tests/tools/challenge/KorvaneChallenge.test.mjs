@@ -268,7 +268,8 @@ suite("lines that cannot be served", () => {
     const request = await cardholder.next();
     cardholder.write("{");
     cardholder.write({ acsTransId: "1" });
-    assert.deepEqual(await cardholder.next(), { event: "error", message: "The line is not one JSON object." });
+    assert.deepEqual(await cardholder.next(),
+      { event: "error", message: "The line is not one JSON object. Byte 2: This is not JSON." });
     assert.deepEqual(await cardholder.next(), { event: "error", message: "\"acsTransId\" is not known here." });
     const { event, ...values } = request;
     const { deviceData, ...answer } = JSON.parse((await acs.post("/authenticate", JSON.stringify(values))).body);

@@ -128,7 +128,7 @@ suite("bad lines are answered by name, and the next line is served", () => {
     suppPubInfo: "" };
   const es256 = { op: "jws.sign", alg: "ES256", key: jwkOf(ec["P-256"].privateKey), payload };
   const rows = [
-    { name: "no JSON", line: "{\"op\":", error: "notJSON", says: "JSON object" },
+    { name: "no JSON", line: "{\"op\":", error: "notJSON", says: "JSON object. Byte 7: This is not JSON" },
     { name: "an empty line", line: "", error: "notJSON", says: "JSON object" },
     { name: "an array", line: "[]", error: "notJSON", says: "JSON object" },
     { name: "bytes that are not UTF-8", line: Buffer.from('{"op":"\u00ff"}', "latin1"), error: "notJSON",
