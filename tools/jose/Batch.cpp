@@ -65,15 +65,17 @@ JSON answerTo(const Line& line) {
 
 } // namespace
 
-bool serveBatch(std::istream& in, std::ostream& out) {
+BatchEnd serveBatch(std::istream& in, std::ostream& out) {
+    auto end = BatchEnd::allServed;
     while (const std::optional<Line> line = readLine(*in.rdbuf())) {
         const SecretJSON answer(answerTo(*line));
         std::string text = jsonLine(*answer);
         out << text << std::flush;
         cleanse(text);
-        if (!out) return false;
+        if (!out) return BatchEnd::outputLost;
+        if (!(*answer)["ok"].get<bool>()) end = BatchEnd::someRefused;
     }
-    return true;
+    return end;
 }
 
 } // namespace korvane::jose

@@ -29,7 +29,12 @@ int inspectForPerson(const std::string& compact) {
 int serve() {
     std::ios::sync_with_stdio(false);
     try {
-        return serveBatch(std::cin, std::cout) ? kDone : complain("The output cannot be written.");
+        switch (serveBatch(std::cin, std::cout)) {
+        case BatchEnd::allServed: return kDone;
+        case BatchEnd::someRefused: return kNotDone;
+        case BatchEnd::outputLost: break;
+        }
+        return complain("The output cannot be written.");
     } catch (const std::ios_base::failure& failure) {
         return complain("The input cannot be read: " + failure.code().message() + ".");
     }
@@ -46,7 +51,7 @@ int main(int argc, char** argv) {
     app.footer("Operations and their members; bytes are Base64URL without padding, a key is a JWK, {\"pem\": "
                "...} or "
                "{\"cert\": ...}:\n" +
-               operationHelp());
+               operationHelp() + "\nExit: 0 when all was done, 1 when something was not, 2 on wrong usage.");
     std::string compact;
     CLI::App* inspecting =
         app.add_subcommand("inspect", "Describes a compact JWE or JWS without opening it.");

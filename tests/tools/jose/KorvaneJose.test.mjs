@@ -27,7 +27,7 @@ const sealing = { op: "jwe.encrypt", alg: "dir", enc: "A128CBC-HS256", key: oct,
 
 let batch;
 before(() => { batch = new Batch(); });
-after(async () => assert.equal(await batch.close(), 0, "the exit code after the end of the input"));
+after(async () => assert.equal(await batch.close(), 1, "the exit code, since lines were refused"));
 
 suite("published results", () => {
   test("ecdh and concatKdf agree with RFC 7518 appendix C", async () => {
@@ -218,7 +218,7 @@ suite("bad lines are answered by name, and the next line is served", () => {
   test("a last line without an end is answered", async () => {
     const last = new Batch();
     assert.equal((await last.askLast("{}")).error, "InputError.missingMember");
-    assert.equal(await last.close(), 0);
+    assert.equal(await last.close(), 1);
   });
 });
 
@@ -256,5 +256,8 @@ suite("the command line", () => {
     assert.match(stdout, /inspect/);
     assert.match(stdout, /jwe\.encrypt alg enc key payload \[header\]/);
   });
-  test("no input is a job that is done", () => assert.equal(run().status, 0));
+  test("no input is a job that is done, and so is a line that is served", () => {
+    assert.equal(run().status, 0);
+    assert.equal(spawnSync(program, { input: JSON.stringify(sealing) }).status, 0);
+  });
 });
