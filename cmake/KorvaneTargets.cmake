@@ -20,21 +20,36 @@ function(korvane_precompile target)
         <nlohmann/json.hpp>)
 endfunction()
 
-# korvane_layer(<name> SOURCES <file>... [USES <layer>...] [LIBRARIES <private library>...])
-# Includes are written from the tree's root ("Crypt/JWE.h"). LIBRARIES are for the layer's own .cpp files;
-# nlohmann_json is public, since headers hold JSON values.
+# korvane_layer(<name> FOLDERS <folder>... SOURCES <file>... [USES <layer>...] [LIBRARIES <private library>...])
+# Includes are written from the tree's root ("Crypt/JWE.h"), but a layer does not see the tree: it sees a folder of links
+# to its own headers, those that lie in FOLDERS, and the folders of the layers that it names. An include of anything else
+# is no file to the compiler. LIBRARIES are for the layer's own .cpp files; nlohmann_json is public, since headers hold
+# JSON values.
 function(korvane_layer name)
-    cmake_parse_arguments(LAYER "" "" "SOURCES;USES;LIBRARIES" ${ARGN})
+    cmake_parse_arguments(LAYER "" "" "FOLDERS;SOURCES;USES;LIBRARIES" ${ARGN})
+    set(root "${PROJECT_BINARY_DIR}/layers/${name}")
+    korvane_link_headers("${root}" ${LAYER_FOLDERS})
     add_library(korvane_${name} OBJECT ${LAYER_SOURCES})
     add_library(Korvane::${name} ALIAS korvane_${name})
     set_target_properties(korvane_${name} PROPERTIES
         POSITION_INDEPENDENT_CODE ON CXX_EXTENSIONS OFF KORVANE_LIBRARIES "${LAYER_LIBRARIES}")
-    target_include_directories(korvane_${name} PUBLIC "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>")
+    target_include_directories(korvane_${name} PUBLIC "$<BUILD_INTERFACE:${root}>")
     target_link_libraries(korvane_${name} PUBLIC nlohmann_json::nlohmann_json
         PRIVATE korvane_flags ${LAYER_LIBRARIES})
     korvane_precompile(korvane_${name})
     foreach(used IN LISTS LAYER_USES)
         target_link_libraries(korvane_${name} PRIVATE korvane_${used})
+    endforeach()
+endfunction()
+
+# korvane_link_headers(<root> <folder>...): under a root, a link to every header that lies in one of the tree's folders.
+function(korvane_link_headers root)
+    foreach(folder IN LISTS ARGN)
+        file(GLOB headers RELATIVE "${PROJECT_SOURCE_DIR}" CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/${folder}/*.h")
+        file(MAKE_DIRECTORY "${root}/${folder}")
+        foreach(header IN LISTS headers)
+            file(CREATE_LINK "${PROJECT_SOURCE_DIR}/${header}" "${root}/${header}" SYMBOLIC)
+        endforeach()
     endforeach()
 endfunction()
 
