@@ -17,7 +17,7 @@ struct HashRow {
 template <std::size_t Length, void (*Digest)(ByteView, std::span<std::uint8_t, Length>)>
 SecretBytes digestBy(ByteView data) {
     SecretBytes octets(Length);
-    Digest(data, std::span(octets).first<Length>());
+    Digest(data, std::span(octets).template first<Length>());
     return octets;
 }
 

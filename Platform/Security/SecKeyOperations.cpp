@@ -107,7 +107,7 @@ struct MessageDigest {
 
     template <std::size_t Length>
     void set(void (*digest)(ByteView, std::span<std::uint8_t, Length>), ByteView message) {
-        digest(message, std::span(bytes).first<Length>());
+        digest(message, std::span(bytes).template first<Length>());
         length = Length;
     }
 };
