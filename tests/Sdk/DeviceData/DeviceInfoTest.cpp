@@ -14,7 +14,7 @@ TEST(DeviceInfo, WritesWhatIsThereInTheDocumentsOrder) {
     info.securityWarning = {"SW1", "SW4"};
     info.notAvailableDeviceParameters = StringTable{{"C013", "RE04"}};
     info.deviceData = {{"C009", "a \"quoted\"\nname \u00E9"}};
-    EXPECT_EQ(info.jsonString(), "{\"DV\":\"1.4\",\"DD\":{\"C009\":\"a \\\"quoted\\\"\\u000aname \u00E9\"},"
+    EXPECT_EQ(info.jsonString(), "{\"DV\":\"1.4\",\"DD\":{\"C009\":\"a \\\"quoted\\\"\\nname \u00E9\"},"
                                  R"("DPNA":{"C013":"RE04"},"SW":["SW1","SW4"]})");
 }
 
