@@ -15,8 +15,9 @@ namespace korvane {
 namespace {
 
 constexpr std::string_view kCode = "4815162342";
+constexpr const char* kHeader = "Said in this test alone";
 /// A piece of the message that no text of the screen has in it.
-constexpr std::string_view kOfTheMessage = R"("challengeInfoHeader":"Confirm)";
+constexpr std::string_view kOfTheMessage = R"("challengeInfoHeader":"Said in this test alone)";
 
 /// The ACS in a process of its own for each request, so that nothing of what it opens and seals is in this
 /// one.
@@ -73,7 +74,9 @@ void playChallenge(Secrets& secrets) {
     const DistantAcs distant(application);
     application.acs.furtherAnswers = [](SimulatedAcs& acs) {
         const bool isFirst = acs.requests().back().sdkCounterStoA == "000";
-        return acs.respond(isFirst ? acs.screen("01") : acs.ending("Y"));
+        JSON json = isFirst ? acs.screen("01") : acs.ending("Y");
+        if (isFirst) json["challengeInfoHeader"] = kHeader;
+        return acs.respond(json);
     };
     application.peer.transaction->doChallenge(
         application.parameters,
