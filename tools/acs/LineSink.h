@@ -9,11 +9,11 @@
 
 namespace korvane::acs {
 
-/// Lines on their way to a file, a pipe or a terminal. A thread of its own writes them, so that who has
-/// something to say never waits for who reads it. Any thread.
+/// Lines on their way to a file, a pipe or a terminal. Who has something to say never waits for who reads it:
+/// what is not taken at once is left to a thread of its own. Any thread.
 class LineSink {
 public:
-    /// @param file  a descriptor, which must stay open.
+    /// @param file  a descriptor, of which a copy is made.
     /// @param name  of what it leads to, for the one complaint on stderr when it takes no more.
     LineSink(int file, std::string name);
     LineSink(const LineSink&) = delete;
@@ -21,14 +21,16 @@ public:
     /// Waits for what is under way, for two seconds at most.
     ~LineSink();
 
-    /// Takes a line with its end. Beyond 16 MiB that wait, lines are dropped until the reader has caught up;
-    /// a `dropped` event in their place says how many.
+    /// Takes a line with its end; it is out on return if all before it are and there is room. Beyond 16 MiB
+    /// that wait, lines are dropped until the reader has caught up; a `dropped` event in their place says how
+    /// many.
     void write(std::string_view line);
 
 private:
     void run();
     [[nodiscard]] std::string next();
-    [[nodiscard]] bool put(std::string_view text);
+    [[nodiscard]] std::string_view putAtOnce(std::string_view text) const;
+    [[nodiscard]] bool put(std::string_view text) const;
     [[nodiscard]] bool waitUntilReady() const;
 
     const int file_;
@@ -39,6 +41,8 @@ private:
     std::condition_variable changed_;
     std::string waiting_;
     std::size_t droppedLines_ = 0;
+    /// Whether the thread has lines in hand.
+    bool isWriting_ = false;
     bool isEnding_ = false;
     bool hasEnded_ = false;
     std::thread writer_;
