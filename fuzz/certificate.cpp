@@ -40,7 +40,7 @@ bool isKnown(const SecCertificate& certificate) {
     const auto key = SecCertificateCopyKey(certificate);
     if (!key) return false;
     const SecretBytes bytes = SecKeyCopyExternalRepresentation(*key);
-    return bytes == SecKeyCopyExternalRepresentation(keys().rsaPublic) ||
+    return bytes == SecKeyCopyExternalRepresentation(SecKeyCopyPublicKey(keys().rsaLeafPrivate)) ||
            bytes == SecKeyCopyExternalRepresentation(keys().ecPublicSecKey) || bytes == kRootKey;
 }
 

@@ -43,7 +43,8 @@ std::optional<std::string> signedAnew(const JWS& jws) {
     const bool isEc = curveType(*algorithm).has_value();
     JWSHeader header = jws.header();
     header.setX5c(std::vector{isEc ? certificates().ecText : certificates().rsaText});
-    const auto signer = Signer::make(*algorithm, isEc ? keys().ecPrivateSecKey : keys().rsaPrivate).value();
+    const auto signer =
+        Signer::make(*algorithm, isEc ? keys().ecPrivateSecKey : keys().rsaLeafPrivate).value();
     return attempt<JOSEError>([&] { return JWS(header, jws.payload(), signer).compactSerializedString(); });
 }
 

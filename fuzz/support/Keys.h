@@ -7,10 +7,12 @@
 
 namespace korvane::fuzzing {
 
-/// The fixed keys that the seeds are made with. They protect nothing. The RSA key has 1024 bits, for speed.
+/// The fixed keys that the seeds are made with. They protect nothing. The first RSA key has 1024 bits, for
+/// speed; that of the certificate has 2048, since a chain is refused with fewer.
 struct Keys {
     SecKey rsaPrivate;
     SecKey rsaPublic;
+    SecKey rsaLeafPrivate;
     /// Bob's key pair of RFC 7518 appendix C, as a JWK and as platform keys.
     ECPrivateKey ec;
     ECPublicKey ecPublic;
