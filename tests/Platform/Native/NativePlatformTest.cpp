@@ -24,6 +24,7 @@ using testing::IsSupersetOf;
 using testing::Not;
 
 TEST(NativePlatform, IsThePlatformOfTheProcessWhileItLives) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
     {
         NativePlatform platform;
         EXPECT_EQ(&Platform::current(), &platform);
