@@ -4,6 +4,7 @@
 #include "Sdk/Service/ThreeDS2Service.h"
 #include "bench/Silence.h"
 #include "tests/support/PlayedAcs.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <algorithm>
 #include <chrono>

@@ -3,6 +3,7 @@
 #include "Platform/Native/NativeUserDefaults.h"
 #include "tests/support/PlayedAcs.h"
 #include "tests/support/ScriptedDevice.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace korvane::bench {
 

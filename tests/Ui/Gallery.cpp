@@ -20,12 +20,6 @@ std::string written(const CGRect& rect) {
     return text.str();
 }
 
-std::string shownText(const UIView& view) {
-    if (const auto* label = dynamic_cast<const UILabel*>(&view)) return label->text();
-    if (const auto* text = dynamic_cast<const UITextView*>(&view)) return text->text();
-    return {};
-}
-
 struct Leaf {
     const UIView* view;
     CGRect frame; ///< in the screen's coordinates
@@ -137,20 +131,6 @@ CRes bareCRes(UiType kind) {
                       &CRes::expandInfoLabel, &CRes::resendInformationLabel})
         (cRes.*part).reset();
     return cRes;
-}
-
-std::string dumped(const UIView& view, int depth) {
-    std::ostringstream line;
-    line << std::string(static_cast<std::size_t>(depth) * 2, ' ')
-         << kKinds[static_cast<std::size_t>(view.kind())];
-    if (!view.accessibilityIdentifier().empty()) line << ' ' << view.accessibilityIdentifier();
-    line << ' ' << written(view.frame());
-    if (const auto text = shownText(view); !text.empty()) line << " \"" << text << '"';
-    if (view.isHidden()) line << " hidden";
-    line << '\n';
-    for (const auto& inner : view.subviews())
-        line << dumped(*inner, depth + 1);
-    return line.str();
 }
 
 std::vector<std::string> geometryFaults(const UIView& screen) {

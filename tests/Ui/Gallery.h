@@ -26,9 +26,6 @@ struct GalleryScreen {
 [[nodiscard]] CRes longCRes(UiType kind);
 [[nodiscard]] CRes bareCRes(UiType kind);
 
-/// A tree of views, one a line: kind, identifier, frame in its superview, and the text that it shows.
-[[nodiscard]] std::string dumped(const UIView& view, int depth = 0);
-
 /// What is wrong with where the views of a screen lie: leaves that overlap, leaves beyond the screen's sides,
 /// texts with less room than they need. Empty if all is well.
 [[nodiscard]] std::vector<std::string> geometryFaults(const UIView& screen);

@@ -1,12 +1,5 @@
 #include "tests/Ui/Gallery.h"
 
-#include "tests/support/Files.h"
-
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
-
 namespace korvane {
 namespace {
 
@@ -14,7 +7,6 @@ using testing::IsEmpty;
 
 constexpr UiType kKinds[] = {UiType::TEXT, UiType::SINGLE_SELECT, UiType::MULTI_SELECT, UiType::OOB,
                              UiType::HTML_OTHER};
-constexpr const char* kFiles[] = {"text.txt", "singleSelect.txt", "multiSelect.txt", "oob.txt", "html.txt"};
 
 class Gallery : public ScreenTest {
 protected:
@@ -25,19 +17,6 @@ protected:
                                                                                     : on.orientation());
     }
 };
-
-TEST_F(Gallery, EveryScreenLooksAsItsDumpSays) {
-    const bool isToBeWritten = std::getenv("KORVANE_WRITE_GALLERY") != nullptr;
-    for (std::size_t kind = 0; kind < std::size(kKinds); ++kind) {
-        std::ostringstream dumps;
-        for (const GalleryScreen& on : galleryScreens())
-            dumps << "# " << on.name << '\n' << dumped(*showOn(on, fullCRes(kKinds[kind]))->view()) << '\n';
-        const std::string text = dumps.str();
-        const std::string file = (std::filesystem::path(KORVANE_GALLERY) / kFiles[kind]).string();
-        if (isToBeWritten) std::ofstream(file) << text;
-        EXPECT_EQ(text, readFile(file)) << kFiles[kind];
-    }
-}
 
 TEST_F(Gallery, NothingOverlapsOrLacksRoomOnAnyScreenOpenOrClosed) {
     struct Row {

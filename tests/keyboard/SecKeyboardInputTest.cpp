@@ -5,7 +5,6 @@
 #include "keyboard/KeyboardClasses.h"
 #include "keyboard/KeyboardStyles.h"
 
-#include <fstream>
 
 namespace korvane {
 namespace {
@@ -124,21 +123,21 @@ TEST(SecKeyboardInput, TurnedDeviceIsTypedOnAtOnce) {
 TEST(SecKeyboardInputDeathTest, MissingResourcesEndTheProcess) {
     const TemporaryFolder empty, framework("Frameworks/Korvane.framework");
     Device device;
-    device.platform.script().mainBundlePath = empty.path.string();
+    device.platform.script().mainBundlePath = empty.path();
     EXPECT_DEATH(static_cast<void>(keyboardImage("x")), "Cannot access KorvaneResources.bundle!");
-    device.platform.script().mainBundlePath = framework.path.string();
+    device.platform.script().mainBundlePath = framework.path();
     EXPECT_DEATH(static_cast<void>(keyboardImage("x")), "KorvaneResources.bundle not found!");
 }
 
 TEST(SecKeyboardInputDeathTest, ScenesMayHoldAKeyboardButNotItsParts) {
     const TemporaryFolder folder;
-    std::ofstream(folder.path / "Keyboards.json") << R"({"scenes": {
+    folder.write("Keyboards.json", asBytes(R"({"scenes": {
         "keys": {"class": "UIViewController", "view": {"subviews": [{"class": "CustomKeyboard"}]}},
         "bar": {"class": "UIViewController", "view": {"subviews": [{"class": "CustomToolBar"}]}},
-        "input": {"class": "SecKeyboardInputViewController", "view": {}}}})";
+        "input": {"class": "SecKeyboardInputViewController", "view": {}}}})"));
     const Device device;
     registerKeyboardClasses();
-    const UIStoryboard storyboard("Keyboards", NSBundle::bundleWithPath(folder.path.string()));
+    const UIStoryboard storyboard("Keyboards", NSBundle::bundleWithPath(folder.path()));
     const auto load = [&](const char* scene) { return storyboard.instantiateViewController(scene)->view(); };
     EXPECT_NE(std::dynamic_pointer_cast<CustomKeyboard>(load("keys")->subviews().front()), nullptr);
     for (const char* scene : {"bar", "input"})

@@ -4,25 +4,9 @@
 #include "Crypt/EC.h"
 #include "Crypt/JWE.h"
 #include "Crypt/JWS.h"
-#include "Platform/UUID.h"
 
-#include <fstream>
 
 namespace korvane {
-
-TemporaryFolder::TemporaryFolder()
-    : path_(std::filesystem::temp_directory_path() / ("korvane-" + makeUUIDString())) {
-    std::filesystem::create_directories(path_);
-}
-
-TemporaryFolder::~TemporaryFolder() {
-    std::error_code error;
-    std::filesystem::remove_all(path_, error);
-}
-
-void TemporaryFolder::write(const std::string& name, ByteView bytes) const {
-    std::ofstream(path_ / name, std::ios::binary) << asText(bytes);
-}
 
 SecretBytes peerKey(const ECPrivateKey& own, const ECPublicKey& theirs, const std::string& partyVInfo) {
     const Bytes suppPubInfo{0, 0, 1, 0};

@@ -6,7 +6,6 @@
 #include "Sdk/SecureChannel/KeysContainer.h"
 #include "tests/support/TestPki.h"
 
-#include <filesystem>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,21 +13,6 @@
 namespace korvane {
 
 inline constexpr const char* kReferenceNumber = "3DS_LOA_SDK_QXRV_020200_00417";
-
-/// A folder of its own that goes with the test.
-class TemporaryFolder {
-public:
-    TemporaryFolder();
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-    ~TemporaryFolder();
-
-    [[nodiscard]] std::string path() const { return path_.string(); }
-    void write(const std::string& name, ByteView bytes) const;
-
-private:
-    std::filesystem::path path_;
-};
 
 /// The key that both sides derive, put together from its inputs once more.
 [[nodiscard]] SecretBytes peerKey(const ECPrivateKey& own, const ECPublicKey& theirs,

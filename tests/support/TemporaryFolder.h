@@ -1,11 +1,12 @@
 #pragma once
 
-#include <gtest/gtest.h>
+#include "Platform/Bytes.h"
+#include "Platform/UUID.h"
 
 #include <filesystem>
-#include <stdexcept>
-#include <stdlib.h>
+#include <fstream>
 #include <string>
+#include <system_error>
 
 namespace korvane {
 
@@ -13,16 +14,24 @@ namespace korvane {
 class TemporaryFolder {
 public:
     explicit TemporaryFolder(const std::filesystem::path& inside = {}) {
-        std::string name = testing::TempDir() + "korvane-XXXXXX";
-        if (!mkdtemp(name.data())) throw std::runtime_error("no temporary folder");
-        path = name;
-        std::filesystem::create_directories(path / inside);
+        std::filesystem::create_directories(path_ / inside);
     }
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-    ~TemporaryFolder() { std::filesystem::remove_all(path); }
+    ~TemporaryFolder() {
+        std::error_code error;
+        std::filesystem::remove_all(path_, error);
+    }
 
-    std::filesystem::path path;
+    [[nodiscard]] std::string path() const { return path_.string(); }
+
+    void write(const std::string& name, ByteView bytes) const {
+        std::ofstream(path_ / name, std::ios::binary) << asText(bytes);
+    }
+
+private:
+    const std::filesystem::path path_ =
+        std::filesystem::temp_directory_path() / ("korvane-" + makeUUIDString());
 };
 
 } // namespace korvane

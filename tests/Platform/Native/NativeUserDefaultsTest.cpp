@@ -1,6 +1,7 @@
 #include "Platform/Native/NativeUserDefaults.h"
 
 #include "tests/support/Files.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 
@@ -21,14 +22,6 @@ namespace fs = std::filesystem;
 
 class UserDefaults : public testing::Test {
 protected:
-    UserDefaults() {
-        std::string pattern = testing::TempDir() + "defaults-XXXXXX";
-        root = mkdtemp(pattern.data());
-        file = root / "made" / "on demand" / "defaults.json";
-    }
-
-    ~UserDefaults() override { fs::remove_all(root); }
-
     void write(const std::string& text) const {
         fs::create_directories(file.parent_path());
         std::ofstream(file, std::ios::binary) << text;
@@ -39,8 +32,9 @@ protected:
         return NativeUserDefaults(file).valueForKey(key);
     }
 
-    fs::path root;
-    fs::path file;
+    const TemporaryFolder folder;
+    const fs::path root = folder.path();
+    const fs::path file = root / "made" / "on demand" / "defaults.json";
 };
 
 /// Runs `work` in a process of its own.

@@ -7,7 +7,6 @@
 #include "tests/support/Failures.h"
 #include "tests/support/TemporaryFolder.h"
 
-#include <fstream>
 
 namespace korvane {
 namespace {
@@ -56,9 +55,7 @@ protected:
         UIStoryboard::registerClass<AwakeButton>("AwakeButton");
     }
 
-    void write(const std::string& name, const std::string& text) {
-        std::ofstream(folder + "/" + name, std::ios::binary) << text;
-    }
+    void write(const std::string& name, const std::string& text) { temporary.write(name, asBytes(text)); }
     UIStoryboard storyboard(const std::string& json) {
         write("Screens.json", json);
         return UIStoryboard("Screens", NSBundle::bundleWithPath(folder));
@@ -68,7 +65,7 @@ protected:
     }
 
     const TemporaryFolder temporary;
-    const std::string folder = temporary.path.string();
+    const std::string folder = temporary.path();
 };
 
 TEST_F(Storyboard, AControllerComesWithItsViewsOutletsAndConstraints) {

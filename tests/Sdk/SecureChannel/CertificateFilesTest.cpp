@@ -1,6 +1,7 @@
 #include "Crypt/DataExtensions.h"
 #include "tests/Sdk/SecureChannel/ChannelSupport.h"
 #include "tests/support/ScriptedDevice.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 

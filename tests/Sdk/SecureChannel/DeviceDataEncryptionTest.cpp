@@ -1,6 +1,7 @@
 #include "Crypt/EC.h"
 #include "Crypt/JWE.h"
 #include "tests/Sdk/SecureChannel/ChannelSupport.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 

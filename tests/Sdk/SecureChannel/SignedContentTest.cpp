@@ -2,6 +2,7 @@
 #include "Crypt/JWS.h"
 #include "Sdk/SecureChannel/AcsSignedContent.h"
 #include "tests/Sdk/SecureChannel/ChannelSupport.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 

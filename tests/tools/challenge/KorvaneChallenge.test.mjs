@@ -4,7 +4,7 @@ import { strict as assert } from "node:assert";
 import { mkdtempSync, readFileSync, rmSync, writeFileSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
-import { after, suite, test } from "node:test";
+import { after, before, suite, test } from "node:test";
 
 import { Acs } from "../acs/Acs.mjs";
 import { Cardholder } from "./Cardholder.mjs";
@@ -13,7 +13,11 @@ const folder = mkdtempSync(join(tmpdir(), "korvane-challenge-"));
 after(() => rmSync(folder, { recursive: true }));
 
 const pki = join(folder, "pki");
+before(async () => (await Acs.start(["--pki", pki])).stop()); // or several at once would make its files
 const shipped = (name) => JSON.parse(readFileSync(join(process.env.KORVANE_SCENARIOS, `${name}.json`)));
+
+/** Most of the time a challenge waits: several run side by side. */
+const sideBySide = { concurrency: 4 };
 
 let count = 0;
 /** Runs against an ACS that plays a scenario; both must end well. */
@@ -39,7 +43,7 @@ const expectEnd = async (cardholder, event, ending, code = 0) => {
 };
 const completed = (status) => ({ event: "completed", transactionStatus: status });
 
-suite("the five kinds", () => {
+suite("the five kinds", sideBySide, () => {
   for (const algorithm of ["EC", "RSA"])
     for (const messageVersion of ["2.1.0", "2.2.0"])
       test(`a code, wrong and then right: ${algorithm} under ${messageVersion}`, () => withAcs("text", async (acs) => {
@@ -126,7 +130,7 @@ suite("the five kinds", () => {
   }));
 });
 
-suite("typing", () => {
+suite("typing", sideBySide, () => {
   const asking = (accepts, attempts = 3) => {
     const scenario = shipped("text");
     scenario.steps[0].accepts.challengeDataEntry = [accepts];
@@ -165,7 +169,7 @@ suite("typing", () => {
   }));
 });
 
-suite("endings", () => {
+suite("endings", sideBySide, () => {
   test("cancelled, by the button and by the end of the input", async () => {
     for (const isByInput of [false, true])
       await withAcs("text", async (acs) => {
@@ -209,7 +213,7 @@ suite("endings", () => {
   }));
 });
 
-suite("faults after the first screen", () => {
+suite("faults after the first screen", sideBySide, () => {
   const protocol = (errorCode) => ({ event: "protocolError", errorCode });
   const runtime = { event: "runtimeError", errorCode: "-1" };
   const rows = [
@@ -244,11 +248,12 @@ suite("faults after the first screen", () => {
         const cardholder = await Cardholder.begin(acs);
         await expectEnd(cardholder, await cardholder.act("continue"), ending);
         assert.deepEqual(received(acs, "Erro").map(({ errorCode }) => errorCode), erro ? [erro] : []);
+        assert.equal(received(acs, "CReq").length, 2, "nothing is sent twice");
       });
     });
 });
 
-suite("an ACS that is silent for too long after the first screen: the screens go, and no ending is told", () => {
+suite("an ACS that is silent for too long after the first screen: the screens go, and no ending is told", sideBySide, () => {
   const rows = [{ fault: { name: "noAnswer" }, erros: ["101"] }, { fault: { name: "slowAnswer", seconds: 11 }, erros: [] }];
   for (const { fault, erros } of rows)
     test(fault.name, () => {
