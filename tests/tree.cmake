@@ -30,3 +30,10 @@ add_test(NAME tree.readmeShowsWhatIsCompiled
         "${PROJECT_SOURCE_DIR}/README.md" "${CMAKE_CURRENT_SOURCE_DIR}/package/qt/consumer.cpp")
 add_test(NAME tree.includesKeepTheirFences
     COMMAND "${NODE}" "${CMAKE_CURRENT_SOURCE_DIR}/tree/fences.mjs" "${PROJECT_SOURCE_DIR}")
+
+# Sources look as .clang-format says. Others than the version that the machines of the project have may say otherwise.
+find_program(CLANG_FORMAT NAMES clang-format-14 clang-format REQUIRED)
+add_test(NAME tree.isFormatted
+    COMMAND sh -c "find Platform Crypt Sdk keyboard Ui tools examples tests fuzz bench -name '*.h' -o -name '*.cpp' |
+        xargs '${CLANG_FORMAT}' --dry-run -Werror"
+    WORKING_DIRECTORY "${PROJECT_SOURCE_DIR}")

@@ -1,9 +1,9 @@
 #include "Sdk/DeviceData/DeviceDataCollection.h"
 
 #include "Platform/DecimalText.h"
+#include "Platform/LetterCase.h"
 #include "Platform/Text.h"
 #include "Sdk/DeviceData/DeviceIdentity.h"
-#include "Platform/LetterCase.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 #include "Sdk/DeviceData/DeviceIdentity.h"
 
-#include "Platform/UUID.h"
 #include "Platform/LetterCase.h"
+#include "Platform/UUID.h"
 
 namespace korvane {
 

@@ -44,8 +44,8 @@ public:
     /// @param logger  receives the log lines of the whole process; null silences them.
     /// @param locale  for the device data.
     void initialize(std::shared_ptr<const ConfigParameters> configParameters,
-                    std::shared_ptr<const UiCustomization> uiCustomization, std::shared_ptr<IKorvaneLogger> logger,
-                    Locale locale);
+                    std::shared_ptr<const UiCustomization> uiCustomization,
+                    std::shared_ptr<IKorvaneLogger> logger, Locale locale);
 
     /// The same with places for the screens' controls; null for the library's own. The shorter form leaves
     /// the places of an earlier call.

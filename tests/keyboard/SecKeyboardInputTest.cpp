@@ -5,7 +5,6 @@
 #include "keyboard/KeyboardClasses.h"
 #include "keyboard/KeyboardStyles.h"
 
-
 namespace korvane {
 namespace {
 

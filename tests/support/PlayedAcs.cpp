@@ -5,7 +5,6 @@
 #include "Crypt/JWE.h"
 #include "Crypt/JWS.h"
 
-
 namespace korvane {
 
 SecretBytes peerKey(const ECPrivateKey& own, const ECPublicKey& theirs, const std::string& partyVInfo) {

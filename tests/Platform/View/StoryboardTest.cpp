@@ -7,7 +7,6 @@
 #include "tests/support/Failures.h"
 #include "tests/support/TemporaryFolder.h"
 
-
 namespace korvane {
 namespace {
 
