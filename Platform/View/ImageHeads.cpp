@@ -1,4 +1,4 @@
-#include "Platform/View/UIImage.h"
+#include "Platform/View/ImageHeads.h"
 
 #include <algorithm>
 #include <array>
@@ -18,8 +18,12 @@ double bigEndian(ByteView data, std::size_t at, std::size_t length) {
     return number;
 }
 
-std::optional<CGSize> nonEmpty(double width, double height) {
-    return width > 0 && height > 0 ? std::optional(CGSize{width, height}) : std::nullopt;
+/// A size that can be drawn; what is no number is none.
+std::optional<CGSize> drawable(double width, double height) {
+    constexpr double kShortest = 0.01;
+    constexpr double kLongest = 4096;
+    const auto isSide = [](double side) { return side >= kShortest && side <= kLongest; };
+    return isSide(width) && isSide(height) ? std::optional(CGSize{width, height}) : std::nullopt;
 }
 
 /// W3C PNG, section 11.2.2: the header chunk comes first.
@@ -27,14 +31,14 @@ std::optional<CGSize> pngSize(ByteView data) {
     using namespace std::string_view_literals;
     if (data.size() < 24 || !asText(data).starts_with("\x89PNG\r\n\x1A\n"sv)) return std::nullopt;
     if (asText(data).substr(12, 4) != "IHDR") return std::nullopt;
-    return nonEmpty(bigEndian(data, 16, 4), bigEndian(data, 20, 4));
+    return drawable(bigEndian(data, 16, 4), bigEndian(data, 20, 4));
 }
 
 /// GIF89a, section 18: little-endian.
 std::optional<CGSize> gifSize(ByteView data) {
     const std::string_view head = asText(data);
     if (data.size() < 10 || (!head.starts_with("GIF87a") && !head.starts_with("GIF89a"))) return std::nullopt;
-    return nonEmpty(data[6] + data[7] * 256, data[8] + data[9] * 256);
+    return drawable(data[6] + data[7] * 256, data[8] + data[9] * 256);
 }
 
 /// Whether a marker begins a frame (ITU-T T.81, table B.1).
@@ -53,7 +57,7 @@ std::optional<CGSize> jpegSize(ByteView data) {
         }
         if (isFrameMarker(data[at + 1])) {
             if (at + 9 > data.size()) return std::nullopt;
-            return nonEmpty(bigEndian(data, at + 7, 2), bigEndian(data, at + 5, 2));
+            return drawable(bigEndian(data, at + 7, 2), bigEndian(data, at + 5, 2));
         }
         at += 2 + static_cast<std::size_t>(bigEndian(data, at + 2, 2));
     }
@@ -88,7 +92,7 @@ std::optional<CGSize> svgSize(ByteView data) {
     if (start == std::string_view::npos) return std::nullopt;
     const std::string_view tag = head.substr(start, head.find('>', start) - start);
     if (const auto size =
-            nonEmpty(leadingNumber(attribute(tag, "width")), leadingNumber(attribute(tag, "height"))))
+            drawable(leadingNumber(attribute(tag, "width")), leadingNumber(attribute(tag, "height"))))
         return size;
 
     std::string_view box = attribute(tag, "viewBox");
@@ -100,14 +104,22 @@ std::optional<CGSize> svgSize(ByteView data) {
         number = leadingNumber(box);
         box.remove_prefix(std::min(box.find_first_of(" ,\t\r\n"), box.size()));
     }
-    return nonEmpty(numbers[2], numbers[3]);
+    return drawable(numbers[2], numbers[3]);
 }
 
 } // namespace
 
-std::optional<CGSize> encodedImageSize(ByteView data) {
-    for (const auto read : {pngSize, jpegSize, gifSize, svgSize})
-        if (const auto size = read(data)) return size;
+std::optional<ImageHead> imageHead(ByteView data) {
+    struct Row {
+        UIImageFormat format;
+        std::optional<CGSize> (*size)(ByteView data);
+    };
+    constexpr Row kRows[] = {{UIImageFormat::png, pngSize},
+                             {UIImageFormat::jpeg, jpegSize},
+                             {UIImageFormat::gif, gifSize},
+                             {UIImageFormat::svg, svgSize}};
+    for (const Row& row : kRows)
+        if (const auto size = row.size(data)) return ImageHead{row.format, *size};
     return std::nullopt;
 }
 

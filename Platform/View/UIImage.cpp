@@ -22,13 +22,17 @@ constexpr std::array kImageFiles{ImageFile{"", "svg", 1}, ImageFile{"@3x", "png"
 
 } // namespace
 
-std::shared_ptr<const UIImage> UIImage::make(Bytes data) {
-    const auto size = encodedImageSize(data);
-    if (!size) return nullptr;
-    const std::shared_ptr<UIImage> image(new UIImage);
-    image->data_ = std::make_shared<const Bytes>(std::move(data));
-    image->size_ = *size;
+std::shared_ptr<UIImage> UIImage::make(std::optional<Bytes> data, UIImageOrigin origin) {
+    const auto head = data ? imageHead(*data) : std::nullopt;
+    if (!head) return nullptr;
+    std::shared_ptr<UIImage> image(new UIImage);
+    image->encoded_ = std::make_shared<const EncodedImage>(EncodedImage{std::move(*data), *head, origin});
+    image->size_ = head->size;
     return image;
+}
+
+std::shared_ptr<const UIImage> UIImage::make(Bytes data) {
+    return make(decodablePart(std::move(data)), UIImageOrigin::network);
 }
 
 std::shared_ptr<const UIImage> UIImage::named(const std::string& name, const NSBundle& bundle) {
@@ -37,12 +41,11 @@ std::shared_ptr<const UIImage> UIImage::named(const std::string& name, const NSB
         const auto path = bundle.URLForResource(name + std::string(file.suffix), std::string(file.extension));
         if (!path) continue;
         const auto load = [&](Bytes data) -> UIImagePtr {
-            const auto plain = make(std::move(data));
-            if (!plain) return nullptr;
-            const std::shared_ptr<UIImage> image(new UIImage(*plain));
+            const auto image = make(std::move(data), UIImageOrigin::bundle);
+            if (!image) return nullptr;
             image->name_ = name;
-            image->size_ = {plain->size_.width / file.pixelsPerPoint,
-                            plain->size_.height / file.pixelsPerPoint};
+            image->size_.width /= file.pixelsPerPoint;
+            image->size_.height /= file.pixelsPerPoint;
             return image;
         };
         try {
@@ -65,10 +68,6 @@ std::shared_ptr<const UIImage> UIImage::withRenderingMode(UIImageRenderingMode m
     const std::shared_ptr<UIImage> image(new UIImage(*this));
     image->renderingMode_ = mode;
     return image;
-}
-
-ByteView UIImage::data() const noexcept {
-    return data_ ? ByteView(*data_) : ByteView();
 }
 
 } // namespace korvane

@@ -3,6 +3,7 @@
 #include "Platform/Bytes.h"
 #include "Platform/CGGeometry.h"
 #include "Platform/NSBundle.h"
+#include "Platform/View/ImageHeads.h"
 #include "Platform/View/UIColor.h"
 
 #include <memory>
@@ -13,11 +14,23 @@ namespace korvane {
 
 enum class UIImageRenderingMode { automatic, alwaysOriginal, alwaysTemplate };
 
+/// Whom a picture's bytes come from: what anybody may have made is decoded apart and within a time.
+enum class UIImageOrigin { network, bundle };
+
+/// The bytes of a picture, and what a decoder has to know of them. Never SVG from the network, which can name
+/// files and cost without bounds.
+struct EncodedImage {
+    Bytes bytes;
+    ImageHead head;
+    UIImageOrigin origin = UIImageOrigin::network;
+};
+
 /// A picture that a renderer can draw: encoded bytes or one plain colour. Immutable; any thread.
 class UIImage {
 public:
-    /// An image of PNG, JPEG, GIF or SVG bytes at one point per pixel, or null for anything whose head is
-    /// none of them. The rest of the bytes is the renderer's to judge.
+    /// An image that came over the network, at one point per pixel, or null for bytes of which
+    /// `decodablePart` leaves none. Whether they decode is the renderer's to find out, which draws nothing
+    /// otherwise.
     [[nodiscard]] static std::shared_ptr<const UIImage> make(Bytes data);
 
     /// The bundle's file `name` with one of the extensions svg, png, jpg (where `name@2x` and `name@3x` stand
@@ -35,24 +48,22 @@ public:
     [[nodiscard]] UIImageRenderingMode renderingMode() const noexcept { return renderingMode_; }
     /// The name under which it was found; empty for others.
     [[nodiscard]] const std::string& name() const noexcept { return name_; }
-    /// The encoded bytes; empty for an image of one colour.
-    [[nodiscard]] ByteView data() const noexcept;
+    /// Null for an image of one colour; the same for all rendering modes.
+    [[nodiscard]] const std::shared_ptr<const EncodedImage>& encoded() const noexcept { return encoded_; }
     [[nodiscard]] const std::optional<UIColor>& color() const noexcept { return color_; }
 
 private:
     UIImage() = default;
 
+    static std::shared_ptr<UIImage> make(std::optional<Bytes> data, UIImageOrigin origin);
+
     std::string name_;
-    std::shared_ptr<const Bytes> data_;
+    std::shared_ptr<const EncodedImage> encoded_;
     std::optional<UIColor> color_;
     CGSize size_;
     UIImageRenderingMode renderingMode_ = UIImageRenderingMode::automatic;
 };
 
 using UIImagePtr = std::shared_ptr<const UIImage>;
-
-/// Width and height in pixels as the head of a PNG, JPEG, GIF or SVG file tells them; no value for other
-/// bytes and for empty pictures.
-[[nodiscard]] std::optional<CGSize> encodedImageSize(ByteView data);
 
 } // namespace korvane

@@ -222,7 +222,7 @@ QQuickItem* PartFactory::makeContent(const UIView& view, ViewItem& in) {
     const Row* const row = rowOf(view.kind());
     if (!row) return nullptr;
     QQuickItem* part = nullptr;
-    if (view.kind() == UIViewKind::image) part = new Picture(&in);
+    if (view.kind() == UIViewKind::image) part = new Picture(pictures_, &in);
     if (view.kind() == UIViewKind::webView)
         part = new WebPage(engine_, std::static_pointer_cast<WKWebView>(in.view()), &in);
     if (!part) part = make(row->file, in);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Qt/Parts/PictureLoader.h"
 #include "Platform/View/UIView.h"
 
 #include <QQmlComponent>
@@ -39,6 +40,7 @@ private:
     [[nodiscard]] QQuickItem* create(const std::string& file);
 
     QQmlEngine& engine_;
+    PictureLoader pictures_;
     std::map<std::string, std::unique_ptr<QQmlComponent>> components_;
 };
 

@@ -2,8 +2,6 @@
 
 #include "Platform/Qt/Parts/Values.h"
 
-#include <QBuffer>
-#include <QImageReader>
 #include <QPainter>
 
 #include <algorithm>
@@ -12,17 +10,11 @@ namespace korvane {
 
 namespace {
 
-/// A picture of the network's may say that it is larger; it is not drawn in more pixels than this.
+/// However large it is drawn, no drawing is made in more pixels than this.
 constexpr int kLongestSide = 4096;
 
-/// Decoded in the pixels that it is drawn in, if that is fewer; null for bytes that are no picture.
-QImage decoded(const UIImage& image, QSize pixels) {
-    QByteArray bytes(reinterpret_cast<const char*>(image.data().data()),
-                     static_cast<qsizetype>(image.data().size()));
-    QBuffer buffer(&bytes);
-    QImageReader reader(&buffer);
-    reader.setScaledSize(pixels.boundedTo({kLongestSide, kLongestSide}));
-    return reader.read();
+bool isForeign(const UIImagePtr& image) {
+    return image && image->encoded() && image->encoded()->origin == UIImageOrigin::network;
 }
 
 QImage tinted(QImage image, const QColor& tint) {
@@ -35,8 +27,9 @@ QImage tinted(QImage image, const QColor& tint) {
 
 } // namespace
 
-Picture::Picture(QQuickItem* parent) : QQuickPaintedItem(parent) {
+Picture::Picture(PictureLoader& loader, QQuickItem* parent) : QQuickPaintedItem(parent), loader_(loader) {
     setAntialiasing(true);
+    connect(&loader_, &PictureLoader::loaded, this, &Picture::takeLoaded);
 }
 
 void Picture::show(const UIImagePtr& image, UIViewContentMode mode, const QColor& tint,
@@ -46,7 +39,15 @@ void Picture::show(const UIImagePtr& image, UIViewContentMode mode, const QColor
     mode_ = mode;
     tint_ = tint;
     style_ = style;
+    loaded_ = {};
+    takeLoaded();
     update();
+}
+
+void Picture::takeLoaded() {
+    if (!isForeign(image_) || !loaded_.isNull()) return;
+    loaded_ = loader_.picture(image_->encoded());
+    if (!loaded_.isNull()) update();
 }
 
 /// Where the image goes; outside of the item it is cut off.
@@ -75,8 +76,12 @@ void Picture::paint(QPainter* painter) {
         return;
     }
     const qreal density = painter->device()->devicePixelRatioF();
-    QImage image = decoded(*image_, (rect.size() * density).toSize().expandedTo({1, 1}));
+    const QSize pixels =
+        (rect.size() * density).toSize().expandedTo({1, 1}).boundedTo({kLongestSide, kLongestSide});
+    QImage image = isForeign(image_) ? loaded_ : decoded(*image_->encoded(), pixels);
     if (image.isNull()) return;
+    if (image.width() > pixels.width() && image.height() > pixels.height())
+        image = image.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     if (isTemplate) image = tinted(std::move(image), tint_);
     painter->setRenderHint(QPainter::SmoothPixmapTransform);
     painter->drawImage(rect, image);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Qt/Parts/PictureLoader.h"
 #include "Platform/View/UIImage.h"
 #include "Platform/View/UITraitCollection.h"
 #include "Platform/View/UIViewTypes.h"
@@ -10,12 +11,13 @@
 namespace korvane {
 
 /// Draws one image into its item, as the content mode says; drawings (SVG) in the screen's own resolution.
-/// Main queue only.
+/// The network's appear once they are loaded. Main queue only.
 class Picture final : public QQuickPaintedItem {
     Q_OBJECT
 
 public:
-    explicit Picture(QQuickItem* parent);
+    /// @param loader  outlives the item.
+    Picture(PictureLoader& loader, QQuickItem* parent);
 
     /// @param image  null for none. One that is rendered as a template has the tint's colour.
     void show(const UIImagePtr& image, UIViewContentMode mode, const QColor& tint,
@@ -25,7 +27,10 @@ public:
 
 private:
     [[nodiscard]] QRectF target() const;
+    void takeLoaded();
 
+    PictureLoader& loader_;
+    QImage loaded_; // of an image of the network
     UIImagePtr image_;
     UIViewContentMode mode_ = UIViewContentMode::scaleToFill;
     QColor tint_;

@@ -1,5 +1,9 @@
+#include "Platform/Qt/Parts/PictureLoader.h"
 #include "tests/Platform/Qt/QtScreenTest.h"
 
+#include <QBuffer>
+
+#include <algorithm>
 #include <ctime>
 
 namespace korvane {
@@ -11,6 +15,27 @@ std::string repeated(std::string_view piece, std::size_t times) {
     while (times-- > 0)
         text += piece;
     return text;
+}
+
+/// A picture as a file of a format.
+Bytes encoded(const QImage& picture, const char* format) {
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    EXPECT_TRUE(buffer.open(QIODevice::WriteOnly) && picture.save(&buffer, format));
+    return {bytes.begin(), bytes.end()};
+}
+
+/// A palette's 256 colours, each beside others, so that they blend to many more.
+QImage motley(QSize size) {
+    QImage picture(size, QImage::Format_Indexed8);
+    QList<QRgb> colours;
+    for (int index = 0; index < 256; ++index)
+        colours.append(qRgb(index, 255 - index, index * 3 % 256));
+    picture.setColorTable(colours);
+    for (int y = 0; y < size.height(); ++y)
+        for (int x = 0; x < size.width(); ++x)
+            picture.setPixel(x, y, static_cast<uint>(x * 7 + y * 13) % 256);
+    return picture;
 }
 
 class HostileContent : public QtScreenTest {
@@ -64,6 +89,56 @@ TEST_F(HostileContent, ALongTextIsDrawnAndMeasuredAsFarAsAnEllipsis) {
     EXPECT_TRUE(drawn.endsWith(u"word…"));
     EXPECT_NEAR(screen->challengeInfoText->contentSize().height,
                 texts.front()->property("contentHeight").toDouble(), 30);
+}
+
+TEST_F(HostileContent, ALogoIsDrawnOnceItIsThere) {
+    QImage plain(300, 100, QImage::Format_RGB32);
+    plain.fill(qRgb(255, 255, 0));
+    for (const char* format : {"PNG", "JPEG"}) {
+        SCOPED_TRACE(format);
+        const auto screen = showAs<ChallengeNativeViewController>(fullCRes(UiType::OOB));
+        screen->bankLogo->setImage(UIImage::make(encoded(plain, format)));
+        const QPoint middle = middleOf(*screen->bankLogo.get());
+        EXPECT_TRUE(waitFor([&] {
+            const QRgb pixel = host->picture().pixel(middle);
+            return qRed(pixel) > 250 && qGreen(pixel) > 250 && qBlue(pixel) < 5;
+        }));
+    }
+}
+
+TEST_F(HostileContent, APaletteIsScaledInItsColours) {
+    constexpr QSize kSmaller{90, 40};
+    constexpr int (*kChannels[])(QRgb) = {qRed, qGreen, qBlue};
+    const QImage picture = motley({256, 128});
+    const QImage expected = picture.convertToFormat(QImage::Format_RGB32)
+                                .scaled(kSmaller, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    const QImage shown = decoded(*UIImage::make(encoded(picture, "PNG"))->encoded(), kSmaller);
+    ASSERT_EQ(shown.size(), kSmaller);
+    int largest = 0;
+    for (int y = 0; y < kSmaller.height(); ++y)
+        for (int x = 0; x < kSmaller.width(); ++x)
+            for (const auto channel : kChannels)
+                largest =
+                    std::max(largest, std::abs(channel(shown.pixel(x, y)) - channel(expected.pixel(x, y))));
+    EXPECT_LE(largest, 2);
+}
+
+TEST_F(HostileContent, ALogoIsDecodedOnceInTimeAndBesideTheMainQueue) {
+    const auto image = [](QSize size) { return UIImage::make(encoded(motley(size), "PNG"))->encoded(); };
+    Bytes broken = encoded(motley({64, 64}), "PNG");
+    broken.resize(broken.size() / 2);
+    const auto damaged = UIImage::make(broken)->encoded();
+    const auto small = image({2, 2}), large = image({2048, 4096});
+    PictureLoader late(std::chrono::milliseconds(0));
+    PictureLoader loader;
+    EXPECT_TRUE(late.picture(small).isNull());
+    EXPECT_TRUE(loader.picture(damaged).isNull());
+    EXPECT_TRUE(loader.picture(large).isNull());
+    ASSERT_TRUE(waitFor([&] { return !loader.picture(large).isNull(); }));
+    EXPECT_EQ(loader.picture(large).size(), QSize(512, 1024));
+    EXPECT_EQ(loader.picture(large).cacheKey(), loader.picture(large).cacheKey()) << "decoded again";
+    EXPECT_TRUE(loader.picture(damaged).isNull());
+    EXPECT_TRUE(late.picture(small).isNull());
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 #include "Platform/View/DrawnPart.h"
+#include "Platform/View/ImageHeads.h"
 #include "Platform/View/TextMeasurer.h"
 #include "Platform/View/UIButton.h"
 #include "Platform/View/UINavigationBar.h"
@@ -99,36 +100,115 @@ Bytes bytes(std::string_view text) {
 
 TEST(ImageHead, TellsTheSizeOrThatThereIsNone) {
     using namespace std::string_view_literals;
+    const auto head = [](UIImageFormat format, double width, double height) {
+        return ImageHead{format, {width, height}};
+    };
     struct Row {
         const char* name;
         std::string_view data;
-        std::optional<CGSize> expected;
+        std::optional<ImageHead> expected;
     };
     constexpr auto kPng = "\x89PNG\r\n\x1A\n\0\0\0\rIHDR\0\0\1\x2C\0\0\0\x64\x08\6\0\0\0"sv;
     constexpr auto kJpeg = "\xFF\xD8\xFF\xE0\0\4JF\xFF\xFF\xC4\0\3x\xFF\xC2\0\x11\x08\0\x64\1\x2C\3"sv;
     const std::vector<Row> rows{
-        {"PNG", kPng, CGSize{300, 100}},
+        {"PNG", kPng, head(UIImageFormat::png, 300, 100)},
         {"PNG without its last byte of size", kPng.substr(0, 23), std::nullopt},
         {"PNG with another first chunk", "\x89PNG\r\n\x1A\n\0\0\0\rIDAT\0\0\1\x2C\0\0\0\x64"sv, std::nullopt},
-        {"JPEG behind other segments and a fill byte", kJpeg, CGSize{300, 100}},
+        {"JPEG behind other segments and a fill byte", kJpeg, head(UIImageFormat::jpeg, 300, 100)},
         {"JPEG that ends in its frame", kJpeg.substr(0, 22), std::nullopt},
         {"JPEG with a length beyond the end", "\xFF\xD8\xFF\xE0\xFF\xFFxx"sv, std::nullopt},
         {"JPEG without a frame", "\xFF\xD8\xFF\xD9"sv, std::nullopt},
-        {"GIF", "GIF89a\x2C\1\x64\0\0"sv, CGSize{300, 100}},
+        {"GIF", "GIF89a\x2C\1\x64\0\0"sv, head(UIImageFormat::gif, 300, 100)},
         {"empty GIF", "GIF89a\0\0\x64\0\0"sv, std::nullopt},
-        {"SVG", "<?xml version='1.0'?><svg xmlns='x' width=\"30\" height='10.5px'/>", CGSize{30, 10.5}},
+        {"SVG", "<?xml version='1.0'?><svg xmlns='x' width=\"30\" height='10.5px'/>",
+         head(UIImageFormat::svg, 30, 10.5)},
         {"SVG by its box, stroke widths aside", "<svg stroke-width='2' viewBox='0, 0 24 12'>",
-         CGSize{24, 12}},
-        {"SVG of all the room", "<svg width='100%' height='100%' viewBox='0 0 2 1'>", CGSize{2, 1}},
+         head(UIImageFormat::svg, 24, 12)},
+        {"SVG of all the room", "<svg width='100%' height='100%' viewBox='0 0 2 1'>",
+         head(UIImageFormat::svg, 2, 1)},
         {"SVG without a size", "<svg viewBox='0 0 24'>", std::nullopt},
+        {"SVG as wide as there is", "<svg width='inf' height='1'>", std::nullopt},
+        {"SVG of no number's width", "<svg viewBox='0 0 nan 1'>", std::nullopt},
+        {"SVG as large as can be drawn", "<svg width='4096' height='0.01'>",
+         head(UIImageFormat::svg, 4096, 0.01)},
+        {"SVG wider", "<svg width='4096.1' height='1'>", std::nullopt},
+        {"SVG too low to be seen", "<svg width='1' height='1e-9'>", std::nullopt},
+        {"PNG as large as can be drawn", "\x89PNG\r\n\x1A\n\0\0\0\rIHDR\0\0\x10\0\0\0\x10\0"sv,
+         head(UIImageFormat::png, 4096, 4096)},
+        {"PNG wider", "\x89PNG\r\n\x1A\n\0\0\0\rIHDR\0\0\x10\1\0\0\x10\0"sv, std::nullopt},
         {"SVG that is cut off", "<svg width='3", std::nullopt},
         {"text", "hello", std::nullopt},
         {"nothing", "", std::nullopt},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
-        EXPECT_EQ(encodedImageSize(bytes(row.data)), row.expected);
-        EXPECT_EQ(UIImage::make(bytes(row.data)) != nullptr, row.expected.has_value());
+        EXPECT_EQ(imageHead(bytes(row.data)), row.expected);
+    }
+}
+
+/// A GIF of some pixels a side, whose first frame begins at a place and has the data.
+std::string gif(char side, char left, std::string_view data) {
+    using namespace std::string_literals;
+    const std::string extent = {side, '\0', side, '\0'};
+    return "GIF89a" + extent + "\0\0\0\x21\xFE\2hi\0,"s + left + "\0\0\0"s + extent + "\0\2"s +
+           static_cast<char>(data.size()) + std::string(data) + '\0';
+}
+
+TEST(ForeignImage, IsDecodedAsFarAsItIsBounded) {
+    using namespace std::string_literals;
+    const auto chunk = [](std::string_view type, char length) {
+        return "\0\0\0"s + length + std::string(type) + std::string(static_cast<std::size_t>(length), 'x') +
+               "crc!";
+    };
+    const auto times = [](std::size_t count, std::string_view piece) {
+        std::string all;
+        while (count-- > 0)
+            all += piece;
+        return all;
+    };
+    const std::string png = "\x89PNG\r\n\x1A\n\0\0\0\rIHDR\0\0\0\1\0\0\0\1\x08\3\0\0\0crc!"s;
+    const std::string jpeg = "\xFF\xD8\xFF\xC2\0\x11\x08\0\1\0\1\3xxxxxxxxx"s;
+    // A GIF's data "\x44\1" are codes of three bits: clear, 0, end.
+    const std::string svg = "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'>";
+    constexpr const char* kNone = "";
+    struct Row {
+        const char* name;
+        std::string data;
+        std::string expected; // kNone for none
+    };
+    const std::vector<Row> rows{
+        {"PNG without what is not seen",
+         png + chunk("PLTE", 3) + chunk("zTXt", 9) + chunk("tRNS", 1) + chunk("iCCP", 5) + chunk("IDAT", 4),
+         png + chunk("PLTE", 3) + chunk("tRNS", 1) + chunk("IDAT", 4)},
+        {"PNG that is cut off in a chunk", png + chunk("IDAT", 4) + chunk("IDAT", 4).substr(0, 15),
+         png + chunk("IDAT", 4)},
+        {"PNG without the end of its header", png.substr(0, 32), kNone},
+        {"JPEG with the most scans", jpeg + times(20, "\xFF\xDA"), jpeg + times(20, "\xFF\xDA")},
+        {"JPEG with more, each over the whole picture", jpeg + times(21, "\xFF\xDA"), kNone},
+        {"JPEG with the most comments", jpeg + times(128, "\xFF\xFE\xFF\xE1"),
+         jpeg + times(128, "\xFF\xFE\xFF\xE1")},
+        {"JPEG with more, each put behind all others", jpeg + times(257, "\xFF\xFE"), kNone},
+        {"GIF with one frame of several", gif(1, 0, "\x44\1") + gif(1, 0, "\x44\1").substr(13),
+         gif(1, 0, "\x44\1") + ';'},
+        {"GIF with bytes behind its end", gif(1, 0, "\x44\1\1\1\1\1\1\1\1\1"),
+         gif(1, 0, "\x44\1\1\1\1\1\1\1\1\1") + ';'},
+        {"GIF with more pixels than its frame has", gif(1, 0, "\x04\x0A"), kNone},
+        {"GIF with a code that is not defined", gif(2, 0, "\x3C"), kNone},
+        {"GIF with a frame beside the picture", gif(1, 1, "\x44\1"), kNone},
+        {"GIF that is cut off", gif(1, 0, "\x44\1").substr(0, 30), kNone},
+        {"as many bytes as may be", jpeg + std::string((512 << 10) - jpeg.size(), 'x'),
+         jpeg + std::string((512 << 10) - jpeg.size(), 'x')},
+        {"one byte more", jpeg + std::string((512 << 10) - jpeg.size() + 1, 'x'), kNone},
+        {"SVG that names a file", svg + "<image href='file:///etc/hostname'/></svg>", kNone},
+        {"a compressed file that is called SVG", "\x1F\x8B\x08\x08xxxx\0\3" + svg, kNone},
+        {"another format, with SVG in a comment", "P3 # " + svg + "\n1 1 255 0 0 0", kNone},
+        {"too large", "GIF89a\1\x10\1\0\0\0\0"s, kNone},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        const auto image = UIImage::make(bytes(row.data));
+        ASSERT_EQ(image != nullptr, !row.expected.empty());
+        if (image) EXPECT_EQ(asText(image->encoded()->bytes), row.expected);
     }
 }
 
