@@ -16,6 +16,17 @@ static void loadResources() {
 
 namespace korvane {
 
+namespace {
+
+/// What scripts can take from a page's documents has gaps; the engine itself has none, but knows no such
+/// switch for one page, nor one for TCP.
+void refuseUdpToPages() {
+    constexpr const char* kFlags = "QTWEBENGINE_CHROMIUM_FLAGS";
+    qputenv(kFlags, qgetenv(kFlags) + " --force-webrtc-ip-handling-policy=disable_non_proxied_udp");
+}
+
+} // namespace
+
 struct QtPlatform::Parts {
     QtScreen screen;
     QtDevice device{screen};
@@ -23,13 +34,6 @@ struct QtPlatform::Parts {
     QtTextMeasurer textMeasurer;
     NativeDispatch dispatch{std::make_unique<QtMainLoop>()};
 };
-
-/// What scripts can take from a page's documents has gaps; the engine itself has none, but knows no such
-/// switch for one page, nor one for TCP.
-static void refuseUdpToPages() {
-    constexpr const char* kFlags = "QTWEBENGINE_CHROMIUM_FLAGS";
-    qputenv(kFlags, qgetenv(kFlags) + " --force-webrtc-ip-handling-policy=disable_non_proxied_udp");
-}
 
 void QtPlatform::prepare() {
     refuseUdpToPages();

@@ -82,23 +82,14 @@
         });
     }
 
-    function tell(attributes, entries) {
-        const text = word + JSON.stringify({ ...attributes, fields: fieldsOf(entries) });
-        if (text !== last?.text) console.log(text);
-        last = { attributes, entries, text };
-    }
-
-    // The form's attributes count as they are now; its data as all listeners leave them. Whoever listens last at the window
-    // sees that at once; if the page's listeners stop the event, the end of what runs now does, and the job behind it.
+    // The form's attributes count as they are now; its data as all listeners leave them.
     function onFormData(event) {
         if (!event.isTrusted) return;
-        const { formData, currentTarget: view, target: form } = event;
-        const attributes = attributesOf(form);
-        const job = () => tell(attributes, [...formData]);
-        last = null;
-        view.addEventListener("formdata", job, { once: true });
-        queueMicrotask(job);
-        soon(documentOf(form), job);
+        const attributes = attributesOf(event.target);
+        soon(documentOf(event.target), () => {
+            last = { attributes, entries: [...event.formData] };
+            console.log(word + JSON.stringify({ ...attributes, fields: fieldsOf(last.entries) }));
+        });
     }
 
     // For the application: sends the form that was told last once more, with the data of then.

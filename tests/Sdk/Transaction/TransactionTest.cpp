@@ -97,7 +97,7 @@ TEST_F(TransactionTest, WhatWasEnteredIsKeptThoughItsRequestCannotBeBuilt) {
     peer.interrupt();
     peer.transaction->sendChallengeDataToAcs("5678", std::nullopt);
     EXPECT_EQ(peer.transaction->challengeData(), "1234") << "after an interruption nothing is done";
-    platform_.runUntilIdle();
+    platform_->runUntilIdle();
 }
 
 } // namespace
