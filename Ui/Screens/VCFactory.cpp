@@ -33,7 +33,7 @@ void setTextIfPresent(UILabel& label, const std::optional<std::string>& text) {
 }
 
 /// A failure whose text differs from what the log tells.
-[[noreturn]] void failHtml(const std::string& logged, const std::string& text) {
+[[noreturn]] void failHtml(const LogLines& logged, const std::string& text) {
     KORVANE_LOG(kGetHtml, logged);
     throw SdkError(Case::SDKRuntimeException, text);
 }
@@ -41,9 +41,9 @@ void setTextIfPresent(UILabel& label, const std::optional<std::string>& text) {
 std::string decodedHtml(const std::string& acsHTML) {
     const auto bytes = fromBase64(base64urlToBase64(acsHTML));
     const std::string undecodable = "Can not encode cRes.acsHTML from base64url to base64.";
-    if (!bytes) failHtml(undecodable + "\n" + acsHTML, undecodable);
+    if (!bytes) failHtml({undecodable + "\n" + escapedControls(acsHTML)}, undecodable);
     const std::string noString = "Can not create HTML string from base64 encoded cRes.acsHTML";
-    if (!isUtf8(asText(*bytes))) failHtml(noString, noString + ".");
+    if (!isUtf8(asText(*bytes))) failHtml({noString}, noString + ".");
     return std::string(asText(*bytes));
 }
 

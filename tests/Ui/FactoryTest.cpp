@@ -97,11 +97,12 @@ TEST_F(Factory, ResponsesWithoutAScreenFailWithTheirTextAndKind) {
 
 TEST_F(Factory, TheLogAloneTellsThePageThatCannotBeDecoded) {
     CRes cRes = screenCRes(UiType::HTML_OTHER);
-    cRes.acsHTML = "PGI*";
+    cRes.acsHTML = "PGI*\nforged";
     const RecordingLogger log;
     EXPECT_THROW(static_cast<void>(factory().getViewControllerContainer(cRes)), SdkError);
-    EXPECT_THAT(log.lines(),
-                Contains(HasSubstr("Can not encode cRes.acsHTML from base64url to base64.\nPGI*")));
+    EXPECT_THAT(
+        log.lines(),
+        Contains(HasSubstr("Can not encode cRes.acsHTML from base64url to base64.\nPGI*\\u000aforged")));
 }
 
 /// A bundle with another storyboard than the library's.

@@ -101,22 +101,28 @@ TEST(CertificateTexts, FirstBadOneIsLoggedAndRaised) {
         const char* name;
         std::string text;
         std::string failure;
+        /// How the text is quoted and logged, where that differs.
+        std::string quoted = text;
+        std::string logged = quoted;
     };
     const std::vector<Row> rows{
-        {"line feed behind", good + "\n", notBase64},
+        {"line feed behind", "MAAA\n", notBase64, "MAAA\n", "MAAA\\u000a"},
         {"blank inside", "MA ==", notBase64},
         {"the other alphabet", "-_-_", notBase64},
         {"no padding", "MA", notBase64},
+        {"more than is quoted", std::string(1001, '*'), notBase64, std::string(1000, '*')},
         {"nothing", "", noCertificate},
         {"no certificate", "MAAA", noCertificate},
         {"bytes behind the certificate", base64EncodedString(longer), noCertificate},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
-        expectRaised(SDKRuntimeException, row.failure + row.text,
-                     "KeysContainer.cpp convertStringsToCerts(_:)", [&] {
-                         return KeysContainer::convertStringsToCerts({good, row.text, "later"});
-                     });
+        expectRaised(
+            SDKRuntimeException, row.failure + row.quoted, "KeysContainer.cpp convertStringsToCerts(_:)",
+            [&] {
+                return KeysContainer::convertStringsToCerts({good, row.text, "later"});
+            },
+            row.failure + row.logged);
     }
 }
 
