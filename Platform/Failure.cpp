@@ -24,6 +24,13 @@ std::string localizedDescription(const std::exception& error) {
     return genericDescription(error);
 }
 
+std::string failureName(std::string_view domain, std::string_view name) {
+    std::string text(domain);
+    text += '.';
+    text += name;
+    return text;
+}
+
 void fatalError(std::string_view text) {
     std::fprintf(stderr, "Fatal error: %.*s\n", static_cast<int>(text.size()), text.data());
     std::abort();

@@ -41,6 +41,9 @@ public:
 /// The exception's own words, for a catch site inside the layer that raised it.
 [[nodiscard]] std::string localizedDescription(const std::exception& error);
 
+/// "Domain.case": what `what()` says.
+[[nodiscard]] std::string failureName(std::string_view domain, std::string_view name);
+
 /// What a family of failures may carry, unless its `FailureTraits` name a type of their own.
 using FailureValue = std::variant<std::monostate, Description, std::int64_t, std::string, Bytes>;
 
@@ -59,8 +62,7 @@ public:
 
     explicit TypedFailure(Case kind, Value value = {})
         : kind_(kind), value_(std::move(value)),
-          name_(std::string(Traits::domain) + "." +
-                std::string(Traits::cases[static_cast<std::size_t>(kind)])) {}
+          name_(failureName(Traits::domain, Traits::cases[static_cast<std::size_t>(kind)])) {}
 
     [[nodiscard]] Case kind() const noexcept { return kind_; }
 
