@@ -151,17 +151,16 @@ void Transaction::popOtherOrientation() {
 }
 
 void Transaction::presentWeb(const std::string& html) {
-    constexpr const char* kIdentifier = "htmlChallengeVc";
     std::shared_ptr<ChallengeWebViewController> screen;
     try {
         const UIStoryboard storyboard = challengeStoryboard();
         screen = std::dynamic_pointer_cast<ChallengeWebViewController>(
-            storyboard.instantiateViewController(kIdentifier));
+            storyboard.instantiateViewController("htmlChallengeVc"));
     } catch (const UIStoryboardError&) {
         // Told below, as the screen that is missing.
     }
     if (!screen) {
-        KORVANE_LOG("presentWeb(html:)", std::string("Can not get VC for ") + kIdentifier + ".");
+        KORVANE_LOG("presentWeb(html:)", "Can not get VC for htmlChallengeVc.");
         return;
     }
     static_cast<void>(screen->view());

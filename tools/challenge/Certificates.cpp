@@ -29,11 +29,14 @@ std::string withoutSpace(std::string_view text) {
 
 std::string pemOf(const Bytes& der) {
     constexpr std::size_t kLineLength = 64;
-    std::string pem = std::string(kBegin) + "\n";
+    std::string pem(kBegin);
+    pem += '\n';
     const std::string text = base64EncodedString(der);
     for (std::size_t start = 0; start < text.size(); start += kLineLength)
         pem += text.substr(start, kLineLength) + "\n";
-    return pem + std::string(kEnd) + "\n";
+    pem += kEnd;
+    pem += '\n';
+    return pem;
 }
 
 /// The certificates of a file as DER: one, or those of a PEM text.

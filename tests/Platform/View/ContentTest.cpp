@@ -208,7 +208,8 @@ TEST(ForeignImage, IsDecodedAsFarAsItIsBounded) {
         SCOPED_TRACE(row.name);
         const auto image = UIImage::make(bytes(row.data));
         ASSERT_EQ(image != nullptr, !row.expected.empty());
-        if (image) EXPECT_EQ(asText(image->encoded()->bytes), row.expected);
+        if (!image) continue;
+        EXPECT_EQ(asText(image->encoded()->bytes), row.expected);
     }
 }
 
