@@ -18,7 +18,7 @@ namespace korvane {
 
 namespace {
 
-/// What scripts can take from a page's documents has gaps; the engine itself has none, but knows no such
+/// What scripts take from a page's documents may have gaps; the engine itself has none, but knows no such
 /// switch for one page, nor one for TCP.
 void refuseUdpToPages() {
     constexpr const char* kFlags = "QTWEBENGINE_CHROMIUM_FLAGS";

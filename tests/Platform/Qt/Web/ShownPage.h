@@ -34,9 +34,11 @@ public:
     /// Plays the cases one after the other; the page's own text must stay.
     static void expect(const std::vector<PageCase>& cases);
 
-    void run(const std::string& statements) { run(statements, World::page); }
-    /// An expression in the page's own world, as a text.
-    std::string evaluate(const std::string& expression) { return evaluate(expression, World::page); }
+    /// The page's own world of scripts, or one that it does not reach.
+    enum class World : unsigned { page = 0, tests = 2 };
+    void run(const std::string& statements, World in = World::page);
+    /// An expression, as a text.
+    std::string evaluate(const std::string& expression, World in = World::page);
     /// Presses the middle of an element with the mouse.
     void click(const std::string& selector);
     [[nodiscard]] QQuickWindow& window() noexcept { return window_; }
@@ -59,11 +61,6 @@ public:
                  const DecisionHandler& decisionHandler) override;
 
 private:
-    enum class World : unsigned { page = 0, tests = 2 };
-
-    void run(const std::string& statements, World in);
-    std::string evaluate(const std::string& expression, World in);
-
     QQmlEngine engine_;
     QQuickWindow window_;
     std::shared_ptr<WKWebView> view_ = std::make_shared<WKWebView>();
