@@ -99,7 +99,7 @@ TEST(WebPageNavigation, SendsAFormThatIsAllowed) {
 
 TEST(WebPageNavigation, AsksAboutARedirectionLikeALink) {
     const LocalServer server(LocalServer::Transport::tls);
-    const std::string start = server.url("/redirect?to=http://127.0.0.1/clear");
+    const std::string start = server.redirectingUrl("http://127.0.0.1/clear");
     const auto page = ShownPage::make();
     page->run("location = '" + start + "'");
     ASSERT_TRUE(ShownPage::await([&] { return page->asked().size() == 2; }));
@@ -115,14 +115,14 @@ TEST(WebPageNavigation, AsksAboutFramesAndLetsThemShowHttpsAndTheirOwnTextAlone)
     const auto page = ShownPage::make("<script>heard = []; onmessage = (e) => heard.push(e.data)</script>" +
                                       frame("data:text/html," + tell) + frame("file:///etc/hostname") +
                                       frame(clear.url("/echo")) + frame(server.url("/echo")) +
-                                      frame(server.url("/redirect?to=https://no/")) + "<iframe srcdoc=\"" +
+                                      frame(server.redirectingUrl("https://no/")) + "<iframe srcdoc=\"" +
                                       tell + "\"></iframe>");
     ASSERT_TRUE(ShownPage::await([&] { return page->asked().size() == 6; }));
     EXPECT_EQ(page->evaluate("heard"), "about:");
     EXPECT_THAT(page->allAsked(), testing::UnorderedElementsAre(
                                       testing::StartsWith("GET data:text/html,"), "GET file:///etc/hostname",
                                       "GET " + clear.url("/echo"), "GET " + server.url("/echo"),
-                                      "GET " + server.url("/redirect?to=https://no/"), "GET https://no/"));
+                                      "GET " + server.redirectingUrl("https://no/"), "GET https://no/"));
     EXPECT_TRUE(clear.received().empty());
 }
 

@@ -79,7 +79,7 @@ const std::vector<std::pair<std::string, std::string>> kLoads = {
 
 TEST_F(WebPageRefusals, NothingIsLoadedInTheClear) {
     const LocalServer clear(LocalServer::Transport::plain);
-    const std::string redirect = server.url("/redirect?to=" + clear.url("/clear"));
+    const std::string redirect = server.redirectingUrl(clear.url("/clear"));
     const auto expectNone = [&](const std::string& name, const std::string& act, const std::string& to) {
         SCOPED_TRACE(name + " from " + to);
         page->run("isDone = false; { const to = '" + to + "', done = () => isDone = true; " + act + " }");
