@@ -4,6 +4,9 @@
 #include "Platform/Security/SecKeyMaterial.h"
 
 #include <openssl/x509_vfy.h>
+#include <openssl/x509v3.h>
+
+#include <algorithm>
 
 namespace korvane {
 
@@ -58,6 +61,14 @@ std::optional<CFError> weakKeyOf(const STACK_OF(X509) * chain) {
     return std::nullopt;
 }
 
+/// Constraints on policies in a certificate that names none (RFC 5280 section 4.2.1.11). OpenSSL 3.0 loses
+/// their memory each time that it looks at such a certificate, and anyone can send one.
+bool hasConstraintsWithoutPolicies(const SecCertificate& certificate) {
+    const X509* x509 = certificate.material().certificate.get();
+    return X509_get_ext_by_NID(x509, NID_policy_constraints, -1) >= 0 &&
+           X509_get_ext_by_NID(x509, NID_certificate_policies, -1) < 0;
+}
+
 } // namespace
 
 SecPolicy SecPolicyCreateBasicX509() {
@@ -81,6 +92,8 @@ std::optional<CFError>
 SecTrustEvaluateWithError(const SecTrust& trust,
                           std::optional<std::chrono::system_clock::time_point> verifyDate) {
     const ErrorScope errors;
+    if (std::ranges::any_of(trust.certificates(), hasConstraintsWithoutPolicies))
+        return reason(X509_V_ERR_INVALID_POLICY_EXTENSION);
     const CertificateStack untrusted = stackOf(trust.certificates());
     const CertificateStack anchors = stackOf(trust.anchors());
     const StoreContext context = required(StoreContext(X509_STORE_CTX_new()), "a chain check");

@@ -103,6 +103,8 @@ TEST(SecTrust, BrokenChainsAreRefused) {
     const TestIdentity ofOne = under(TestKeyType::rsaOfOne);
     CertificateFields withPolicy = authority("Policy");
     withPolicy.extensions = {{"policyConstraints", "critical,requireExplicitPolicy:0"}};
+    const TestIdentity withoutPolicies = root.issue(withPolicy);
+    withPolicy.extensions.push_back({"certificatePolicies", kPolicy});
     const TestIdentity constrained = root.issue(withPolicy);
 
     struct Row {
@@ -157,6 +159,10 @@ TEST(SecTrust, BrokenChainsAreRefused) {
          {constrained.issue({}), constrained},
          {root},
          "no explicit policy"},
+        {"constraints on policies without any",
+         {withoutPolicies.issue({}), withoutPolicies},
+         {root},
+         "invalid or inconsistent certificate policy extension"},
         {"unknown critical extension",
          {root.issue({.hasUnknownCriticalExtension = true})},
          {root},
