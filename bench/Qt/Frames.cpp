@@ -44,9 +44,9 @@ public:
 
     void show(const CRes& cRes) {
         const auto container = VCFactory(nullptr, nullptr, nullptr, nullptr).getViewControllerContainer(cRes);
-        screen_ = std::dynamic_pointer_cast<ChallengeTextNativeViewController>(
-            container.controllersMap().at(Orientation::PORTRAIT));
-        stack_ = std::make_shared<ChallengeRootNavigationController>(screen_);
+        const auto controller = container.controllersMap().at(Orientation::PORTRAIT);
+        screen_ = std::dynamic_pointer_cast<ChallengeTextNativeViewController>(controller);
+        stack_ = std::make_shared<ChallengeRootNavigationController>(controller);
         scene_.host().uiWindow()->rootViewController()->present(stack_, UIAnimated::no);
     }
     void clear() {
@@ -158,6 +158,30 @@ void measureHostileTexts(Stage& stage) {
     }
 }
 
+/// As many options, or as long ones, as a response of 16 MiB has room for.
+void measureManyOptions(Stage& stage) {
+    struct Row {
+        const char* name;
+        std::size_t count;
+        std::size_t length;
+    };
+    for (const Row& row :
+         {Row{"300,000 options", 300000, 20}, Row{"1,000 options of 16 KiB", 1000, 16 << 10}}) {
+        CRes cRes = CRes::decode(message());
+        cRes.acsUiType = "02";
+        cRes.challengeSelectInfo.emplace();
+        for (std::size_t option = 0; option < row.count; ++option)
+            cRes.challengeSelectInfo->push_back(
+                {{std::to_string(option), std::to_string(option) + std::string(row.length, 'w')}});
+        std::vector<double> frames;
+        for (int round = 0; round < 3; ++round) {
+            frames.push_back(stage.toFrame([&] { stage.show(cRes); }));
+            stage.clear();
+        }
+        print(row.name, frames);
+    }
+}
+
 void measureAnimation(Stage& stage) {
     stage.show(CRes::decode(message()));
     stage.runFor(300);
@@ -203,6 +227,7 @@ int main(int count, char** arguments) {
     bench::Stage stage;
     bench::measureFrames(stage);
     bench::measureHostileTexts(stage);
+    bench::measureManyOptions(stage);
     bench::measureAnimation(stage);
     bench::measureMemory(stage);
 }
