@@ -127,6 +127,15 @@ void measureFrames(Stage& stage) {
     print("rotation to frame", turns);
 }
 
+void measureFirstFrames(Stage& stage, const char* name, const CRes& cRes) {
+    std::vector<double> frames;
+    for (int round = 0; round < 3; ++round) {
+        frames.push_back(stage.toFrame([&] { stage.show(cRes); }));
+        stage.clear();
+    }
+    print(name, frames);
+}
+
 /// Texts that cost a layout more than others of their length, everywhere where a response may have one.
 void measureHostileTexts(Stage& stage) {
     struct Row {
@@ -149,12 +158,7 @@ void measureHostileTexts(Stage& stage) {
         for (const auto field : {&CRes::challengeInfoLabel, &CRes::challengeInfoText, &CRes::whyInfoLabel,
                                  &CRes::whyInfoText, &CRes::expandInfoLabel, &CRes::expandInfoText})
             cRes.*field = std::string(1, letter++) + text;
-        std::vector<double> frames;
-        for (int round = 0; round < 3; ++round) {
-            frames.push_back(stage.toFrame([&] { stage.show(cRes); }));
-            stage.clear();
-        }
-        print(row.name, frames);
+        measureFirstFrames(stage, row.name, cRes);
     }
 }
 
@@ -173,12 +177,7 @@ void measureManyOptions(Stage& stage) {
         for (std::size_t option = 0; option < row.count; ++option)
             cRes.challengeSelectInfo->push_back(
                 {{std::to_string(option), std::to_string(option) + std::string(row.length, 'w')}});
-        std::vector<double> frames;
-        for (int round = 0; round < 3; ++round) {
-            frames.push_back(stage.toFrame([&] { stage.show(cRes); }));
-            stage.clear();
-        }
-        print(row.name, frames);
+        measureFirstFrames(stage, row.name, cRes);
     }
 }
 

@@ -27,7 +27,7 @@ const words = [
   },
 ];
 
-/** A header's neighbours in the tests' own folders, and programs that are built apart from the tree. */
+/** Programs that are built apart from the tree. */
 const isApart = (file) => file.startsWith("tests/package/");
 
 function* sources(folder) {

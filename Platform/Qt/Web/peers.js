@@ -25,15 +25,14 @@
     // A window and all within it; one of another origin has this script of its own.
     function empty(view) {
         try {
-            if (gone[0] in view) {
-                guard(view);
-                view.trustedTypes.createPolicy("default", texts);
-            }
+            const isNew = gone[0] in view;
             each(gone, (name) => delete view[name]);
+            if (isNew) guard(view);
             // What scripts insert is told at once; a frame that is complete at its insertion, even before.
             apply(addEventListener, view, ["DOMNodeInserted", onChange, true]);
             apply(addEventListener, view.document, ["load", onChange, true]);
             apply(observe, observer, [view.document, { childList: true, subtree: true }]);
+            if (isNew) view.trustedTypes.createPolicy("default", texts);
         } catch {
             return;
         }
