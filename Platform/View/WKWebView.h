@@ -53,6 +53,11 @@ public:
         delegate_ = std::move(delegate);
     }
 
+    /// What no page may load, however it asks for it: addresses that begin like this, in any case of letters.
+    /// Empty for none.
+    [[nodiscard]] const std::string& blockedAddress() const noexcept { return blockedAddress_; }
+    void setBlockedAddress(std::string start) { blockedAddress_ = std::move(start); }
+
     /// For the engine: asks the delegate about one navigation. Without a delegate it is allowed.
     void decidePolicy(const WKNavigationAction& action, const WKNavigationDelegate::DecisionHandler& decide);
 
@@ -64,6 +69,7 @@ protected:
 private:
     std::string html_;
     std::optional<std::string> baseURL_;
+    std::string blockedAddress_;
     int loadCount_ = 0;
     std::weak_ptr<WKNavigationDelegate> delegate_;
 };

@@ -54,6 +54,7 @@ void ChallengeWebViewController::viewDidLoad() {
     }
     ChallengeViewController::viewDidLoad();
     challengeWebView->setNavigationDelegate(weakFrom(this));
+    challengeWebView->setBlockedAddress(std::string(kFormAddress));
 }
 
 void ChallengeWebViewController::viewWillDisappear(UIAnimated animated) {

@@ -25,17 +25,6 @@ namespace korvane {
 
 namespace {
 
-/// Blocks whatever a page would load in the clear or from this machine.
-class Gate final : public QWebEngineUrlRequestInterceptor {
-public:
-    void interceptRequest(QWebEngineUrlRequestInfo& info) override {
-        constexpr std::array kOpen = {"https", "wss", "data", "blob", "about"};
-        const QString scheme = info.requestUrl().scheme();
-        if (std::ranges::none_of(kOpen, [&](const char* open) { return scheme == QLatin1String(open); }))
-            info.block(true);
-    }
-};
-
 /// Forms that were told and have not left yet.
 constexpr std::size_t kMostFormsTold = 8;
 
@@ -96,6 +85,22 @@ WKNavigationAction actionFor(const QUrl& address, const std::optional<WebForm>& 
 
 } // namespace
 
+/// Blocks whatever a page would load in the clear or from this machine, and what the view blocks.
+class WebPage::Gate final : public QWebEngineUrlRequestInterceptor {
+public:
+    void interceptRequest(QWebEngineUrlRequestInfo& info) override {
+        constexpr std::array kOpen = {"https", "wss", "data", "blob", "about"};
+        const QUrl address = info.requestUrl();
+        const auto hasScheme = [&](const char* open) { return address.scheme() == QLatin1String(open); };
+        const bool isBlocked =
+            !blocked.isEmpty() &&
+            QString::fromLatin1(address.toEncoded()).startsWith(blocked, Qt::CaseInsensitive);
+        if (isBlocked || std::ranges::none_of(kOpen, hasScheme)) info.block(true);
+    }
+
+    QString blocked;
+};
+
 struct WebPage::Question {
     QUrl address;
     std::optional<WebForm> form;
@@ -124,7 +129,7 @@ void WebPage::makeWeb(QQmlEngine& engine) {
     if (!web_) fatalError(component.errorString().toStdString());
     QQmlEngine::setObjectOwnership(web_.get(), QQmlEngine::CppOwnership);
     auto* const profile = web_->property("profile").value<QQuickWebEngineProfile*>();
-    profile->setUrlRequestInterceptor(static_cast<Gate*>(gate_.get()));
+    profile->setUrlRequestInterceptor(gate_.get());
     profile->cookieStore()->setCookieFilter([](const auto& /*request*/) { return false; });
     connect(web_.get(), SIGNAL(navigationRequested(QWebEngineNavigationRequest*)), this,
             SLOT(onNavigation(QWebEngineNavigationRequest*)));
@@ -135,7 +140,9 @@ void WebPage::makeWeb(QQmlEngine& engine) {
 
 void WebPage::synchronize() {
     const auto view = view_.lock();
-    if (!view || view->loadCount() == loadCount_) return;
+    if (!view) return;
+    gate_->blocked = QString::fromStdString(view->blockedAddress());
+    if (view->loadCount() == loadCount_) return;
     loadCount_ = view->loadCount();
     ++questionCount_;
     told_.clear();

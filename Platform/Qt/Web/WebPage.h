@@ -33,7 +33,8 @@ namespace korvane {
 /// a POST form of more than 1 MiB without its body.
 ///
 /// **Loads.** Whatever else a page loads, in any frame, is encrypted, redirects too: `Gate` stops what starts
-/// in the clear, `loads.js` what is redirected there. `peers.js` takes WebRTC away.
+/// in the clear or goes to the view's blocked address, `loads.js` what is redirected into the clear.
+/// `peers.js` takes WebRTC away.
 ///
 /// **Late answers.** The engine does not wait. A navigation that has no answer when `decidePolicy` returns is
 /// refused. One of the main frame is made once more if it is allowed later, unless the page has asked for
@@ -54,6 +55,7 @@ private slots:
     void onSpoken(const QString& text);
 
 private:
+    class Gate;
     struct Question;
 
     void makeWeb(QQmlEngine& engine);
@@ -72,7 +74,7 @@ private:
     QUrl allowedAddress_;      // of what was allowed late and is on its way
     QString word_;             // that the scripts' messages begin with
     std::deque<WebForm> told_; // that are about to leave, the newest last
-    std::unique_ptr<QObject> gate_;
+    std::unique_ptr<Gate> gate_;
     std::unique_ptr<QQuickItem> web_; // the last member: it uses the others until its end
 };
 

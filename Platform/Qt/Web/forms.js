@@ -116,6 +116,7 @@
     function watch(view) {
         try {
             if (view !== globalThis && view.isWatchingForms) return;
+            for (const name of ["RTCPeerConnection", "webkitRTCPeerConnection"]) delete view[name];
             view.addEventListener("submit", onSubmit, true);
             view.addEventListener("formdata", onFormData, true);
             view.document.addEventListener("load", onChange, true);

@@ -106,6 +106,22 @@ TEST_F(WebPageRefusals, NothingIsLoadedInTheClear) {
         std::ranges::none_of(server.received(), [](const auto& got) { return got.path == "/worker"; }));
 }
 
+/// Whatever asks for it, though the policy would allow it.
+TEST_F(WebPageRefusals, NothingIsLoadedFromTheBlockedAddress) {
+    page->block(server.url("/echo"));
+    page->load("<iframe></iframe>");
+    const std::string to = server.url("/Echo?a=1");
+    for (const auto& [name, act] : kLoads) {
+        SCOPED_TRACE(name);
+        page->run("isDone = false; { const to = '" + to + "', done = () => isDone = true; " + act + " }");
+        EXPECT_TRUE(ShownPage::await([&] { return page->evaluate("isDone") == "true"; }));
+    }
+    for (const std::string window : {"frames[0]", "window"})
+        page->run(window + ".location = '" + to + "'");
+    EXPECT_EQ(page->allAsked(), std::vector<std::string>(2, "GET " + to));
+    EXPECT_EQ(server.received().size(), 1U) << "but for the page before";
+}
+
 /// The page's ways to the window of a frame that no script of ours runs in. Each gives it to `take`, or
 /// another one where it is refused.
 const std::vector<std::pair<std::string, std::string>> kWindows = {
@@ -162,6 +178,10 @@ TEST(WebPagePeers, AreOutOfReachOfEveryWindow) {
         page->run(act);
         EXPECT_TRUE(ShownPage::await([&] { return page->evaluate("taken.length > 0") == "true"; }));
         EXPECT_EQ(page->evaluate("taken.filter((type) => type != 'undefined')"), "");
+        EXPECT_EQ(page->evaluate("Array.from({ length: frames.length + 1 }, (_, i) => frames[i] ?? window)"
+                                 ".filter((view) => view.RTCPeerConnection)",
+                                 ShownPage::World::library),
+                  "");
     }
 }
 

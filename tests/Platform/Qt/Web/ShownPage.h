@@ -30,12 +30,13 @@ public:
     /// Ready when the page and its scripts are there. Fails the test otherwise.
     [[nodiscard]] static std::shared_ptr<ShownPage> make(const std::string& html = "");
     void load(const std::string& html);
+    void block(const std::string& address) { view_->setBlockedAddress(address); }
 
     /// Plays the cases one after the other; the page's own text must stay.
     static void expect(const std::vector<PageCase>& cases);
 
-    /// The page's own world of scripts, or one that it does not reach.
-    enum class World : unsigned { page = 0, tests = 2 };
+    /// The page's own world of scripts, or one that it does not reach: the library's, or the tests'.
+    enum class World : unsigned { page = 0, library = 1, tests = 2 };
     void run(const std::string& statements, World in = World::page);
     /// An expression, as a text.
     std::string evaluate(const std::string& expression, World in = World::page);
