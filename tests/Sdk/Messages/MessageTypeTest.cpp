@@ -8,20 +8,11 @@
 namespace korvane {
 namespace {
 
-/// What the scan stands for: the first group of the pattern's first match.
-MessageType typeByPattern(const std::string& text) {
-    const auto matches = matchingStrings(text, "messageType\"\\s?:\\s?\"(\\w{4})");
-    if (matches.empty()) return MessageType::unknown;
-    if (matches[0][1] == "CRes") return MessageType::CRes;
-    return matches[0][1] == "Erro" ? MessageType::Erro : MessageType::unknown;
-}
-
-TEST(MessageTypeRecognition, ScanAnswersAsItsPattern) {
+TEST(MessageTypeRecognition, TakesTheFirstFourWordCharactersThatFollowTheName) {
     using enum MessageType;
     const std::pair<std::string, MessageType> rows[] = {
         {R"({"messageType":"CRes"})", CRes},
-        {R"({"messageType" : "Erro"})", Erro},
-        {R"({"messageType":"ErroXYZ"})", Erro},
+        {R"({"messageType" : "ErroXYZ"})", Erro},
         {R"({"a":"\"messageType":"CRes"})", CRes},
         {R"({"messageType":1,"messageType":"CRes"})", CRes},
         {R"({"messageType":"CReq","messageType":"CRes"})", unknown},
@@ -35,15 +26,12 @@ TEST(MessageTypeRecognition, ScanAnswersAsItsPattern) {
         {"messageType\":\"CRe\xFF messageType\":\"CRes", CRes},
         {"messageType\":\"CRe", unknown},
         {"messageType\"", unknown},
-        {"", unknown},
     };
-    for (const auto& [text, type] : rows) {
-        SCOPED_TRACE(testing::PrintToString(text));
-        EXPECT_EQ(recognizeMessageType(text), type);
-        EXPECT_EQ(typeByPattern(text), type);
-    }
+    for (const auto& [text, type] : rows)
+        EXPECT_EQ(recognizeMessageType(text), type) << testing::PrintToString(text);
 }
 
+/// What the scan stands for: the first group of the pattern's first match.
 RC_GTEST_PROP(MessageTypeRecognitionProperty, ScanAnswersAsItsPattern, ()) {
     const std::vector<std::string> pieces{"messageType\"", ":",      "\"",   " ", "\t",
                                           "CRes",          "Erro",   "C",    "-", "\u00A0",
@@ -52,7 +40,10 @@ RC_GTEST_PROP(MessageTypeRecognitionProperty, ScanAnswersAsItsPattern, ()) {
     std::string text;
     for (const std::string& part : parts)
         text += part;
-    RC_ASSERT(recognizeMessageType(text) == typeByPattern(text));
+    const auto matches = matchingStrings(text, "messageType\"\\s?:\\s?\"(\\w{4})");
+    const std::string type = matches.empty() ? "" : matches[0][1];
+    RC_ASSERT((recognizeMessageType(text) == MessageType::CRes) == (type == "CRes"));
+    RC_ASSERT((recognizeMessageType(text) == MessageType::Erro) == (type == "Erro"));
 }
 
 } // namespace

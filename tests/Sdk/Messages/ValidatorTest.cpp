@@ -3,35 +3,37 @@
 
 #include <gmock/gmock.h>
 
+#include <sstream>
+
 namespace korvane {
 namespace {
 
-enum class Response { first, later };
+/// Which response a row is about: the first or a later one with a text screen, or the one that ends the
+/// challenge.
+enum Response { first, later, last };
 
-/// Judges the JSON of a response with counter 1 in a transaction of version 2.2.0.
-std::optional<KorvaneError> judge(const JSON& json, Response response = Response::first) {
+/// Judges a response in a transaction of version 2.2.0 whose counter stands at 1.
+std::optional<KorvaneError> judge(const JSON& json, Response response = first,
+                                  const ChallengeParameters& parameters = validParameters(),
+                                  int counter = 1) {
     const CRes cres = CRes::decode(json.dump());
-    const ChallengeParameters parameters = validParameters();
-    return Validator::validateCRes({cres, 1, "2.2.0", parameters, kSdkTransID, response == Response::first});
+    return Validator::validateCRes({cres, counter, "2.2.0", parameters, kSdkTransID, response == first});
 }
 
-/// A response with members changed; null removes one.
-JSON changed(JSON json, const JSON& members) {
-    for (const auto& [name, value] : members.items()) {
-        if (value.is_null())
-            json.erase(name);
+/// A valid response with changes between bars: "name=" and a text or JSON list, or "-" and the name of what
+/// is absent.
+JSON changed(Response response, const std::string& changes) {
+    JSON json = response == last ? finalCResJSON() : validCResJSON();
+    std::istringstream each(changes);
+    for (std::string change; std::getline(each, change, '|');) {
+        const std::size_t equals = change.find('=');
+        const std::string value = change.substr(equals + 1);
+        if (change.starts_with('-'))
+            json.erase(change.substr(1));
         else
-            json[name] = value;
+            json[change.substr(0, equals)] = value.starts_with('[') ? JSON::parse(value) : JSON(value);
     }
     return json;
-}
-
-JSON text(const JSON& members) {
-    return changed(validCResJSON(), members);
-}
-
-JSON final(const JSON& members) {
-    return changed(finalCResJSON(), members);
 }
 
 std::string repeated(std::size_t count, const std::string& piece = "a") {
@@ -41,204 +43,163 @@ std::string repeated(std::size_t count, const std::string& piece = "a") {
     return result;
 }
 
-JSON extensions(int count, const JSON& members = JSON::object()) {
-    JSON list = JSON::array();
-    for (int index = 0; index < count; ++index)
-        list.push_back(changed(
-            JSON::object(
-                {{"criticalityIndicator", false}, {"data", JSON::object()}, {"id", "i"}, {"name", "n"}}),
-            members));
-    return JSON::object({{"messageExtension", list}});
-}
-
+/// A response's changes, the code that it is refused with (0: accepted), and the details where they are its
+/// own.
 struct Row {
-    const char* why;
-    JSON json;
     Response response;
-    int code;            // 0: accepted
-    std::string details; // of codes 201, 202 and 203
+    std::string changes;
+    int code = 0;
+    std::string details{};
 };
 
 void expectRows(std::initializer_list<Row> rows) {
     for (const Row& row : rows) {
-        SCOPED_TRACE(row.why);
-        const auto error = judge(row.json, row.response);
-        EXPECT_EQ(error ? error->code : 0, row.code);
-        if (error && !row.details.empty()) {
-            EXPECT_EQ(error->details, row.details);
-        }
+        SCOPED_TRACE(row.changes);
+        KorvaneError expected = KorvaneError::getErrorByCode(row.code);
+        if (row.code == 302) expected.description = "acsCounterAtoS do not match with sdkCounterStoA.";
+        if (!row.details.empty()) expected.details = row.details;
+        EXPECT_EQ(judge(changed(row.response, row.changes), row.response),
+                  row.code == 0 ? std::nullopt : std::optional(expected));
     }
 }
 
-constexpr auto kFirst = Response::first;
-constexpr auto kLater = Response::later;
-
-TEST(Validation, CounterComesBeforeEverything) {
+TEST(Validation, CounterIsANumberThatMustBeEqual) {
     expectRows({
-        {"equal", text({}), kFirst, 0, ""},
-        {"the same number in another form", text({{"acsCounterAtoS", "1"}}), kFirst, 0, ""},
-        {"a sign", text({{"acsCounterAtoS", "+01"}}), kFirst, 0, ""},
-        {"another number, other faults notwithstanding",
-         text({{"acsCounterAtoS", "000"}, {"sdkTransID", ""}}), kFirst, 302, "acsCounterAtoS"},
-        {"negative", text({{"acsCounterAtoS", "-1"}}), kFirst, 302, ""},
-        {"no number", text({{"acsCounterAtoS", "abc"}}), kFirst, 0, ""},
-        {"a blank before the number", text({{"acsCounterAtoS", " 2"}}), kFirst, 0, ""},
-        {"two signs", text({{"acsCounterAtoS", "+-2"}}), kFirst, 0, ""},
-        {"beyond the machine word", text({{"acsCounterAtoS", "99999999999999999999"}}), kFirst, 0, ""},
-        {"empty", text({{"acsCounterAtoS", ""}}), kFirst, 201, "acsCounterAtoS"},
+        {first, "acsCounterAtoS=1"},
+        {first, "acsCounterAtoS=+01"},
+        {first, "acsCounterAtoS=000", 302, "acsCounterAtoS"},
+        {first, "acsCounterAtoS=-1", 302, "acsCounterAtoS"},
+        // What is no number is no fault.
+        {first, "acsCounterAtoS=abc"},
+        {first, "acsCounterAtoS= 2"},
+        {first, "acsCounterAtoS=+-2"},
+        {first, "acsCounterAtoS=99999999999999999999"},
     });
-    EXPECT_EQ(judge(text({{"acsCounterAtoS", "7"}}))->description,
-              "acsCounterAtoS do not match with sdkCounterStoA.");
+    EXPECT_EQ(judge(changed(later, "acsCounterAtoS=0010"), later, validParameters(), 10), std::nullopt);
 }
 
 TEST(Validation, RequiredFieldsAreListedInOrder) {
-    const JSON html = {{"acsUiType", "05"}, {"acsHTML", "AA"}};
-    const JSON oob = {{"acsUiType", "04"}, {"oobContinueLabel", "Continue"}};
-    const JSON select = {{"acsUiType", "02"}, {"challengeSelectInfo", JSON::array({{{"a", "A"}}})}};
+    const std::string texts = "challengeInfoHeader=|challengeInfoLabel=|-challengeInfoText";
+    const std::string identifiers = "threeDSServerTransID=|acsTransID=|sdkTransID=|acsCounterAtoS=|"
+                                    "challengeCompletionInd=|messageVersion=";
     expectRows({
-        {"all identifiers",
-         text({{"threeDSServerTransID", ""},
-               {"acsTransID", ""},
-               {"sdkTransID", ""},
-               {"acsCounterAtoS", ""},
-               {"challengeCompletionInd", ""},
-               {"messageVersion", ""}}),
-         kFirst, 201,
+        {first, identifiers, 201,
          "threeDSServerTransID,acsTransID,sdkTransID,acsCounterAtoS,challengeCompletionInd,messageVersion"},
-        {"a final response needs its status", final({{"transStatus", nullptr}}), kLater, 201, "transStatus"},
-        {"a final response with an empty status", final({{"transStatus", ""}}), kLater, 201, "transStatus"},
-        {"first without type and status", text({{"acsUiType", nullptr}}), kFirst, 201,
-         "acsUiType,acsUiType,transStatus"},
-        {"later without type and status", text({{"acsUiType", nullptr}}), kLater, 201,
-         "acsUiType,transStatus"},
-        {"later without type, with a status", text({{"acsUiType", nullptr}, {"transStatus", "Y"}}), kLater, 0,
-         ""},
-        {"an empty type", text({{"acsUiType", ""}}), kFirst, 201, "acsUiType"},
-        {"an empty status", text({{"transStatus", ""}}), kLater, 201, "transStatus"},
-        {"HTML", text(html), kFirst, 0, ""},
-        {"HTML without page", text({{"acsUiType", "05"}}), kFirst, 201, "acsHTML"},
-        {"HTML with empty page and refresh",
-         text({{"acsUiType", "05"}, {"acsHTML", ""}, {"acsHTMLRefresh", ""}}), kFirst, 201,
-         "acsHTML,acsHTMLRefresh"},
-        {"out of band", text(oob), kFirst, 0, ""},
-        {"out of band without texts", text(changed(oob, {{"challengeInfoHeader", ""}})), kFirst, 201,
-         "challengeInfoHeader"},
-        {"out of band without label", text({{"acsUiType", "04"}, {"challengeInfoHeader", ""}}), kFirst, 201,
-         "oobContinueLabel"},
-        {"a text screen without its texts",
-         text({{"challengeInfoHeader", nullptr}, {"challengeInfoLabel", ""}, {"challengeInfoText", nullptr}}),
-         kFirst, 201, "challengeInfoHeader,challengeInfoLabel,challengeInfoText"},
-        {"a text screen without button and texts",
-         text({{"submitAuthenticationLabel", ""}, {"challengeInfoHeader", ""}}), kFirst, 201,
-         "submitAuthenticationLabel"},
-        {"single select", text(select), kFirst, 0, ""},
-        {"multi select without choices", text({{"acsUiType", "03"}}), kFirst, 201, "challengeSelectInfo"},
-        {"single select with an empty list",
-         text({{"acsUiType", "02"}, {"challengeSelectInfo", JSON::array()}}), kFirst, 201,
-         "challengeSelectInfo"},
-        {"an unknown type asks for nothing here",
-         text({{"acsUiType", "09"}, {"submitAuthenticationLabel", nullptr}}), kFirst, 203, "acsUiType"},
+        {last, "-transStatus", 201, "transStatus"},
+        {last, "transStatus=", 201, "transStatus"},
+        {first, "-acsUiType", 201, "acsUiType,acsUiType,transStatus"},
+        {later, "-acsUiType", 201, "acsUiType,transStatus"},
+        {later, "-acsUiType|transStatus=Y"},
+        {first, "acsUiType=", 201, "acsUiType"},
+        {later, "transStatus=", 201, "transStatus"},
+        // A page.
+        {first, "acsUiType=05|acsHTML=AA|-submitAuthenticationLabel"},
+        {first, "acsUiType=05", 201, "acsHTML"},
+        {first, "acsUiType=05|acsHTML=|acsHTMLRefresh=", 201, "acsHTML,acsHTMLRefresh"},
+        // Out of band; without the button, the texts are not looked at.
+        {first, "acsUiType=04|oobContinueLabel=Next|-challengeInfoLabel"},
+        {first, "acsUiType=04|oobContinueLabel=Next|" + texts, 201, "challengeInfoHeader,challengeInfoText"},
+        {first, "acsUiType=04|oobContinueLabel=|" + texts, 201, "oobContinueLabel"},
+        // A text, and the same with choices.
+        {first, texts, 201, "challengeInfoHeader,challengeInfoLabel,challengeInfoText"},
+        {first, "-submitAuthenticationLabel|" + texts, 201, "submitAuthenticationLabel"},
+        {first, R"(acsUiType=02|challengeSelectInfo=[{"a":"A"}])"},
+        {first, "acsUiType=02|challengeSelectInfo=[]|" + texts, 201,
+         "challengeInfoHeader,challengeInfoLabel,challengeInfoText,challengeSelectInfo"},
+        {first, "acsUiType=03|-submitAuthenticationLabel", 201,
+         "submitAuthenticationLabel,challengeSelectInfo"},
+        // What is no type asks for nothing here.
+        {first, "acsUiType=09|" + texts + "|challengeInfoHeader=a", 203, "acsUiType"},
     });
 }
 
-TEST(Validation, TransactionIdentifiersAreComparedExactly) {
-    const std::string upper = "B2385523-A66C-4907-AC3C-91848E8C0067";
-    expectRows({
-        {"3DS server", text({{"threeDSServerTransID", kAcsTransID}}), kFirst, 301, ""},
-        {"ACS", text({{"acsTransID", kServerTransID}}), kFirst, 301, ""},
-        {"SDK in upper case", text({{"sdkTransID", upper}}), kFirst, 301, ""},
-    });
-    EXPECT_EQ(judge(text({{"sdkTransID", upper}})), KorvaneError::getErrorByCode(301));
+TEST(Validation, FirstStageThatFindsAFaultDecides) {
+    JSON json =
+        changed(first, "acsCounterAtoS=002|challengeInfoText=|sdkTransID=x|messageVersion=2.1.0|"
+                       R"(messageExtension=[{"criticalityIndicator":true,"data":{},"id":"","name":""}])");
+    const std::tuple<int, const char*, const char*> stages[] = {{302, "acsCounterAtoS", "001"},
+                                                                {201, "challengeInfoText", "text"},
+                                                                {301, "sdkTransID", kSdkTransID},
+                                                                {203, "messageVersion", "2.2.0"}};
+    for (const auto& [code, name, good] : stages) {
+        EXPECT_EQ(judge(json).value().code, code);
+        json[name] = good;
+    }
+    EXPECT_EQ(judge(json).value().code, 202);
+}
 
-    const CRes cres = validCRes();
-    ChallengeParameters parameters = validParameters();
-    parameters.acsTransactionId.reset();
-    EXPECT_EQ(Validator::validateCRes({cres, 1, "2.2.0", parameters, kSdkTransID, true})->code, 301)
-        << "an absent value";
-    ChallengeParameters odd = validParameters();
-    odd.set3DSServerTransactionId("no-uuid");
-    const CRes oddCRes = CRes::decode(text({{"threeDSServerTransID", "no-uuid"}}).dump());
-    EXPECT_EQ(Validator::validateCRes({oddCRes, 1, "2.2.0", odd, kSdkTransID, true})->details,
-              "threeDSServerTransID");
+TEST(Validation, TransactionIdentifiersAreComparedExactlyAndThenMustBeUUIDs) {
+    expectRows({
+        {first, "threeDSServerTransID=" + std::string(kAcsTransID), 301},
+        {first, "acsTransID=" + std::string(kServerTransID), 301},
+        {first, "sdkTransID=B2385523-A66C-4907-AC3C-91848E8C0067", 301},
+    });
+    ChallengeParameters absent = validParameters();
+    absent.acsTransactionId.reset();
+    EXPECT_EQ(judge(validCResJSON(), first, absent).value().code, 301);
+    for (const std::string id :
+         {"no-uuid", "8a880dc0-d2d2-4067-bcb1-b08d1690b26g", "8a880dc0d-2d2-4067-bcb1-b08d1690b26e"}) {
+        ChallengeParameters odd = validParameters();
+        odd.set3DSServerTransactionId(id);
+        odd.setAcsTransactionId(id);
+        for (const Response response : {first, last}) {
+            const JSON json = changed(response, "threeDSServerTransID=" + id + "|acsTransID=" + id);
+            const Response asked = response == last ? later : response;
+            EXPECT_EQ(judge(json, asked, odd).value().details, "threeDSServerTransID,acsTransID");
+        }
+    }
 }
 
 TEST(Validation, TextLengthsHaveBothSides) {
-    const std::pair<const char*, std::size_t> limits[] = {
-        {"challengeInfoHeader", 45},    {"oobAppURL", 256},       {"oobAppLabel", 256},
-        {"resendInformationLabel", 45}, {"oobContinueLabel", 45}, {"submitAuthenticationLabel", 45},
-        {"whitelistingInfoText", 64}};
-    for (const auto& [name, longest] : limits) {
-        SCOPED_TRACE(name);
-        // A family of three joined to one is one character.
-        for (const std::string piece : {"a", "\u00e9", "\U0001F468\u200D\U0001F469\u200D\U0001F467"}) {
-            EXPECT_FALSE(judge(text({{name, repeated(longest, piece)}})));
-            EXPECT_EQ(judge(text({{name, repeated(longest + 1, piece)}}))->details, name);
+    const std::pair<std::string, std::size_t> limits[] = {
+        {"challengeInfoHeader=", 45},    {"oobAppURL=", 256},       {"oobAppLabel=", 256},
+        {"resendInformationLabel=", 45}, {"oobContinueLabel=", 45}, {"submitAuthenticationLabel=", 45},
+        {"whitelistingInfoText=", 64},   {"acsHTML=", 100000},      {"acsHTMLRefresh=", 100000}};
+    // A family of three joined to one is one character; a page is Base64URL.
+    const std::string family = "\U0001F468\u200D\U0001F469\u200D\U0001F467";
+    for (const auto& [name, longest] : limits)
+        for (const std::string& piece : {std::string("a"), longest > 256 ? "b" : family}) {
+            const std::string tooLong = name + repeated(longest + 1, piece);
+            expectRows({{first, name + repeated(longest, piece)},
+                        {first, tooLong, 203, name.substr(0, name.size() - 1)},
+                        {last, tooLong}});
         }
-        EXPECT_FALSE(judge(final({{name, repeated(longest + 1)}}), kLater))
-            << "final responses have no such rule";
-    }
-    for (const char* name : {"acsHTML", "acsHTMLRefresh"}) {
-        SCOPED_TRACE(name);
-        EXPECT_FALSE(judge(text({{name, repeated(100000)}})));
-        EXPECT_EQ(judge(text({{name, repeated(100001)}}))->details, name);
-        EXPECT_EQ(judge(text({{name, "a+b"}}))->details, name);
-    }
 }
 
-TEST(Validation, ValuesAreJudgedInOrder) {
+TEST(Validation, ValuesAreListedInOrder) {
     expectRows({
-        {"all at once",
-         text({{"acsHTMLRefresh", "?"},
-               {"acsUiType", "06"},
-               {"challengeInfoHeader", ""},
-               {"oobAppURL", ""},
-               {"oobAppLabel", ""},
-               {"resendInformationLabel", ""},
-               {"acsHTML", "?"},
-               {"oobContinueLabel", ""},
-               {"submitAuthenticationLabel", ""},
-               {"whitelistingInfoText", ""},
-               {"transStatus", "Y"},
-               {"messageVersion", "2.1.0"},
-               {"challengeInfoTextIndicator", ""},
-               {"challengeCompletionInd", "X"}}),
-         kFirst, 203,
+        {first,
+         "acsHTMLRefresh=?|acsUiType=06|challengeInfoHeader=|oobAppURL=|oobAppLabel=|resendInformationLabel=|"
+         "acsHTML=a+b|oobContinueLabel=|submitAuthenticationLabel=|whitelistingInfoText=|transStatus=Y|"
+         "messageVersion=2.1.0|challengeInfoTextIndicator=|challengeCompletionInd=X",
+         203,
          "acsHTMLRefresh,acsUiType,challengeInfoHeader,oobAppURL,oobAppLabel,resendInformationLabel,acsHTML,"
          "oobContinueLabel,submitAuthenticationLabel,whitelistingInfoText,transStatus,messageVersion,"
          "challengeInfoTextIndicator,challengeCompletionInd"},
-        {"a completion that is neither Y nor N", text({{"challengeCompletionInd", "X"}}), kFirst, 203,
-         "challengeCompletionInd"},
-        {"a warning mark that is neither", text({{"challengeInfoTextIndicator", "y"}}), kFirst, 203,
-         "challengeInfoTextIndicator"},
-        {"another version", text({{"messageVersion", "2.1.0"}}), kFirst, 203, "messageVersion"},
-        {"a status with the first response", text({{"transStatus", "Y"}}), kFirst, 203, "transStatus"},
-        {"a status with a later one", text({{"transStatus", "Y"}}), kLater, 0, ""},
-        {"final", final({}), kLater, 0, ""},
-        {"final as the first response", final({}), kFirst, 203, "transStatus"},
-        {"final of another version", final({{"messageVersion", "2.1.0"}}), kLater, 203, "messageVersion"},
+        {first, "challengeInfoTextIndicator=y", 203, "challengeInfoTextIndicator"},
+        {later, "transStatus=Y"},
+        {last, ""},
+        {last, "messageVersion=2.1.0", 203, "messageVersion"},
+        {first, "challengeCompletionInd=Y|transStatus=Y", 203, "transStatus"},
     });
 }
 
 TEST(Validation, ExtensionsAreLimitedAndNeverCritical) {
-    // {"k":"..."} around the value takes eight characters.
-    const auto data = [](std::size_t length) {
-        return JSON::object({{"data", {{"k", repeated(length - 8)}}}});
+    const auto list = [](std::size_t count, std::size_t length, std::size_t dataLength, bool isCritical) {
+        const JSON each{{"criticalityIndicator", isCritical},
+                        {"data", {{"k", repeated(dataLength - 8)}}}, // {"k":""} around it takes eight
+                        {"id", repeated(length)},
+                        {"name", repeated(length)}};
+        return "messageExtension=" + JSON(std::vector<JSON>(count, each)).dump();
     };
-    const JSON bad = {{"id", repeated(65)}, {"name", repeated(65)}, {"data", data(8060)["data"]}};
+    const std::string names = "messageExtension.data,messageExtension.id,messageExtension.name";
     expectRows({
-        {"ten", text(extensions(10)), kFirst, 0, ""},
-        {"eleven", text(extensions(11)), kFirst, 203, "messageExtension"},
-        {"eleven of a final response", final(extensions(11)), kLater, 0, ""},
-        {"longest data", text(extensions(1, data(8059))), kFirst, 0, ""},
-        {"data too long", text(extensions(1, data(8060))), kFirst, 203, "messageExtension.data"},
-        {"longest id and name", text(extensions(1, {{"id", repeated(64)}, {"name", repeated(64)}})), kFirst,
-         0, ""},
-        {"each name once", final(extensions(3, bad)), kLater, 203,
-         "messageExtension.data,messageExtension.id,messageExtension.name"},
-        {"critical", text(extensions(2, {{"criticalityIndicator", true}})), kFirst, 202, "i,i"},
-        {"critical after all else",
-         text(changed(extensions(1, {{"criticalityIndicator", true}}), {{"messageVersion", "1"}})), kFirst,
-         203, "messageVersion"},
+        {first, list(10, 64, 8059, false)},
+        {first, list(11, 64, 8059, false), 203, "messageExtension"},
+        {last, list(11, 64, 8059, false)},
+        {first, list(3, 65, 8060, false), 203, names},
+        {last, list(3, 65, 8060, false), 203, names},
+        {first, list(2, 1, 8, true), 202, "a,a"},
     });
 }
 
