@@ -1,4 +1,5 @@
 #include "Crypt/DataExtensions.h"
+#include "Sdk/SecureChannel/CertificateMemo.h"
 #include "tests/Sdk/SecureChannel/ChannelSupport.h"
 #include "tests/support/ScriptedDevice.h"
 #include "tests/support/TemporaryFolder.h"
@@ -23,25 +24,37 @@ struct BrokenBundle : FolderBundle {
     }
 };
 
-TEST(CertificateFile, IsFoundByTheFirstTwoPiecesOfItsName) {
-    const TemporaryFolder folder;
-    const TestIdentity identity = selfSigned({});
-    folder.write("server.cer", identity.der);
-    folder.write("bare", identity.der);
-    const KeysContainer container(filesOf(NSBundle::bundleWithPath(folder.path())));
-    for (const char* name : {"server.cer", "server.cer.old", ".server..cer.", "bare", "bare."}) {
-        SCOPED_TRACE(name);
-        EXPECT_NO_THROW(static_cast<void>(container.loadCert(name)));
-    }
+SecretBytes keyOf(const SecCertificate& certificate) {
+    return SecKeyCopyExternalRepresentation(*SecCertificateCopyKey(certificate));
+}
+SecretBytes keyOf(const TestIdentity& identity) {
+    return SecKeyCopyExternalRepresentation(SecKeyCopyPublicKey(identity.privateKey()));
 }
 
-TEST(CertificateFile, WithoutABundleComesFromTheMainBundle) {
+Bytes longer(const TestIdentity& identity) {
+    Bytes bytes = identity.der;
+    bytes.push_back(0);
+    return bytes;
+}
+
+TEST(CertificateFile, IsFoundByTheFirstTwoPiecesOfItsNameInItsBundleOrTheMainOne) {
     const TemporaryFolder folder;
-    folder.write("server.cer", selfSigned({}).der);
+    const TemporaryFolder main;
+    const TestIdentity server = selfSigned({});
+    const TestIdentity bare = selfSigned({});
+    const TestIdentity ofTheMainBundle = selfSigned({});
+    folder.write("server.cer", server.der);
+    folder.write("bare", bare.der);
+    main.write("server.cer", ofTheMainBundle.der);
     ScriptedDevice device;
-    device.script().mainBundlePath = folder.path();
-    EXPECT_NO_THROW(static_cast<void>(KeysContainer(filesOf(nullptr)).loadCert("server.cer")));
-    EXPECT_NO_THROW(static_cast<void>(KeysContainer(TransactionCerts()).loadCert("server.cer")));
+    device.script().mainBundlePath = main.path();
+    const KeysContainer container(filesOf(NSBundle::bundleWithPath(folder.path())));
+    for (const char* name : {"server.cer", "server.cer.old", ".server..cer."})
+        EXPECT_EQ(keyOf(container.loadCert(name)), keyOf(server)) << name;
+    for (const char* name : {"bare", "bare."})
+        EXPECT_EQ(keyOf(container.loadCert(name)), keyOf(bare)) << name;
+    for (const KeysContainer& other : {KeysContainer(filesOf(nullptr)), KeysContainer(TransactionCerts())})
+        EXPECT_EQ(keyOf(other.loadCert("server.cer")), keyOf(ofTheMainBundle));
 }
 
 TEST(CertificateFile, FailuresAreLoggedAndRaised) {
@@ -50,34 +63,34 @@ TEST(CertificateFile, FailuresAreLoggedAndRaised) {
     std::filesystem::create_directory(folder.path() + "/folder.cer");
     folder.write("empty.cer", {});
     folder.write("pem.cer", asBytes("-----BEGIN CERTIFICATE-----\n" + identity.base64()));
-    Bytes longer = identity.der;
-    longer.push_back(0);
-    folder.write("longer.cer", longer);
+    folder.write("longer.cer", longer(identity));
     const auto bundle = NSBundle::bundleWithPath(folder.path());
-    const std::string noUrl = "Can not get bundle url for cert file ";
-    const std::string noCertificate = "Can not create SecCertificate for file ";
+    const auto fails = [](const auto& from, const std::string& name, SdkErrorCase kind,
+                          const std::string& text) {
+        SCOPED_TRACE(name);
+        expectRaised(kind, text, "KeysContainer.cpp loadCert(_:)",
+                     [&] { return KeysContainer(filesOf(from)).loadCert(name); });
+    };
+    for (const std::string name : {"missing.cer", "folder.cer", "", ".."})
+        fails(bundle, name, InvalidInputException, "Can not get bundle url for cert file " + name);
+    for (const std::string name : {"empty.cer", "pem.cer", "longer.cer"})
+        fails(bundle, name, SDKRuntimeException, "Can not create SecCertificate for file " + name);
+    fails(std::make_shared<BrokenBundle>(), "lost.cer", InvalidInputException,
+          "Can not load cert file lost.cer : No such file or directory");
+}
 
-    struct Row {
-        std::string name;
-        std::shared_ptr<NSBundle> bundle;
-        SdkErrorCase kind;
-        std::string text;
-    };
-    const std::vector<Row> rows{
-        {"missing.cer", bundle, InvalidInputException, noUrl + "missing.cer"},
-        {"folder.cer", bundle, InvalidInputException, noUrl + "folder.cer"},
-        {"", bundle, InvalidInputException, noUrl},
-        {"..", bundle, InvalidInputException, noUrl + ".."},
-        {"lost.cer", std::make_shared<BrokenBundle>(), InvalidInputException,
-         "Can not load cert file lost.cer : No such file or directory"},
-        {"empty.cer", bundle, SDKRuntimeException, noCertificate + "empty.cer"},
-        {"pem.cer", bundle, SDKRuntimeException, noCertificate + "pem.cer"},
-        {"longer.cer", bundle, SDKRuntimeException, noCertificate + "longer.cer"},
-    };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.name);
-        expectRaised(row.kind, row.text, "KeysContainer.cpp loadCert(_:)",
-                     [&] { return KeysContainer(filesOf(row.bundle)).loadCert(row.name); });
+/// More than are remembered, so that the second round finds some and makes some anew.
+TEST(CertificateMemo, GivesEachOfManyCertificatesItsOwnKeyAndNoneForOtherBytes) {
+    std::vector<TestIdentity> identities;
+    for (int count = 0; count < 20; ++count)
+        identities.push_back(selfSigned({}));
+    for (const char* round : {"first", "second"}) {
+        SCOPED_TRACE(round);
+        for (auto identity = identities.rbegin(); identity != identities.rend(); ++identity) {
+            EXPECT_EQ(keyOf(rememberedCertificate(identity->der).value()), keyOf(*identity));
+            EXPECT_FALSE(rememberedCertificate(longer(*identity)));
+            EXPECT_FALSE(rememberedCertificate(ByteView(identity->der).first(identity->der.size() - 1)));
+        }
     }
 }
 
@@ -86,44 +99,29 @@ TEST(CertificateTexts, KeepTheirOrder) {
     const auto certificates = KeysContainer::convertStringsToCerts({line[1].base64(), line[0].base64()});
     ASSERT_EQ(certificates.size(), 2U);
     for (const std::size_t index : {0U, 1U})
-        EXPECT_EQ(SecKeyCopyExternalRepresentation(*SecCertificateCopyKey(certificates[index])),
-                  SecKeyCopyExternalRepresentation(SecKeyCopyPublicKey(line[1 - index].privateKey())));
+        EXPECT_EQ(keyOf(certificates[index]), keyOf(line[1 - index]));
 }
 
 TEST(CertificateTexts, FirstBadOneIsLoggedAndRaised) {
     const TestIdentity identity = selfSigned({});
-    const std::string good = identity.base64();
-    Bytes longer = identity.der;
-    longer.push_back(0);
+    const auto fails = [&](const std::string& text, const std::string& says, const std::string& logged) {
+        expectRaised(
+            SDKRuntimeException, says, "KeysContainer.cpp convertStringsToCerts(_:)",
+            [&] {
+                return KeysContainer::convertStringsToCerts({identity.base64(), text, "later"});
+            },
+            logged);
+    };
     const std::string notBase64 = "Can not decode base64 cert ";
     const std::string noCertificate = "Can not create cert from data for certString ";
-    struct Row {
-        const char* name;
-        std::string text;
-        std::string failure;
-        /// How the text is quoted and logged, where that differs.
-        std::string quoted = text;
-        std::string logged = quoted;
-    };
-    const std::vector<Row> rows{
-        {"line feed behind", "MAAA\n", notBase64, "MAAA\n", "MAAA\\u000a"},
-        {"blank inside", "MA ==", notBase64},
-        {"the other alphabet", "-_-_", notBase64},
-        {"no padding", "MA", notBase64},
-        {"more than is quoted", std::string(1001, '*'), notBase64, std::string(1000, '*')},
-        {"nothing", "", noCertificate},
-        {"no certificate", "MAAA", noCertificate},
-        {"bytes behind the certificate", base64EncodedString(longer), noCertificate},
-    };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.name);
-        expectRaised(
-            SDKRuntimeException, row.failure + row.quoted, "KeysContainer.cpp convertStringsToCerts(_:)",
-            [&] {
-                return KeysContainer::convertStringsToCerts({good, row.text, "later"});
-            },
-            row.failure + row.logged);
-    }
+    for (const std::string text : {"MA ==", "-_-_", "MA"})
+        fails(text, notBase64 + text, notBase64 + text);
+    for (const std::string& text :
+         {std::string(), std::string("MAAA"), base64EncodedString(longer(identity))})
+        fails(text, noCertificate + text, noCertificate + text);
+    fails("MAAA\n", notBase64 + "MAAA\n", notBase64 + "MAAA\\u000a");
+    const std::string quoted = notBase64 + std::string(1000, '*');
+    fails(std::string(1001, '*'), quoted, quoted);
 }
 
 } // namespace

@@ -13,7 +13,6 @@ using testing::ElementsAre;
 
 constexpr const char* kDirectoryServer = "F170738365";
 constexpr const char* kDocument = R"({"DV":"1.4","DD":{"C001":"iOS"}})";
-constexpr auto kEnc = ContentEncryptionAlgorithm::A128CBCHS256;
 
 TransactionCerts certsFor(const TestIdentity& identity, CertAlgorithm algorithm) {
     return {identity.der, {}, algorithm, kDirectoryServer};
@@ -21,6 +20,13 @@ TransactionCerts certsFor(const TestIdentity& identity, CertAlgorithm algorithm)
 
 std::string sealed(const TransactionCerts& certs) {
     return KeysContainer(certs).getEncryptedDeviceInfo(asBytes(kDocument));
+}
+
+std::string openedByEc(const std::string& sealed, const TestIdentity& server, const char* directoryServer) {
+    const JWE jwe(sealed);
+    return std::string(
+        asText(jwe.decrypt(peerKey(ECPrivateKey(server.privateKey()), *jwe.header().epk(), directoryServer))
+                   .data()));
 }
 
 std::vector<std::string> namesOf(const JSON& object) {
@@ -36,8 +42,8 @@ TEST(RsaDeviceData, IsOpenedByTheDirectoryServersPrivateKey) {
     const TransactionCerts certs = certsFor(server, CertAlgorithm::RSA);
     const JWE jwe(sealed(certs));
     EXPECT_EQ(jwe.header().parameters(), JSON({{"alg", "RSA-OAEP-256"}, {"enc", "A128CBC-HS256"}}));
-    EXPECT_EQ(jwe.encryptedKey().size(), 256U);
-    const auto decrypter = Decrypter::make(KeyManagementAlgorithm::RSAOAEP256, kEnc, server.privateKey());
+    const auto decrypter = Decrypter::make(KeyManagementAlgorithm::RSAOAEP256,
+                                           ContentEncryptionAlgorithm::A128CBCHS256, server.privateKey());
     EXPECT_EQ(asText(jwe.decrypt(*decrypter).data()), kDocument);
     EXPECT_NE(JWE(sealed(certs)).encryptedKey(), jwe.encryptedKey());
 }
@@ -45,7 +51,8 @@ TEST(RsaDeviceData, IsOpenedByTheDirectoryServersPrivateKey) {
 TEST(EcDeviceData, IsOpenedByADirectoryServerThatKnowsItsIdentifier) {
     const TestIdentity server = selfSigned({});
     const TransactionCerts certs = certsFor(server, CertAlgorithm::EC);
-    const JWE jwe(sealed(certs));
+    const std::string compact = sealed(certs);
+    const JWE jwe(compact);
     const JSON& header = jwe.header().parameters();
     EXPECT_THAT(namesOf(header), ElementsAre("alg", "enc", "epk"));
     EXPECT_EQ(header["alg"], "dir");
@@ -53,24 +60,30 @@ TEST(EcDeviceData, IsOpenedByADirectoryServerThatKnowsItsIdentifier) {
     EXPECT_THAT(namesOf(header["epk"]), ElementsAre("crv", "d", "kid", "kty", "x", "y"));
     EXPECT_TRUE(ECPrivateKey::decode(header["epk"]).isCorrespondWith(*jwe.header().epk()));
     EXPECT_TRUE(jwe.encryptedKey().empty());
-
-    const ECPrivateKey serverKey(server.privateKey());
-    const SecretBytes key = peerKey(serverKey, *jwe.header().epk(), kDirectoryServer);
-    EXPECT_EQ(asText(jwe.decrypt(key).data()), kDocument);
-    const SecretBytes another = peerKey(serverKey, *jwe.header().epk(), "F170738366");
-    EXPECT_RAISES(JOSEErrorCase::decryptingFailed, jwe.decrypt(another));
+    EXPECT_EQ(openedByEc(compact, server, kDirectoryServer), kDocument);
+    EXPECT_RAISES(JOSEErrorCase::decryptingFailed, openedByEc(compact, server, "F170738366"));
     EXPECT_NE(JWE(sealed(certs)).header().parameters()["epk"], header["epk"]);
 }
 
-TEST(DeviceData, IsSealedForTheCertificateOfAFile) {
+TEST(CertificateFiles, EachServesItsOwnPurpose) {
+    const auto line = authorities(2);
     const TestIdentity server = selfSigned({});
     const TemporaryFolder folder;
     folder.write("server.cer", server.der);
-    KeysContainer container(DevInfoCert{"server.cer", "", kDirectoryServer, CertAlgorithm::EC,
+    folder.write("root.cer", line[0].der);
+    KeysContainer container(DevInfoCert{"server.cer", "root.cer", kDirectoryServer, CertAlgorithm::EC,
                                         NSBundle::bundleWithPath(folder.path())});
-    const JWE jwe(container.getEncryptedDeviceInfo(asBytes(kDocument)));
-    const SecretBytes key = peerKey(ECPrivateKey(server.privateKey()), *jwe.header().epk(), kDirectoryServer);
-    EXPECT_EQ(asText(jwe.decrypt(key).data()), kDocument);
+    EXPECT_EQ(openedByEc(container.getEncryptedDeviceInfo(asBytes(kDocument)), server, kDirectoryServer),
+              kDocument);
+
+    // Through the intermediates of the signed content, in any order, up to the root.
+    const PlayedAcs acs;
+    const TestIdentity leaf = line[2].issue({});
+    const std::vector<std::string> x5c{leaf.base64(), line[1].base64(), line[2].base64()};
+    static_cast<void>(container.getEphemeralPublicKey());
+    EXPECT_EQ(
+        container.parseAcsSignedContent(PlayedAcs::signedBy(leaf, x5c, acs.payload()), kReferenceNumber),
+        "https://acs.example/challenge");
 }
 
 TEST(DeviceData, FailuresAreLoggedAndRaised) {
@@ -83,37 +96,27 @@ TEST(DeviceData, FailuresAreLoggedAndRaised) {
     TransactionCerts damaged = certsFor(ec, CertAlgorithm::EC);
     damaged.deviceInfoEncCertDerBytes.pop_back();
 
-    const std::string file = "DeviceDataEncryption.cpp ";
-    const std::string rsa = file + "encryptDevInfoWithRsa(deviceInfo:)";
-    const std::string ecSite = file + "encryptDevInfoWithEc(deviceInfo:)";
-    struct Row {
-        const char* name;
-        TransactionCerts certs;
-        std::string text;
-        std::string site;
+    const char* const rsaSite = "encryptDevInfoWithRsa(deviceInfo:)";
+    const char* const ecSite = "encryptDevInfoWithEc(deviceInfo:)";
+    const std::tuple<TransactionCerts, const char*, const char*> rows[] = {
+        {damaged, "Can not load certificate for device info encryption.", "getEncryptedDeviceInfo(_:)"},
+        {certsFor(keyless, CertAlgorithm::RSA), "Can not get dePublicKey", rsaSite},
+        {certsFor(keyless, CertAlgorithm::EC), "Can not get dePublicKey.", ecSite},
+        {nameless, "Can not calculate partyVInfo.", ecSite},
+        {misnamed, "Can not calculate partyVInfo.", ecSite},
     };
-    const std::vector<Row> rows{
-        {"bytes that are no certificate", damaged, "Can not load certificate for device info encryption.",
-         file + "getEncryptedDeviceInfo(_:)"},
-        {"RSA, key of no known type", certsFor(keyless, CertAlgorithm::RSA), "Can not get dePublicKey", rsa},
-        {"EC, key of no known type", certsFor(keyless, CertAlgorithm::EC), "Can not get dePublicKey.",
-         ecSite},
-        {"EC, no identifier", nameless, "Can not calculate partyVInfo.", ecSite},
-        {"EC, identifier that is no text", misnamed, "Can not calculate partyVInfo.", ecSite},
-    };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.name);
-        expectRaised(InvalidInputException, row.text, row.site, [&] { return sealed(row.certs); });
-    }
+    for (const auto& row : rows)
+        expectRaised(InvalidInputException, std::get<1>(row),
+                     std::string("DeviceDataEncryption.cpp ") + std::get<2>(row),
+                     [&] { return sealed(std::get<0>(row)); });
 }
 
 TEST(DeviceData, FailuresOfTheJoseLayerPassThroughUnlogged) {
-    const TestIdentity ec = selfSigned({});
     const TestIdentity wide = selfSigned({.key = TestKeyType::p384});
     const TestIdentity rsa = selfSigned({.key = TestKeyType::rsa2048});
     const RecordingLogger log;
     EXPECT_RAISES(JOSEErrorCase::couldNotConstructJWK, sealed(certsFor(rsa, CertAlgorithm::EC)));
-    EXPECT_RAISES(JOSEErrorCase::encryptingFailed, sealed(certsFor(ec, CertAlgorithm::RSA)));
+    EXPECT_RAISES(JOSEErrorCase::encryptingFailed, sealed(certsFor(wide, CertAlgorithm::RSA)));
     EXPECT_RAISES(ECErrorCase::deriveKeyFail, sealed(certsFor(wide, CertAlgorithm::EC)));
     EXPECT_THAT(log.lines(), testing::Not(testing::Contains(testing::StartsWith("Sdk/"))));
 }

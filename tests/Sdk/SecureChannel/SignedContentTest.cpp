@@ -2,7 +2,6 @@
 #include "Crypt/JWS.h"
 #include "Sdk/SecureChannel/AcsSignedContent.h"
 #include "tests/Sdk/SecureChannel/ChannelSupport.h"
-#include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 
@@ -13,10 +12,7 @@ using enum SdkErrorCase;
 using enum SignatureAlgorithm;
 
 constexpr const char* kUrl = "https://acs.example/challenge";
-constexpr const char* kParse = "SignedContent.cpp parseAcsSignedContent(_:sdkReferenceNumber:)";
 constexpr const char* kValidate = "SignedContent.cpp validateCertChain(_:)";
-constexpr const char* kNotValid = "AcsSignedContent JWS is not valid.";
-constexpr const char* kChainFailure = "SecTrust cert chain validation fail.";
 
 /// What a container with this root, whose key has been published, makes of a signed content.
 std::string parsed(const std::string& content, const TestIdentity& root) {
@@ -34,57 +30,30 @@ TEST(SignedContent, GivesTheUrlUnderEachAllowedAlgorithm) {
     EXPECT_EQ(parsed(rsaAcs.signedContent(acs.payload(), PS256), acs.root), kUrl);
 }
 
-TEST(SignedContent, IsVerifiedThroughIntermediatesUpToTheRootOfAFile) {
-    const auto line = authorities(2);
-    const TestIdentity leaf = line[2].issue({});
-    const PlayedAcs acs;
-    const TemporaryFolder folder;
-    folder.write("root.cer", line[0].der);
-    KeysContainer container(DevInfoCert{"", "root.cer", "F170738365", CertAlgorithm::EC,
-                                        NSBundle::bundleWithPath(folder.path())});
-    static_cast<void>(container.getEphemeralPublicKey());
-    const std::vector<std::string> x5c{leaf.base64(), line[1].base64(), line[2].base64()};
-    EXPECT_EQ(
-        container.parseAcsSignedContent(PlayedAcs::signedBy(leaf, x5c, acs.payload()), kReferenceNumber),
-        kUrl);
-}
-
-TEST(SignedContent, WithAGoodChainUnderAnotherAlgorithmIsRejected) {
+TEST(SignedContent, WithoutCertificateTextsOrAnAllowedAlgorithmIsRejected) {
     const PlayedAcs acs;
     const TestIdentity wide = acs.root.issue({.key = TestKeyType::p384});
     const TestIdentity rsa = acs.root.issue({.key = TestKeyType::rsa2048});
-    JWSHeader unknown(JSON{{"alg", "none"}, {"x5c", {acs.leaf.base64()}}});
     const Bytes payload = toBytes(acs.payload().dump());
-    const std::array<DataConvertible, 3> unsignedParts{unknown, payload, Bytes()};
-
-    struct Row {
-        const char* name;
-        std::string content;
+    const auto under = [&](const JSON& header) {
+        const JWSHeader jwsHeader(header);
+        const std::array<DataConvertible, 3> parts{jwsHeader, payload, Bytes(64)};
+        return joinedBase64URL(parts);
     };
-    const std::vector<Row> rows{
+    const std::pair<const char*, std::string> rows[] = {
         {"ES384", PlayedAcs::signedBy(wide, {wide.base64()}, acs.payload(), ES384)},
         {"PS512", PlayedAcs::signedBy(rsa, {rsa.base64()}, acs.payload(), PS512)},
         {"RS384", PlayedAcs::signedBy(rsa, {rsa.base64()}, acs.payload(), RS384)},
-        {"none", joinedBase64URL(unsignedParts)},
+        {"none", under({{"alg", "none"}, {"x5c", {acs.leaf.base64()}}})},
+        {"no list", under({{"alg", "ES256"}})},
+        {"a text for a list", under({{"alg", "ES256"}, {"x5c", "MA=="}})},
+        {"a number in the list", under({{"alg", "ES256"}, {"x5c", JSON::array({acs.leaf.base64(), 1})}})},
     };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.name);
-        expectRaised(InvalidAcsResponseException, kNotValid, kParse,
-                     [&] { return parsed(row.content, acs.root); });
-    }
-}
-
-TEST(SignedContent, WithoutAListOfCertificateTextsIsRejected) {
-    const PlayedAcs acs;
-    const Bytes payload = toBytes(acs.payload().dump());
-    const Bytes signature(64);
-    for (const JSON& header : {JSON{{"alg", "ES256"}}, JSON{{"alg", "ES256"}, {"x5c", "MA=="}},
-                               JSON{{"alg", "ES256"}, {"x5c", JSON::array({acs.leaf.base64(), 1})}}}) {
-        SCOPED_TRACE(header.dump());
-        const JWSHeader jwsHeader(header);
-        const std::array<DataConvertible, 3> parts{jwsHeader, payload, signature};
-        expectRaised(InvalidAcsResponseException, kNotValid, kParse,
-                     [&] { return parsed(joinedBase64URL(parts), acs.root); });
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.first);
+        expectRaised(InvalidAcsResponseException, "AcsSignedContent JWS is not valid.",
+                     "SignedContent.cpp parseAcsSignedContent(_:sdkReferenceNumber:)",
+                     [&] { return parsed(row.second, acs.root); });
     }
 }
 
@@ -98,60 +67,50 @@ TEST(SignedContent, ChainsThatDoNotHoldAreRaisedWithoutTheReasonAndLoggedWithIt)
     const TestIdentity wide = selfSigned({.key = TestKeyType::p384});
     const TestIdentity keyless = acs.root.issue({.key = TestKeyType::ed25519});
     const TestIdentity intruder = acs.leaf.issue({.commonName = "Intruder"});
-    const auto detail = [](const std::string& text) {
-        return "SecTrust cert chain validation fail: " + text + ")";
-    };
-
-    struct Row {
-        const char* name;
-        std::vector<const TestIdentity*> chain;
-        const TestIdentity* root;
-        std::string logged;
-    };
-    const std::vector<Row> rows{
-        {"expired", {&late}, &acs.root, detail("certificate has expired")},
-        {"foreign root",
-         {&foreignLeaf, &foreign},
-         &acs.root,
-         detail("self-signed certificate in certificate chain")},
-        {"missing intermediate", {&deep}, &line[0], detail("unable to get local issuer certificate")},
-        {"issuer first", {&line[1], &deep}, &deep, detail("unable to get local issuer certificate")},
-        {"leaf as issuer", {&intruder, &acs.leaf}, &acs.root, detail("invalid CA certificate")},
-        {"untrusted chain and bad algorithm", {&wide}, &acs.root, detail("self-signed certificate")},
-        {"good chain to a key of no known type", {&keyless}, &acs.root, kChainFailure},
-    };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.name);
+    const std::tuple<const char*, std::vector<const TestIdentity*>, const TestIdentity*, const char*> rows[] =
+        {
+            {"expired", {&late}, &acs.root, "certificate has expired"},
+            {"foreign root",
+             {&foreignLeaf, &foreign},
+             &acs.root,
+             "self-signed certificate in certificate chain"},
+            {"missing intermediate", {&deep}, &line[0], "unable to get local issuer certificate"},
+            {"issuer first", {&line[1], &deep}, &deep, "unable to get local issuer certificate"},
+            {"leaf as issuer", {&intruder, &acs.leaf}, &acs.root, "invalid CA certificate"},
+            {"untrusted chain and bad algorithm", {&wide}, &acs.root, "self-signed certificate"},
+            {"good chain to a key of no known type", {&keyless}, &acs.root, nullptr},
+        };
+    for (const auto& [name, chain, root, reason] : rows) {
+        SCOPED_TRACE(name);
         std::vector<std::string> x5c;
-        for (const TestIdentity* each : row.chain)
+        for (const TestIdentity* each : chain)
             x5c.push_back(each->base64());
-        const bool isWide = row.chain.front() == &wide;
-        const TestIdentity& signer = row.chain.front() == &keyless ? acs.leaf : *row.chain.front();
-        const std::string content = PlayedAcs::signedBy(signer, x5c, acs.payload(), isWide ? ES384 : ES256);
+        const TestIdentity& signer = reason ? *chain.front() : acs.leaf;
+        const std::string content =
+            PlayedAcs::signedBy(signer, x5c, acs.payload(), &signer == &wide ? ES384 : ES256);
+        const std::string text = "SecTrust cert chain validation fail";
         expectRaised(
-            SDKRuntimeException, kChainFailure, kValidate, [&] { return parsed(content, *row.root); },
-            row.logged);
+            SDKRuntimeException, text + ".", kValidate,
+            [&content, &anchor = *root] { return parsed(content, anchor); },
+            reason ? text + ": " + reason + ")" : text + ".");
     }
 }
 
-TEST(SignedContent, EmptyListOfCertificatesAndUnusableRootAreInputErrors) {
+TEST(SignedContent, ListsThatCannotBeCheckedAreToldBeforeAnUnusableRoot) {
     const PlayedAcs acs;
-    const std::string empty = PlayedAcs::signedBy(acs.leaf, {}, acs.payload());
-    expectRaised(InvalidInputException, "No certificates found in JWS header.", kValidate,
-                 [&] { return parsed(empty, acs.root); });
     TestIdentity damaged = acs.root;
     damaged.der.pop_back();
+    const auto content = [&](const std::vector<std::string>& x5c) {
+        return PlayedAcs::signedBy(acs.leaf, x5c, acs.payload());
+    };
+    expectRaised(InvalidInputException, "No certificates found in JWS header.", kValidate,
+                 [&] { return parsed(content({}), damaged); });
+    expectRaised(SDKRuntimeException, "Can not decode base64 cert ?",
+                 "KeysContainer.cpp convertStringsToCerts(_:)", [&] {
+                     return parsed(content({acs.leaf.base64(), "?"}), damaged);
+                 });
     expectRaised(InvalidInputException, "Can not load root CA certificate for cert chain validation.",
                  kValidate, [&] { return parsed(acs.signedContent(), damaged); });
-}
-
-TEST(SignedContent, BadCertificateTextIsReportedBeforeAnUnusableRoot) {
-    const PlayedAcs acs;
-    TestIdentity damaged = acs.root;
-    damaged.der.pop_back();
-    const std::string content = PlayedAcs::signedBy(acs.leaf, {acs.leaf.base64(), "?"}, acs.payload());
-    expectRaised(SDKRuntimeException, "Can not decode base64 cert ?",
-                 "KeysContainer.cpp convertStringsToCerts(_:)", [&] { return parsed(content, damaged); });
 }
 
 TEST(SignedContent, BadSignaturesAndFormsRaiseTheJoseLayersFailures) {
@@ -169,23 +128,15 @@ TEST(SignedContent, BadSignaturesAndFormsRaiseTheJoseLayersFailures) {
 TEST(SignedContent, PayloadOfTheWrongShapeRaisesTheDecodersFailure) {
     const PlayedAcs acs;
     using enum DecodingErrorCase;
-    struct Row {
-        const char* name;
-        JSON change;
-        DecodingErrorCase kind;
-    };
-    const std::vector<Row> rows{
-        {"no ACS key", {{"acsEphemPubKey", nullptr}}, valueNotFound},
-        {"SDK key is a text", {{"sdkEphemPubKey", "key"}}, typeMismatch},
-        {"URL is a number", {{"acsURL", 1}}, typeMismatch},
-        {"key of another type", {{"acsEphemPubKey", {{"kty", "RSA"}}}}, keyNotFound},
-    };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.name);
+    const auto parsedWith = [&acs](const JSON& change) {
         JSON payload = acs.payload();
-        payload.update(row.change);
-        EXPECT_RAISES(row.kind, parsed(acs.signedContent(payload), acs.root));
-    }
+        payload.update(change);
+        return parsed(acs.signedContent(payload), acs.root);
+    };
+    EXPECT_RAISES(valueNotFound, parsedWith({{"acsEphemPubKey", nullptr}}));
+    EXPECT_RAISES(keyNotFound, parsedWith({{"acsEphemPubKey", {{"kty", "RSA"}}}}));
+    EXPECT_RAISES(typeMismatch, parsedWith({{"sdkEphemPubKey", "key"}}));
+    EXPECT_RAISES(typeMismatch, parsedWith({{"acsURL", 1}}));
     EXPECT_RAISES(keyNotFound, parsed(acs.signedContent(JSON::object()), acs.root));
     EXPECT_RAISES(typeMismatch, parsed(acs.signedContent(JSON::array()), acs.root));
 }
