@@ -1,10 +1,28 @@
 // korvane-acs as a child process, and HTTPS requests that trust its root alone.
 
+import { strict as assert } from "node:assert";
 import { spawn } from "node:child_process";
 import { once } from "node:events";
-import { readFileSync } from "node:fs";
+import { mkdtempSync, readFileSync, rmSync, writeFileSync } from "node:fs";
 import { Agent, request } from "node:https";
+import { tmpdir } from "node:os";
+import { join } from "node:path";
+import { after } from "node:test";
 import { createInterface } from "node:readline";
+
+/** The files of this run; they go with it. */
+export const folder = mkdtempSync(join(tmpdir(), "korvane-tools-"));
+export const pki = join(folder, "pki");
+after(() => rmSync(folder, { recursive: true }));
+
+let count = 0;
+/** A new file with this text. */
+export const written = (text) => {
+  const path = join(folder, `file-${++count}.json`);
+  writeFileSync(path, text);
+  return path;
+};
+export const shipped = (name) => JSON.parse(readFileSync(join(process.env.KORVANE_SCENARIOS, `${name}.json`)));
 
 export class Acs {
   static async start(args, program = process.env.KORVANE_ACS) {
@@ -20,6 +38,12 @@ export class Acs {
     acs.url = acs.listening.url;
     acs.agent = new Agent({ ca: readFileSync(acs.listening.tlsRoot), keepAlive: true });
     return acs;
+  }
+
+  /** Plays a scenario: a shipped one by its name, or one of the test's own. */
+  static play(scenario, ...args) {
+    const own = written(JSON.stringify(typeof scenario === "string" ? shipped(scenario) : scenario));
+    return Acs.start(["--pki", pki, "--scenario", own, ...args]);
   }
 
   /** The answer to a request: status, headers and body; rejects when the connection ends without one. */
@@ -58,3 +82,13 @@ export class Acs {
     return ended ?? code;
   }
 }
+
+/** Runs against a tool of its own, which must end well. */
+export const withAcs = async (scenario, body, ...args) => {
+  const acs = await Acs.play(scenario, ...args);
+  try {
+    await body(acs);
+  } finally {
+    assert.equal(await acs.stop(), 0, "the exit code of the ACS");
+  }
+};

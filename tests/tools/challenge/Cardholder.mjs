@@ -40,10 +40,6 @@ export class Cardholder {
     return this.next();
   }
 
-  endInput() {
-    this.child.stdin.end();
-  }
-
   /** The exit code, once it has ended by itself. */
   async ended() {
     const [code, signal] = await this.closed;
@@ -56,8 +52,7 @@ export class Cardholder {
     if (event !== "authenticationRequest") throw new Error(`unexpected ${event}`);
     const answer = JSON.parse((await acs.post("/authenticate", JSON.stringify(request))).body);
     const { deviceData, ...values } = answer;
-    this.deviceData = deviceData;
-    this.request = request;
+    Object.assign(this, { deviceData, request });
     this.write(change(values));
   }
 
