@@ -2,38 +2,27 @@
 
 import { strict as assert } from "node:assert";
 import { spawnSync } from "node:child_process";
-import { cpSync, mkdirSync, mkdtempSync, rmSync, writeFileSync } from "node:fs";
-import { tmpdir } from "node:os";
+import { cpSync, mkdirSync, rmSync, writeFileSync } from "node:fs";
 import { join } from "node:path";
-import { after, before, test } from "node:test";
+import { after, test } from "node:test";
 
-import { Acs } from "./acs/Acs.mjs";
+import { Acs, folder } from "./acs/Acs.mjs";
 
-const folder = mkdtempSync(join(tmpdir(), "korvane-rubbish-"));
 const at = (name) => join(folder, name);
 const programs = { acs: process.env.KORVANE_ACS, challenge: process.env.KORVANE_CHALLENGE, jose: process.env.KORVANE_JOSE };
 /** What would steer a terminal or turn what is read on it: all controls but the end of a line, and bidi marks. */
 const steering = /[\u0000-\u0009\u000b-\u001f\u007f-\u009f\u061c\u200e\u200f\u2028-\u202e\u2066-\u2069]/;
 
-let taken;
-before(async () => {
-  taken = await Acs.start(["--pki", at("pki")]);
-  mkdirSync(at("folder"));
-  writeFileSync(at("text"), "text");
-  writeFileSync(at("half"), "-----BEGIN CERTIFICATE-----\nAAAA\n");
-  const spoil = (copy, spoiled) => {
-    cpSync(at("pki"), at(copy), { recursive: true });
-    spoiled(join(at(copy)));
-  };
-  spoil("pki-ec-for-rsa", (pki) => cpSync(join(pki, "acs-ec.key"), join(pki, "acs-rsa.key")));
-  spoil("pki-rsa-for-ec", (pki) => cpSync(join(pki, "acs-rsa.key"), join(pki, "device-data-ec.key")));
-  spoil("pki-no-certificate", (pki) => writeFileSync(join(pki, "acs-rsa.der"), "x"));
-  spoil("pki-folder", (pki) => { rmSync(join(pki, "acs-rsa.key")); mkdirSync(join(pki, "acs-rsa.key")); });
-});
-after(async () => {
-  assert.equal(await taken.stop(), 0);
-  rmSync(folder, { recursive: true });
-});
+const taken = await Acs.start(["--pki", at("pki")]);
+after(async () => assert.equal(await taken.stop(), 0));
+mkdirSync(at("folder"));
+writeFileSync(at("text"), "text");
+writeFileSync(at("half"), "-----BEGIN CERTIFICATE-----\nAAAA\n");
+for (const copy of ["wrong-key", "no-certificate", "no-key"]) cpSync(at("pki"), at(copy), { recursive: true });
+cpSync(at("pki/acs-ec.key"), at("wrong-key/acs-rsa.key"));
+writeFileSync(at("no-certificate/acs-rsa.der"), "x");
+rmSync(at("no-key/acs-rsa.key"));
+mkdirSync(at("no-key/acs-rsa.key"));
 
 const acs = (...args) => ({ tool: "acs", args: ["--pki", at("pki"), ...args] });
 const bare = (tool, ...args) => ({ tool, args });
@@ -50,83 +39,62 @@ const rows = [
   ["an unknown option", acs("--unknown"), 2, /--unknown/],
   ["an address that is not loopback's", acs("--listen", "0.0.0.0:0"), 2, /--listen: 0\.0\.0\.0:0 is no address/],
   ["a port beyond all ports", acs("--listen", "127.0.0.1:65536"), 2, /is no address/],
-  ["no port", acs("--listen", "127.0.0.1"), 2, /is no address/],
-  ["a port that is taken", () => acs("--listen", new URL(taken.url).host), 2, /Nothing can listen on .*: Address already in use/],
+  ["a port that is taken", acs("--listen", new URL(taken.url).host), 2, /Nothing can listen on .*: Address already in use/],
   ["no PKI", bare("acs", "--pki", ""), 2, /--pki: must not be empty/],
   ["a PKI below a device", bare("acs", "--pki", "/dev/null/pki"), 2, /\/dev\/null\/pki/],
-  ["a PKI that is a file", bare("acs", "--pki", at("text")), 2, /Not a directory/],
-  ["an EC key for an RSA key", bare("acs", "--pki", at("pki-ec-for-rsa")), 2, /acs-rsa\.key: This is no private RSA key/],
-  ["an RSA key for an EC key", bare("acs", "--pki", at("pki-rsa-for-ec")), 2, /device-data-ec\.key: This is no private EC key/],
-  ["a certificate that is none", bare("acs", "--pki", at("pki-no-certificate")), 2, /acs-rsa\.der: This is no certificate/],
-  ["a folder for a key", bare("acs", "--pki", at("pki-folder")), 2, /acs-rsa\.key: .*Is a directory/],
-  ["no scenario", acs("--scenario", ""), 2, /--scenario: must not be empty/],
+  ["an EC key for an RSA key", bare("acs", "--pki", at("wrong-key")), 2, /acs-rsa\.key: This is no private RSA key/],
+  ["a certificate that is none", bare("acs", "--pki", at("no-certificate")), 2, /acs-rsa\.der: This is no certificate/],
+  ["a folder for a key", bare("acs", "--pki", at("no-key")), 2, /acs-rsa\.key: .*Is a directory/],
   ["a scenario that is not there", acs("--scenario", at("absent")), 2, /absent: The file cannot be read: No such file/],
   ["a folder for a scenario", acs("--scenario", at("folder")), 2, /folder: The file cannot be read: Is a directory/],
-  ["an empty scenario", acs("--scenario", "/dev/null"), 2, /\/dev\/null: The file is empty/],
   ["a scenario without end", acs("--scenario", "/dev/zero"), 2, /\/dev\/zero: The file has more than 16 MiB/],
-  ["no log", acs("--log", ""), 2, /--log: must not be empty/],
   ["a log below a device", acs("--log", "/dev/null/log"), 2, /log file .*: Not a directory/],
-  ["a folder for a log", acs("--log", at("folder")), 2, /log file .*: Is a directory/],
-  ["no directory server", acs("--directory-server", ""), 2, /must not be empty/],
-  ...["nan", "inf", "0", "-1", "86401"].map((time) =>
+  ...["nan", "0", "86401"].map((time) =>
     [`a lifetime of ${time}`, acs("--forget-after", time), 2, /--forget-after: must lie between 0\.001 and 86400/]),
-  ["a lifetime in words", acs("--forget-after", "soon"), 2, /--forget-after/],
   ["an option that plays with the terminal", bare("acs", "--pki", "p", "--\u009b2J\u001b[2J\u202e"), 2, /--\\u009b2J\\u001b\[2J\\u202e/],
   ["a file that plays with the terminal", acs("--scenario", "\u009b2J\n"), 2, /\\u009b2J\n?: The file cannot be read/],
 
   ["nothing", bare("challenge"), 2, /--directory-server is required/],
   ["an unknown algorithm", challenge({ "--algorithm": "X" }), 2, /--algorithm/],
   ["a certificate that is not there", challenge({ "--ds-certificate": at("absent") }), 2, /absent: .*No such file/],
-  ["a folder for a certificate", challenge({ "--ds-certificate": at("folder") }), 2, /folder: .*Is a directory/],
   ["an RSA certificate under EC", challenge({ "--ds-certificate": at("pki/device-data-rsa.der") }), 2, /The certificate has no EC key/],
   ["an EC certificate under RSA", challenge({ "--algorithm": "RSA" }), 2, /The certificate has no RSA key/],
   ["a root that is no certificate", challenge({ "--ds-root": at("text") }), 2, /text: This is no certificate, neither in DER nor in PEM/],
-  ["an authority that is none", challenge({ "--ca": at("text") }), 2, /text: This is no certificate/],
   ["a certificate that lacks its end", challenge({ "--ca": at("half") }), 2, /half: The last certificate lacks its end/],
-  ["an empty root", challenge({ "--ds-root": "/dev/null" }), 2, /\/dev\/null: The file is empty/],
-  ["a folder for an authority", challenge({ "--ca": at("folder") }), 2, /folder: .*Is a directory/],
   ["a time that is no number", challenge({ "--timeout": "nan" }), 2, /--timeout/],
   ["a version that plays with the terminal", challenge({ "--message-version": "\u009b2J" }), 1, /^$/, /\\u009b2J/],
-  ["numbers that overflow", challenge({}, { input: `{"acsTransID":1e400}\n{"acsTransID":${"9".repeat(10000)}}\n` }), 1, "",
+  ["numbers that overflow", challenge({}, { input: `{"acsTransID":1e400}\n{"acsTransID":${"9".repeat(10000)}}\n` }), 1, /^/,
     /"event":"error".*\n.*"event":"error"/],
-  ["no standard input", streams("<&-", challenge()), 1, ""],
-  ["a folder as standard input", streams(`<${folder}`, challenge()), 1, ""],
+  ["no standard input", streams("<&-", challenge()), 1, /^/],
   ["no standard output", streams(">&-", challenge()), 1, /The output cannot be written/],
   ["no room for the output", streams(">/dev/full", challenge()), 1, /The output cannot be written/],
-  ["no standard streams", streams("<&- >&- 2>&-", challenge()), 1, ""],
+  ["no standard streams", streams("<&- >&- 2>&-", challenge()), 1, /^/],
 
   ["an unknown option", bare("jose", "--unknown"), 2, /--unknown/],
-  ["an unknown subcommand", bare("jose", "seal"), 2, /seal/],
   ["nothing to inspect", bare("jose", "inspect"), 2, /COMPACT is required/],
-  ["two to inspect", bare("jose", "inspect", "a", "b"), 2, /b/],
   ["an operation that plays with the terminal", jose('{"op":"\u009b2J\u007f\u202e\u2028"}'), 1, /^$/,
     /names no operation: \\u009b2J\\u007f\\u202e\\u2028"/],
   ["numbers that overflow", jose(`{"op":1e400}\n{"op":${"9".repeat(10000)}}`), 1, /^$/, /notJSON.*\n.*notJSON/],
   ["nesting without end", jose("[".repeat(100000)), 1, /^$/, /notJSON/],
   ["no standard input", streams("<&-", jose()), 1, /The input cannot be read: Bad file descriptor/],
   ["a folder as standard input", streams(`<${folder}`, jose()), 1, /The input cannot be read: Is a directory/],
-  ["no standard output", streams(">&-", jose("{}")), 1, /The output cannot be written/],
   ["no room for the output", streams(">/dev/full", jose("{}")), 1, /The output cannot be written/],
   ["no room for the help", streams(">/dev/full", bare("jose", "--help")), 1, /The output cannot be written/],
   ["a reader that goes", streams("| head -c1 >&2", jose("{}\n".repeat(100000))), 1, /The output cannot be written/],
 ];
 
-for (const [name, row, status, says, shown = /^$/] of rows) {
-  const { tool } = typeof row === "function" ? { tool: "acs" } : row;
+for (const [name, { tool, args, input = "", redirection }, status, says, shown] of rows)
   test(`${tool}: ${name}`, () => {
-    const { args, input = "", redirection } = typeof row === "function" ? row() : row;
     const command = redirection
       ? ["/bin/bash", ["-c", `set -o pipefail; "$0" "$@" ${redirection}`, programs[tool], ...args]]
       : [programs[tool], args];
     const { status: ended, signal, stdout, stderr } =
       spawnSync(...command, { input, encoding: "utf8", timeout: 20000, killSignal: "SIGKILL", cwd: folder });
     assert.deepEqual([ended, signal], [status, null], stderr);
-    assert.match(stderr, typeof says === "string" ? new RegExp(says) : says);
-    if (tool !== "challenge") assert.match(stdout, shown);
-    else if (shown.source !== "^$") assert.match(stdout, shown);
+    assert.match(stderr, says);
+    assert.match(stdout, shown ?? (tool === "challenge" ? /^/ : /^$/)); // the cardholder has its request to show
     assert.doesNotMatch(stdout + stderr, steering);
   });
-}
 
 test("each tool tells its version", () => {
   for (const [name, program] of Object.entries(programs)) {
