@@ -11,7 +11,6 @@ namespace {
 using enum SdkErrorCase;
 using enum SignatureAlgorithm;
 
-constexpr const char* kUrl = "https://acs.example/challenge";
 constexpr const char* kValidate = "SignedContent.cpp validateCertChain(_:)";
 
 /// What a container with this root, whose key has been published, makes of a signed content.
@@ -19,15 +18,6 @@ std::string parsed(const std::string& content, const TestIdentity& root) {
     KeysContainer container(certsWithRoot(root));
     static_cast<void>(container.getEphemeralPublicKey());
     return container.parseAcsSignedContent(content, kReferenceNumber);
-}
-
-TEST(SignedContent, GivesTheUrlUnderEachAllowedAlgorithm) {
-    const PlayedAcs acs;
-    PlayedAcs rsaAcs = acs;
-    rsaAcs.leaf = acs.root.issue({.key = TestKeyType::rsa2048});
-    EXPECT_EQ(parsed(acs.signedContent(acs.payload(), ES256), acs.root), kUrl);
-    EXPECT_EQ(parsed(rsaAcs.signedContent(acs.payload(), RS256), acs.root), kUrl);
-    EXPECT_EQ(parsed(rsaAcs.signedContent(acs.payload(), PS256), acs.root), kUrl);
 }
 
 TEST(SignedContent, WithoutCertificateTextsOrAnAllowedAlgorithmIsRejected) {
