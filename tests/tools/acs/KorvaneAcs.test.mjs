@@ -25,7 +25,8 @@ suite("challenges", () => {
     const common = { threeDSServerTransID, acsTransID, sdkTransID: sdk.sdkTransID, messageType: "CRes", messageVersion: "2.2.0" };
     const first = await sdk.post();
     assert.deepEqual({ ...first, ...common, acsUiType: "01", acsCounterAtoS: "000", challengeCompletionInd: "N" }, first);
-    assert.equal((await sdk.post({ challengeDataEntry: "1" })).challengeInfoTextIndicator, "Y");
+    const wrong = { challengeDataEntry: "1", challengeCancel: null }; // null counts as absent
+    assert.equal((await sdk.post(wrong)).challengeInfoTextIndicator, "Y");
     assert.equal((await sdk.post({ resendChallenge: "Y" })).challengeInfoTextIndicator, undefined);
     assert.equal((await sdk.post({ challengeNoEntry: "Y" })).challengeInfoTextIndicator, "Y");
     assert.deepEqual(await sdk.post({ challengeDataEntry: "1234" }),
@@ -165,6 +166,7 @@ suite("rubbish", () => {
     ["a member of another type", request({ deviceData: 7 }), "203 deviceData"],
     ["device data under another key", dataUnder(p256), "302 deviceData: "],
     ["device data with an agreement off its curve", dataUnder({ ...p256, x: p256.y }), "302 deviceData: "],
+    ["a key on another curve", request({ ephemeralPublic: p384 }), "203 ephemeralPublic"],
     ["a key off its curve", request({ ephemeralPublic: { ...p256, x: p256.y } }), "203 ephemeralPublic"],
     ["a key that is no JWK", request({ ephemeralPublic: "{" }), "203 ephemeralPublic"],
   ];
@@ -202,6 +204,7 @@ suite("rubbish", () => {
     ["another version", sealed({ messageVersion: "2.1.0" }), "203 messageVersion"],
     ["a critical extension",
       sealed({ messageExtension: [{ criticalityIndicator: true, id: "one", name: "n", data: {} }] }), "202 one"],
+    ["a sealed Erro whose code is a number", sealed({ messageType: "Erro", errorCode: 101 }), "203 errorCode"],
     ["an Erro whose code is a number", () => '{"messageType":"Erro","errorCode":101}', "203 errorCode"],
   ];
   for (const [name, body, says] of bodies)

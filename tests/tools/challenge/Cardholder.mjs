@@ -15,7 +15,7 @@ export class Cardholder {
   }
 
   constructor(args, program = process.env.KORVANE_CHALLENGE) {
-    this.child = spawn(program, args, { stdio: ["pipe", "pipe", "pipe"] });
+    this.child = spawn(program, args, { stdio: ["pipe", "pipe", "pipe"], timeout: 120000 }); // or a test that failed waits
     this.child.stdin.on("error", () => {}); // it may end while we write
     this.closed = once(this.child, "close");
     this.log = "";
