@@ -13,18 +13,13 @@ struct GalleryScreen {
     const char* name;
     CGSize size;
     UIEdgeInsets safeArea;
-
-    [[nodiscard]] Orientation orientation() const {
-        return size.width < size.height ? Orientation::PORTRAIT : Orientation::LANDSCAPE;
-    }
 };
 
 [[nodiscard]] const std::vector<GalleryScreen>& galleryScreens();
 
-/// Responses with everything that a screen can show, with the longest texts, and with the least.
+/// Responses with everything that a screen can show, and with the longest texts.
 [[nodiscard]] CRes fullCRes(UiType kind);
 [[nodiscard]] CRes longCRes(UiType kind);
-[[nodiscard]] CRes bareCRes(UiType kind);
 
 /// What is wrong with where the views of a screen lie: leaves that overlap, leaves beyond the screen's sides,
 /// texts with less room than they need. Empty if all is well.

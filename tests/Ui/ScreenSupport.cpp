@@ -3,10 +3,18 @@
 #include "Crypt/DataExtensions.h"
 #include "tests/support/Messages.h"
 
+#include <stdexcept>
+
 namespace korvane {
 
 std::string encodedPage(std::string_view page) {
     return base64URLEncodedString(asBytes(page));
+}
+
+UIView& viewNamed(const UIView& screen, std::string_view name) {
+    for (const auto& view : screen.subviews())
+        if (view->accessibilityIdentifier() == name) return *view;
+    throw std::out_of_range(std::string(name));
 }
 
 CRes screenCRes(UiType kind) {

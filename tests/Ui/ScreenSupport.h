@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/NotificationCenter.h"
 #include "Platform/View/UIApplication.h"
 #include "Platform/View/UIWindow.h"
 #include "Ui/Screens/ChallengeRootNavigationController.h"
@@ -51,6 +52,9 @@ private:
 
 /// A text in Base64URL, as the ACS sends pages.
 [[nodiscard]] std::string encodedPage(std::string_view page);
+
+/// A control of a screen, by its name in the storyboard; throws if there is none.
+[[nodiscard]] UIView& viewNamed(const UIView& screen, std::string_view name);
 
 /// A telephone with the library's resources and a window; screens come over its root in a challenge's stack.
 class ScreenTest : public testing::Test {
