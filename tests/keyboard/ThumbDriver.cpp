@@ -35,36 +35,29 @@ CGRect touchArea(const KeyboardButton& key, const KeyboardLayout& layout) {
     return key.superview()->convertTo(&layout, UIEdgeInsetsInsetRect(key.frame(), key.hitRangeInsets()));
 }
 
-/// Begins editing as the challenge's screen does.
-struct ThumbDriver::FieldDelegate final : UITextFieldDelegate {
-    bool textFieldShouldBeginEditing(UITextField& textField) override {
-        controller->set(std::static_pointer_cast<UITextField>(textField.shared_from_this()));
-        return true;
-    }
-
-    std::shared_ptr<SecKeyboardInputViewController> controller;
-};
-
-ThumbDriver::ThumbDriver(UIKeyboardType type, CGSize screen)
-    : Device(screen), delegate_(std::make_shared<FieldDelegate>()) {
-    delegate_->controller = controller;
+ThumbDriver::ThumbDriver(UIKeyboardType type, CGSize screen) : Device(screen) {
     const auto root = std::make_shared<UIViewController>();
     window->setRootViewController(root);
     window->makeKeyAndVisible();
     field->setFrame({{10, 20}, {200, 30}});
     field->setKeyboardType(type);
-    field->setDelegate(delegate_);
     root->view()->addSubview(field);
-    EXPECT_TRUE(field->becomeFirstResponder());
+    edit();
 }
 
 ThumbDriver::~ThumbDriver() {
     UIApplication::shared().remove(window);
 }
 
+/// As the challenge's screen does.
+void ThumbDriver::edit() {
+    controller->set(field);
+    EXPECT_TRUE(field->becomeFirstResponder());
+}
+
 void ThumbDriver::editAgain() {
     field->resignFirstResponder();
-    field->becomeFirstResponder();
+    edit();
 }
 
 void ThumbDriver::turn() {

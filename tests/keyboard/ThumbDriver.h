@@ -31,8 +31,7 @@ inline constexpr State kOn = State::Letters(Shift::On);
 [[nodiscard]] CGRect touchArea(const KeyboardButton& key, const KeyboardLayout& layout);
 
 /// A telephone or a tablet in virtual time.
-class Device {
-public:
+struct Device {
     explicit Device(CGSize screen = {375, 667}) {
         platform.script().bounds = {{0, 0}, screen};
         platform.script().mainBundlePath = KORVANE_MAIN_BUNDLE;
@@ -79,13 +78,11 @@ public:
         std::make_shared<SecKeyboardInputViewController>();
 
 private:
-    struct FieldDelegate;
-
+    void edit();
     void end(const std::vector<Thumb>& thumbs, UITouchPhase phase);
     void playThumbs(const std::string& step);
     [[nodiscard]] CGPoint middle(std::string_view key) const;
 
-    std::shared_ptr<FieldDelegate> delegate_;
     std::map<Thumb, CGPoint> thumbs_; // those that are down
 };
 
