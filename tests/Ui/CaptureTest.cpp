@@ -20,26 +20,20 @@ protected:
     }
 };
 
-TEST_F(Capture, ScreensLeaveThemselvesOutOfPicturesWhileTheSwitchIsOn) {
-    for (const bool isOn : {true, false}) {
-        isEnablePreventScreenCapture = isOn;
-        const auto screen = show(screenCRes(UiType::OOB));
-        const auto mask = screen->view()->layer().value(std::string(CALayer::kCaptureMask));
-        EXPECT_EQ(mask.value_or(0), isOn ? 18 : 0);
-    }
-}
-
-TEST_F(Capture, ARecordingCoversTheScreenAsLongAsBothAreThereAndTheSwitchIsOn) {
+TEST_F(Capture, ScreensAreInNoPictureAndARecordingCoversThemWhileTheSwitchesAreOn) {
     platform.script().isCaptured = true;
-    const auto screen = show(screenCRes(UiType::OOB));
+    const auto mask = [](ChallengeNativeViewController& screen) {
+        return screen.view()->layer().value(std::string(CALayer::kCaptureMask)).value_or(0);
+    };
+    EXPECT_EQ(mask(*show(screenCRes(UiType::OOB))), 18);
     EXPECT_TRUE(isCovered(true)) << "from the start";
     EXPECT_FALSE(isCovered(false));
     EXPECT_TRUE(isCovered(true));
     stack->setViewControllers({std::make_shared<UIViewController>()}, UIAnimated::no);
     settle();
     EXPECT_FALSE(isCovered(true)) << "a screen that is gone covers nothing";
-    isEnablePreventScreenRecording = false;
-    const auto open = show(screenCRes(UiType::OOB));
+    isEnablePreventScreenCapture = isEnablePreventScreenRecording = false;
+    EXPECT_EQ(mask(*show(screenCRes(UiType::OOB))), 0);
     EXPECT_FALSE(isCovered(true));
 }
 

@@ -112,51 +112,42 @@ TEST_F(Factory, WhatAResponseHasIsReadAndTheRestIsHiddenOnBothTwins) {
 }
 
 TEST_F(Factory, AWarningShowsAsTheIndicatorAndTheApplicationSay) {
-    const UIColor red = UIColor::red();
     struct Row {
         const char* name;
         const char* indicator;
-        bool hasLook, hasWarning, showsIndicator;
+        bool hasText, hasWarning, showsIndicator;
         double width;
-        bool isColoured;
+        std::optional<UIColor> color; // the application's
     };
-    const Row rows[] = {{"indicator without a look", "Y", false, false, true, 45, false},
-                        {"another value", "N", true, true, true, 0, false},
-                        {"a look without a warning", "Y", true, false, true, 45, false},
-                        {"a warning with its colours", "Y", true, true, true, 45, true},
-                        {"a warning without its image", "Y", true, true, false, 0, true}};
+    const UIColor red = UIColor::red(), blue = UIColor::blue();
+    const Row rows[] = {{"no look", "Y", false, false, true, 45, {}},
+                        {"another value", "N", false, true, true, 0, {}},
+                        {"a text without a warning", "Y", true, false, true, 45, blue},
+                        {"a warning with its colours", "Y", false, true, true, 45, red},
+                        {"a warning without its image", "Y", false, true, false, 0, red},
+                        {"a warning over a text", "Y", true, true, true, 45, red}};
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
-        look = row.hasLook ? std::make_shared<UiCustomization>() : nullptr;
+        CRes cRes = screenCRes(UiType::TEXT);
+        cRes.challengeInfoTextIndicator = row.indicator;
+        const auto text = std::make_shared<CustTextCustomization>(FontValues{"Courier", 12, {}}, blue, blue);
+        text->setCustomText(*cRes.challengeInfoText, "Look at your phone.");
+        look = std::make_shared<UiCustomization>();
+        if (row.hasText) look->setCustTextCustomization(text, CustTextViewType::CHALLENGE_INFO_TEXT);
         if (row.hasWarning)
             look->setCustWarning(
                 std::make_shared<CustWarning>(row.showsIndicator, false, red, red, std::nullopt));
-        CRes cRes = screenCRes(UiType::TEXT);
-        cRes.challengeInfoTextIndicator = row.indicator;
         const auto screen = made(cRes);
+        const UITextView& shown = *screen->challengeInfoText.get();
         EXPECT_EQ(screen->warningWidthConstraint->constant(), row.width);
-        EXPECT_EQ(screen->challengeInfoText->textColor() == red, row.isColoured);
-        EXPECT_EQ(screen->challengeInfoText->backgroundColor() == red, row.isColoured);
+        EXPECT_EQ(shown.text(), row.hasText ? "Look at your phone." : *cRes.challengeInfoText);
+        EXPECT_EQ(shown.font() == UIFont::make("Courier", 12), row.hasText);
+        if (row.color) EXPECT_EQ(shown.textColor(), *row.color);
+        EXPECT_EQ(shown.backgroundColor() == red, row.color == red);
+        EXPECT_EQ(text->textColor, blue) << "the warning's look is a copy";
+        *cRes.challengeInfoText += " ";
+        EXPECT_EQ(made(cRes)->challengeInfoText->text(), *cRes.challengeInfoText) << "another text";
     }
-}
-
-TEST_F(Factory, TheApplicationsOwnTextReplacesTheWholeTextAndAWarningLeavesItsLookUntouched) {
-    look = std::make_shared<UiCustomization>();
-    const auto text =
-        std::make_shared<CustTextCustomization>(FontValues{"Courier", 12, {}}, UIColor::blue(), std::nullopt);
-    CRes cRes = screenCRes(UiType::TEXT);
-    cRes.challengeInfoTextIndicator = "Y";
-    text->setCustomText(*cRes.challengeInfoText, "Look at your phone.");
-    look->setCustTextCustomization(text, CustTextViewType::CHALLENGE_INFO_TEXT);
-    look->setCustWarning(
-        std::make_shared<CustWarning>(true, false, UIColor::red(), std::nullopt, std::nullopt));
-    const auto screen = made(cRes);
-    EXPECT_EQ(screen->challengeInfoText->text(), "Look at your phone.");
-    EXPECT_EQ(screen->challengeInfoText->font(), UIFont::make("Courier", 12));
-    EXPECT_EQ(screen->challengeInfoText->textColor(), UIColor::red());
-    EXPECT_EQ(text->textColor, UIColor::blue());
-    *cRes.challengeInfoText += " ";
-    EXPECT_EQ(made(cRes)->challengeInfoText->text(), *cRes.challengeInfoText) << "another text";
 }
 
 } // namespace
