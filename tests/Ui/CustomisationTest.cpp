@@ -47,10 +47,10 @@ TEST_F(Customised, EachButtonTakesTheLookOfItsTypeAndVerifyGoesOverSubmit) {
                         {"continueButton", CONTINUE, UiType::OOB},
                         {"whyInfoButton", CUST_WHY_INFO, UiType::OOB},
                         {"extInfoButton", CUST_EXT_INFO, UiType::OOB}};
+    const FontValues font{"Courier", 31, 300};
     int radius = 0;
     for (const Row& row : rows) {
         SCOPED_TRACE(row.button);
-        const FontValues font{"Courier", 31, 300};
         const auto own =
             std::make_shared<ButtonCustomization>(font, kRed, kBlue, ++radius, 3, kRed, kBlack, kBlue);
         look->setButtonCustomization(own, row.type);
@@ -60,11 +60,12 @@ TEST_F(Customised, EachButtonTakesTheLookOfItsTypeAndVerifyGoesOverSubmit) {
         EXPECT_EQ(shown.cornerRadius(), radius);
         EXPECT_EQ(shown.borderWidth(), 3);
         EXPECT_EQ(shown.layer().borderColor(), kRed);
+        for (const bool isDown : {true, false, true, false}) // a short tap shows the look for its whole time
+            shown.setHighlighted(isDown);
         for (const bool isPressed : {true, false}) {
-            shown.setHighlighted(isPressed);
+            platform.runFor(Seconds(isPressed ? 0.19 : 0.02));
             EXPECT_EQ(shown.backgroundColor(), isPressed ? kBlack : kBlue);
             EXPECT_EQ(shown.titleColor(ControlState::normal), isPressed ? kBlue : kRed);
-            settle();
         }
     }
 }
@@ -73,7 +74,6 @@ TEST_F(Customised, AButtonsFontFallsBackToTheSystemsAndKeepsTheWeight) {
     const UIFont own = button(*show(screenCRes(UiType::TEXT)), "submitButton").titleLabel()->font();
     const std::pair<FontValues, UIFont> rows[] = {
         {{}, own},
-        {{{}, 20, {}}, UIFont::systemFont(20, own.weight())},
         {{{}, {}, 400}, UIFont::systemFont(14, 0.4)},
         {{"System", 20, 200}, UIFont::systemFont(20, 0.2)},
         {{"Nowhere", 20, {}}, UIFont::systemFont(20, own.weight())}};

@@ -36,7 +36,6 @@ TEST_F(Factory, ResponsesWithoutAScreenFailWithTheirTextAndKind) {
     const char* const unknown = "Unknown cRes.acsUiType";
     const Row rows[] = {
         {std::nullopt, "", InvalidAcsResponseException, unknown, unknown},
-        {"06", "", InvalidAcsResponseException, unknown, unknown},
         {"1", "", InvalidAcsResponseException, unknown, unknown},
         {"05", std::nullopt, InvalidInputException, "Can not get cRes.acsHTML", "Can not get cRes.acsHTML"},
         {"05", "PGI*\nforged", SDKRuntimeException, "Can not encode cRes.acsHTML from base64url to base64.",

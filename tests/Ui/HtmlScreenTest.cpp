@@ -4,6 +4,7 @@
 namespace korvane {
 namespace {
 
+using testing::ElementsAre;
 using testing::IsEmpty;
 
 using Screen = ChallengeWebViewController;
@@ -52,17 +53,14 @@ TEST_F(HtmlScreen, TheFormIsTakenFromWhatItSends) {
         const char* address;
         const char* method;
         std::optional<std::string> body;
-        std::string call; // empty for none
+        std::string call;
     };
     const std::string error = "runtimeError(Html form made incorrect call.) on main";
     const Row rows[] = {{"https://emv3ds/challenge?a=1&b=?", "GET", {}, "html(a=1&b=?) on global"},
                         {"https://emv3ds/challenge?a=1", "GET", "b=2", "html(a=1) on global"},
                         {"https://emv3ds/challenge?a=1", "POST", "b=%202", "html(b=%202) on global"},
-                        {"https://emv3ds/challenge", "POST", "", "html() on global"},
                         {"HTTPS://EMV3DS/Challenge", "POST", "a=1", "html(a=1) on global"},
                         {"https://emv3ds/challenge/next?a=1", "GET", {}, "html(a=1) on global"},
-                        {"https://emv3ds/challenge?a=1", "PUT", "a=1", ""},
-                        {"https://emv3ds/challenge", "GET", {}, error},
                         {"https://emv3ds/challenge", "POST", {}, error},
                         {"https://emv3ds/challenge?a=1", "POST", "\xFF", error}};
     for (const Row& row : rows) {
@@ -70,8 +68,7 @@ TEST_F(HtmlScreen, TheFormIsTakenFromWhatItSends) {
         screen = show<Screen>(cRes);
         EXPECT_FALSE(allows(row.address, row.method, row.body));
         settle();
-        EXPECT_EQ(std::exchange(actions->calls, {}),
-                  row.call.empty() ? std::vector<std::string>{} : std::vector{row.call});
+        EXPECT_THAT(std::exchange(actions->calls, {}), ElementsAre(row.call));
         EXPECT_EQ(host->presentedViewController() == nullptr, row.call == error) << "an error dismisses";
     }
 }

@@ -5,7 +5,6 @@ namespace korvane {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 using Native = ChallengeNativeViewController;
 
@@ -18,26 +17,6 @@ CRes bareCRes(UiType kind) {
 }
 
 class NativeScreen : public ScreenTest {};
-
-TEST_F(NativeScreen, NothingOverlapsOrLacksRoomOnAnyTelephoneOpenOrClosed) {
-    const std::pair<const char*, CRes (*)(UiType)> rows[] = {
-        {"full", fullCRes}, {"long", longCRes}, {"bare", bareCRes}};
-    for (const auto& [name, make] : rows)
-        for (const UiType kind : {UiType::TEXT, UiType::SINGLE_SELECT, UiType::MULTI_SELECT, UiType::OOB})
-            for (const GalleryScreen& on : galleryScreens()) {
-                SCOPED_TRACE(testing::Message() << name << " " << rawValue(kind) << " " << on.name);
-                resize(on.size, on.safeArea);
-                const bool isUpright = on.size.width < on.size.height;
-                const auto screen =
-                    show(make(kind), isUpright ? Orientation::PORTRAIT : Orientation::LANDSCAPE);
-                EXPECT_THAT(geometryFaults(*screen->view()), IsEmpty());
-                screen->inverseWhyInfoDisplaying();
-                screen->inverseExtInfoDisplaying();
-                screen->scrollView->setContentOffset({0, 0}); // or the bar lies over what is scrolled away
-                settle();
-                EXPECT_THAT(geometryFaults(*screen->view()), IsEmpty()) << "open";
-            }
-}
 
 TEST_F(NativeScreen, ASectionOpensToItsTextAndClosesToWhatWasBefore) {
     const std::pair<UIOutlet<UITextView> Native::*, UIOutlet<ShowInfoButtonButton> Native::*> sections[] = {
@@ -145,20 +124,6 @@ TEST_F(NativeScreen, WhatFollowsAnotherWidthOrSizeOfTextCanBeReadToItsEnd) {
         }
 }
 
-TEST_F(NativeScreen, AShortTapShowsThePressedLookForItsWholeTime) {
-    const auto button = std::make_shared<ChallengeButton>();
-    button->setBackgroundColor(UIColor::white());
-    button->awakeFromNib();
-    button->customHighlitedColor = UIColor::red();
-    for (const bool isDown : {true, false, true, false})
-        button->setHighlighted(isDown);
-    platform.runFor(Seconds(0.19));
-    EXPECT_EQ(button->backgroundColor(), UIColor::red());
-    platform.runFor(Seconds(0.02));
-    EXPECT_EQ(button->backgroundColor(), UIColor::white());
-    EXPECT_EQ(platform.leftAlive(), LeftAlive{}) << "one press, one end";
-}
-
 TEST_F(NativeScreen, ConstantsOfTheApplicationReachTheControlsAtEveryLayout) {
     struct Row {
         UiObject object;
@@ -190,6 +155,38 @@ TEST_F(NativeScreen, ConstantsOfTheApplicationReachTheControlsAtEveryLayout) {
                                 : row.side == leading ? frame.origin.x - CGRectGetMaxX(other)
                                                       : CGRectGetMaxX(frame) - 390;
         EXPECT_EQ(measured, row.value);
+    }
+}
+
+TEST_F(NativeScreen, ConstantsWithoutAConstraintChangeNothing) {
+    const auto constants = [this] {
+        std::vector<double> all;
+        for (const auto& constraint : show(screenCRes(UiType::TEXT))->view()->constraints())
+            all.push_back(constraint->constant());
+        return all;
+    };
+    const auto ordinary = constants();
+    places = std::make_shared<UiCustomizationConstraints>();
+    places->setConstraints(UiObject::tableView, {1, 1, 1, 1, 1, 1});
+    places->setConstraints(UiObject::challengeInfoText, {.bottom = 1});
+    places->setConstraints(UiObject::bankLogo, {.trailing = 1, .bottom = 1});
+    places->setConstraints(UiObject::challengeInfoHeader, {.height = 1});
+    EXPECT_EQ(constants(), ordinary);
+}
+
+TEST_F(NativeScreen, WithoutATransactionButtonsShowASpinnerAndNothingElse) {
+    const std::pair<UiType, const char*> rows[] = {{UiType::TEXT, "submitButton"},
+                                                   {UiType::TEXT, "resendButton"},
+                                                   {UiType::MULTI_SELECT, "nextButton"},
+                                                   {UiType::OOB, "continueButton"}};
+    for (const auto& [kind, button] : rows) {
+        const auto screen = show(screenCRes(kind));
+        if (kind == UiType::TEXT) dynamic_cast<UITextField&>(viewNamed(*screen->view(), "otp")).setText("1");
+        stack->transaction = nullptr;
+        screen->interruptChallenge();
+        tap(dynamic_cast<UIControl&>(viewNamed(*screen->view(), button)));
+        settle();
+        EXPECT_NE(screen->spinner, nullptr) << button;
     }
 }
 

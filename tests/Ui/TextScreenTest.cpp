@@ -91,6 +91,7 @@ TEST_F(TextScreen, ATurnWithTheKeyboardShownLeavesBothTwinsInTheirPlace) {
     edit(*upright);
     EXPECT_LT(upright->view()->frame().origin.y, 0);
     const auto lying = container.controllersMap().at(Orientation::LANDSCAPE);
+    EXPECT_EQ(lying->view()->frame().origin.y, 0) << "it is not shown";
     stack->pushViewController(lying, UIAnimated::no);
     settle();
     EXPECT_EQ(lying->view()->frame().origin.y, 0);
