@@ -25,7 +25,8 @@ TEST_F(Capture, ScreensAreInNoPictureAndARecordingCoversThemWhileTheSwitchesAreO
     const auto mask = [](ChallengeNativeViewController& screen) {
         return screen.view()->layer().value(std::string(CALayer::kCaptureMask)).value_or(0);
     };
-    EXPECT_EQ(mask(*show(screenCRes(UiType::OOB))), 18);
+    const auto screen = show(screenCRes(UiType::OOB));
+    EXPECT_EQ(mask(*screen), 18);
     EXPECT_TRUE(isCovered(true)) << "from the start";
     EXPECT_FALSE(isCovered(false));
     EXPECT_TRUE(isCovered(true));

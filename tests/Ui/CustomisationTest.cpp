@@ -19,6 +19,14 @@ TEST(HexColour, SixDigitsGiveAColourAndOtherLengthsNone) {
         EXPECT_EQ(hexStringToUIColor(text), color) << text;
 }
 
+TEST(CustomisationConstraints, AreKeptByTheirControl) {
+    UiCustomizationConstraints all;
+    for (int object = 0; object <= static_cast<int>(UiObject::nextButton); ++object)
+        all.setConstraints(static_cast<UiObject>(object), {.top = object});
+    for (int object = 0; object <= static_cast<int>(UiObject::nextButton); ++object)
+        EXPECT_EQ(all.getConstraints(static_cast<UiObject>(object)).top, object);
+}
+
 class Customised : public ScreenTest {
 protected:
     Customised() { look = std::make_shared<UiCustomization>(); }

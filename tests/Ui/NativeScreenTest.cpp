@@ -158,22 +158,6 @@ TEST_F(NativeScreen, ConstantsOfTheApplicationReachTheControlsAtEveryLayout) {
     }
 }
 
-TEST_F(NativeScreen, ConstantsWithoutAConstraintChangeNothing) {
-    const auto constants = [this] {
-        std::vector<double> all;
-        for (const auto& constraint : show(screenCRes(UiType::TEXT))->view()->constraints())
-            all.push_back(constraint->constant());
-        return all;
-    };
-    const auto ordinary = constants();
-    places = std::make_shared<UiCustomizationConstraints>();
-    places->setConstraints(UiObject::tableView, {1, 1, 1, 1, 1, 1});
-    places->setConstraints(UiObject::challengeInfoText, {.bottom = 1});
-    places->setConstraints(UiObject::bankLogo, {.trailing = 1, .bottom = 1});
-    places->setConstraints(UiObject::challengeInfoHeader, {.height = 1});
-    EXPECT_EQ(constants(), ordinary);
-}
-
 TEST_F(NativeScreen, WithoutATransactionButtonsShowASpinnerAndNothingElse) {
     const std::pair<UiType, const char*> rows[] = {{UiType::TEXT, "submitButton"},
                                                    {UiType::TEXT, "resendButton"},

@@ -32,9 +32,9 @@ CRes screenCRes(UiType kind) {
     return cRes;
 }
 
-ScreenTest::ScreenTest(CGSize screen) {
+ScreenTest::ScreenTest() {
     platform.script().mainBundlePath = KORVANE_MAIN_BUNDLE;
-    platform.script().bounds = {{0, 0}, screen};
+    platform.script().bounds = {{0, 0}, {390, 844}};
     window = std::make_shared<UIWindow>();
     host = std::make_shared<UIViewController>();
     window->setRootViewController(host);

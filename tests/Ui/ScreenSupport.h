@@ -56,10 +56,11 @@ private:
 /// A control of a screen, by its name in the storyboard; throws if there is none.
 [[nodiscard]] UIView& viewNamed(const UIView& screen, std::string_view name);
 
-/// A telephone with the library's resources and a window; screens come over its root in a challenge's stack.
+/// A telephone of 390 by 844 points with the library's resources and a window; screens come over its root in
+/// a challenge's stack.
 class ScreenTest : public testing::Test {
 protected:
-    explicit ScreenTest(CGSize screen = {390, 844});
+    ScreenTest();
     ~ScreenTest() override;
 
     /// With the look and the places below.

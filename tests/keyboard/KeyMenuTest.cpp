@@ -1,5 +1,6 @@
 #include "keyboard/KeyMenu.h"
 #include "keyboard/KeyPop.h"
+#include "keyboard/KeyboardStyles.h"
 #include "tests/keyboard/ThumbDriver.h"
 
 #include <algorithm>
@@ -161,6 +162,16 @@ TEST(KeyPop, StaysOnTheScreenOverItsKey) {
             }
         }
     }
+}
+
+TEST(KeyPop, EveryNamedColourAndPictureIsThere) {
+    const Device device;
+    for (const char* name :
+         {"velka_sdk_kb_bg", "velka_sdk_kb_button", "velka_sdk_kb_button2", "velka_sdk_kb_keytap"})
+        EXPECT_TRUE(keyboardColor(name)) << name;
+    for (const char* name : {"velka_sdk_kb_press_bg", "velka_sdk_kb_press_bg_left",
+                             "velka_sdk_kb_press_bg_right", "velka_sdk_kb_ShevronDown"})
+        EXPECT_NE(keyboardImage(name), nullptr) << name;
 }
 
 /// What assistive technology is told of a tree, one line each.

@@ -102,9 +102,11 @@ TEST(KeyboardGeometry, LettersOfATelephoneStandAsPeopleKnowThem) {
     for (double width = 320; width <= 430; width += 1) {
         SCOPED_TRACE(width);
         Pages pages({width, 2 * width});
-        std::map<std::string, CGRect> frames;
-        for (const Area& area : areas(pages.show(kOff)))
+        std::map<std::string, CGRect> frames, touches;
+        for (const Area& area : areas(pages.show(kOff))) {
             frames[nameOf(*area.key)] = area.frame;
+            touches[nameOf(*area.key)] = area.touches;
+        }
         const double letter = frames["q"].size.width;
         EXPECT_NEAR(frames["a"].size.width, letter, 1.5);
         EXPECT_NEAR(frames["z"].size.width, letter, 2.5);
@@ -112,6 +114,11 @@ TEST(KeyboardGeometry, LettersOfATelephoneStandAsPeopleKnowThem) {
         EXPECT_NEAR(frames["a"].origin.x, width - CGRectGetMaxX(frames["l"]), 1);
         EXPECT_NEAR(frames["z"].origin.x, width - CGRectGetMaxX(frames["m"]), 1);
         EXPECT_NEAR(frames["ShiftOff"].size.width, frames["Backspace"].size.width, 0.51);
+        for (const auto& [left, right] :
+             {std::pair("q", "w"), std::pair("z", "x"), std::pair("ShiftOff", "z")})
+            EXPECT_EQ(CGRectGetMaxX(touches[left]),
+                      (CGRectGetMaxX(frames[left]) + frames[right].origin.x) / 2)
+                << "a gap belongs to both by halves";
     }
 }
 
