@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
 #include <optional>
 #include <stdexcept>
@@ -49,37 +50,22 @@ std::map<int, Override> overridesOf(const std::string& file) {
     return overrides;
 }
 
-/// @return no value when the check broke down, which has failed the test by then.
-std::optional<bool> isAccepted(const WycheproofCheck& check, const WycheproofTest& test) {
-    try {
-        return check(test);
-    } catch (const Failure&) {
-        return false;
-    } catch (const std::exception& error) {
-        ADD_FAILURE() << "not a failure of the library: " << error.what();
-        return std::nullopt;
-    }
-}
-
 /// What the check is to tell, or no value where either will do.
 std::optional<bool> expectedAcceptance(VectorOutcome outcome) {
-    switch (outcome) {
-    case VectorOutcome::accept:
-    case VectorOutcome::emptyPlaintext:
-    case VectorOutcome::pinned: return true;
-    case VectorOutcome::reject:
-    case VectorOutcome::messageHidden: return false;
-    case VectorOutcome::either: return std::nullopt;
-    }
-    throw std::logic_error("an outcome without a row");
+    if (outcome == VectorOutcome::either) return std::nullopt;
+    return outcome != VectorOutcome::reject && outcome != VectorOutcome::messageHidden;
 }
 
 void runTest(const WycheproofCheck& check, const WycheproofTest& test) {
-    const std::optional<bool> accepted = isAccepted(check, test);
-    const std::optional<bool> expected = expectedAcceptance(test.outcome);
-    if (expected) {
-        EXPECT_EQ(accepted, expected);
+    bool isAccepted = false;
+    try {
+        isAccepted = check(test);
+    } catch (const Failure&) {
+        isAccepted = false;
+    } catch (const std::exception& error) {
+        ADD_FAILURE() << "not a failure of the library: " << error.what();
     }
+    EXPECT_EQ(isAccepted, expectedAcceptance(test.outcome).value_or(isAccepted));
 }
 
 VectorOutcome publishedOutcome(const std::string& result) {
@@ -88,10 +74,10 @@ VectorOutcome publishedOutcome(const std::string& result) {
 }
 
 /// Runs a group and counts what ran; the overrides that applied are taken out of `overrides`.
-std::size_t runGroup(const JSON& group, const WycheproofGroup& makeCheck,
-                     std::map<int, Override>& overrides) {
+std::ptrdiff_t runGroup(const JSON& group, const WycheproofGroup& makeCheck,
+                        std::map<int, Override>& overrides) {
     const WycheproofCheck check = makeCheck(group);
-    std::size_t ran = 0;
+    std::ptrdiff_t ran = 0;
     for (const JSON& test : group.at("tests")) {
         const int tcId = test.at("tcId");
         const std::string published = test.at("result");
@@ -125,16 +111,19 @@ void runWycheproof(const std::string& file, const WycheproofGroup& makeCheck) {
     SCOPED_TRACE(file);
     const JSON vectors = readVectors("wycheproof/" + file);
     std::map<int, Override> overrides = overridesOf(file);
-    std::size_t skipped = 0;
-    for (const auto& [tcId, entry] : overrides)
-        skipped += entry.why == kVacuous ? 1 : 0;
-    std::size_t ran = 0;
+    const auto skipped = std::count_if(overrides.begin(), overrides.end(),
+                                       [](const auto& entry) { return entry.second.why == kVacuous; });
+    std::ptrdiff_t ran = 0;
     for (const JSON& group : vectors.at("testGroups"))
         ran += runGroup(group, makeCheck, overrides);
-    EXPECT_GT(ran, 0U);
-    EXPECT_EQ(ran, vectors.at("numberOfTests").get<std::size_t>() - skipped);
+    EXPECT_GT(ran, 0);
+    EXPECT_EQ(ran, vectors.at("numberOfTests").get<std::ptrdiff_t>() - skipped);
     EXPECT_TRUE(overrides.empty()) << "overrides of tests that are not there, from tcId "
                                    << overrides.begin()->first;
+}
+
+void runWycheproof(const std::string& file, const WycheproofCheck& check) {
+    runWycheproof(file, [&check](const JSON&) { return check; });
 }
 
 void runRFC(const std::string& file, std::size_t count, const std::function<void(const JSON& row)>& check) {

@@ -37,13 +37,14 @@ struct WycheproofTest {
 using WycheproofCheck = std::function<bool(const WycheproofTest&)>;
 
 /// Makes the check of one group, with what its tests share, such as a key. A failure here is no refusal of
-/// anything.
+/// anything. Where they share nothing, one check does for all groups.
 using WycheproofGroup = std::function<WycheproofCheck(const JSON& group)>;
 
 /// Runs all tests of a file of `wycheproof/`, with the outcomes that `overrides.json` changes, save those
 /// that it calls vacuous. Expects every outcome, and that no test was left out otherwise. The checks
 /// themselves answer for what accepting must yield.
 void runWycheproof(const std::string& file, const WycheproofGroup& makeCheck);
+void runWycheproof(const std::string& file, const WycheproofCheck& check);
 
 /// Runs `check` over the rows of a file of `rfc/`, which has exactly `count`. A raised failure fails the row.
 void runRFC(const std::string& file, std::size_t count, const std::function<void(const JSON& row)>& check);

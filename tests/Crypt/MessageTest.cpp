@@ -1,0 +1,324 @@
+#include "Crypt/AESCBCEncryption.h"
+#include "Crypt/EC.h"
+#include "Crypt/JWE.h"
+#include "Crypt/JWS.h"
+#include "Sdk/Messages/UiUtils.h"
+#include "tests/support/Failures.h"
+#include "tests/support/RecordingLogger.h"
+
+#include <gmock/gmock.h>
+
+namespace korvane {
+namespace {
+
+using KM = KeyManagementAlgorithm;
+using CE = ContentEncryptionAlgorithm;
+using SA = SignatureAlgorithm;
+using enum JOSEErrorCase;
+
+constexpr CE kEnc = CE::A128CBCHS256;
+constexpr CE kLongEnc = CE::A256CBCHS512;
+
+JWEHeader jweHeader(const std::string& members) {
+    return JWEHeader::make(toBytes(R"({"alg":"dir","enc":"A128CBC-HS256")" + members + "}")).value();
+}
+
+std::string encoded(const std::string& header) {
+    return base64URLEncodedString(asBytes(header));
+}
+
+const std::string kHeader = encoded(R"({"alg":"dir","enc":"A128CBC-HS256"})");
+
+TEST(CompactReading, FaultsAreToldApartAndLogged) {
+    const auto count = [](std::int64_t parts) {
+        return JOSEError(invalidCompactSerializationComponentCount, parts);
+    };
+    const RecordingLogger log;
+    EXPECT_RAISES(count(2), JWE("a.b"));
+    EXPECT_RAISES(JOSEError(componentNotValidBase64URL, std::string("AAAAA")),
+                  JWE(kHeader + "..AAAAA.A A.="));
+    const std::string place = "Crypt/Deserializer.cpp deserialize(_:fromCompactSerialization:): ";
+    EXPECT_THAT(log.lines(), testing::ElementsAre(place + "Invalid compact serialization component count: 2",
+                                                  place + "Component not valid base64 URL: AAAAA"));
+    EXPECT_RAISES(count(6), JWE("!.!.!.!.!.!")) << "the parts are counted first";
+    EXPECT_RAISES(count(5000001), JWE(std::string(5000000, '.')));
+    EXPECT_RAISES(count(5), JWS("a.b.c.d.e"));
+    const Bytes noHeader = toBytes(R"({"alg":"dir"})");
+    EXPECT_RAISES(JOSEError(componentCouldNotBeInitializedFromData, noHeader),
+                  JWE(base64URLEncodedString(noHeader) + "...."));
+    EXPECT_RAISES(wrongDataEncoding, JWE(Bytes{'.', 0xFF}));
+}
+
+TEST(CompactWriting, PartsComeBackAsTheyWere) {
+    const std::string odd = encoded("{ \"enc\" :\t\"x\",\n\"x\":1.0e1, \"alg\":\"d\\u0069r\"}");
+    EXPECT_EQ(JWE(odd + "....").header().algorithm(), KM::direct);
+    for (const std::string& text : {kHeader + "..AAAA.BBBB.CCCC", odd + ".Zg.Zm8.Zm9v.", kHeader + "...."}) {
+        EXPECT_EQ(JWE(text).compactSerializedString(), text);
+        EXPECT_EQ(asText(JWE(asBytes(text)).compactSerializedData()), text);
+    }
+    EXPECT_EQ(JWS(odd + "..Zg").compactSerializedString(), odd + "..Zg");
+}
+
+TEST(HeaderReading, OnlyObjectsWithTheirRequiredTextsAreHeaders) {
+    const std::tuple<const char*, bool, bool> rows[] = {
+        {R"({"alg":"unknown","enc":"unknown"})", true, true},
+        {R"({"alg":"dir","enc":null})", false, true},
+        {R"({"alg":1,"enc":"A128CBC-HS256"})", false, false},
+        {R"(["alg"])", false, false},
+        {"", false, false},
+        {"{\"alg\":\"\xFF\"}", false, false},
+    };
+    for (const auto& [json, isJWE, isJWS] : rows) {
+        EXPECT_EQ(JWEHeader::make(toBytes(json)).has_value(), isJWE) << json;
+        EXPECT_EQ(JWSHeader::make(toBytes(json)).has_value(), isJWS) << json;
+    }
+    using enum HeaderParsingErrorCase;
+    EXPECT_RAISES(HeaderParsingError(requiredHeaderParameterMissing, std::string("enc")),
+                  JWEHeader(JSON{{"alg", "dir"}}));
+    EXPECT_RAISES(headerIsNotValidJSONObject, JWEHeader(JSON::array()));
+    EXPECT_RAISES(headerIsNotValidJSONObject, JWSHeader(JSON{{"x", "\xFF"}}));
+    Bytes data = toBytes(R"({"alg":"dir","enc":"A128CBC-HS256"})");
+    data.resize(65536, ' ');
+    EXPECT_TRUE(JWEHeader::make(Bytes(data)));
+    data.push_back(' ');
+    EXPECT_FALSE(JWEHeader::make(Bytes(data)) || JWSHeader::make(Bytes(data))) << "more than 64 KiB";
+}
+
+TEST(HeaderReading, ValuesOfAnotherShapeAreNoValues) {
+    const JWEHeader header =
+        jweHeader(R"(,"kid":1,"x5c":["a",2],"crit":"exp","jku":"a b","x5u":7,"typ":null,)"
+                  R"("jwk":"text","epk":{"kty":"EC","crv":"P-256","x":1,"y":"y"},"apu":{},"zip":1)");
+    EXPECT_FALSE(header.kid() || header.x5c() || header.crit() || header.jku() || header.x5u());
+    EXPECT_FALSE(header.typ() || header.epk() || header.apu() || header.zip() || header.jwkTyped());
+    EXPECT_FALSE(header.compressionAlgorithm()) << "a \"zip\" that is no text is unknown, not absent";
+    EXPECT_EQ(jweHeader("").compressionAlgorithm(), CompressionAlgorithm::NONE);
+    EXPECT_FALSE(jweHeader(R"(,"zip":"def")").compressionAlgorithm());
+}
+
+TEST(HeaderReading, EmbeddedKeysAreReadByTypeAndNeverPrivate) {
+    const auto keyOf = [](const std::string& jwk) { return jweHeader(",\"jwk\":" + jwk).jwkTyped(); };
+    const auto ec = keyOf(R"({"kty":"EC","crv":"P-256","x":"x","y":"y","d":"d"})");
+    EXPECT_TRUE(dynamic_cast<const ECPublicKey*>(ec.get()) && !(*ec)["d"]);
+    EXPECT_TRUE(keyOf(R"({"kty":"RSA","n":"n","e":"e"})") && keyOf(R"({"kty":"oct","k":"AA"})"));
+    for (const char* bad : {R"({"kty":"EC"})", R"({"kty":"OKP"})", R"({"n":"n"})"})
+        EXPECT_FALSE(keyOf(bad)) << bad;
+}
+
+TEST(HeaderWriting, WhatIsSetIsSerialisedAnew) {
+    JWEHeader header = jweHeader(" ");
+    const ECPublicKey key(ECCurveType::P256, "x", "y");
+    header.setX5c(std::vector<std::string>{"a", "b"});
+    header.setJwkTyped(&key);
+    const JWEHeader read = JWEHeader::make(Bytes(header.data())).value();
+    EXPECT_EQ(read.parameters(), JSON::parse(R"({"alg":"dir","enc":"A128CBC-HS256",
+                  "x5c":["a","b"],"jwk":{"crv":"P-256","kty":"EC","x":"x","y":"y"}})"));
+    header.setKid(std::nullopt);
+    header.setJwkTyped(nullptr);
+    EXPECT_EQ(header.data(), read.data()) << "a write of no value stores nothing";
+    header.setParameters(JSON::array());
+    EXPECT_EQ(header.data(), read.data()) << "what is no object is not written";
+    EXPECT_FALSE(header.algorithm() || header.x5c() || header.epk());
+}
+
+/// The words of a failure that stands in another one's description.
+std::string wrapped(const std::string& error) {
+    return "The operation couldn\u2019t be completed. (Korvane." + error + ".)";
+}
+
+enum class Side { sender, receiver };
+
+AnyKey keyOf(Side side, KM algorithm, CE encryption) {
+    static const SecKey rsa = SecKeyCreateRandomKey(SecKeyType::kSecAttrKeyTypeRSA, 2048);
+    static const SecKey rsaPublic = SecKeyCopyPublicKey(rsa);
+    static const ECPrivateKey ec = ECPrivateKey::generateWith(ECCurveType::P256);
+    static const ECPublicKey ecPublic = ec.getPublic();
+    static const Bytes octets(64, 0x42);
+    switch (family(algorithm)) {
+    case KeyManagementFamily::RSA: return side == Side::sender ? rsaPublic : rsa;
+    case KeyManagementFamily::EC: return side == Side::sender ? AnyKey(ecPublic) : AnyKey(ec);
+    default: return ByteView(octets).first(keyBitSize(algorithm).value_or(keyBitSize(encryption)) / 8);
+    }
+}
+
+Encrypter encrypter(KM algorithm = KM::direct, CE encryption = kEnc) {
+    return Encrypter::make(algorithm, encryption, keyOf(Side::sender, algorithm, encryption)).value();
+}
+
+Decrypter decrypter(KM algorithm = KM::direct, CE encryption = kEnc) {
+    return Decrypter::make(algorithm, encryption, keyOf(Side::receiver, algorithm, encryption)).value();
+}
+
+JWE sealed(KM algorithm = KM::direct, CE encryption = kEnc, const char* zip = "NONE") {
+    JWEHeader header(algorithm, encryption);
+    header.setZip(zip);
+    return {header, Payload(toBytes("text")), encrypter(algorithm, encryption)};
+}
+
+TEST(JWESealing, IsUndoneByOpeningTheWholeInEveryRow) {
+    for (const KM algorithm : allKeyManagementAlgorithms())
+        for (const auto& [enc, zip] : {std::pair(kEnc, "NONE"), {kLongEnc, "DEF"}}) {
+            const JWE jwe = sealed(algorithm, enc, zip);
+            const std::string compact = jwe.compactSerializedString();
+            SCOPED_TRACE(compact);
+            EXPECT_TRUE(validateJWE(compact));
+            EXPECT_NE(sealed(algorithm, enc, zip).initializationVector(), jwe.initializationVector());
+            const JWE received(compact);
+            const Decrypter opening = decrypter(algorithm, enc);
+            EXPECT_EQ(asText(received.decrypt(opening).data()), "text");
+            EXPECT_EQ(asText(received.decrypt(keyOf(Side::receiver, algorithm, enc)).data()), "text");
+            for (std::size_t length = 0; length < compact.size(); length += 3)
+                EXPECT_THROW(static_cast<void>(JWE(compact.substr(0, length)).decrypt(opening)), JOSEError);
+        }
+}
+
+TEST(JWESealing, FailuresSayWhatHappened) {
+    const Bytes text(1);
+    const auto seal = [](KM algorithm, CE enc, const Bytes& payload, const char* zip = "NONE",
+                         std::size_t key = 32) {
+        JWEHeader header(algorithm, enc);
+        header.setZip(zip);
+        return JWE(header, Payload(payload), Encrypter::make(KM::direct, kEnc, Bytes(key)).value());
+    };
+    EXPECT_RAISES_SAYING(encryptingFailed, "Encryption failed with status: -4300.",
+                         seal(KM::direct, kEnc, {}));
+    EXPECT_RAISES_SAYING(encryptingFailed, wrapped("JOSEError error 24"), seal(KM::direct, kEnc, {}, "DEF"));
+    EXPECT_RAISES_SAYING(encryptingFailed, wrapped("JWEError error 0"), seal(KM::A128KW, kEnc, text));
+    EXPECT_RAISES_SAYING(encryptingFailed, wrapped("JWEError error 1"), seal(KM::direct, kLongEnc, text));
+    EXPECT_RAISES_SAYING(encryptingFailed, wrapped("JWEError error 2"),
+                         seal(KM::direct, kEnc, text, "NONE", 31));
+    EXPECT_RAISES(compressionAlgorithmNotSupported, seal(KM::direct, kEnc, text, "GZ"));
+    for (const KM algorithm : {KM::direct, KM::RSAOAEP256, KM::ECDH_ES, KM::ECDH_ES_A256KW}) {
+        JWEHeader header(algorithm, kEnc);
+        header.setKid("\xFF"); // which leaves the header's bytes as they were
+        EXPECT_RAISES(encryptingFailed, JWE(header, Payload(text), encrypter(algorithm)));
+    }
+}
+
+TEST(JWEOpening, FailuresSayWhatHappened) {
+    const std::string mismatch = "JWE header algorithms do not match encrypter algorithms.";
+    const JWE jwe = sealed();
+    EXPECT_RAISES_SAYING(decryptingFailed, mismatch, jwe.decrypt(decrypter(KM::RSAOAEP256)));
+    EXPECT_RAISES_SAYING(decryptingFailed, mismatch, jwe.decrypt(decrypter(KM::direct, kLongEnc)));
+    EXPECT_RAISES_SAYING(decryptingFailed, "Wrong key type.",
+                         jwe.decrypt(keyOf(Side::receiver, KM::RSAOAEP, kEnc)));
+    EXPECT_RAISES_SAYING(decryptingFailed, wrapped("JWEError error 3"), jwe.decrypt(AnyKey(Bytes(32, 1))));
+    const std::string rest = "..AAAA.AAAA.AAAA";
+    const std::string odd = encoded(R"({"alg":"dir","enc":"A128CBC-HS256","zip":"LZ"})");
+    EXPECT_RAISES_SAYING(decryptingFailed, "Invalid header parameter.",
+                         JWE(encoded(R"({"alg":"dir","enc":"A128GCM"})") + rest).decrypt(AnyKey(Bytes(32))));
+    EXPECT_RAISES(compressionAlgorithmNotSupported, JWE(odd + rest).decrypt(decrypter()));
+    // Sealed properly, but what is inside is no DEFLATE stream.
+    const Bytes header = toBytes(R"({"alg":"dir","enc":"A128CBC-HS256","zip":"DEF"})");
+    const ContentEncryptionContext parts =
+        AESCBCEncryption(kEnc, SecretBytes(32, 0x42)).encrypt(header, Payload(toBytes("not deflated")));
+    EXPECT_RAISES(
+        decompressionFailed,
+        JWE(joinedBase64URL(std::array<DataConvertible, 5>{header, ByteView(), parts.initializationVector,
+                                                           parts.ciphertext, parts.authenticationTag}))
+            .decrypt(decrypter()));
+}
+
+// RFC 7516 section 11.5.
+TEST(JWEOpening, RSAFailuresCannotBeToldFromABadTag) {
+    const auto seen = JOSEError(decryptingFailed, Description{wrapped("JWEError error 3")});
+    for (const KM algorithm : {KM::RSA1_5, KM::RSAOAEP, KM::RSAOAEP256}) {
+        std::string badTag = sealed(algorithm).compactSerializedString();
+        std::string badKey = badTag;
+        for (std::string* message : {&badKey, &badTag}) {
+            char& changed = (*message)[message == &badKey ? message->find('.') + 9 : message->rfind('.') + 9];
+            changed = changed == 'A' ? 'B' : 'A';
+            EXPECT_RAISES(seen, JWE(*message).decrypt(decrypter(algorithm))) << rawValue(algorithm);
+        }
+    }
+}
+
+TEST(JWEOpening, WhatTheDecrypterRefusesItselfIsLogged) {
+    const JWE jwe = sealed();
+    const RecordingLogger log;
+    const auto open = [&jwe](const Decrypter& with, const Bytes& key = {}) {
+        return with.decrypt(
+            {jwe.header(), key, jwe.initializationVector(), jwe.ciphertext(), jwe.authenticationTag()});
+    };
+    const std::string second = "Direct encryption does not expect an encrypted key.";
+    using enum JWEErrorCase;
+    EXPECT_RAISES(keyManagementAlgorithmMismatch, open(decrypter(KM::A128KW)));
+    EXPECT_RAISES(contentEncryptionAlgorithmMismatch, open(decrypter(KM::direct, kLongEnc)));
+    EXPECT_RAISES_SAYING(decryptingFailed, second, open(decrypter(), Bytes(1)));
+    const std::string place = "Crypt/Decrypter.cpp decrypt(_:): ";
+    EXPECT_THAT(log.lines(), testing::ElementsAre(place + "Key management algorithm mismatch",
+                                                  place + "Content encryption algorithm mismatch",
+                                                  testing::EndsWith(second)));
+}
+
+const SecKey& privateKey(SA algorithm) {
+    static const SecKey keys[] = {SecKeyCreateRandomKey(SecKeyType::kSecAttrKeyTypeEC, 256),
+                                  SecKeyCreateRandomKey(SecKeyType::kSecAttrKeyTypeEC, 384),
+                                  SecKeyCreateRandomKey(SecKeyType::kSecAttrKeyTypeEC, 521),
+                                  SecKeyCreateRandomKey(SecKeyType::kSecAttrKeyTypeRSA, 2048)};
+    const auto curve = curveType(algorithm);
+    return keys[curve ? static_cast<std::size_t>(*curve) : 3];
+}
+
+SecKey publicKey(SA algorithm) {
+    return SecKeyCopyPublicKey(privateKey(algorithm));
+}
+
+JWS signedWith(SA header, const SecKey& key, SA algorithm) {
+    return {JWSHeader(header), Payload(toBytes("text")), Signer::make(algorithm, key).value()};
+}
+
+JWS signedWith(SA algorithm) {
+    return signedWith(algorithm, privateKey(algorithm), algorithm);
+}
+
+/// The message with another payload, and with another signature where one is given.
+JWS forged(const JWS& jws, const std::optional<Bytes>& signature = {}) {
+    const Bytes other = toBytes("other");
+    return JWS(joinedBase64URL(
+        std::array<DataConvertible, 3>{jws.header(), other, signature ? *signature : jws.signature()}));
+}
+
+TEST(JWSValidation, EveryRowTakesItsSignatureAndNoOtherMessage) {
+    for (const SA algorithm : {SA::RS256, SA::RS384, SA::RS512, SA::PS256, SA::PS384, SA::PS512, SA::ES256,
+                               SA::ES384, SA::ES512}) {
+        SCOPED_TRACE(rawValue(algorithm));
+        const JWS jws(signedWith(algorithm).compactSerializedString());
+        EXPECT_TRUE(jws.isValid(Verifier::make(algorithm, publicKey(algorithm)).value()));
+        EXPECT_EQ(asText(jws.validate(publicKey(algorithm)).payload().data()), "text");
+        EXPECT_RAISES(signatureInvalid, forged(jws).validate(publicKey(algorithm)));
+    }
+}
+
+TEST(JWSValidation, FailuresSayWhatHappened) {
+    const JWS ps256 = signedWith(SA::PS256);
+    const std::string mismatch = "JWS header algorithm does not match verifier algorithm.";
+    const Verifier rs256 = Verifier::make(SA::RS256, publicKey(SA::RS256)).value();
+    const JWS none(encoded(R"({"alg":"none"})") + ".eA.");
+    EXPECT_RAISES_SAYING(verifyingFailed, mismatch, ps256.validate(rs256));
+    EXPECT_RAISES_SAYING(verifyingFailed, mismatch, none.validate(publicKey(SA::ES256)));
+    EXPECT_RAISES_SAYING(verifyingFailed, "Wrong key type.", ps256.validate(AnyKey(Bytes(32))));
+    EXPECT_RAISES_SAYING(verifyingFailed, wrapped("RSAError error 4"), ps256.validate(publicKey(SA::ES256)));
+    EXPECT_RAISES_SAYING(verifyingFailed, "Signature is 65 bytes long instead of the expected 64.",
+                         forged(signedWith(SA::ES256), Bytes(65)).validate(publicKey(SA::ES256)));
+    EXPECT_RAISES(signatureInvalid, forged(signedWith(SA::RS256), Bytes()).validate(rs256));
+}
+
+TEST(JWSSigning, FailuresSayWhatHappened) {
+    EXPECT_RAISES_SAYING(signingFailed, wrapped("JWSError error 0"),
+                         signedWith(SA::ES256, privateKey(SA::ES384), SA::ES384));
+    EXPECT_RAISES_SAYING(signingFailed, wrapped("RSAError error 4"),
+                         signedWith(SA::RS256, publicKey(SA::RS256), SA::RS256));
+    // The numbers of P-521 do not fit into a signature of ES256; those of P-256 do into one of ES512.
+    for (const auto& row : {std::pair(SA::ES256, SA::ES512), {SA::ES512, SA::ES256}})
+        EXPECT_RAISES_SAYING(signingFailed, wrapped("ECError error 8"),
+                             signedWith(row.first, privateKey(row.second), row.first));
+    JWSHeader unwritten(SA::ES256);
+    unwritten.setKid("\xFF");
+    EXPECT_RAISES_SAYING(
+        signingFailed, wrapped("JWSError error 1"),
+        JWS(unwritten, Payload(Bytes(1)), Signer::make(SA::ES256, privateKey(SA::ES256)).value()));
+    EXPECT_RAISES(signingFailed, signedWith(SA::ES256, publicKey(SA::ES256), SA::ES256));
+}
+
+} // namespace
+} // namespace korvane
