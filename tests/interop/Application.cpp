@@ -5,7 +5,7 @@
 //   in  {"threeDSServerTransID", "acsTransID", "acsSignedContent"}
 //   out {"cReq"}: the first one, sealed
 //   in  {"cRes"}: sealed
-//   out {"header"} of the accepted response, or {"error"} and the code of the Erro for it
+//   out {"header"} of the accepted response, or {"error"}
 // Bytes are Base64URL without padding; "x5c" is as in a JWS header (RFC 7515 section 4.1.6).
 
 #include "Crypt/DataExtensions.h"
@@ -86,12 +86,6 @@ void takeParameters(const TransactionPeer& peer, const JSON& answer) {
     peer.setParameters(std::move(parameters));
 }
 
-JSON resultLine(const CReqSendingResult& result) {
-    if (result.cres) return {{"header", result.cres->challengeInfoHeader.value_or("")}};
-    return {{"error", result.errorDescription.value_or("")},
-            {"code", result.erro ? JSON(result.erro->errorCode.value_or("")) : JSON()}};
-}
-
 void converse() {
     SimulatedPlatform platform;
     const JSON choice = readLine();
@@ -107,7 +101,9 @@ void converse() {
 
     const Bytes cRes = toBytes(readLine()["cRes"].get<std::string>());
     platform.network().answer = [&](const URLRequest&) { return ScriptedAnswer{.body = cRes}; };
-    writeLine(resultLine(peer.sendCReq(cReq)));
+    const CReqSendingResult result = peer.sendCReq(cReq);
+    writeLine(result.cres ? JSON{{"header", result.cres->challengeInfoHeader.value_or("")}}
+                          : JSON{{"error", result.errorDescription.value_or("")}});
 }
 
 } // namespace
