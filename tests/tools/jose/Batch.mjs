@@ -23,10 +23,11 @@ export class Batch {
 
   /** The answer to one line: an object, or the text or the bytes of a line as they are. */
   async ask(line) {
-    const isRaw = typeof line === "string" || Buffer.isBuffer(line);
-    const text = isRaw ? line : JSON.stringify(line);
+    const text = typeof line === "string" || Buffer.isBuffer(line) ? line : JSON.stringify(line);
     this.#child.stdin.write(Buffer.concat([Buffer.from(text), Buffer.from("\n")]));
-    return this.#nextAnswer(text);
+    const answer = await this.#answers.next();
+    if (answer !== undefined) return JSON.parse(answer);
+    throw new Error(`the tool ended (${await this.close()}) without an answer to ${String(text).slice(0, 200)}`);
   }
 
   /** The members of the answer to an operation that must succeed. */
@@ -36,22 +37,10 @@ export class Batch {
     return members;
   }
 
-  /** The answer to a last line without a line end. */
-  async askLast(line) {
-    this.#child.stdin.end(line);
-    return this.#nextAnswer(line);
-  }
-
   /** Ends the input; the exit code, or the signal that ended the tool. */
   async close() {
     this.#child.stdin.end();
     const [code, signal] = await this.#closed;
     return signal ?? code;
-  }
-
-  async #nextAnswer(line) {
-    const answer = await this.#answers.next();
-    if (answer !== undefined) return JSON.parse(answer);
-    throw new Error(`korvane-jose ended (${await this.close()}) without an answer to ${String(line).slice(0, 200)}`);
   }
 }

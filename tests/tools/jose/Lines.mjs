@@ -23,8 +23,7 @@ export class Lines {
   /** The next line without its end; undefined behind the last one. */
   next() {
     if (this.#lines.length > 0) return Promise.resolve(this.#lines.shift());
-    if (this.#hasEnded) return Promise.resolve(undefined);
-    return new Promise((resolve) => this.#waiting.push(resolve));
+    return this.#hasEnded ? Promise.resolve() : new Promise((resolve) => this.#waiting.push(resolve));
   }
 
   #give(line) {
