@@ -34,8 +34,6 @@ TEST(WebPageForms, AreAskedAboutWithWhatTheBrowserWouldSend) {
              "<select name=s multiple><option selected>x<option>y<option selected>z</select>" +
              kButton,
          "#b", "POST https://no/form who=Zo%C3%AB+%26+Co%7E*&note=one%0D%0Atwo&a=1&c=on&s=x&s=z&b=2"},
-        {"the second of two buttons", kPost + kButton + "<button id=c name=b value=no>No</button>", "#c",
-         "POST https://no/form b=no"},
         {"a button with an address and a method of its own",
          kPost + kOne + "<button id=b formaction=https://no/other formmethod=get>B</button>", "#b",
          "GET https://no/other?a=1"},
@@ -47,11 +45,8 @@ TEST(WebPageForms, AreAskedAboutWithWhatTheBrowserWouldSend) {
         {"by GET, to the letter", kGet + "<input name=a value='~*-._ +&amp;\u20ac'>", "f.submit()",
          "GET https://no/form?a=%7E*-._+%2B%26%E2%82%AC#end"},
         {"by GET, without data", kGet, "f.submit()", "GET https://no/form?#end"},
-        {"by POST, without data", kPost, "f.submit()", "POST https://no/form "},
-        {"an address with capital letters", "<form id=f method=POST action=HTTPS://No/Form>" + kOne,
-         "f.submit()", "POST https://no/Form a=1"},
-        {"an address from the page's base", "<base href=https://no/x/><form id=f method=post action=../y>",
-         "f.submit()", "POST https://no/y "},
+        {"by POST, without data, to an address from the page's base",
+         "<base href=https://no/x/><form id=f method=post action=../y>", "f.submit()", "POST https://no/y "},
         {"a charset of its own, and what it lacks",
          "<form id=f method=post accept-charset='none iso-8859-1' action=https://no/form>"
          "<input type=hidden name=_charset_><input name=a value='\u00e9\u20ac\u2192'>",
@@ -66,31 +61,22 @@ TEST(WebPageForms, AreAskedAboutWithWhatTheBrowserWouldSend) {
 TEST(WebPageForms, AreTakenHoweverThePageSendsThem) {
     const std::string one = "POST https://no/form a=1";
     ShownPage::expect({
-        {"while the page loads", kPage + script("f.submit()"), "", one},
         {"by submit()", kPage, "f.submit()", one},
         {"by requestSubmit() and a button", kPage, "f.requestSubmit(b)", one + "&b=2"},
-        {"by a button that a script presses", kPage, "b.click()", one + "&b=2"},
-        {"by submit() in the form's own handler",
-         kPage + script("f.onsubmit = () => { i.value = 7; f.submit(); return false }"), "#b",
+        {"by submit() in the form's own handler", kPage,
+         "f.onsubmit = () => { i.value = 7; f.submit(); return false }; b.click()",
          "POST https://no/form a=7"},
-        {"changed by the form's handler",
-         kPage + script("f.onsubmit = () => { i.value = 3; f.action = 'https://no/new' }"), "#b",
-         "POST https://no/new a=3&b=2"},
-        {"kept back by the page", kPage + script("f.onsubmit = () => false"), "#b", ""},
-        {"with data that the page adds",
-         kPage + script("f.onformdata = (e) => e.formData.append('z', '\\n')"), "#b", one + "&b=2&z=%0D%0A"},
+        {"changed by the form's handlers", kPage,
+         "f.onsubmit = () => { i.value = 3; f.action = 'https://no/new' };"
+         "f.onformdata = (e) => e.formData.append('z', '\\n'); f.requestSubmit(b)",
+         "POST https://no/new a=3&b=2&z=%0D%0A"},
+        {"kept back by the page", kPage, "f.onsubmit = () => false; f.requestSubmit(b)", ""},
         {"with data that were read before and after", kPage,
          "new FormData(f); i.value = 4; f.submit(); i.value = 5; new FormData(f)",
          "POST https://no/form a=4"},
         {"twice at once", kPage, "f.submit(); i.value = 6; f.submit()", "POST https://no/form a=6"},
         {"not at all: its data are read and its address is gone to", kPage,
          "new FormData(f); location = f.action", "GET https://no/form"},
-        {"by a frame", frame(kPage + script("f.submit()")), "", one},
-        {"by a frame of another origin",
-         frame(kPage + script("f.submit()"), "sandbox='allow-scripts allow-forms'"), "", one},
-        {"by a frame, for the whole page",
-         frame("<form id=f method=post target=_top action=https://no/form></form>" + script("f.submit()")),
-         "", "POST https://no/form "},
         {"by a frame without an address", "",
          "const frame = "
          "document.documentElement.appendChild(document.createElement('iframe')).contentDocument;"
@@ -100,6 +86,13 @@ TEST(WebPageForms, AreTakenHoweverThePageSendsThem) {
         {"into a frame", kPage + "<iframe name=x></iframe>", "f.target = 'x'; f.submit()", one},
         {"into a frame, by GET", kGet + kOne + "</form><iframe name=x srcdoc=shown></iframe>",
          "f.target = 'x'; f.submit()", "GET https://no/form?a=1#end"},
+        {"while the page loads", kPage + script("f.submit()"), "", one},
+        {"by a frame", frame(kPage + script("f.submit()")), "", one},
+        {"by a frame of another origin",
+         frame(kPage + script("f.submit()"), "sandbox='allow-scripts allow-forms'"), "", one},
+        {"by a frame, for the whole page",
+         frame("<form id=f method=post target=_top action=https://no/form></form>" + script("f.submit()")),
+         "", "POST https://no/form "},
         {"by a page that wrote itself anew", "",
          "document.open(); document.write(`" + kPage + "`); document.close(); setTimeout(() => f.submit())",
          one},
@@ -109,6 +102,16 @@ TEST(WebPageForms, AreTakenHoweverThePageSendsThem) {
 TEST(WebPageForms, CannotBeHiddenOrForgedByThePage) {
     const std::string taken = "POST https://no/form a=1&b=2";
     ShownPage::expect({
+        {"names that hide properties",
+         "<img name=createElementNS><img name=characterSet>" + kPost +
+             "<input name=action value=x><input name=method><input name=enctype><input name=submit>" +
+             kButton,
+         "#b", "POST https://no/form action=x&method=&enctype=&submit=&b=2"},
+        {"forged events", kPage,
+         "const forged = new FormData(); forged.append('a', 'forged'); f.onformdata = (e) => e.isTrusted &&"
+         "f.dispatchEvent(new FormDataEvent('formdata', { formData: forged, bubbles: true }));"
+         "f.requestSubmit(b)",
+         taken},
         {"overridden prototypes",
          script("for (const type of [FormData, HTMLFormElement, EventTarget, Event, Document, Array, JSON])"
                 "for (const holder of [type, type.prototype ?? {}])"
@@ -116,21 +119,11 @@ TEST(WebPageForms, CannotBeHiddenOrForgedByThePage) {
                 "try { if (name != 'constructor') holder[name] = () => 'forged' } catch {}") +
              kPage,
          "#b", taken},
-        {"names that hide properties",
-         "<img name=createElementNS><img name=characterSet>" + kPost +
-             "<input name=action value=x><input name=method><input name=enctype><input name=submit>" +
-             kButton,
-         "#b", "POST https://no/form action=x&method=&enctype=&submit=&b=2"},
         {"listeners that stop all others",
          script("for (const name of ['submit', 'formdata'])"
                 "addEventListener(name, (e) => e.stopImmediatePropagation(), true)") +
              kPage,
          "#b", taken},
-        {"forged events", kPage,
-         "const forged = new FormData(); forged.append('a', 'forged'); f.onformdata = (e) => e.isTrusted &&"
-         "f.dispatchEvent(new FormDataEvent('formdata', { formData: forged, bubbles: true }));"
-         "f.requestSubmit(b)",
-         taken},
     });
     EXPECT_EQ(ShownPage::make()->evaluate("[typeof qt, typeof sendAgain]"), "undefined,undefined");
 }
@@ -153,12 +146,12 @@ TEST(WebPageForms, SendAFileAsItsName) {
 }
 
 TEST(WebPageForms, HaveABodyUpToTheLimitAndNoneBeyond) {
+    const auto page = ShownPage::make();
     for (const auto& [data, hasBody] : {std::pair("'x'.repeat((1 << 20) - 2)", true),
                                         {"'x'.repeat((1 << 20) - 1)", false},
-                                        {"'x'.repeat(1 << 22)", false},
                                         {"'\u00e9'.repeat(1 << 19)", false}}) {
         SCOPED_TRACE(data);
-        const auto page = ShownPage::make(kPage);
+        page->put(kPage);
         page->run(std::string("i.value = ") + data + "; f.submit()");
         ASSERT_TRUE(ShownPage::await([&] { return !page->asked().empty(); }));
         EXPECT_EQ(page->asked().front() != "POST https://no/form (no body)", hasBody);
