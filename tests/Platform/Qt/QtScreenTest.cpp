@@ -60,7 +60,7 @@ void QtScreenTest::resize(const GalleryScreen& to) {
 }
 
 std::shared_ptr<ChallengeViewController> QtScreenTest::show(const CRes& cRes) {
-    const auto container = VCFactory(nullptr, nullptr, look, nullptr).getViewControllerContainer(cRes);
+    const auto container = VCFactory(nullptr, nullptr, nullptr, nullptr).getViewControllerContainer(cRes);
     const bool isTurned = host->width() > host->height() && !container.isHtmlChallenge();
     const auto controller =
         container.controllersMap().at(isTurned ? Orientation::LANDSCAPE : Orientation::PORTRAIT);
@@ -72,6 +72,20 @@ std::shared_ptr<ChallengeViewController> QtScreenTest::show(const CRes& cRes) {
     root->present(stack, UIAnimated::no);
     settle();
     return std::dynamic_pointer_cast<ChallengeViewController>(controller);
+}
+
+std::vector<QQuickItem*> QtScreenTest::textsOf(const UIView& view) const {
+    std::vector<QQuickItem*> texts;
+    const std::function<void(const QQuickItem&)> collect = [&](const QQuickItem& item) {
+        for (QQuickItem* const child : item.childItems()) {
+            if (!child->isVisible()) continue;
+            if (child->inherits("QQuickText") && !child->property("text").toString().isEmpty())
+                texts.push_back(child);
+            collect(*child);
+        }
+    };
+    collect(*host->itemOf(view));
+    return texts;
 }
 
 QPoint QtScreenTest::middleOf(const UIView& view) const {

@@ -32,6 +32,8 @@ protected:
     /// Runs the event loop until nothing is due any more: no job, no layout, no movement.
     void settle();
 
+    /// The texts that a view shows, as they are drawn.
+    [[nodiscard]] std::vector<QQuickItem*> textsOf(const UIView& view) const;
     /// A view's middle, in the scene.
     [[nodiscard]] QPoint middleOf(const UIView& view) const;
     /// One finger comes down, moves or goes up, as an event of the window.
@@ -45,7 +47,6 @@ protected:
     std::set<int> fingersDown;
     std::shared_ptr<ChallengeRootNavigationController> stack;
     std::shared_ptr<FakeActions> actions = std::make_shared<FakeActions>();
-    std::shared_ptr<UiCustomization> look;
 };
 
 } // namespace korvane
