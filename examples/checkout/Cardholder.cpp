@@ -142,12 +142,24 @@ void Cardholder::tapView(const std::string& what, const std::function<std::share
 }
 
 void Cardholder::see(const std::string& text) {
-    waitUntil("the text \"" + text + "\"", [this, &text] {
-        const auto view = lastView(host_.uiWindow(), [&text](const UIView& each) {
-            return each.accessibilityLabel().find(text) != std::string::npos;
+    constexpr double kLeast = 10; // of a line and of a word, in points
+    waitUntil("the text \"" + text + "\" in sight", [this, &text] {
+        const auto view = lastView(host_.uiWindow(), [this, &text](const UIView& each) {
+            if (each.accessibilityLabel().find(text) == std::string::npos) return false;
+            const QRectF part = partInSight(each);
+            return part.width() >= kLeast && part.height() >= kLeast;
         });
         return view != nullptr;
     });
+}
+
+QRectF Cardholder::partInSight(const UIView& view) const {
+    const QQuickItem* const item = host_.itemOf(view);
+    if (!item || !item->isVisible()) return {};
+    QRectF part = host_.mapRectFromItem(item, item->boundingRect()) & host_.boundingRect();
+    for (const QQuickItem* around = item->parentItem(); around != &host_; around = around->parentItem())
+        if (around->clip()) part &= host_.mapRectFromItem(around, around->boundingRect());
+    return part;
 }
 
 void Cardholder::typeCode(const std::string& code) {

@@ -37,7 +37,7 @@ public:
 
     /// Taps a button, a key or a choice, by its label.
     void tap(const std::string& label);
-    /// Waits for a text that contains this.
+    /// Waits for a text that contains this and is drawn in sight: neither collapsed nor scrolled away.
     void see(const std::string& text);
     /// Types by the keys of the secure keyboard.
     void typeCode(const std::string& code);
@@ -70,6 +70,8 @@ private:
     [[nodiscard]] QQuickItem* item(const QString& name) const;
     [[nodiscard]] std::shared_ptr<UIView> reachable(const std::string& label) const;
     [[nodiscard]] QPointF placeOf(const UIView& view) const;
+    /// What of a view's rectangle in the host is left by the items around it; empty if it is not drawn.
+    [[nodiscard]] QRectF partInSight(const UIView& view) const;
     void tapView(const std::string& what, const std::function<std::shared_ptr<UIView>()>& find);
     void reveal(const std::string& what, const std::function<bool()>& isReached,
                 const std::function<double()>& distance);
