@@ -47,7 +47,7 @@ protected:
     }
 };
 
-TEST_F(Input, ACodeIsTypedWithTouchesOnTheSecureKeyboardAndSent) {
+TEST_F(Input, ACodeIsTypedWithTouchesOnTheSecureKeyboardAndSentWithTheMouse) {
     const auto text = showField();
     for (const char* label : {"Q", "return", "w", "123", "4"})
         press(label);
@@ -59,7 +59,7 @@ TEST_F(Input, ACodeIsTypedWithTouchesOnTheSecureKeyboardAndSent) {
     tap(*text->secureKeyboard->customToolBar()->buttonClose());
     settle();
     EXPECT_FALSE(text->otp->isFirstResponder());
-    tap(*text->submitButton.get());
+    QTest::mouseClick(&scene, Qt::LeftButton, {}, middleOf(*text->submitButton.get()));
     EXPECT_TRUE(waitFor([&] { return !actions->calls.empty(); }));
     EXPECT_THAT(actions->calls, ElementsAre("data(Q\nw4/N) on main"));
 }
@@ -128,9 +128,14 @@ TEST_F(Input, WhatScrollsAroundTheHostDoesNotTakeItsFingers) {
     const QPoint place = middleOf(key("Q"));
     QTest::mousePress(&scene, Qt::LeftButton, {}, place);
     for (int step = 1; step <= 5; ++step)
-        QTest::mouseMove(&scene, place - QPoint(0, 20 * step));
+        QTest::mouseMove(&scene, place - QPoint(0, 20 * step), 20);
     EXPECT_EQ(host->uiWindow()->touchCount(), 1U);
     QTest::mouseRelease(&scene, Qt::LeftButton, {}, place);
+    finger(0, State::Pressed, place);
+    for (int step = 1; step <= 5; ++step)
+        finger(0, State::Updated, place - QPoint(0, 20 * step));
+    EXPECT_EQ(host->uiWindow()->touchCount(), 1U);
+    finger(0, State::Released, place);
     EXPECT_EQ(around->property("contentY").toDouble(), 0);
     host->setParentItem(scene.contentItem());
 }
