@@ -35,7 +35,7 @@ protected:
         platform.runUntilIdle();
         EXPECT_TRUE(transaction.expired());
         EXPECT_EQ(platform.leftAlive(), LeftAlive{});
-        EXPECT_EQ(strayChanges, 0);
+        EXPECT_EQ(strayChanges, 0U);
     }
 
     /// Starts the challenge and lets three seconds pass.

@@ -34,7 +34,7 @@ public:
     std::shared_ptr<ChallengeParameters> parameters;
     TransactionPeer peer;
     /// Changes of the window's tree that came from another than the main queue.
-    int strayChanges = 0;
+    std::size_t strayChanges = 0;
 
 private:
     ThreeDS2Service service_;

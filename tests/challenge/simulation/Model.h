@@ -1,216 +1,359 @@
 #pragma once
 
 #include "Sdk/Messages/CReq.h"
-#include "tests/challenge/simulation/Plan.h"
-
-#include <array>
-#include <deque>
-#include <functional>
-#include <map>
-#include <memory>
-#include <optional>
-#include <string>
-#include <vector>
+#include "tests/challenge/simulation/ModelScreens.h"
+#include "tests/support/Messages.h"
 
 namespace korvane::simulation {
-
-/// Something that the application or the ACS noticed.
-struct Line {
-    Time at;
-    std::string text;
-
-    friend bool operator==(const Line&, const Line&) = default;
-};
-
-using Record = std::vector<Line>;
 
 /// What the record calls the transaction's identifier, in upper and in lower case.
 inline constexpr const char* kUpperId = "ID";
 inline constexpr const char* kLowerId = "id";
 
-[[nodiscard]] std::string describe(const CReq& cReq);
-[[nodiscard]] std::string describeErro(const std::string& code, const std::string& details);
+inline std::string describe(const CReq& cReq) {
+    return "ACS: " + cReq.jsonString().text();
+}
 
-/// What must happen in a story, told from the rules of a challenge alone: virtual time, one main queue whose
-/// work waits while an exchange holds it, and everything else at once. The cardholder's deeds come from
+inline std::string describeErro(const std::string& code, const std::string& details) {
+    return "ACS: Erro " + code + ", " + details;
+}
+
+/// What must happen in a story, told from the rules of a challenge alone. The cardholder's deeds come from
 /// outside, at moments at which the main queue is free; all else follows from the plan.
-class Model {
+class Model : public ModelScreens {
 public:
-    explicit Model(const Plan& plan);
-    Model(const Model&) = delete;
-    Model& operator=(const Model&) = delete;
+    explicit Model(const Plan& plan) : ModelScreens(plan) {
+        after(Time{0}, [this] { start(); });
+    }
 
-    /// Everything up to a moment, that one included.
-    void runTo(Time moment);
-    /// Everything, however late.
-    void runToTheEnd() { runTo(Time::max()); }
     /// At the end the application takes away what stands, and forgets the transaction.
-    void leave();
+    void leave() {
+        takeAway();
+        application_.reset();
+        pump();
+        runToTheEnd();
+    }
 
-    // What is seen.
-
-    struct Shown {
-        std::string uiType;
-        bool isLandscape = false;
-        std::size_t depth = 0;
-        std::string typed;
-        bool hasSpinner = false;
-
-        friend bool operator==(const Shown&, const Shown&) = default;
-    };
-    /// The top screen; no value if none stands.
-    [[nodiscard]] std::optional<Shown> shown() const;
-    /// Whether the screens are on their way off and may have changed places: a turn that the main queue heard
-    /// of late, and the answer that came meanwhile, are handled in any order.
-    [[nodiscard]] bool isBlurred() const { return hasLateTurn_ && (isEnded() || isDismissing_); }
     /// Whether nothing runs that could bring another screen.
     [[nodiscard]] bool isQuiet() const { return running_ == 0; }
-    [[nodiscard]] bool isMainHeld() const { return isMainHeld_; }
     [[nodiscard]] const Record& record() const { return record_; }
     /// The endings that the rules allow, one more for each that follows another.
     [[nodiscard]] std::size_t allowedEndings() const { return allowedEndings_; }
 
     // What the cardholder does to the top screen.
 
-    void type(const std::string& text) { top().text = text; }
-    void choose(std::size_t option);
-    void tick() { top().isTicked = !top().isTicked; }
-    void submit();
-    void resend();
-    void next();
-    void goOn();
-    void cancel();
+    void type(const std::string& text) { face().text = text; }
+    void tick() { face().isTicked = !face().isTicked; }
+
+    void choose(std::size_t option) {
+        auto& chosen = face().isChosen;
+        const bool isAnother = top().screen().uiType != "03" || !chosen[option];
+        if (top().screen().uiType != "03") chosen.fill(false);
+        chosen[option] = isAnother;
+    }
+
+    void submit() {
+        if (face().text.empty()) return;
+        send(Thread::main, [text = face().text](CReq& cReq) { cReq.challengeDataEntry = text; });
+    }
+
+    void resend() {
+        send(Thread::main, [](CReq& cReq) { cReq.resendChallenge = YesNoSelector::Y; });
+    }
+
+    /// With nothing chosen a list of one choice spins and sends nothing.
+    void next() {
+        constexpr std::array kOptionKeys{"phone", "mail", "letter"};
+        std::string keys;
+        for (std::size_t option = 0; option < kOptionKeys.size(); ++option)
+            if (face().isChosen[option]) keys += (keys.empty() ? "" : ",") + std::string(kOptionKeys[option]);
+        face().hasSpinner = true;
+        if (keys.empty() && top().screen().uiType == "02") return;
+        send(Thread::global, [keys](CReq& cReq) {
+            if (keys.empty())
+                cReq.challengeNoEntry = YesNoSelector::Y;
+            else
+                cReq.challengeDataEntry = keys;
+        });
+    }
+
+    void goOn() {
+        send(Thread::global, [](CReq& cReq) { cReq.oobContinue = true; });
+    }
+
+    void cancel() {
+        ++running_;
+        act(
+            hold(), Thread::main,
+            [](CReq& cReq) { cReq.challengeCancel = ChallengeCancelationInd::CARDHOLDER_SELECTED_CANCEL; },
+            true);
+    }
+
     /// The page's form, or a call that is none of a form.
-    void post(const std::optional<std::string>& data);
+    void post(const std::optional<std::string>& data) {
+        if (data) return send(Thread::global, [data](CReq& cReq) { cReq.challengeHTMLDataEntry = *data; });
+        face().hasSpinner = true;
+        ++running_;
+        after(kSpinnerTime, [this, self = hold(), page = top()] {
+            onMain([this, page] {
+                --running_;
+                if (!holds(page)) return;
+                page.face().hasSpinner = false;
+                listens_ = false;
+                ended_ = root_;
+                tell(runtimeError("Html form made incorrect call."));
+                // The time of the challenge goes on, and may be told.
+                ++allowedEndings_;
+                dismiss({});
+            });
+        });
+    }
 
 private:
-    using Work = std::function<void()>;
-    using Hold = std::shared_ptr<const int>;
+    static constexpr Time kExchangeLimit = seconds(12);
+    static constexpr Time kSpinnerTime = seconds(1);
 
-    enum class Way { portrait, landscape };
-    struct Face {
-        std::string text;
-        std::array<bool, 3> isChosen{};
-        bool isTicked = false;
-        bool hasSpinner = false;
-    };
-    struct Step {
-        PlannedScreen screen;
-        std::array<Face, 2> faces;
-    };
-    struct Standing {
-        std::shared_ptr<Step> step;
-        Way way = Way::portrait;
-
-        [[nodiscard]] Face& face() const { return step->faces[static_cast<std::size_t>(way)]; }
-        friend bool operator==(const Standing&, const Standing&) = default;
-    };
-    struct Timer {
-        bool isCancelled = false;
-    };
-    /// The container of the screens. It can be there still when they have gone: a change of its stack keeps
-    /// it until it has been seen.
-    struct Root {
-        Hold transaction;
-    };
+    /// Whether it has been cancelled.
+    using Timer = std::shared_ptr<bool>;
+    /// Writes an action's own part of a request.
+    using Fill = std::function<void(CReq& cReq)>;
     struct Outcome {
-        bool isDropped = false;
+        bool isDropped;
         Verdict verdict;
-        PlannedScreen screen;
-        std::string status;
+        const Reply& reply;
     };
     enum class Thread { main, global };
 
-    // Time.
-    void after(Time span, Work work);
-    void onMain(Work work) { main_.push_back(std::move(work)); }
-    void holdMain(Time span, Work work);
-    void pump();
-    [[nodiscard]] Hold hold() const { return life_.lock(); }
+    static std::string runtimeError(const std::string& text) { return "runtimeError(-1, " + text + ")"; }
 
     // The start.
-    void start();
-    void startFailed(const std::string& text);
-    void challengeTimerFires(const std::shared_ptr<Timer>& timer);
-    void challengeTimedOut();
-    void firstOutcome(const Outcome& outcome);
-    void presentFirst(const PlannedScreen& screen);
+
+    void start() {
+        arm(challengeTimer_, std::chrono::minutes(plan_.minutes), [this](bool isCancelled) {
+            if (!isCancelled) challengeTimedOut();
+        });
+        const StartFault& fault = *plan_.startFault;
+        const std::string& text = triesAgain_ ? fault.nextText : fault.text;
+        const auto tellIt = [this, self = hold(), &text] { endStart(runtimeError(text)); };
+        if (text.empty()) {
+            exchange(Thread::global, request(),
+                     [this, self = hold()](const Outcome& outcome) { process(outcome, true); });
+        } else {
+            cancel(challengeTimer_);
+            if (fault.isToldToAcs && !triesAgain_)
+                sendErro(Thread::global, {{}, "302", "Data could not decrypt."}, tellIt);
+            else
+                tellIt();
+        }
+        if (!plan_.keepsTransaction) application_.reset();
+    }
+
+    void endStart(const std::string& ending) {
+        cancel(challengeTimer_);
+        onMain([this, self = hold(), ending] {
+            tell(ending);
+            if (plan_.triesAgain && !std::exchange(triesAgain_, true)) {
+                ++allowedEndings_;
+                start();
+            }
+        });
+    }
+
+    /// Without screens the story goes on, to an ending of its own.
+    void challengeTimedOut() {
+        tell("timedout");
+        if (!hasRoot()) {
+            ++allowedEndings_;
+            return;
+        }
+        ended_ = root_;
+        dismiss([this, self = hold()] {
+            isInterrupted_ = true;
+            cancel(responseTimer_);
+            const char* text = "Timeout expiry reached for the transaction as defined in Section 5.5.";
+            sendErro(Thread::global, {{}, "402", text}, [] {});
+        });
+    }
+
+    void showFirst(const PlannedScreen& screen) {
+        if (screen.logos > 0 && screen.hasBadLogo)
+            return endStart(runtimeError("Can not process init CReq: " + generic("SdkError error 0")));
+        after(std::min(plan_.imageDelay, kExchangeLimit) * screen.logos, [this, self = hold(), &screen] {
+            onMain([this, self, &screen] {
+                startsWithPage_ = screen.isPage();
+                if (screen.isUndecodable)
+                    return endStart(runtimeError("Got error on challenge VC init from CRes: " +
+                                                 generic("SdkError error 5")));
+                present(screen);
+                isUpdating_ = false;
+            });
+        });
+    }
 
     // Exchanges.
-    [[nodiscard]] CReq request() const;
-    void act(const Hold& hold, Thread thread, const CReq& fields, bool isCancel);
-    void exchange(Thread thread, const CReq& cReq, std::function<void(const Outcome&)> then);
-    [[nodiscard]] Outcome judge(const Reply& reply, bool isFirst, int counter);
-    void armResponseTimer();
-    void cancelResponseTimer();
-    void process(const Outcome& outcome);
-    void show(const PlannedScreen& screen);
-    /// Holds the thread until the ACS has answered.
-    void sendErro(Thread thread, const std::string& code, const std::string& details, Work then);
 
-    // Screens and endings.
-    void complete(const std::string& ending, bool isError);
-    void fail(const std::string& text);
-    void dismiss(Work then);
-    void endDismissal();
-    void changeStack(const Standing& to);
-    void endChange() {
-        changing_.reset();
-        leaving_.reset();
+    /// The answer about whitelisting is the one that the screen has when something is sent. A page has its
+    /// own, and a wish for another code goes without it.
+    void send(Thread thread, Fill fill) {
+        face().hasSpinner = true;
+        ++running_;
+        const auto sendNow = [this, self = hold(), thread, fill = std::move(fill), from = top()] {
+            const auto fillAll = [&](CReq& cReq) {
+                fill(cReq);
+                const PlannedScreen& screen = from.screen();
+                if (screen.asksForWhitelisting && !screen.isPage() && !cReq.resendChallenge)
+                    cReq.whitelistingDataEntry = from.face().isTicked ? YesNoSelector::Y : YesNoSelector::N;
+            };
+            act(self, thread, fillAll, false);
+        };
+        after(kSpinnerTime, [this, thread, sendNow] {
+            if (thread == Thread::global) return sendNow();
+            onMain(sendNow);
+        });
     }
-    void takeAway();
-    /// Whether the container has the face, on its stack or on its way off that.
-    [[nodiscard]] bool holds(const Standing& face) const;
-    [[nodiscard]] bool hasRoot() const { return !root_.expired(); }
-    [[nodiscard]] bool isEnded() const { return hasRoot() && ended_.lock() == root_.lock(); }
-    void tell(const std::string& ending);
-    void cancelChallengeTimer();
-    void hideSpinner();
-    void turned();
-    void swapWay();
-    [[nodiscard]] std::optional<Way> wayHeld() const;
-    [[nodiscard]] std::optional<Standing> faceFor(Way way) const;
-    void copyText(const Standing& from, const std::optional<Standing>& to) const;
-    [[nodiscard]] Face& top() { return stack_.back().face(); }
-    void sendLater(Thread thread, const CReq& fields);
 
-    const Plan& plan_;
-    Time now_{0};
-    std::multimap<Time, Work> events_;
-    std::deque<Work> main_;
-    bool isMainHeld_ = false;
+    void act(const Hold& self, Thread thread, const Fill& fill, bool isCancel) {
+        if (isInterrupted_) {
+            --running_;
+            return;
+        }
+        ++counter_;
+        if (!isCancel) isUpdating_ = true;
+        CReq cReq = request();
+        fill(cReq);
+        exchange(thread, cReq, [this, self, isCancel](const Outcome& outcome) {
+            --running_;
+            if (isCancel) return complete("cancelled", false);
+            if (!outcome.isDropped) onMain([this, self, outcome] { process(outcome, false); });
+        });
+    }
+
+    [[nodiscard]] CReq request() const {
+        CReq cReq;
+        cReq.threeDSServerTransID = kServerTransID;
+        cReq.acsTransID = kAcsTransID;
+        cReq.messageVersion = plan_.messageVersion;
+        cReq.sdkTransID = kLowerId;
+        cReq.sdkCounterStoA = "00" + std::to_string(counter_);
+        if (plan_.hasRequestorURL) cReq.threeDSRequestorAppURL = kRequestorURL;
+        return cReq;
+    }
+
+    void exchange(Thread thread, const CReq& cReq, std::function<void(const Outcome&)> then) {
+        arm(responseTimer_, seconds(10), [this](bool) {
+            if (hasRoot()) dismiss({});
+        });
+        record_.push_back({now(), describe(cReq)});
+        const bool isFirst = requests_ == 0;
+        const Reply& reply = plan_.reply(requests_++);
+        wait(thread, reply.kind == kSilence ? kExchangeLimit : std::min(reply.delay, kExchangeLimit),
+             [this, &reply, isFirst, counter = counter_, then = std::move(then)] {
+                 then(judge(reply, isFirst, counter));
+             });
+    }
+
+    /// A failure of the connection leaves the timer of the response as it is.
+    [[nodiscard]] Outcome judge(const Reply& reply, bool isFirst, int counter) {
+        if (isInterrupted_) return {true, {}, reply};
+        Reply arrived = reply;
+        if (reply.delay > kExchangeLimit) arrived.kind = kSilence;
+        if (arrived.kind != kNoConnection) cancel(responseTimer_);
+        return {false, verdictOn(arrived, isFirst, counter == counter_), reply};
+    }
+
+    void wait(Thread thread, Time span, Work then) {
+        if (thread == Thread::main)
+            holdMain(span, std::move(then));
+        else
+            after(span, std::move(then));
+    }
+
+    void sendErro(Thread thread, const Verdict& error, Work then) {
+        record_.push_back({now(), describeErro(error.code, error.text)});
+        wait(thread, std::min(plan_.erroDelay.value_or(kExchangeLimit), kExchangeLimit),
+             [self = hold(), then = std::move(then)] { then(); });
+    }
+
+    void process(const Outcome& outcome, bool isFirst) {
+        using enum Verdict::Kind;
+        const auto& [kind, code, text] = outcome.verdict;
+        const PlannedScreen& planned = outcome.reply.screen;
+        if (kind == screen) return isFirst ? showFirst(planned) : show(planned);
+        if (isFirst) cancel(challengeTimer_);
+        const std::string ending = kind == status    ? "completed(id, " + outcome.reply.status + ")"
+                                   : kind == failure ? runtimeError(text)
+                                                     : "protocolError(ID, " + code + ", " + text + ")";
+        const auto end = [this, self = hold(), isFirst, ending, isError = kind != status] {
+            if (isFirst) return endStart(ending);
+            complete(ending, isError);
+            isUpdating_ = false;
+        };
+        if (kind != madeErro) return end();
+        sendErro(isFirst ? Thread::global : Thread::main, outcome.verdict, end);
+    }
+
+    void show(const PlannedScreen& screen) {
+        isUpdating_ = false;
+        const std::string during = "Can not create challenge VC: ";
+        if (startsWithPage_ && !screen.isPage()) return fail(during + generic("SdkError error 1"));
+        if (screen.isUndecodable) return fail(during + generic("SdkError error 5"));
+        if (startsWithPage_) {
+            // The page changes in its place.
+            if (!hasRoot()) return fail("Can not get top challenge HTML view controller.");
+            return hideSpinner();
+        }
+        remember(screen);
+        const auto next = nextFace();
+        if (!next) return fail("Can not get challenge VC from ViewControllerContainer.");
+        onMain([this, self = hold(), next] {
+            hideSpinner();
+            if (hasRoot()) changeStack(*next);
+        });
+    }
+
+    // Timers and endings.
+
+    void arm(Timer& timer, Time span, std::function<void(bool isCancelled)> work) {
+        timer = std::make_shared<bool>(false);
+        after(span, [this, isCancelled = timer, work = std::move(work)] {
+            if (*isCancelled || life_.expired()) return;
+            onMain([this, isCancelled, work] {
+                if (!life_.expired()) work(*isCancelled);
+            });
+        });
+    }
+
+    static void cancel(Timer& timer) {
+        if (const auto isCancelled = std::exchange(timer, nullptr)) *isCancelled = true;
+    }
+
+    void complete(const std::string& ending, bool isError) {
+        hideSpinner();
+        onMain([this, self = hold(), ending, isError] {
+            cancel(challengeTimer_);
+            if (!hasRoot() || isEnded()) return;
+            ended_ = root_;
+            dismiss([this, self, ending, isError] {
+                if (isError) listens_ = false;
+                tell(ending);
+            });
+        });
+    }
+
+    void fail(const std::string& text) { complete(runtimeError(text), true); }
+    void tell(const std::string& ending) { record_.push_back({now(), "application: " + ending}); }
+    [[nodiscard]] Face& face() { return top().face(); }
+
     Record record_;
-
-    // Who keeps the transaction: the application, the screens, and all work for it. The timers do not.
-    Hold application_ = std::make_shared<const int>(0);
-    std::weak_ptr<const int> life_ = application_;
-    std::shared_ptr<Root> presented_;
-    std::weak_ptr<Root> root_;
-    std::weak_ptr<Root> ended_;
-    std::shared_ptr<Root> changing_;
-    std::optional<Standing> leaving_;
-
     std::size_t requests_ = 0;
     int counter_ = 0;
     int running_ = 0;
     std::size_t allowedEndings_ = 1;
-    bool hasLateTurn_ = false;
     bool isInterrupted_ = false;
     bool triesAgain_ = false;
-    bool isUpdating_ = true;
-    bool holdsBoth_ = false;
-    bool listens_ = false;
-    bool isDismissing_ = false;
-    Work afterDismissal_;
-    std::shared_ptr<int> dismissal_;
-    std::shared_ptr<int> change_;
     bool startsWithPage_ = false;
-    Way lastWay_ = Way::portrait;
-    UIDeviceOrientation held_;
-    std::shared_ptr<Timer> challengeTimer_;
-    std::shared_ptr<Timer> responseTimer_;
-    std::shared_ptr<Step> latest_;
-    std::vector<Standing> stack_;
+    Timer challengeTimer_;
+    Timer responseTimer_;
 };
 
 } // namespace korvane::simulation

@@ -1,15 +1,44 @@
 #include "tests/challenge/simulation/Plan.h"
 
+#include "Crypt/JWS.h"
+
 #include <algorithm>
 #include <array>
+#include <sstream>
 
 namespace korvane::simulation {
 
 namespace {
 
-constexpr std::array kStartFaultNames{"none",          "no content",       "content that is no JWS",
-                                      "bad signature", "stranger's chain", "no acsTransID"};
-constexpr std::array kTemperNames{"patient", "hasty", "assisted", "absent", "cancelling"};
+constexpr std::size_t kTempers = 5;
+
+const std::string kNoContent = "Can not get acsURL from AcsSignedContent: ";
+const std::string kNotVerified = "Can not verification AcsSignedContent: ";
+
+void changeSignature(ChallengeParameters& parameters) {
+    char& changed = parameters.acsSignedContent->end()[-9];
+    changed = changed == 'A' ? 'B' : 'A';
+}
+
+void signByStranger(ChallengeParameters& parameters) {
+    static const TestIdentity stranger = selfSigned({});
+    const JWS jws(*parameters.acsSignedContent);
+    parameters.acsSignedContent =
+        PlayedAcs::signedBy(stranger, {stranger.base64()}, JSON::parse(asText(jws.payload().data())));
+}
+
+const std::array kStartFaults{
+    StartFault{[](ChallengeParameters&) {}, "", false},
+    StartFault{[](ChallengeParameters& parameters) { parameters.acsSignedContent.reset(); },
+               kNoContent + "InvalidInputException: acsSignedContent is empty.", false},
+    StartFault{[](ChallengeParameters& parameters) { parameters.acsSignedContent = "a.b"; },
+               kNoContent + generic("JOSEError error 5"), false},
+    StartFault{changeSignature, kNotVerified + generic("JOSEError error 9"), true},
+    StartFault{signByStranger, kNotVerified + "SecTrust cert chain validation fail.", true},
+    StartFault{[](ChallengeParameters& parameters) { parameters.acsTransactionId.reset(); },
+               "Can not get init CReq data: " + generic("SdkError error 0"), false,
+               kNoContent + "InvalidInputException: Can not get private key from ephemeral KeyPair."},
+};
 
 /// Most answers come soon, some too late.
 Time networkDelay(Chance& chance) {
@@ -29,11 +58,6 @@ PlannedScreen makeScreen(Chance& chance, bool isPage) {
     return screen;
 }
 
-ReplyKind faultyKind(Chance& chance) {
-    constexpr auto kFirst = static_cast<std::size_t>(ReplyKind::unknownStatus);
-    return static_cast<ReplyKind>(kFirst + chance.below(kReplyKinds - kFirst));
-}
-
 /// Some screens, then the end; now and then something else in place of one.
 std::vector<Reply> makeReplies(Chance& chance) {
     constexpr std::size_t kFurther = 5;
@@ -46,8 +70,9 @@ std::vector<Reply> makeReplies(Chance& chance) {
         const bool switches = index > 0 && chance.percent(8);
         reply.screen = makeScreen(chance, startsWithPage != switches);
         reply.status = chance.oneOf<const char*>({"Y", "Y", "N", "U", "A", "C", "D", "R", "I"});
-        reply.kind = index < screens ? ReplyKind::screen : ReplyKind::status;
-        if (chance.percent(screens > 4 ? 1 : 8)) reply.kind = faultyKind(chance);
+        reply.kind = index < screens ? kScreen : kStatus;
+        if (chance.percent(screens > 4 ? 1 : 8))
+            reply.kind = kUnknownStatus + chance.below(kReplyKinds - kUnknownStatus);
         reply.delay = networkDelay(chance);
     }
     replies[0].screen.logos = chance.oneOf({0, 0, 0, 1, 2});
@@ -69,66 +94,33 @@ std::vector<Turn> makeTurns(Chance& chance) {
     return turns;
 }
 
-std::string after(Time time) {
-    return std::to_string(Seconds(time).count()) + " s";
-}
-
-const char* yesOrNo(bool yes) {
-    return yes ? "yes" : "no";
-}
-
 } // namespace
 
-Plan::Plan(std::uint64_t itsSeed) : seed(itsSeed) {
+Plan::Plan(std::uint64_t itsSeed) : seed(itsSeed), startFault(kStartFaults.data()) {
     Chance chance(seed);
     messageVersion = chance.oneOf<const char*>({"2.1.0", "2.2.0"});
     minutes = chance.oneOf({0, 1, 1, 1, 1, 5, 5, 5, 5, 5});
     hasRequestorURL = chance.percent(30);
     playsAnimations = chance.percent(25);
     keepsTransaction = chance.percent(60);
-    if (chance.percent(6)) startFault = static_cast<StartFault>(1 + chance.below(5));
+    if (chance.percent(6)) startFault += 1 + chance.below(kStartFaults.size() - 1);
     replies = makeReplies(chance);
     imageDelay = networkDelay(chance);
     if (!chance.percent(10)) erroDelay = networkDelay(chance);
     if (chance.percent(20)) heldAtFirst = anyOrientation(chance);
     turns = makeTurns(chance);
     if (chance.percent(4)) dismissal = chance.between(0.5, 40);
-    temper = static_cast<Temper>(chance.below(kTemperNames.size()));
+    temper = static_cast<Temper>(chance.below(kTempers));
     typesOnKeys = chance.percent(4);
-    triesAgain = chance.percent(50) && keepsTransaction && startFault != StartFault::none;
+    triesAgain = chance.percent(50) && keepsTransaction && !startFault->text.empty();
 }
 
-std::vector<std::string> Plan::lines() const {
-    std::vector<std::string> all{
-        "version " + messageVersion + ", time-out " + std::to_string(minutes) +
-            " min, requestor URL: " + yesOrNo(hasRequestorURL),
-        std::string("animations: ") + yesOrNo(playsAnimations) +
-            ", transaction kept: " + yesOrNo(keepsTransaction) +
-            ", fault at the start: " + kStartFaultNames.at(static_cast<std::size_t>(startFault)) +
-            ", tries again: " + yesOrNo(triesAgain),
-        "images after " + after(imageDelay) + ", answer to an Erro " +
-            (erroDelay ? "after " + after(*erroDelay) : std::string("never")),
-        std::string("cardholder: ") + kTemperNames.at(static_cast<std::size_t>(temper)) +
-            ", types on keys: " + yesOrNo(typesOnKeys) + ", held " + nameOf(heldAtFirst)};
-    for (std::size_t index = 0; index < replies.size(); ++index)
-        all.push_back("reply " + std::to_string(index) + ": " + describe(replies[index]));
-    for (const Turn& turn : turns)
-        all.push_back("turned at " + after(turn.at) + " to " + nameOf(turn.to));
-    if (dismissal) all.push_back("screens taken away by the application at " + after(*dismissal));
-    return all;
-}
-
-const char* nameOf(UIDeviceOrientation orientation) {
-    switch (orientation) {
-    case UIDeviceOrientation::portrait: return "portrait";
-    case UIDeviceOrientation::portraitUpsideDown: return "upside down";
-    case UIDeviceOrientation::landscapeLeft: return "landscape left";
-    case UIDeviceOrientation::landscapeRight: return "landscape right";
-    case UIDeviceOrientation::faceUp: return "face up";
-    case UIDeviceOrientation::faceDown: return "face down";
-    case UIDeviceOrientation::unknown: break;
-    }
-    return "unknown";
+std::string describe(const Plan& plan) {
+    std::ostringstream text;
+    text << plan.minutes << " min, animations " << plan.playsAnimations << ", transaction kept "
+         << plan.keepsTransaction << ", temper " << static_cast<int>(plan.temper) << ", images after "
+         << Seconds(plan.imageDelay).count() << " s";
+    return text.str();
 }
 
 } // namespace korvane::simulation

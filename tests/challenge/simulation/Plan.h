@@ -11,8 +11,15 @@
 
 namespace korvane::simulation {
 
-/// What is wrong with the values that the challenge starts with.
-enum class StartFault { none, noContent, noJWS, badSignature, strangersChain, noAcsTransID };
+/// What is wrong with the values that the challenge starts with, and what must come of it.
+struct StartFault {
+    void (*spoil)(ChallengeParameters& parameters);
+    /// What the application hears; empty where nothing is wrong.
+    std::string text;
+    bool isToldToAcs;
+    /// The same of another start with good values: an agreement that was reached before has used the key up.
+    std::string nextText = {};
+};
 
 /// How the cardholder goes about it.
 enum class Temper {
@@ -39,7 +46,7 @@ struct Plan {
     bool playsAnimations = false;
     /// Whether the application keeps the transaction to the end.
     bool keepsTransaction = false;
-    StartFault startFault = StartFault::none;
+    const StartFault* startFault;
     /// Whether the application starts the challenge anew, with good values, when it hears of the fault.
     bool triesAgain = false;
     /// To the requests in the order in which they come; the last one to all further ones.
@@ -61,10 +68,9 @@ struct Plan {
     [[nodiscard]] const Reply& reply(std::size_t request) const {
         return replies[std::min(request, replies.size() - 1)];
     }
-    /// For people, a line for each decision.
-    [[nodiscard]] std::vector<std::string> lines() const;
 };
 
-[[nodiscard]] const char* nameOf(UIDeviceOrientation orientation);
+/// For people: what the story does not tell itself.
+[[nodiscard]] std::string describe(const Plan& plan);
 
 } // namespace korvane::simulation

@@ -1,41 +1,11 @@
 #pragma once
 
-#include "Platform/URLSession.h"
 #include "tests/challenge/simulation/Chance.h"
 #include "tests/support/SimulatedAcs.h"
 
-#include <optional>
 #include <string>
 
 namespace korvane::simulation {
-
-/// What the ACS can do with a request.
-enum class ReplyKind {
-    screen,
-    status,
-    unknownStatus,
-    noConnection,
-    silence,
-    rubbish,
-    emptyBody,
-    plainErro,
-    plainErroOfNumbers,
-    sealedErro,
-    strangersKey,
-    noJSON,
-    unknownType,
-    repeatedKey,
-    missingField,
-    numberForText,
-    wrongCounter,
-    missingLabel,
-    foreignTransaction,
-    otherVersion,
-    unknownScreen,
-    criticalExtension,
-};
-
-inline constexpr std::size_t kReplyKinds = static_cast<std::size_t>(ReplyKind::criticalExtension) + 1;
 
 /// What a screen of a reply has.
 struct PlannedScreen {
@@ -55,9 +25,13 @@ struct PlannedScreen {
     [[nodiscard]] bool isPage() const { return uiType == "05"; }
 };
 
+/// The kinds of replies that others speak of; more follow up to `kReplyKinds`.
+enum : std::size_t { kScreen, kStatus, kUnknownStatus, kNoConnection, kSilence };
+extern const std::size_t kReplyKinds;
+
 /// One reply of the ACS.
 struct Reply {
-    ReplyKind kind = ReplyKind::status;
+    std::size_t kind = kStatus;
     PlannedScreen screen;
     std::string status = "Y";
     Time delay{0};
@@ -77,8 +51,8 @@ struct Verdict {
     };
     Kind kind = Kind::failure;
     /// The error's code and details, or what the failure says in `text`.
-    std::string code;
-    std::string text;
+    std::string code = {};
+    std::string text = {};
 };
 
 /// The body and the time of an answer.
@@ -88,10 +62,12 @@ struct Verdict {
 [[nodiscard]] Verdict verdictOn(const Reply& reply, bool isFirst, bool isCounterRight);
 
 /// For people.
-[[nodiscard]] std::string describe(const Reply& reply);
+[[nodiscard]] std::string describe(const Reply& reply, const SimulatedAcs& acs);
+
+/// What is said of a failure that has no words of its own.
+[[nodiscard]] std::string generic(const std::string& failure);
 
 inline constexpr const char* kRequestorURL = "https://shop.example/back";
-inline constexpr const char* kNoConnection = "The connection was lost.";
 inline constexpr const char* kPsLogo = "https://acs.example/scheme.png";
 inline constexpr const char* kBankLogo = "https://acs.example/bank.png";
 

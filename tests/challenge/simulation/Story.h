@@ -1,34 +1,174 @@
 #pragma once
 
+#include "Platform/LetterCase.h"
+#include "tests/challenge/EndingReceiver.h"
 #include "tests/challenge/simulation/Cardholder.h"
-#include "tests/challenge/simulation/Model.h"
-#include "tests/challenge/simulation/Plan.h"
-
-#include <string>
-#include <vector>
 
 namespace korvane::simulation {
 
-/// What came of one plan.
-struct StoryResult {
-    /// What the application heard and the ACS received.
-    Record record;
-    /// The same, and what the cardholder did, and where it went wrong.
-    Record story;
-    /// What must not be; empty for a story that went as it must.
-    std::vector<std::string> faults;
+/// One plan, played on a simulation of its own and compared with what the model says.
+class Story {
+public:
+    explicit Story(const Plan& plan) : plan_(plan), application_(plan.seed, plan.heldAtFirst) {
+        UIApplication::shared().setPlaysAnimations(plan.playsAnimations);
+        application_.acs.imageAnswer = {toBytes("GIF89a\x01\x01"), std::nullopt, Seconds(plan.imageDelay)};
+        application_.acs.furtherAnswers = [this](SimulatedAcs& acs) {
+            CReq cReq = acs.requests().back();
+            if (cReq.sdkTransID == lowercased(upperId_)) cReq.sdkTransID = kLowerId;
+            record(describe(cReq));
+            const Reply& reply = plan_.reply(acs.requests().size() - 1);
+            tell(anonymous("reply: " + describe(reply, acs)));
+            return simulation::play(reply, acs);
+        };
+        application_.acs.errorAnswer = [this](const Erro& erro) {
+            record(describeErro(erro.errorCode.value_or("none"), erro.errorDetail.value_or("none")));
+            const auto delay = plan_.erroDelay ? std::optional<Seconds>(*plan_.erroDelay) : std::nullopt;
+            return ScriptedAnswer{Bytes{}, std::nullopt, delay};
+        };
+    }
+
+    /// What the application heard, the ACS received, and the cardholder did, and what must not be of it.
+    struct Told {
+        Record lines;
+        std::vector<std::string> faults;
+    };
+    static Told play(const Plan& plan) {
+        Story story(plan);
+        story.play();
+        return std::move(story.told_);
+    }
+
+private:
+    void play() {
+        application_.create(plan_.messageVersion);
+        upperId_ = application_.peer.sdkTransactionID();
+        if (plan_.hasRequestorURL) application_.parameters->setTreeDSRequestorAppURL(kRequestorURL);
+        goodParameters_ = std::make_shared<ChallengeParameters>(*application_.parameters);
+        plan_.startFault->spoil(*application_.parameters);
+        startChallenge(application_.parameters);
+        const std::weak_ptr<Transaction> transaction = application_.peer.transaction;
+        if (!plan_.keepsTransaction) application_.peer.transaction = nullptr;
+        scheduleTurnsAndDismissal();
+        cardholder_.lookLater();
+        application_.platform.runUntilIdle();
+        model_.runToTheEnd();
+        end(transaction);
+    }
+
+    void startChallenge(std::shared_ptr<ChallengeParameters> parameters) {
+        const auto receiver =
+            std::make_shared<EndingReceiver>([this](const std::string& ending) { hear(ending); });
+        application_.peer.transaction->doChallenge(std::move(parameters), receiver, plan_.minutes);
+    }
+
+    void hear(const std::string& ending) {
+        record("application: " + anonymous(ending));
+        const bool isFailure = ending.starts_with("runtimeError");
+        if (plan_.triesAgain && isFailure && goodParameters_)
+            startChallenge(std::exchange(goodParameters_, nullptr));
+    }
+
+    /// At its time, whatever the main queue does.
+    void at(Time time, const DispatchQueue::Work& work) {
+        application_.platform.dispatch().globalQueue().asyncAfter(Seconds(time),
+                                                                  std::make_shared<DispatchWorkItem>(work));
+    }
+
+    void scheduleTurnsAndDismissal() {
+        DispatchQueue& main = application_.platform.dispatch().mainQueue();
+        for (const Turn& turn : plan_.turns)
+            at(turn.at, [this, &turn, &main] {
+                application_.hold(turn.to);
+                tell("device: turned to " + std::to_string(static_cast<int>(turn.to)));
+                main.async([] { UIApplication::shared().deviceDidRotate(); });
+            });
+        const auto dismiss = [this] {
+            tell("application takes the screens away");
+            application_.host->dismiss(UIAnimated::no);
+        };
+        if (plan_.dismissal) at(*plan_.dismissal, [&main, dismiss] { main.async(dismiss); });
+    }
+
+    /// Whatever happened, nothing of the challenge lives on once the application has let go of it.
+    void end(const std::weak_ptr<Transaction>& transaction) {
+        application_.peer.transaction = nullptr;
+        application_.host->dismiss(UIAnimated::no);
+        application_.platform.runUntilIdle();
+        model_.leave();
+        findDifference();
+        findBrokenRules();
+        const LeftAlive left = application_.platform.leftAlive();
+        const std::pair<const char*, std::size_t> counts[] = {
+            {"changes of the screens beside the main queue", application_.strayChanges},
+            {"items left alive", left.items},
+            {"timers left alive", left.timers},
+            {"requests left alive", left.tasks},
+            {"blocked for ever", left.blocked},
+            {"controllers left alive", cardholder_.seenAlive()},
+            {"transactions left alive", transaction.expired() ? 0 : 1}};
+        for (const auto& [name, count] : counts)
+            if (count > 0) fault(std::to_string(count) + " " + name);
+    }
+
+    void findDifference() {
+        const auto textAt = [](const Record& record, auto line) {
+            return line == record.end() ? "nothing" : textOf(*line);
+        };
+        const auto [one, other] = std::ranges::mismatch(record_, model_.record());
+        if (one != record_.end() || other != model_.record().end())
+            fault("record: " + textAt(record_, one) + " instead of " + textAt(model_.record(), other));
+    }
+
+    /// What holds of every record whatever the model says.
+    void findBrokenRules() {
+        std::size_t endings = 0;
+        std::size_t requests = 0;
+        bool isInterrupted = false;
+        for (const Line& line : record_) {
+            const bool isRequest = line.text.starts_with("ACS: {");
+            const bool isInterruption = line.text.starts_with("ACS: Erro 402");
+            if (isInterrupted && (isRequest || isInterruption))
+                fault("after an interruption: " + textOf(line));
+            isInterrupted = isInterrupted || isInterruption;
+            const std::string counter = R"("sdkCounterStoA":"00)" + std::to_string(requests) + "\"";
+            if (isRequest && line.text.find(counter) == std::string::npos)
+                fault("counter " + std::to_string(requests) + ": " + textOf(line));
+            if (isRequest) ++requests;
+            if (line.text.starts_with("application: ") && ++endings > model_.allowedEndings())
+                fault("an ending too many: " + textOf(line));
+        }
+    }
+
+    void tell(const std::string& text) {
+        told_.lines.push_back({std::chrono::round<Time>(application_.platform.now()), text});
+    }
+    void record(const std::string& text) {
+        tell(text);
+        record_.push_back(told_.lines.back());
+    }
+    void fault(const std::string& text) {
+        told_.faults.push_back(text);
+        tell("FAULT " + text);
+    }
+
+    [[nodiscard]] std::string anonymous(std::string text) const {
+        for (const auto& [id, name] :
+             {std::pair(upperId_, kUpperId), std::pair(lowercased(upperId_), kLowerId)})
+            if (const auto at = text.find(id); at != std::string::npos) text.replace(at, id.size(), name);
+        return text;
+    }
+
+    const Plan& plan_;
+    Told told_;
+    /// Those of its lines that the model has as well.
+    Record record_;
+    SimulatedApplication application_;
+    std::string upperId_;
+    Model model_{plan_};
+    Cardholder cardholder_{plan_, application_, model_,
+                           [this](const std::string& text) { fault("screen: " + text); },
+                           [this](const std::string& text) { tell(text); }};
+    std::shared_ptr<ChallengeParameters> goodParameters_;
 };
-
-/// Plays one plan on a simulation of its own.
-[[nodiscard]] StoryResult playStory(const Plan& plan);
-
-/// What holds of every record whatever the model says: counters, at most one ending but for what the rules
-/// allow, no request after an interruption.
-[[nodiscard]] std::vector<std::string> brokenRules(const Record& record, std::size_t allowedEndings);
-
-/// Where two records differ, by what they are about.
-[[nodiscard]] std::vector<std::string> differences(const Record& actual, const Record& expected);
-
-[[nodiscard]] std::string textOf(const Line& line);
 
 } // namespace korvane::simulation
