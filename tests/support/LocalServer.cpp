@@ -1,10 +1,10 @@
 #include "tests/support/LocalServer.h"
 
+#include "Platform/LetterCase.h"
 #include "tests/support/Files.h"
 
 #include <httplib.h>
 
-#include <algorithm>
 #include <condition_variable>
 #include <cstdlib>
 #include <ctime>
@@ -27,16 +27,10 @@ std::unique_ptr<httplib::Server> makeServer(LocalServer::Transport transport) {
     return std::make_unique<httplib::Server>();
 }
 
-std::string lowered(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; });
-    return text;
-}
-
 ReceivedRequest asReceived(const httplib::Request& request) {
     ReceivedRequest received{request.method, request.path, {}, request.body, request.remote_port};
     for (const auto& [name, value] : request.headers)
-        received.headers[lowered(name)] = value;
+        received.headers[lowercased(name)] = value;
     return received;
 }
 
@@ -46,7 +40,6 @@ struct LocalServer::State {
     explicit State(Transport transport) : isTls(transport == Transport::tls), server(makeServer(transport)) {}
 
     void answer(const httplib::Request& request, httplib::Response& response);
-    void answerWithParameters(const httplib::Request& request, httplib::Response& response);
     void beSilent();
 
     const bool isTls;
@@ -65,25 +58,19 @@ void LocalServer::State::answer(const httplib::Request& request, httplib::Respon
         const std::lock_guard lock(mutex);
         received.push_back(asReceived(request));
     }
-    if (request.path == "/echo")
-        response.set_content(request.body.empty() ? "nothing" : request.body, "text/plain");
-    if (request.path == "/broken") response.set_content("broken", "text/plain");
-    if (request.path == "/broken") response.status = 500;
-    if (request.path == "/missing") response.status = 404;
-    if (request.path == "/silence") beSilent();
-    if (request.path == "/cut")
-        response.set_content_provider(100, "text/plain",
-                                      [](std::size_t, std::size_t, httplib::DataSink& sink) {
-                                          return sink.write("0123456789", 10) && false;
-                                      });
-    answerWithParameters(request, response);
-}
-
-void LocalServer::State::answerWithParameters(const httplib::Request& request, httplib::Response& response) {
-    if (request.path == "/redirect")
-        response.set_redirect(request.get_param_value("to"), std::stoi(request.get_param_value("status")));
-    if (request.path == "/size")
-        response.set_content(std::string(std::stoul(request.get_param_value("bytes")), 'x'), "text/plain");
+    const auto parameter = [&request](const char* name) { return request.get_param_value(name); };
+    const std::string& path = request.path;
+    if (path == "/echo") response.set_content(request.body.empty() ? "nothing" : request.body, "text/plain");
+    if (path == "/broken") response.set_content("broken", "text/plain");
+    if (path == "/broken") response.status = 500;
+    if (path == "/missing") response.status = 404;
+    if (path == "/silence") beSilent();
+    if (path == "/redirect") response.set_redirect(parameter("to"), std::stoi(parameter("status")));
+    if (path == "/size") response.set_content(std::string(std::stoul(parameter("bytes")), 'x'), "text/plain");
+    if (path != "/cut") return;
+    response.set_content_provider(100, "text/plain", [](std::size_t, std::size_t, httplib::DataSink& sink) {
+        return sink.write("0123456789", 10) && false;
+    });
 }
 
 void LocalServer::State::beSilent() {

@@ -24,15 +24,13 @@ public:
 
 private:
     struct Lines : IKorvaneLogger {
-        void log(const std::string& message, const char* file, const char* function, unsigned line) override {
+        void log(const std::string& message, const char* file, const char* function, unsigned) override {
             const std::lock_guard lock(mutex);
             texts.push_back(std::string(file) + " " + function + ": " + message);
-            hasLineNumber = hasLineNumber && line > 0;
         }
 
         std::mutex mutex;
         std::vector<std::string> texts;
-        bool hasLineNumber = true;
     };
 
     std::shared_ptr<Lines> lines_;

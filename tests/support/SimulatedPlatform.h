@@ -25,8 +25,10 @@ struct LeftAlive {
 /// functions.
 class SimulatedPlatform final : public ScriptedDevice {
 public:
-    explicit SimulatedPlatform(std::uint64_t seed = 1);
-    ~SimulatedPlatform() override;
+    explicit SimulatedPlatform(std::uint64_t seed = 1) : scheduler_(seed) {}
+
+    /// Blocked work ends while queues and network are still there.
+    ~SimulatedPlatform() override { scheduler_.end(); }
 
     [[nodiscard]] Dispatch& dispatch() override { return dispatch_; }
     [[nodiscard]] std::shared_ptr<URLSession>
@@ -52,7 +54,10 @@ public:
         scheduler_.driveUntil([] { return false; });
     }
 
-    [[nodiscard]] LeftAlive leftAlive() const;
+    [[nodiscard]] LeftAlive leftAlive() const {
+        return {scheduler_.readyCount(), scheduler_.delayedCount(), network_.runningCount(),
+                scheduler_.blockedCount()};
+    }
 
 private:
     Scheduler scheduler_;

@@ -15,47 +15,51 @@ namespace korvane {
 
 namespace {
 
-using Key = std::unique_ptr<EVP_PKEY, decltype(&EVP_PKEY_free)>;
-using Certificate = std::unique_ptr<X509, decltype(&X509_free)>;
+template <auto Free>
+struct Freeing {
+    template <class Object>
+    void operator()(Object* object) const {
+        Free(object);
+    }
+};
 
-using Number = std::unique_ptr<BIGNUM, decltype(&BN_free)>;
+template <class Object, auto Free>
+using Owned = std::unique_ptr<Object, Freeing<Free>>;
+using Key = Owned<EVP_PKEY, EVP_PKEY_free>;
+using Certificate = Owned<X509, X509_free>;
 
 /// An RSA key like any other, whose exponents then become 1.
 Key rsaOfOne() {
-    const Key ordinary(EVP_RSA_gen(2048U), EVP_PKEY_free);
-    const std::unique_ptr<OSSL_PARAM_BLD, decltype(&OSSL_PARAM_BLD_free)> builder(OSSL_PARAM_BLD_new(),
-                                                                                  OSSL_PARAM_BLD_free);
-    std::vector<Number> numbers;
+    const Key ordinary(EVP_RSA_gen(2048U));
+    const Owned<OSSL_PARAM_BLD, OSSL_PARAM_BLD_free> builder(OSSL_PARAM_BLD_new());
+    std::vector<Owned<BIGNUM, BN_free>> numbers;
     for (const char* name : {OSSL_PKEY_PARAM_RSA_N, OSSL_PKEY_PARAM_RSA_FACTOR1, OSSL_PKEY_PARAM_RSA_FACTOR2,
                              OSSL_PKEY_PARAM_RSA_COEFFICIENT1}) {
         BIGNUM* number = nullptr;
         EVP_PKEY_get_bn_param(ordinary.get(), name, &number);
-        OSSL_PARAM_BLD_push_BN(builder.get(), name, numbers.emplace_back(number, BN_free).get());
+        OSSL_PARAM_BLD_push_BN(builder.get(), name, numbers.emplace_back(number).get());
     }
     for (const char* name : {OSSL_PKEY_PARAM_RSA_E, OSSL_PKEY_PARAM_RSA_D, OSSL_PKEY_PARAM_RSA_EXPONENT1,
                              OSSL_PKEY_PARAM_RSA_EXPONENT2})
         OSSL_PARAM_BLD_push_BN(builder.get(), name, BN_value_one());
-    const std::unique_ptr<OSSL_PARAM, decltype(&OSSL_PARAM_free)> parameters(
-        OSSL_PARAM_BLD_to_param(builder.get()), OSSL_PARAM_free);
-    const std::unique_ptr<EVP_PKEY_CTX, decltype(&EVP_PKEY_CTX_free)> context(
-        EVP_PKEY_CTX_new_from_name(nullptr, "RSA", nullptr), EVP_PKEY_CTX_free);
+    const Owned<OSSL_PARAM, OSSL_PARAM_free> parameters(OSSL_PARAM_BLD_to_param(builder.get()));
+    const Owned<EVP_PKEY_CTX, EVP_PKEY_CTX_free> context(EVP_PKEY_CTX_new_from_name(nullptr, "RSA", nullptr));
     EVP_PKEY* key = nullptr;
     EVP_PKEY_fromdata_init(context.get());
     EVP_PKEY_fromdata(context.get(), &key, EVP_PKEY_KEYPAIR, parameters.get());
-    return {key, EVP_PKEY_free};
+    return Key(key);
 }
 
 Key generate(TestKeyType type) {
-    const auto made = [](EVP_PKEY* key) { return Key(key, EVP_PKEY_free); };
     switch (type) {
-    case TestKeyType::p256: return made(EVP_EC_gen("P-256"));
-    case TestKeyType::p384: return made(EVP_EC_gen("P-384"));
-    case TestKeyType::rsa2048: return made(EVP_RSA_gen(2048U));
-    case TestKeyType::rsa1024: return made(EVP_RSA_gen(1024U));
+    case TestKeyType::p256: return Key(EVP_EC_gen("P-256"));
+    case TestKeyType::p384: return Key(EVP_EC_gen("P-384"));
+    case TestKeyType::rsa2048: return Key(EVP_RSA_gen(2048U));
+    case TestKeyType::rsa1024: return Key(EVP_RSA_gen(1024U));
     case TestKeyType::rsaOfOne: return rsaOfOne();
     case TestKeyType::ed25519: break;
     }
-    return made(EVP_PKEY_Q_keygen(nullptr, nullptr, "ED25519"));
+    return Key(EVP_PKEY_Q_keygen(nullptr, nullptr, "ED25519"));
 }
 
 /// What one of OpenSSL's writers gives.
@@ -69,8 +73,7 @@ Bytes derOf(Object* object, Write write) {
 }
 
 Bytes pkcs8Of(EVP_PKEY* key) {
-    const std::unique_ptr<PKCS8_PRIV_KEY_INFO, decltype(&PKCS8_PRIV_KEY_INFO_free)> info(
-        EVP_PKEY2PKCS8(key), PKCS8_PRIV_KEY_INFO_free);
+    const Owned<PKCS8_PRIV_KEY_INFO, PKCS8_PRIV_KEY_INFO_free> info(EVP_PKEY2PKCS8(key));
     return derOf(info.get(), i2d_PKCS8_PRIV_KEY_INFO);
 }
 
@@ -94,27 +97,31 @@ void addExtensions(X509* certificate, const CertificateFields& fields) {
         addExtension(certificate, NID_netscape_comment, "critical,DER:0401AA");
 }
 
-Certificate unsignedCertificate(const CertificateFields& fields, EVP_PKEY* key) {
+/// @param issuer  null for a certificate that signs itself.
+TestIdentity make(const CertificateFields& fields, const TestIdentity* issuer) {
     static long serialNumber = 0;
-    Certificate certificate(X509_new(), X509_free);
-    X509_set_version(certificate.get(), X509_VERSION_3);
-    ASN1_INTEGER_set(X509_get_serialNumber(certificate.get()), ++serialNumber);
-    X509_gmtime_adj(X509_getm_notBefore(certificate.get()), 86400L * fields.firstDay);
-    X509_gmtime_adj(X509_getm_notAfter(certificate.get()), 86400L * fields.lastDay);
-    X509_NAME_add_entry_by_txt(X509_get_subject_name(certificate.get()), "CN", MBSTRING_UTF8,
+    const Key key = generate(fields.key);
+    const Certificate made(X509_new());
+    X509* const certificate = made.get();
+    X509_set_version(certificate, X509_VERSION_3);
+    ASN1_INTEGER_set(X509_get_serialNumber(certificate), ++serialNumber);
+    X509_gmtime_adj(X509_getm_notBefore(certificate), 86400L * fields.firstDay);
+    X509_gmtime_adj(X509_getm_notAfter(certificate), 86400L * fields.lastDay);
+    X509_NAME_add_entry_by_txt(X509_get_subject_name(certificate), "CN", MBSTRING_UTF8,
                                asBytes(fields.commonName).data(), -1, -1, 0);
-    X509_set_pubkey(certificate.get(), key);
-    addExtensions(certificate.get(), fields);
-    return certificate;
-}
+    X509_set_pubkey(certificate, key.get());
+    addExtensions(certificate, fields);
 
-TestIdentity sign(X509* certificate, const X509_NAME* issuer, EVP_PKEY* issuerKey, EVP_PKEY* key,
-                  const CertificateFields& fields) {
-    X509_set_issuer_name(certificate, issuer);
-    const bool hasOwnDigest = EVP_PKEY_is_a(issuerKey, "ED25519") == 1;
-    const EVP_MD* digest = hasOwnDigest ? nullptr : EVP_get_digestbyname(fields.digest.c_str());
-    X509_sign(certificate, issuerKey, digest);
-    return {derOf(certificate, i2d_X509), pkcs8Of(key)};
+    const unsigned char* keyAt = issuer ? issuer->pkcs8.data() : nullptr;
+    const unsigned char* at = issuer ? issuer->der.data() : nullptr;
+    const Key itsKey(issuer ? d2i_AutoPrivateKey(nullptr, &keyAt, static_cast<long>(issuer->pkcs8.size()))
+                            : nullptr);
+    const Certificate its(issuer ? d2i_X509(nullptr, &at, static_cast<long>(issuer->der.size())) : nullptr);
+    EVP_PKEY* const signer = issuer ? itsKey.get() : key.get();
+    X509_set_issuer_name(certificate, X509_get_subject_name(issuer ? its.get() : certificate));
+    const bool hasOwnDigest = EVP_PKEY_is_a(signer, "ED25519") == 1;
+    X509_sign(certificate, signer, hasOwnDigest ? nullptr : EVP_get_digestbyname(fields.digest.c_str()));
+    return {derOf(certificate, i2d_X509), pkcs8Of(key.get())};
 }
 
 } // namespace
@@ -124,20 +131,11 @@ std::string TestIdentity::base64() const {
 }
 
 TestIdentity TestIdentity::issue(const CertificateFields& fields) const {
-    const unsigned char* keyPosition = pkcs8.data();
-    const unsigned char* position = der.data();
-    const Key issuerKey(d2i_AutoPrivateKey(nullptr, &keyPosition, static_cast<long>(pkcs8.size())),
-                        EVP_PKEY_free);
-    const Certificate issuer(d2i_X509(nullptr, &position, static_cast<long>(der.size())), X509_free);
-    const Key key = generate(fields.key);
-    const Certificate made = unsignedCertificate(fields, key.get());
-    return sign(made.get(), X509_get_subject_name(issuer.get()), issuerKey.get(), key.get(), fields);
+    return make(fields, this);
 }
 
 TestIdentity selfSigned(const CertificateFields& fields) {
-    const Key key = generate(fields.key);
-    const Certificate made = unsignedCertificate(fields, key.get());
-    return sign(made.get(), X509_get_subject_name(made.get()), key.get(), key.get(), fields);
+    return make(fields, nullptr);
 }
 
 CertificateFields authority(const std::string& commonName) {

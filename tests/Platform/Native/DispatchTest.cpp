@@ -283,6 +283,18 @@ TEST(NativeDispatch, TimerRepeatsUntilItIsInvalidated) {
     EXPECT_TRUE(timer.expired()); // a beat that was queued before has held it until its turn
 }
 
+TEST(SimulatedDispatch, TimerKeepsItsBeatWhenARunComesLate) {
+    SimulatedPlatform platform;
+    std::vector<double> times;
+    const auto timer = Timer::scheduledTimer(platform.dispatch(), Seconds{2}, [&] {
+        times.push_back(platform.now().count());
+        if (times.size() == 1) static_cast<void>(platform.dispatch().makeSemaphore(0)->wait(Seconds{5}));
+    });
+    platform.runFor(Seconds{11});
+    EXPECT_THAT(times, ElementsAre(2, 8, 10));
+    timer->invalidate();
+}
+
 TEST(NativeDispatch, EndOfThePlatformFreesWhatWaitsAndLetsGoWhoWaitsForTheMainQueue) {
     const auto held = std::make_shared<int>(0);
     std::shared_ptr<DispatchQueue> queue;

@@ -22,10 +22,6 @@ Scheduler::Scheduler(std::uint64_t seed) : random_(seed), main_(makeLane(Order::
     current_ = main_.get();
 }
 
-Scheduler::~Scheduler() {
-    end();
-}
-
 std::shared_ptr<Scheduler::Lane> Scheduler::makeLane(Order order) {
     std::erase_if(lanes_, [](const auto& lane) {
         return lane.use_count() == 1 && lane->ready.empty() && !lane->isBusy;
@@ -50,13 +46,9 @@ bool Scheduler::block(Condition condition, std::optional<Seconds> limit) {
     self.lane = current_;
     blocked_.push_back(&self);
     handOn();
-    sleep(self);
+    self.sleep();
     current_ = self.lane;
     return self.condition();
-}
-
-bool Scheduler::driveUntil(Condition condition) {
-    return drive(std::move(condition), std::nullopt);
 }
 
 void Scheduler::driveFor(Seconds span) {
@@ -71,7 +63,7 @@ bool Scheduler::drive(Condition condition, std::optional<Time> deadline) {
     driver_ = &self;
     main_->isBusy = false;
     handOn();
-    sleep(self);
+    self.sleep();
     main_->isBusy = true;
     current_ = main_.get();
     driver_ = nullptr;
@@ -99,101 +91,61 @@ void Scheduler::end() {
     for (const auto& lane : lanes_)
         ready.push_back(std::exchange(lane->ready, {}));
     drive([this] { return blocked_.empty(); }, std::nullopt);
-    {
-        const std::lock_guard lock(mutex_);
-        isOver_ = true;
-        for (Worker* worker : idle_) {
-            worker->mayRun = true;
-            worker->wake.notify_one();
-        }
-    }
+    isOver_ = true;
+    for (Worker* worker : idle_)
+        worker->wake();
     for (const auto& worker : workers_)
         worker->thread.join();
 }
 
-void Scheduler::wake(Sleeper& sleeper) {
-    const std::lock_guard lock(mutex_);
-    sleeper.mayRun = true;
-    sleeper.wake.notify_one();
-}
-
-void Scheduler::sleep(Sleeper& sleeper) {
-    std::unique_lock lock(mutex_);
-    sleeper.wake.wait(lock, [&sleeper] { return sleeper.mayRun; });
-    sleeper.mayRun = false;
-}
-
 /// Some worker goes on with the simulation; the caller touches nothing of it until it is woken.
 void Scheduler::handOn() {
-    if (idle_.empty()) {
-        Worker& worker = *workers_.emplace_back(std::make_unique<Worker>());
-        worker.mayRun = true;
-        worker.thread = std::thread([this, &worker] { work(worker); });
-        return;
+    if (!idle_.empty()) {
+        Worker* const worker = idle_.back();
+        idle_.pop_back();
+        return worker->wake();
     }
-    Worker* const worker = idle_.back();
-    idle_.pop_back();
-    wake(*worker);
+    Worker& worker = *workers_.emplace_back(std::make_unique<Worker>());
+    worker.wake();
+    worker.thread = std::thread([this, &worker] {
+        for (worker.sleep(); !isOver_; worker.sleep())
+            while (step(worker)) {
+            }
+    });
 }
 
-void Scheduler::work(Worker& self) {
-    for (;;) {
-        sleep(self);
-        if (isOver_) return;
-        while (step(self)) {
-        }
-    }
-}
-
-/// @return false if another thread goes on with the simulation.
 bool Scheduler::step(Worker& self) {
-    if (driverMayGoOn() && driver_->condition()) {
-        goOn(*driver_, self);
-        return false;
-    }
-    const auto possible = choices();
-    if (possible.empty()) {
-        if (advance()) return true;
-        if (!driverMayGoOn()) fatalError("Simulated deadlock: all work waits, and nothing can wake it.");
-        goOn(*driver_, self);
-        return false;
-    }
-    const Choice& choice = possible[random_() % possible.size()];
-    if (choice.blocked) {
-        std::erase(blocked_, choice.blocked);
-        goOn(*choice.blocked, self);
-        return false;
-    }
-    runItem(*choice.lane, choice.index);
-    return true;
+    if (driverMayGoOn() && driver_->condition()) return goOn(*driver_, self);
+    const auto possible = choices(self);
+    if (!possible.empty()) return possible[random_() % possible.size()]();
+    if (advance()) return true;
+    if (!driverMayGoOn()) fatalError("Simulated deadlock: all work waits, and nothing can wake it.");
+    return goOn(*driver_, self);
 }
 
-std::vector<Scheduler::Choice> Scheduler::choices() {
+std::vector<Scheduler::Choice> Scheduler::choices(Worker& self) {
     std::vector<Choice> possible;
     for (Blocked* blocked : blocked_)
         if (isEnding_ || blocked->condition() || (blocked->deadline && *blocked->deadline <= now_))
-            possible.push_back({blocked, nullptr, 0});
+            possible.emplace_back([this, blocked, &self] { return goOn(*blocked, self); });
     for (const auto& lane : lanes_) {
-        if (lane->isBusy) continue;
-        const std::size_t startable =
-            lane->order == Order::serial ? std::min<std::size_t>(lane->ready.size(), 1) : lane->ready.size();
+        const std::size_t most = lane->order == Order::serial ? 1 : lane->ready.size();
+        const std::size_t startable = lane->isBusy ? 0 : std::min(lane->ready.size(), most);
         for (std::size_t index = 0; index < startable; ++index)
-            possible.push_back({nullptr, lane.get(), index});
+            possible.emplace_back([this, lane = lane.get(), index] { return runItem(*lane, index); });
     }
     return possible;
 }
 
-bool Scheduler::driverMayGoOn() const {
-    return driver_ && !main_->isBusy;
-}
-
 /// The worker counts as idle before the other thread runs: from then on this thread touches nothing.
-void Scheduler::goOn(Blocked& blocked, Worker& self) {
+bool Scheduler::goOn(Blocked& blocked, Worker& self) {
+    std::erase(blocked_, &blocked);
     idle_.push_back(&self);
-    wake(blocked);
+    blocked.wake();
+    return false;
 }
 
-void Scheduler::runItem(Lane& lane, std::size_t index) {
+bool Scheduler::runItem(Lane& lane, std::size_t index) {
     const Item item = std::move(lane.ready[index]);
     lane.ready.erase(lane.ready.begin() + static_cast<std::ptrdiff_t>(index));
     lane.isBusy = lane.order == Order::serial;
@@ -201,12 +153,13 @@ void Scheduler::runItem(Lane& lane, std::size_t index) {
     item->perform();
     current_ = nullptr;
     lane.isBusy = false;
+    return true;
 }
 
 /// Moves the clock to the next time at which something can happen.
 /// @return false if there is none, or if the driver's time is over.
 bool Scheduler::advance() {
-    dropCancelled();
+    std::erase_if(delayed_, [](const auto& entry) { return entry.second.item->isCancelled(); });
     std::optional<Time> next;
     const auto consider = [&next](Time time) { next = next ? std::min(*next, time) : time; };
     if (!delayed_.empty()) consider(delayed_.begin()->first);
@@ -223,10 +176,6 @@ bool Scheduler::advance() {
         due.lane->ready.push_back(due.item);
     }
     return true;
-}
-
-void Scheduler::dropCancelled() {
-    std::erase_if(delayed_, [](const auto& entry) { return entry.second.item->isCancelled(); });
 }
 
 } // namespace korvane

@@ -42,7 +42,7 @@ public:
     Scheduler& operator=(const Scheduler&) = delete;
 
     /// Calls `end()`.
-    ~Scheduler();
+    ~Scheduler() { end(); }
 
     [[nodiscard]] std::shared_ptr<Lane> makeLane(Order order);
     [[nodiscard]] const std::shared_ptr<Lane>& mainLane() const noexcept { return main_; }
@@ -63,7 +63,7 @@ public:
 
     /// From the test's body: runs work until the condition holds.
     /// @return false if everything was done before.
-    bool driveUntil(Condition condition);
+    bool driveUntil(Condition condition) { return drive(std::move(condition), std::nullopt); }
 
     /// From the test's body: runs what comes in a span of time, at whose end the clock stands then. Work of
     /// the main lane that is blocked at that moment ends first, and the clock goes on until it has.
@@ -79,9 +79,23 @@ public:
 
 private:
     /// A thread that sleeps until it may run.
-    struct Sleeper {
-        std::condition_variable wake;
-        bool mayRun = false;
+    class Sleeper {
+    public:
+        void sleep() {
+            std::unique_lock lock(mutex_);
+            changed_.wait(lock, [this] { return mayRun_; });
+            mayRun_ = false;
+        }
+        void wake() {
+            const std::lock_guard lock(mutex_);
+            mayRun_ = true;
+            changed_.notify_one();
+        }
+
+    private:
+        std::mutex mutex_;
+        std::condition_variable changed_;
+        bool mayRun_ = false;
     };
     struct Worker : Sleeper {
         std::thread thread;
@@ -96,25 +110,18 @@ private:
         std::shared_ptr<Lane> lane;
         Item item;
     };
-    /// What may happen next: a blocked piece of work goes on, or a lane's item at an index runs.
-    struct Choice {
-        Blocked* blocked = nullptr;
-        Lane* lane = nullptr;
-        std::size_t index = 0;
-    };
+    /// What may happen next.
+    /// @return false if another thread goes on with the simulation.
+    using Choice = std::function<bool()>;
 
     bool drive(Condition condition, std::optional<Time> deadline);
-    void wake(Sleeper& sleeper);
-    void sleep(Sleeper& sleeper);
     void handOn();
-    void work(Worker& self);
     bool step(Worker& self);
-    [[nodiscard]] std::vector<Choice> choices();
-    [[nodiscard]] bool driverMayGoOn() const;
-    void goOn(Blocked& blocked, Worker& self);
-    void runItem(Lane& lane, std::size_t index);
+    [[nodiscard]] std::vector<Choice> choices(Worker& self);
+    [[nodiscard]] bool driverMayGoOn() const { return driver_ && !main_->isBusy; }
+    bool goOn(Blocked& blocked, Worker& self);
+    bool runItem(Lane& lane, std::size_t index);
     bool advance();
-    void dropCancelled();
 
     std::mt19937_64 random_;
     Time now_{0};
@@ -126,7 +133,6 @@ private:
     Blocked* driver_ = nullptr;
     bool isEnding_ = false;
 
-    std::mutex mutex_;
     std::vector<std::unique_ptr<Worker>> workers_;
     std::vector<Worker*> idle_;
     bool isOver_ = false;

@@ -14,7 +14,7 @@ public:
 
     void resume() override {
         if (exchange_ || !completion_) return;
-        exchange_ = &network_.exchanges_.emplace_back(SimulatedExchange{request_, network_.dispatch_.now()});
+        exchange_ = &network_.exchanges_.emplace_back(SimulatedExchange{request_});
         ScriptedAnswer coming = network_.answer(request_);
         if (!coming.delay || *coming.delay > limit_)
             coming = {std::nullopt, "The request timed out.", limit_};

@@ -23,7 +23,6 @@ struct ScriptedAnswer {
 /// One request that was sent, and what became of it.
 struct SimulatedExchange {
     URLRequest request;
-    Seconds sentAt{0};
 
     /// Whether the completion has been queued.
     bool hasEnded = false;
