@@ -1,6 +1,5 @@
 #include "Crypt/DataExtensions.h"
 #include "Ui/Screens/ChallengeTextNativeViewController.h"
-#include "tests/challenge/EndingReceiver.h"
 #include "tests/challenge/SimulatedApplication.h"
 #include "tests/support/MemoryScan.h"
 
@@ -70,28 +69,24 @@ void playChallenge(Secrets& secrets) {
         cleanse(octets.data(), octets.size());
     }
     EXPECT_GT(copiesInMemory(secrets.privateNumberText), 0U);
-    std::vector<std::string> heard;
     const DistantAcs distant(application);
-    application.acs.furtherAnswers = [](SimulatedAcs& acs) {
+    application.acs.answer = [](SimulatedAcs& acs) {
         const bool isFirst = acs.requests().back().sdkCounterStoA == "000";
         JSON json = isFirst ? acs.screen("01") : acs.ending("Y");
         if (isFirst) json["challengeInfoHeader"] = kHeader;
-        return acs.respond(json);
+        return ScriptedAnswer{toBytes(acs.sealed(json.dump()))};
     };
-    application.peer.transaction->doChallenge(
-        application.parameters,
-        std::make_shared<EndingReceiver>([&](std::string ending) { heard.push_back(std::move(ending)); }), 5);
+    application.start();
     application.platform.runFor(Seconds{3});
     {
-        const auto screen = std::dynamic_pointer_cast<ChallengeTextNativeViewController>(
-            application.root()->topViewController());
+        const auto screen = application.top<ChallengeTextNativeViewController>();
         screen->otp->setText(std::string(kCode));
         EXPECT_GT(copiesInMemory(secrets.code), 0U);
         EXPECT_GT(copiesInMemory(secrets.contentKey), 0U);
         screen->submitButton->sendActions(ControlEvent::touchUpInside);
     }
     application.platform.runFor(Seconds{3});
-    EXPECT_THAT(heard, testing::ElementsAre(testing::EndsWith(", Y)")));
+    EXPECT_THAT(application.heard, testing::ElementsAre(testing::EndsWith(", Y)")));
     application.peer.transaction = nullptr;
     application.platform.runUntilIdle();
 }

@@ -1,5 +1,7 @@
 #include "tests/challenge/SimulatedApplication.h"
 
+#include "Sdk/Events/ChallengeStatusReceiver.h"
+
 namespace korvane {
 
 namespace {
@@ -9,6 +11,27 @@ public:
     [[nodiscard]] TransactionCerts getCerts(const std::string& /*directoryServerID*/) override {
         return SimulatedAcs::certificates();
     }
+};
+
+struct Receiver final : ChallengeStatusReceiver {
+    explicit Receiver(SimulatedApplication& itsApplication) : application(itsApplication) {}
+
+    void completed(const CompletionEvent& event) override {
+        application.hear("completed(" + event.getSdkTransactionID() + ", " + event.getTransactionStatus() +
+                         ")");
+    }
+    void cancelled() override { application.hear("cancelled"); }
+    void timedout() override { application.hear("timedout"); }
+    void protocolError(const ProtocolErrorEvent& event) override {
+        const ErrorMessage& error = event.getErrorMessage();
+        application.hear("protocolError(" + event.getSdkTransactionID() + ", " + error.getErrorCode() + ", " +
+                         error.getErrorDetails() + ")");
+    }
+    void runtimeError(const RuntimeErrorEvent& event) override {
+        application.hear("runtimeError(" + event.getErrorCode() + ", " + event.getErrorMessage() + ")");
+    }
+
+    SimulatedApplication& application;
 };
 
 } // namespace
@@ -38,6 +61,10 @@ void SimulatedApplication::create(const std::string& messageVersion) {
     peer.transaction = service_.createTransaction("any", messageVersion);
     parameters = std::make_shared<ChallengeParameters>(
         acs.accept(peer.transaction->getAuthenticationRequestParameters()));
+}
+
+void SimulatedApplication::start(std::int64_t minutes) {
+    peer.transaction->doChallenge(parameters, std::make_shared<Receiver>(*this), minutes);
 }
 
 void SimulatedApplication::hold(UIDeviceOrientation orientation) {

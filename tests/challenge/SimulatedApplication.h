@@ -7,6 +7,10 @@
 #include "tests/support/SimulatedPlatform.h"
 #include "tests/support/TransactionPeer.h"
 
+#include <functional>
+#include <string>
+#include <vector>
+
 namespace korvane {
 
 /// An application with a window on a simulated telephone, one transaction, and the ACS of its challenge.
@@ -20,11 +24,18 @@ public:
 
     /// Creates the transaction, and the parameters of its challenge.
     void create(const std::string& messageVersion = "2.2.0");
+    /// Starts the challenge.
+    void start(std::int64_t minutes = 5);
     /// How the device is held from now on; nobody is told.
     void hold(UIDeviceOrientation orientation);
     /// The container of the screens, while it stands.
     [[nodiscard]] std::shared_ptr<ChallengeRootNavigationController> root() const {
         return std::dynamic_pointer_cast<ChallengeRootNavigationController>(host->presentedViewController());
+    }
+    /// The screen that stands, if it is of the type.
+    template <class Screen>
+    [[nodiscard]] std::shared_ptr<Screen> top() const {
+        return root() ? std::dynamic_pointer_cast<Screen>(root()->topViewController()) : nullptr;
     }
 
     SimulatedPlatform platform;
@@ -33,6 +44,12 @@ public:
     std::shared_ptr<UIViewController> host;
     std::shared_ptr<ChallengeParameters> parameters;
     TransactionPeer peer;
+    /// The endings, each as a text such as "completed(id, Y)".
+    std::vector<std::string> heard;
+    /// Called with each.
+    std::function<void(const std::string& ending)> hear = [this](const std::string& ending) {
+        heard.push_back(ending);
+    };
     /// Changes of the window's tree that came from another than the main queue.
     std::size_t strayChanges = 0;
 

@@ -8,7 +8,6 @@
 #include "tests/support/PlayedAcs.h"
 #include "tests/support/SimulatedPlatform.h"
 
-#include <deque>
 #include <functional>
 #include <string>
 #include <vector>
@@ -19,11 +18,6 @@ namespace korvane {
 /// by a script. Its certificates are made once in a process.
 class SimulatedAcs {
 public:
-    static constexpr const char* kURL = "https://acs.example/challenge";
-
-    /// Answers one request. The body is sealed text, or anything else.
-    using Answer = std::function<ScriptedAnswer(SimulatedAcs& acs)>;
-
     explicit SimulatedAcs(SimulatedPlatform& platform);
     SimulatedAcs(const SimulatedAcs&) = delete;
     SimulatedAcs& operator=(const SimulatedAcs&) = delete;
@@ -31,25 +25,21 @@ public:
     /// The directory server's, under whose root the ACS signs.
     [[nodiscard]] static TransactionCerts certificates();
 
-    /// Takes an authentication request.
+    /// Takes an authentication request, and forgets what came before.
     /// @return what the application starts the challenge with.
     [[nodiscard]] ChallengeParameters accept(const AuthenticationRequestParameters& request);
 
     /// The key that both sides derive.
     [[nodiscard]] const SecretBytes& key() const noexcept { return key_; }
 
-    /// The next requests' answers.
-    std::deque<Answer> answers;
-    /// What requests beyond them get; empty for no answer, ever.
-    Answer furtherAnswers;
+    /// Answers one request; empty for no answer, ever. The body is sealed text, or anything else.
+    std::function<ScriptedAnswer(SimulatedAcs& acs)> answer;
     /// Asked when an error comes in; empty for an answer at once.
     std::function<ScriptedAnswer(const Erro& erro)> errorAnswer;
 
     /// What came in: requests opened, and errors.
     [[nodiscard]] const std::vector<CReq>& requests() const noexcept { return requests_; }
     [[nodiscard]] const std::vector<Erro>& errors() const noexcept { return errors_; }
-    /// When each request came.
-    [[nodiscard]] const std::vector<Seconds>& requestTimes() const noexcept { return requestTimes_; }
     /// The addresses of the images that were asked for.
     [[nodiscard]] const std::vector<std::string>& images() const noexcept { return images_; }
     /// What an image's request gets.
@@ -62,26 +52,13 @@ public:
     [[nodiscard]] JSON ending(const std::string& transStatus) const;
     [[nodiscard]] std::string sealed(const std::string& text) const { return PlayedAcs::sealed(text, key_); }
 
-    /// Answers with a response, after a while.
-    [[nodiscard]] ScriptedAnswer respond(const JSON& cRes, Seconds delay = Seconds{0}) const {
-        return {toBytes(sealed(cRes.dump())), std::nullopt, delay};
-    }
-
-    /// The usual answers, for `answers`.
-    [[nodiscard]] static Answer showing(std::string uiType);
-    [[nodiscard]] static Answer endingWith(std::string transStatus);
-
 private:
-    [[nodiscard]] ScriptedAnswer answer(const URLRequest& request);
-    [[nodiscard]] JSON identifiers(const char* completion) const;
+    [[nodiscard]] ScriptedAnswer respond(const URLRequest& request);
 
-    SimulatedPlatform& platform_;
-    PlayedAcs acs_;
     std::string sdkTransID_;
     std::string messageVersion_;
     SecretBytes key_;
     std::vector<CReq> requests_;
-    std::vector<Seconds> requestTimes_;
     std::vector<Erro> errors_;
     std::vector<std::string> images_;
 };

@@ -20,8 +20,6 @@ public:
     Cardholder(const Plan& plan, SimulatedApplication& application, Model& model, Say complain, Say tell)
         : plan_(plan), application_(application), model_(model), complain_(std::move(complain)),
           tell_(std::move(tell)) {}
-    Cardholder(const Cardholder&) = delete;
-    Cardholder& operator=(const Cardholder&) = delete;
 
     void lookLater() {
         Time pause = chance_.between(0.2, 3);
@@ -50,19 +48,13 @@ private:
 
     [[nodiscard]] Time now() const { return std::chrono::round<Time>(application_.platform.now()); }
 
-    [[nodiscard]] std::shared_ptr<ChallengeViewController> top() const {
-        const auto stack = application_.root();
-        return stack ? std::dynamic_pointer_cast<ChallengeViewController>(stack->topViewController())
-                     : nullptr;
-    }
-
     template <class... Screens>
     static bool isAny(const UIViewController& controller) {
         return ((dynamic_cast<const Screens*>(&controller) != nullptr) || ...);
     }
 
     [[nodiscard]] std::string shown() const {
-        const auto screen = top();
+        const auto screen = application_.top<ChallengeViewController>();
         if (!screen) return "nothing";
         const auto text = std::dynamic_pointer_cast<Text>(screen);
         const char* uiType = text                     ? "01"
@@ -110,7 +102,7 @@ private:
     /// Nobody presses a button before the screen has been read.
     void act() {
         constexpr Time kReading = seconds(0.5);
-        const auto screen = top();
+        const auto screen = application_.top<ChallengeViewController>();
         emptyLooks_ = screen ? 0 : emptyLooks_ + 1;
         if (!screen) return;
         if (known_.lock() != screen) {
@@ -135,7 +127,7 @@ private:
 
     void actOnNative(ChallengeNativeViewController& screen) {
         if (!screen.whyInfoButton->isHidden() && chance_.percent(15)) return openSection(screen);
-        if (!screen.whitelistingInfo->isHidden() && chance_.percent(20))
+        if (!screen.whitelistingInfo->isHidden() && chance_.percent(model_.hasSpinner() ? 60 : 20))
             return press(*screen.whitelistingInfo.get(), screen, "the box", [this] { model_.tick(); });
         if (auto* text = dynamic_cast<Text*>(&screen)) return actOnText(*text);
         if (auto* list = dynamic_cast<ChallengeSelectNativeViewController*>(&screen)) return actOnList(*list);
@@ -165,15 +157,12 @@ private:
 
     void typeOn(Text& screen) {
         const std::size_t count = 1 + chance_.below(6);
-        std::string text;
-        if (plan_.typesOnKeys && !model_.hasSpinner()) {
-            text = screen.otp->text();
-            text += typeKeys(screen, count);
-        } else {
-            for (std::size_t digit = 0; digit < count; ++digit)
-                text += static_cast<char>('0' + chance_.below(10));
-            screen.otp->setText(text);
-        }
+        const bool isOnKeys = plan_.typesOnKeys && !model_.hasSpinner();
+        std::string text = isOnKeys ? screen.otp->text() : "";
+        if (isOnKeys) text += typeKeys(screen, count);
+        while (!isOnKeys && text.size() < count)
+            text += static_cast<char>('0' + chance_.below(10));
+        if (!isOnKeys) screen.otp->setText(text);
         tell_("cardholder: types, and has \"" + text + "\"");
         model_.type(text);
     }
@@ -230,6 +219,7 @@ private:
             const char* method;
             Data body;
             std::optional<Data> effect;
+            WKNavigationActionPolicy decision = WKNavigationActionPolicy::cancel;
         } ways[] = {
             {kForm, "POST", "code=1234&go=1", Data("code=1234&go=1")},
             {kForm, "POST", "", Data("")},
@@ -238,7 +228,7 @@ private:
             {kForm, "POST", "\xff\xfe", Data()},
             {kForm, "PUT", "code=1", std::nullopt},
             {"http://emv3ds/challenge?code=1", "GET", std::nullopt, std::nullopt},
-            {"https://bank.example/help", "GET", std::nullopt, std::nullopt},
+            {"https://bank.example/help", "GET", std::nullopt, std::nullopt, WKNavigationActionPolicy::allow},
         };
         const std::size_t draw = chance_.below(40);
         const auto& way = ways[draw < std::size(ways) ? draw : draw % 3];
@@ -247,20 +237,25 @@ private:
         if (way.body) request.httpBody = toBytes(*way.body);
         tell_(std::string("cardholder: on the page, ") + way.method + " " + way.url);
         if (way.effect) model_.post(*way.effect);
-        int decisions = 0;
-        screen.challengeWebView->decidePolicy({request}, [&](WKNavigationActionPolicy) { ++decisions; });
-        if (decisions != 1)
-            complain_("the page decided " + std::to_string(decisions) + " times about one call");
+        std::vector<WKNavigationActionPolicy> decisions;
+        screen.challengeWebView->decidePolicy(
+            {request}, [&](WKNavigationActionPolicy decision) { decisions.push_back(decision); });
+        if (decisions != std::vector{way.decision}) complain_("the page decided otherwise, or not once");
     }
 
     // Fingers.
 
-    /// Touches the middle of a control, or what lies over it there. What is out of sight is scrolled to.
+    /// Touches the middle of a control, or what lies over it there. What is out of sight is scrolled to
+    /// halfway down the screen.
     /// @return whether the control had the touch.
     bool touch(UIView& view, ChallengeViewController& on) {
         application_.window->layoutIfNeeded();
         const auto scroll = std::dynamic_pointer_cast<UIScrollView>(on.view());
-        if (scroll && !reaches(view) && view.isDescendant(*scroll)) scrollTo(view, *scroll);
+        if (scroll && !reaches(view) && view.isDescendant(*scroll)) {
+            const double top = view.convertTo(scroll.get(), view.bounds()).origin.y;
+            scroll->setContentOffset({0, std::max(0.0, top - scroll->bounds().size.height / 2)});
+            application_.window->layoutIfNeeded();
+        }
         const bool isReached = reaches(view);
         tap(view.middleInWindow());
         return isReached;
@@ -303,16 +298,6 @@ private:
     [[nodiscard]] bool reaches(const UIView& view) const {
         const auto hit = application_.window->hitTest(view.middleInWindow());
         return hit && hit->isDescendant(view);
-    }
-
-    /// Puts the view halfway down the screen, as far as the content goes.
-    void scrollTo(const UIView& view, UIScrollView& scroll) const {
-        const CGRect frame = view.convertTo(&scroll, view.bounds());
-        const double height = scroll.bounds().size.height;
-        const double content = std::max(scroll.contentSize().height, CGRectGetMaxY(frame));
-        const double lowest = std::max(0.0, content - height);
-        scroll.setContentOffset({0, std::clamp(frame.origin.y - height / 2, 0.0, lowest)});
-        application_.window->layoutIfNeeded();
     }
 
     void tap(CGPoint point) {

@@ -21,7 +21,9 @@ bool play(std::uint64_t seed, bool isAskedFor) {
     if ((isAskedFor || seed % kReplays == 0) && Story::play(plan).lines != lines)
         faults.emplace_back("replay: the same seed gave another story");
     if (!faults.empty() || isAskedFor) {
-        std::fprintf(stderr, "seed %" PRIu64 ", %s\n", seed, describe(plan).c_str());
+        std::fprintf(stderr, "seed %" PRIu64 ", %d min, temper %d, animations %d, transaction kept %d\n",
+                     seed, static_cast<int>(plan.minutes), static_cast<int>(plan.temper),
+                     plan.playsAnimations, plan.keepsTransaction);
         for (const Line& line : lines)
             std::fprintf(stderr, "%s\n", textOf(line).c_str());
     }

@@ -135,16 +135,14 @@ private:
         const StartFault& fault = *plan_.startFault;
         const std::string& text = triesAgain_ ? fault.nextText : fault.text;
         const auto tellIt = [this, self = hold(), &text] { endStart(runtimeError(text)); };
-        if (text.empty()) {
+        if (!text.empty()) cancel(challengeTimer_);
+        if (text.empty())
             exchange(Thread::global, request(),
                      [this, self = hold()](const Outcome& outcome) { process(outcome, true); });
-        } else {
-            cancel(challengeTimer_);
-            if (fault.isToldToAcs && !triesAgain_)
-                sendErro(Thread::global, {{}, "302", "Data could not decrypt."}, tellIt);
-            else
-                tellIt();
-        }
+        else if (fault.isToldToAcs && !triesAgain_)
+            sendErro(Thread::global, {{}, "302", "Data could not decrypt."}, tellIt);
+        else
+            tellIt();
         if (!plan_.keepsTransaction) application_.reset();
     }
 
@@ -206,10 +204,8 @@ private:
             };
             act(self, thread, fillAll, false);
         };
-        after(kSpinnerTime, [this, thread, sendNow] {
-            if (thread == Thread::global) return sendNow();
-            onMain(sendNow);
-        });
+        after(kSpinnerTime,
+              [this, thread, sendNow] { return thread == Thread::global ? sendNow() : onMain(sendNow); });
     }
 
     void act(const Hold& self, Thread thread, const Fill& fill, bool isCancel) {
@@ -262,10 +258,7 @@ private:
     }
 
     void wait(Thread thread, Time span, Work then) {
-        if (thread == Thread::main)
-            holdMain(span, std::move(then));
-        else
-            after(span, std::move(then));
+        return thread == Thread::main ? holdMain(span, std::move(then)) : after(span, std::move(then));
     }
 
     void sendErro(Thread thread, const Verdict& error, Work then) {

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <sstream>
 
 namespace korvane::simulation {
 
@@ -113,14 +112,6 @@ Plan::Plan(std::uint64_t itsSeed) : seed(itsSeed), startFault(kStartFaults.data(
     temper = static_cast<Temper>(chance.below(kTempers));
     typesOnKeys = chance.percent(4);
     triesAgain = chance.percent(50) && keepsTransaction && !startFault->text.empty();
-}
-
-std::string describe(const Plan& plan) {
-    std::ostringstream text;
-    text << plan.minutes << " min, animations " << plan.playsAnimations << ", transaction kept "
-         << plan.keepsTransaction << ", temper " << static_cast<int>(plan.temper) << ", images after "
-         << Seconds(plan.imageDelay).count() << " s";
-    return text.str();
 }
 
 } // namespace korvane::simulation

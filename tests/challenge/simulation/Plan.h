@@ -21,14 +21,9 @@ struct StartFault {
     std::string nextText = {};
 };
 
-/// How the cardholder goes about it.
-enum class Temper {
-    patient,   // acts when nothing runs
-    hasty,     // touches all the time, and twice
-    assisted,  // acts by assistive means, which a spinner does not stop
-    absent,    // goes away for minutes
-    cancelling // gives up soon
-};
+/// How the cardholder goes about it: acts when nothing runs; touches all the time, and twice; acts by
+/// assistive means, which a spinner does not stop; goes away for minutes; or gives up soon.
+enum class Temper { patient, hasty, assisted, absent, cancelling };
 
 /// The device is turned.
 struct Turn {
@@ -69,8 +64,5 @@ struct Plan {
         return replies[std::min(request, replies.size() - 1)];
     }
 };
-
-/// For people: what the story does not tell itself.
-[[nodiscard]] std::string describe(const Plan& plan);
 
 } // namespace korvane::simulation

@@ -8,16 +8,10 @@ using enum Verdict::Kind;
 
 constexpr const char* kNoConnectionText = "The connection was lost.";
 
-/// What a reply is made of. Of a response the counter is looked at before anything else.
-enum class Form {
-    none,
-    plain,    // a text as it is
-    sealed,   // a text, sealed
-    ending,   // a response: the status of the plan with a patch (RFC 7396), sealed
-    response, // the same of the screen of the plan
-    broken,   // the same, which is no response then
-    foreign,  // the screen under a key that is not the challenge's
-};
+/// What a reply is made of: nothing; a text, plain or sealed; an ending or a screen as a response, whose
+/// counter is looked at before anything else of it; a screen that is broken so that it is no response; or one
+/// under a key that is not the challenge's. The body of all but texts is a patch (RFC 7396).
+enum class Form { none, plain, sealed, ending, response, broken, foreign };
 
 /// One kind of reply: how it is made, and what must come of it.
 struct Row {
@@ -82,8 +76,9 @@ JSON messageOf(const PlannedScreen& screen, const SimulatedAcs& acs) {
                                      {"whyInfoText", "Since the law wants it."},
                                      {"expandInfoLabel", "More"},
                                      {"expandInfoText", "There is more to say, and here it is said."}}));
-    if (screen.logos > 0) message["psImage"] = imageURLs(screen.hasBadLogo ? "no address" : kPsLogo);
-    if (screen.logos > 1) message["issuerImage"] = imageURLs(kBankLogo);
+    if (screen.logos > 0)
+        message["psImage"] = imageURLs(screen.hasBadLogo ? "no address" : "https://acs.example/scheme.png");
+    if (screen.logos > 1) message["issuerImage"] = imageURLs("https://acs.example/bank.png");
     return message;
 }
 

@@ -37,18 +37,10 @@ struct Reply {
     Time delay{0};
 };
 
-/// What must come of a body that has arrived.
+/// What must come of a body that has arrived: a screen, an ending, an error that the library finds and tells
+/// the ACS and the application, one that the ACS sent, or a failure of which only the application hears.
 struct Verdict {
-    enum class Kind {
-        screen,
-        status,
-        /// The library finds an error, tells the ACS and the application.
-        madeErro,
-        /// The ACS sent one.
-        receivedErro,
-        /// Only the application hears of it.
-        failure,
-    };
+    enum class Kind { screen, status, madeErro, receivedErro, failure };
     Kind kind = Kind::failure;
     /// The error's code and details, or what the failure says in `text`.
     std::string code = {};
@@ -68,7 +60,5 @@ struct Verdict {
 [[nodiscard]] std::string generic(const std::string& failure);
 
 inline constexpr const char* kRequestorURL = "https://shop.example/back";
-inline constexpr const char* kPsLogo = "https://acs.example/scheme.png";
-inline constexpr const char* kBankLogo = "https://acs.example/bank.png";
 
 } // namespace korvane::simulation

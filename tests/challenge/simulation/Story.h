@@ -1,7 +1,6 @@
 #pragma once
 
 #include "Platform/LetterCase.h"
-#include "tests/challenge/EndingReceiver.h"
 #include "tests/challenge/simulation/Cardholder.h"
 
 namespace korvane::simulation {
@@ -11,13 +10,12 @@ class Story {
 public:
     explicit Story(const Plan& plan) : plan_(plan), application_(plan.seed, plan.heldAtFirst) {
         UIApplication::shared().setPlaysAnimations(plan.playsAnimations);
+        application_.hear = [this](const std::string& ending) { hear(ending); };
         application_.acs.imageAnswer = {toBytes("GIF89a\x01\x01"), std::nullopt, Seconds(plan.imageDelay)};
-        application_.acs.furtherAnswers = [this](SimulatedAcs& acs) {
-            CReq cReq = acs.requests().back();
-            if (cReq.sdkTransID == lowercased(upperId_)) cReq.sdkTransID = kLowerId;
-            record(describe(cReq));
+        application_.acs.answer = [this](SimulatedAcs& acs) {
+            record(describe(acs.requests().back()));
             const Reply& reply = plan_.reply(acs.requests().size() - 1);
-            tell(anonymous("reply: " + describe(reply, acs)));
+            tell("reply: " + describe(reply, acs));
             return simulation::play(reply, acs);
         };
         application_.acs.errorAnswer = [this](const Erro& erro) {
@@ -45,7 +43,7 @@ private:
         if (plan_.hasRequestorURL) application_.parameters->setTreeDSRequestorAppURL(kRequestorURL);
         goodParameters_ = std::make_shared<ChallengeParameters>(*application_.parameters);
         plan_.startFault->spoil(*application_.parameters);
-        startChallenge(application_.parameters);
+        application_.start(plan_.minutes);
         const std::weak_ptr<Transaction> transaction = application_.peer.transaction;
         if (!plan_.keepsTransaction) application_.peer.transaction = nullptr;
         scheduleTurnsAndDismissal();
@@ -55,17 +53,11 @@ private:
         end(transaction);
     }
 
-    void startChallenge(std::shared_ptr<ChallengeParameters> parameters) {
-        const auto receiver =
-            std::make_shared<EndingReceiver>([this](const std::string& ending) { hear(ending); });
-        application_.peer.transaction->doChallenge(std::move(parameters), receiver, plan_.minutes);
-    }
-
     void hear(const std::string& ending) {
-        record("application: " + anonymous(ending));
-        const bool isFailure = ending.starts_with("runtimeError");
-        if (plan_.triesAgain && isFailure && goodParameters_)
-            startChallenge(std::exchange(goodParameters_, nullptr));
+        record("application: " + ending);
+        if (!plan_.triesAgain || !goodParameters_ || !ending.starts_with("runtimeError")) return;
+        application_.parameters = std::exchange(goodParameters_, nullptr);
+        application_.start(plan_.minutes);
     }
 
     /// At its time, whatever the main queue does.
@@ -139,8 +131,12 @@ private:
         }
     }
 
-    void tell(const std::string& text) {
-        told_.lines.push_back({std::chrono::round<Time>(application_.platform.now()), text});
+    /// Each transaction has another identifier, which is told by a name.
+    void tell(std::string text) {
+        for (const auto& [id, name] :
+             {std::pair(upperId_, kUpperId), std::pair(lowercased(upperId_), kLowerId)})
+            if (const auto at = text.find(id); at != std::string::npos) text.replace(at, id.size(), name);
+        told_.lines.push_back({std::chrono::round<Time>(application_.platform.now()), std::move(text)});
     }
     void record(const std::string& text) {
         tell(text);
@@ -149,13 +145,6 @@ private:
     void fault(const std::string& text) {
         told_.faults.push_back(text);
         tell("FAULT " + text);
-    }
-
-    [[nodiscard]] std::string anonymous(std::string text) const {
-        for (const auto& [id, name] :
-             {std::pair(upperId_, kUpperId), std::pair(lowercased(upperId_), kLowerId)})
-            if (const auto at = text.find(id); at != std::string::npos) text.replace(at, id.size(), name);
-        return text;
     }
 
     const Plan& plan_;

@@ -31,10 +31,6 @@ inline std::string textOf(const Line& line) {
 /// Virtual time, one main queue whose work waits while something holds it, and everything else at once.
 class Timeline {
 public:
-    Timeline() = default;
-    Timeline(const Timeline&) = delete;
-    Timeline& operator=(const Timeline&) = delete;
-
     /// Everything up to a moment, that one included.
     void runTo(Time moment) {
         while (!events_.empty() && events_.begin()->first <= moment) {
