@@ -5,8 +5,6 @@
 
 #include <gmock/gmock.h>
 
-#include <thread>
-
 namespace korvane {
 namespace {
 
@@ -20,26 +18,18 @@ TEST(Failures, GenericDescriptionTellsNothingThatIsCarried) {
     EXPECT_EQ(genericDescription(described),
               "The operation couldn\u2019t be completed. (Korvane.JOSEError error 3.)");
     EXPECT_STREQ(described.what(), "JOSEError.decryptingFailed");
-
     const JOSEError component(JOSEErrorCase::componentNotValidBase64URL, std::string("secret part"));
-    EXPECT_THAT(component.localizedDescription(), Not(HasSubstr("secret")));
-    EXPECT_THAT(component.what(), Not(HasSubstr("secret")));
-    EXPECT_EQ(JOSEError(JOSEErrorCase::thumbprintSerialization).caseIndex(), 26);
+    EXPECT_THAT(component.localizedDescription() + component.what(), Not(HasSubstr("secret")));
     EXPECT_EQ(genericDescription(std::runtime_error("secret")), "The operation couldn\u2019t be completed.");
 }
 
-TEST(Logging, TextIsNotBuiltWithoutALogger) {
+TEST(Logging, TextIsBuiltForALoggerAlone) {
     int built = 0;
-    const auto text = [&built] {
-        ++built;
-        return std::string("line");
-    };
-    KORVANE_LOG("f(_:)", text());
-    EXPECT_EQ(built, 0);
-    const RecordingLogger log;
-    KORVANE_LOG("f(_:)", text());
-    EXPECT_EQ(built, 1);
-    EXPECT_THAT(log.lines(), ElementsAre("tests/Platform/FailureTest.cpp f(_:): line"));
+    const auto log = [&built] { KORVANE_LOG("f(_:)", std::to_string(++built)); };
+    log();
+    const RecordingLogger logger;
+    log();
+    EXPECT_THAT(logger.lines(), ElementsAre("tests/Platform/FailureTest.cpp f(_:): 1"));
 }
 
 /// An application's logger may end with a line.
@@ -52,18 +42,6 @@ TEST(Logging, LoggerThatIsReplacedMayLogAtItsEnd) {
     Logger::shared().setDebug(std::make_shared<LastWords>());
     const RecordingLogger log;
     EXPECT_THAT(log.lines(), ElementsAre(HasSubstr("last words")));
-}
-
-TEST(Logging, LoggersMayComeAndGoWhileOthersLog) {
-    std::atomic<bool> isDone = false;
-    std::thread writer([&isDone] {
-        while (!isDone)
-            KORVANE_LOG("f()", "line");
-    });
-    for (int count = 0; count < 200; ++count)
-        const RecordingLogger log;
-    isDone = true;
-    writer.join();
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 
 #include <pthread.h>
 
+#include <algorithm>
 #include <atomic>
 #include <optional>
 #include <stdexcept>
@@ -31,11 +32,6 @@ class DispatchContract : public testing::Test {
 protected:
     Dispatch& dispatch() { return platform_->dispatch(); }
 
-    /// Waits until all that a serial queue was given has run.
-    void finish(DispatchQueue& queue) {
-        queue.sync([] {});
-    }
-
     std::optional<SomePlatform> platform_{std::in_place};
 };
 
@@ -50,24 +46,24 @@ TYPED_TEST(DispatchContract, SerialQueueRunsOneAtATimeAndInTheOrderOfEachCaller)
     std::vector<std::vector<int>> seen(kCallers);
     std::atomic<int> running{0};
     std::atomic<bool> overlapped{false};
-    for (std::size_t caller = 0; caller < kCallers; ++caller)
-        this->dispatch().globalQueue().async([&, caller] {
+    for (auto& numbers : seen)
+        this->dispatch().globalQueue().async([&] {
             for (int number = 0; number < kItems; ++number)
-                queue->async([&, caller, number] {
+                queue->async([&, number] {
                     overlapped = overlapped || running++ != 0;
-                    seen[caller].push_back(number);
+                    numbers.push_back(number);
                     --running;
                 });
             ready->signal();
         });
     for (int caller = 0; caller < kCallers; ++caller)
         ASSERT_EQ(ready->wait(kLong), DispatchTimeoutResult::success);
-    this->finish(*queue);
+    queue->sync([] {});
 
     EXPECT_FALSE(overlapped);
     for (const auto& numbers : seen) {
-        ASSERT_EQ(numbers.size(), static_cast<std::size_t>(kItems));
-        EXPECT_TRUE(std::is_sorted(numbers.begin(), numbers.end()));
+        EXPECT_EQ(numbers.size(), static_cast<std::size_t>(kItems));
+        EXPECT_TRUE(std::ranges::is_sorted(numbers));
     }
 }
 
@@ -87,44 +83,32 @@ TYPED_TEST(DispatchContract, BlockedWorkDoesNotHoldUpTheGlobalQueue) {
         ASSERT_EQ(ended->wait(kLong), DispatchTimeoutResult::success);
 }
 
-TYPED_TEST(DispatchContract, CancelledItemDoesNotRunAndLetsGoWhatItHolds) {
+TYPED_TEST(DispatchContract, CancelledItemRunsToItsEndOrNotAtAllAndLetsGoWhatItHolds) {
     const auto queue = this->dispatch().makeSerialQueue("cancelling");
-    const auto gate = this->dispatch().makeSemaphore(0);
-    const auto held = std::make_shared<bool>(false);
-    queue->async([gate] { static_cast<void>(gate->wait(kLong)); });
-    const auto cancelled = item([held] { *held = true; });
-    const auto delayed = item([held] { *held = true; });
-    queue->async(cancelled);
-    queue->asyncAfter(Seconds{0.01}, delayed);
-    cancelled->cancel();
-    delayed->cancel();
-    EXPECT_EQ(held.use_count(), 1);
-    gate->signal();
-
-    const auto later = this->dispatch().makeSemaphore(0);
-    queue->asyncAfter(Seconds{0.03}, item([later] { later->signal(); }));
-    ASSERT_EQ(later->wait(kLong), DispatchTimeoutResult::success);
-    EXPECT_TRUE(cancelled->isCancelled());
-    EXPECT_FALSE(*held);
-}
-
-TYPED_TEST(DispatchContract, ItemThatIsCancelledWhileItRunsEnds) {
-    const auto queue = this->dispatch().makeSerialQueue("running");
     const auto started = this->dispatch().makeSemaphore(0);
     const auto gate = this->dispatch().makeSemaphore(0);
     const auto text = std::make_shared<std::string>("still there");
+    const auto held = std::make_shared<bool>(false);
     std::string seen;
     const auto running = item([&seen, started, gate, text] {
         started->signal();
         if (gate->wait(kLong) == DispatchTimeoutResult::success) seen = *text;
     });
+    const auto waiting = item([held] { *held = true; });
+    const auto delayed = item([held] { *held = true; });
     queue->async(running);
+    queue->async(waiting);
+    queue->asyncAfter(Seconds{0.01}, delayed);
     ASSERT_EQ(started->wait(kLong), DispatchTimeoutResult::success);
-    running->cancel();
+    for (const auto& cancelled : {running, waiting, delayed}) {
+        cancelled->cancel();
+        EXPECT_TRUE(cancelled->isCancelled());
+    }
+    EXPECT_EQ(held.use_count(), 1);
     gate->signal();
-    this->finish(*queue);
-
-    EXPECT_TRUE(running->isCancelled());
+    queue->asyncAfter(Seconds{0.03}, item([started] { started->signal(); }));
+    ASSERT_EQ(started->wait(kLong), DispatchTimeoutResult::success);
+    EXPECT_FALSE(*held);
     EXPECT_EQ(seen, "still there");
 }
 
@@ -174,11 +158,24 @@ TYPED_TEST(DispatchContract, SyncReturnsWhenTheWorkHasEnded) {
     queue->async([&] { value = 1; });
     queue->sync([&] { value = value == 1 && queue->isCurrent() ? 2 : -1; });
     EXPECT_EQ(value, 2);
-    EXPECT_FALSE(queue->isCurrent());
-
     std::thread::id runner;
     this->dispatch().globalQueue().sync([&] { runner = std::this_thread::get_id(); });
     EXPECT_EQ(runner, std::this_thread::get_id());
+}
+
+/// Threads serve one queue after another.
+TYPED_TEST(DispatchContract, SerialQueueIsCurrentInItsOwnWorkAlone) {
+    const auto queue = this->dispatch().makeSerialQueue("own");
+    const auto other = this->dispatch().makeSerialQueue("other");
+    std::thread::id served, thread;
+    EXPECT_FALSE(queue->isCurrent());
+    queue->sync([&] { served = std::this_thread::get_id(); });
+    for (int count = 0; count < 1000 && thread != served; ++count)
+        other->sync([&] {
+            thread = std::this_thread::get_id();
+            EXPECT_TRUE(other->isCurrent() && !queue->isCurrent());
+        });
+    EXPECT_EQ(thread, served) << "no thread has served both";
 }
 
 TYPED_TEST(DispatchContract, ProgrammersFaultsEndTheProcess) {
@@ -207,7 +204,7 @@ TEST(NativeDispatch, MainQueueRunsInOrderOnTheThreadThatRunsIt) {
     EXPECT_THAT(order, ElementsAre(1, 2, 3, 4));
 
     platform.stopMain();
-    platform.runMain();
+    platform.runMain(); // and comes back
 }
 
 TEST(NativeDispatch, MainThreadWaitsForNoMainQueueWhetherThatRunsOrNot) {
@@ -245,21 +242,20 @@ TEST(NativeDispatch, WorkWaitsForTheThreadsThatThereAreWhereNoneCanBeMade) {
     NativePlatform platform;
     Dispatch& dispatch = platform.dispatch();
     const auto ended = dispatch.makeSemaphore(0);
+    const auto signal = [ended] { ended->signal(); };
     const auto queue = dispatch.makeSerialQueue("patient");
     const NoMoreThreads limit;
     ASSERT_THROW(std::thread([] {}).join(), std::system_error);
     for (int count = 0; count < 3; ++count)
-        dispatch.globalQueue().async([ended] { ended->signal(); });
-    queue->async([ended] { ended->signal(); });
-    dispatch.globalQueue().asyncAfter(Seconds{0.01}, item([ended] { ended->signal(); }));
+        dispatch.globalQueue().async(signal);
+    queue->async(signal);
+    dispatch.globalQueue().asyncAfter(Seconds{0.01}, item(signal));
     std::optional<std::string> error;
-    platform.makeURLSession({})
-        ->dataTask({*URL::make("http://127.0.0.1/")},
-                   [&](auto, auto text) {
-                       error = std::move(text);
-                       ended->signal();
-                   })
-        ->resume();
+    const auto task = [&](auto, auto text) {
+        error = std::move(text);
+        ended->signal();
+    };
+    platform.makeURLSession({})->dataTask({*URL::make("http://127.0.0.1/")}, task)->resume();
     for (int count = 0; count < 6; ++count)
         ASSERT_EQ(ended->wait(kLong), DispatchTimeoutResult::success);
     EXPECT_NE(error.value_or(""), "");

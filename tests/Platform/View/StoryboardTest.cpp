@@ -10,34 +10,19 @@
 namespace korvane {
 namespace {
 
-using Case = UIStoryboardErrorCase;
-
-class PayController : public UIViewController {
-public:
+struct PayController : UIViewController {
     UIOutlet<UILabel> amount{*this, "amount"};
     UIOutlet<NSLayoutConstraint> amountHeight{*this, "amountHeight"};
     UIOutlet<UIButton> pay{*this, "pay"};
     UIOutlet<UITableView> list{*this, "list"};
-
-    void viewDidLoad() override { isLoaded = true; }
-    bool isLoaded = false;
-};
-
-/// A button that looks at itself when it comes from a storyboard.
-class AwakeButton : public UIButton {
-public:
-    void awakeFromNib() override { titleWhenAwake = currentTitle(); }
-    std::string titleWhenAwake;
 };
 
 constexpr const char* kPay = R"({"scenes": {"pay": {
   "class": "PayController", "orientation": "landscape",
-  "view": {"class": "UIScrollView", "backgroundColor": "tone", "subviews": [
-    {"class": "UILabel", "id": "amount", "outlet": "amount", "text": "12", "numberOfLines": 0,
-     "font": {"size": 10, "weight": 0.3}, "textAlignment": "center"},
-    {"class": "AwakeButton", "id": "pay", "outlet": "pay", "title": "Pay", "image": "dot",
-     "titleEdgeInsets": [1, 2, 3, 4], "tag": 7, "hidden": true},
-    {"class": "UITableView", "id": "list", "outlet": "list", "rowHeight": 30, "cells": {
+  "view": {"class": "UIScrollView", "subviews": [
+    {"class": "UILabel", "id": "amount", "outlet": "amount", "text": "12", "font": {"size": 10, "weight": 0.3}},
+    {"class": "UIButton", "id": "pay", "outlet": "pay", "titleEdgeInsets": [1, 2, 3, 4], "tag": 7},
+    {"class": "UITableView", "outlet": "list", "cells": {
       "row": {"class": "UITableViewCell", "subviews": [{"id": "box", "tag": 1000}],
               "constraints": ["box.leading = self.leading + 5", "box.width = 20"]}}}],
    "constraints": ["amount.top = safeArea.top + 8", "amount.leading = self.leading",
@@ -46,172 +31,121 @@ constexpr const char* kPay = R"({"scenes": {"pay": {
 
 class Storyboard : public ViewTest {
 protected:
-    Storyboard() {
-        write("Colors.json",
-              R"({"tone": {"light": "#FFFFFF", "dark": "#000000"}, "plain": "#FF0000", "broken": 1})");
-        write("dot.svg", "<svg width='12' height='6'/>");
-        UIStoryboard::registerClass<PayController>("PayController");
-        UIStoryboard::registerClass<AwakeButton>("AwakeButton");
-    }
+    Storyboard() { UIStoryboard::registerClass<PayController>("PayController"); }
 
-    void write(const std::string& name, const std::string& text) { temporary.write(name, asBytes(text)); }
+    void write(const std::string& name, const std::string& text) { folder.write(name, asBytes(text)); }
     UIStoryboard storyboard(const std::string& json) {
         write("Screens.json", json);
-        return UIStoryboard("Screens", NSBundle::bundleWithPath(folder));
+        return UIStoryboard("Screens", bundle);
     }
-    std::shared_ptr<UIViewController> pay(const std::string& json) {
-        return storyboard(json).instantiateViewController("pay");
+    std::shared_ptr<PayController> pay(const std::string& json) {
+        return std::dynamic_pointer_cast<PayController>(storyboard(json).instantiateViewController("pay"));
     }
 
-    const TemporaryFolder temporary;
-    const std::string folder = temporary.path();
+    const TemporaryFolder folder;
+    const std::shared_ptr<NSBundle> bundle = NSBundle::bundleWithPath(folder.path());
 };
-
-TEST_F(Storyboard, AControllerComesWithItsViewsOutletsAndConstraints) {
-    const auto controller = std::dynamic_pointer_cast<PayController>(pay(kPay));
-    ASSERT_NE(controller, nullptr);
-    EXPECT_FALSE(controller->isViewLoaded());
-    EXPECT_EQ(controller->amount->text(), "12");
-    EXPECT_EQ(controller->amount->font(), UIFont::systemFont(10, 0.3));
-    EXPECT_EQ(controller->amount->frame(), (CGRect{{0, 8}, {460, 50}})) << "laid out for the screen, turned";
-    EXPECT_EQ(controller->amountHeight->constant(), 50);
-    EXPECT_EQ(controller->pay->tag(), 7);
-    EXPECT_TRUE(controller->pay->isHidden());
-    EXPECT_EQ(controller->pay->titleEdgeInsets(), (UIEdgeInsets{1, 2, 3, 4}));
-    EXPECT_EQ(controller->pay->currentImage()->size(), (CGSize{12, 6}));
-    EXPECT_EQ(std::dynamic_pointer_cast<AwakeButton>(controller->pay.get())->titleWhenAwake, "Pay");
-    EXPECT_FALSE(controller->isLoaded);
-
-    const auto view = controller->view();
-    EXPECT_TRUE(controller->isLoaded);
-    EXPECT_EQ(view->kind(), UIViewKind::scroll);
-    EXPECT_EQ(view->backgroundColor()->resolved(UIUserInterfaceStyle::dark), (RGBA{0, 0, 0, 1}));
-    window->setRootViewController(controller);
-    window->setSafeAreaInsets({20, 0, 0, 0});
-    window->layoutIfNeeded();
-    EXPECT_EQ(controller->amount->frame(), (CGRect{{0, 28}, {300, 50}}));
-    EXPECT_EQ(controller->pay->frame().origin.y, 78);
-}
-
-TEST_F(Storyboard, ScenesAreMadeAnewAndCellsFromTheirDescription) {
-    const auto board = storyboard(kPay);
-    const auto first = std::dynamic_pointer_cast<PayController>(board.instantiateViewController("pay"));
-    const auto second = std::dynamic_pointer_cast<PayController>(board.instantiateViewController("pay"));
-    first->amount->setText("99");
-    EXPECT_EQ(second->amount->text(), "12");
-    const auto cell = first->list->dequeueReusableCell("row");
-    const auto other = first->list->dequeueReusableCell("row");
-    EXPECT_NE(cell, other);
-    cell->setFrame({{0, 0}, {100, 30}});
-    cell->layoutIfNeeded();
-    const auto box = cell->viewWithTag(1000);
-    EXPECT_EQ(box->superview(), cell->contentView());
-    EXPECT_EQ(box->frame().origin.x, 5);
-    EXPECT_EQ(box->frame().size.width, 20);
-}
-
-TEST_F(Storyboard, AChangedFileIsReadAnew) {
-    static_cast<void>(storyboard(R"({"scenes": {"pay": {}}})"));
-    EXPECT_FALSE(storyboard(R"({"scenes": {"another": {}}})").hasIdentifier("pay"));
-}
 
 std::string scene(const std::string& view) {
     return R"({"scenes": {"pay": {"class": "PayController", "view": )" + view + "}}}";
 }
 
+TEST_F(Storyboard, AControllerComesWithItsViewsOutletsAndConstraints) {
+    const auto controller = pay(kPay);
+    EXPECT_FALSE(controller->isViewLoaded());
+    EXPECT_EQ(controller->amount->font(), UIFont::systemFont(10, 0.3));
+    EXPECT_EQ(controller->amount->frame(), (CGRect{{0, 8}, {460, 50}})) << "laid out for the screen, turned";
+    EXPECT_EQ(controller->amountHeight->constant(), 50);
+    EXPECT_EQ(controller->pay->tag(), 7);
+    EXPECT_EQ(controller->pay->titleEdgeInsets(), (UIEdgeInsets{1, 2, 3, 4}));
+    EXPECT_EQ(controller->pay->frame().size.height, 0) << "its constraint waits";
+    EXPECT_EQ(controller->view()->kind(), UIViewKind::scroll);
+    const auto cell = controller->list->dequeueReusableCell("row");
+    EXPECT_NE(cell, controller->list->dequeueReusableCell("row"));
+    cell->layoutIfNeeded();
+    EXPECT_EQ(cell->viewWithTag(1000)->superview(), cell->contentView());
+    EXPECT_EQ(cell->viewWithTag(1000)->frame().size.width, 20);
+
+    EXPECT_FALSE(storyboard(R"({"scenes": {"another": {}}})").hasIdentifier("pay")) << "the file is another";
+    const auto bare = pay(scene("{}"));
+    EXPECT_FALSE(bare->amount);
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_DEATH(bare->amount->setText(""), "amount");
+}
+
 TEST_F(Storyboard, FaultsAreToldByName) {
-    struct Row {
+    using enum UIStoryboardErrorCase;
+    write("Colors.json", R"({"broken": 1})");
+    const struct {
         std::string json;
-        Case kind;
+        UIStoryboardErrorCase kind;
         const char* named;
+    } files[] = {
+        {"{", resourceBroken, "Screens"},
+        {R"({"scenes": []})", resourceBroken, "Screens"},
+        {R"({"scenes": {"other": {}}})", identifierMissing, "pay"},
+        {R"({"scenes": {"pay": 1}})", resourceBroken, "pay"},
+        {R"({"scenes": {"pay": {"class": "UILabel"}}})", classUnknown, "UILabel"},
+        {R"({"scenes": {"pay": {"class": 5}}})", classUnknown, "5"},
+        {scene(R"({"class": "PayController"})"), classUnknown, "PayController"},
+        {scene("[]"), propertyInvalid, "pay"},
+        {scene(R"({"colour": "red"})"), propertyInvalid, "colour"},
+        {scene(R"({"title": "a plain view has none"})"), propertyInvalid, "title"},
+        {scene(R"({"hidden": "yes"})"), propertyInvalid, "hidden"},
+        {scene(R"({"backgroundColor": "mauve"})"), propertyInvalid, "mauve"},
+        {scene(R"({"backgroundColor": "broken"})"), propertyInvalid, "broken"},
+        {scene(R"({"frame": [1, 2, 3]})"), propertyInvalid, "frame"},
+        {scene(R"({"tag": 1.5})"), propertyInvalid, "tag"},
+        {scene(R"({"class": "UIImageView", "image": "nowhere"})"), propertyInvalid, "nowhere"},
+        {scene(R"({"class": "UILabel", "font": {"name": "None", "size": 3}})"), propertyInvalid, "None"},
+        {scene(R"({"class": "UITextField", "keyboardType": 12})"), propertyInvalid, "keyboardType"},
+        {scene(R"({"subviews": {}})"), propertyInvalid, "subviews"},
+        {scene(R"({"subviews": [{"id": "twice"}, {"id": "twice"}]})"), propertyInvalid, "twice"},
+        {scene(R"({"cells": {}})"), propertyInvalid, "cells"},
+        {scene(R"({"items": []})"), propertyInvalid, "items"},
+        {scene(R"({"class": "UITableView", "cells": {"row": {"class": "UILabel"}}})"), classUnknown, "row"},
+        {scene(R"({"outlet": "unknown"})"), outletUnknown, "unknown"},
+        {scene(R"({"class": "UILabel", "outlet": "pay"})"), outletUnknown, "pay"},
     };
-    const std::vector<Row> rows{
-        {"{", Case::resourceBroken, "Screens"},
-        {"[]", Case::resourceBroken, "Screens"},
-        {R"({"scenes": []})", Case::resourceBroken, "Screens"},
-        {R"({"scenes": {"other": {}}})", Case::identifierMissing, "pay"},
-        {R"({"scenes": {"pay": 1}})", Case::resourceBroken, "pay"},
-        {R"({"scenes": {"pay": {"class": "Unheard"}}})", Case::classUnknown, "Unheard"},
-        {R"({"scenes": {"pay": {"class": "UILabel"}}})", Case::classUnknown, "UILabel"},
-        {R"({"scenes": {"pay": {"class": 5}}})", Case::classUnknown, "5"},
-        {scene(R"({"class": "Unseen"})"), Case::classUnknown, "Unseen"},
-        {scene(R"({"class": "PayController"})"), Case::classUnknown, "PayController"},
-        {scene(R"([])"), Case::propertyInvalid, "pay"},
-        {scene(R"({"colour": "red"})"), Case::propertyInvalid, "colour"},
-        {scene(R"({"title": "a plain view has none"})"), Case::propertyInvalid, "title"},
-        {scene(R"({"hidden": "yes"})"), Case::propertyInvalid, "hidden"},
-        {scene(R"({"backgroundColor": "mauve"})"), Case::propertyInvalid, "mauve"},
-        {scene(R"({"backgroundColor": "broken"})"), Case::propertyInvalid, "broken"},
-        {scene(R"({"frame": [1, 2, 3]})"), Case::propertyInvalid, "frame"},
-        {scene(R"({"tag": 1.5})"), Case::propertyInvalid, "tag"},
-        {scene(R"({"class": "UIImageView", "image": "nowhere"})"), Case::propertyInvalid, "nowhere"},
-        {scene(R"({"class": "UILabel", "font": {"name": "NoSuchFont", "size": 3}})"), Case::propertyInvalid,
-         "NoSuchFont"},
-        {scene(R"({"class": "UITextField", "keyboardType": 12})"), Case::propertyInvalid, "keyboardType"},
-        {scene(R"({"subviews": {}})"), Case::propertyInvalid, "subviews"},
-        {scene(R"({"subviews": [{"id": "twice"}, {"id": "twice"}]})"), Case::propertyInvalid, "twice"},
-        {scene(R"({"cells": {}})"), Case::propertyInvalid, "cells"},
-        {scene(R"({"items": []})"), Case::propertyInvalid, "items"},
-        {scene(R"({"class": "UITableView", "cells": {"row": {"class": "UILabel"}}})"), Case::classUnknown,
-         "row"},
-        {scene(
-             R"({"class": "UITableView", "cells": {"row": {"class": "UITableViewCell", "outlet": "pay"}}})"),
-         Case::outletUnknown, "pay"},
-        {scene(R"({"outlet": "unknown"})"), Case::outletUnknown, "unknown"},
-        {scene(R"({"class": "UILabel", "outlet": "pay"})"), Case::outletUnknown, "pay"},
-        {scene(R"({"constraints": ["a.top = self.top"]})"), Case::constraintInvalid, "pay"},
-        {scene(R"({"subviews": [{"id": "a"}], "constraints": ["a.top = self.top + b"]})"),
-         Case::constraintInvalid, "self.top + b"},
-        {scene(R"({"subviews": [{"id": "a"}], "constraints": ["a.top = self.middle"]})"),
-         Case::constraintInvalid, "self.middle"},
-        {scene(R"({"subviews": [{"id": "a"}], "constraints": ["a.top = gone.top"]})"),
-         Case::constraintInvalid, "gone.top"},
-        {scene(R"({"subviews": [{"id": "a"}], "constraints": ["a.top == self.top"]})"),
-         Case::constraintInvalid, "=="},
-        {scene(R"({"subviews": [{"id": "a"}], "constraints": ["self.height = a.height"]})"),
-         Case::constraintInvalid, "move the view itself"},
-        {scene(
-             R"({"subviews": [{"id": "a"}, {"id": "b"}], "constraints": ["a.top = b.bottom", "b.top = a.bottom"]})"),
-         Case::constraintInvalid, "circle"},
-    };
-    for (const Row& row : rows) {
+    for (const auto& row : files) {
         SCOPED_TRACE(row.json);
-        const auto failure = raisedBy<Case>([&] { return pay(row.json); });
+        const auto failure = raisedBy<UIStoryboardErrorCase>([&] { return pay(row.json); });
         ASSERT_TRUE(failure.has_value());
         EXPECT_EQ(failure->kind(), row.kind) << failure->what();
         EXPECT_THAT(failure->localizedDescription(), testing::HasSubstr(row.named));
     }
-}
-
-TEST_F(Storyboard, AMissingFileIsNamed) {
-    const auto failure =
-        raisedBy<Case>([&] { return UIStoryboard("Nothing", NSBundle::bundleWithPath(folder)); });
-    ASSERT_TRUE(failure.has_value());
-    EXPECT_EQ(failure->kind(), Case::resourceMissing);
-    EXPECT_THAT(failure->localizedDescription(), testing::HasSubstr("Nothing"));
-}
-
-TEST_F(Storyboard, AnOutletThatIsNotConnectedEndsTheProcessWithItsName) {
-    const auto controller = std::dynamic_pointer_cast<PayController>(pay(scene("{}")));
-    EXPECT_FALSE(controller->amount);
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
-    EXPECT_DEATH(controller->amount->setText(""), "amount");
+    const std::pair<std::string, const char*> constraints[] = {
+        {"c.top = self.top", "pay"},
+        {"a.top = self.top + b", "self.top + b"},
+        {"a.top = self.middle", "self.middle"},
+        {"a.top == self.top", "=="},
+        {"self.height = a.height", "move the view itself"},
+        {R"(a.top = b.bottom", "b.top = a.bottom)", "circle"},
+    };
+    for (const auto& [constraint, named] : constraints) {
+        const std::string view =
+            R"({"subviews": [{"id": "a"}, {"id": "b"}], "constraints": [")" + constraint + "\"]}";
+        const auto failure = raisedBy<UIStoryboardErrorCase>([&] { return pay(scene(view)); });
+        ASSERT_TRUE(failure && failure->kind() == constraintInvalid) << constraint;
+        EXPECT_THAT(failure->localizedDescription(), testing::HasSubstr(named));
+    }
+    EXPECT_RAISES(resourceMissing, UIStoryboard("Nothing", bundle));
 }
 
 TEST_F(Storyboard, NamedColoursAndImagesComeFromTheBundle) {
-    const auto bundle = NSBundle::bundleWithPath(folder);
-    EXPECT_EQ(UIColor::named("plain", *bundle), UIColor::red());
-    EXPECT_EQ(UIColor::named("broken", *bundle), std::nullopt);
-    EXPECT_EQ(UIColor::named("none", *bundle), std::nullopt);
-    const auto dot = UIImage::named("dot", *bundle);
-    EXPECT_EQ(dot->name(), "dot");
-    EXPECT_EQ(UIImage::named("dot", *bundle), dot) << "the same image each time";
-    EXPECT_EQ(dot->withRenderingMode(UIImageRenderingMode::alwaysTemplate)->size(), dot->size());
+    write("Colors.json", R"({"plain": "#FF0000", "both": {"light": "#0000FF", "dark": "#00FF0000"},
+                            "a": "FF00801", "b": "#GG0000", "c": "#-12345", "d": "#12345", "e": "#1234567"})");
+    write("dot.svg", "<svg width='12' height='6'/>");
     write("fine@2x.png", std::string("\x89PNG\r\n\x1A\n\0\0\0\rIHDR\0\0\0\x28\0\0\0\x14", 24));
-    EXPECT_EQ(UIImage::named("fine", *bundle)->size(), (CGSize{20, 10}));
     write("bad.png", "no image");
+    EXPECT_EQ(UIColor::named("plain", *bundle), UIColor::red());
+    EXPECT_EQ(UIColor::named("both", *bundle)->resolved(UIUserInterfaceStyle::dark), (RGBA{0, 1, 0, 0}));
+    for (const char* bad : {"a", "b", "c", "d", "e", "none"})
+        EXPECT_EQ(UIColor::named(bad, *bundle), std::nullopt) << bad;
+    const auto dot = UIImage::named("dot", *bundle);
+    EXPECT_EQ(UIImage::named("dot", *bundle), dot) << "the same image each time";
+    EXPECT_EQ(UIImage::named("fine", *bundle)->size(), (CGSize{20, 10}));
     EXPECT_EQ(UIImage::named("bad", *bundle), nullptr);
-    EXPECT_EQ(UIColor::named("plain", *NSBundle::bundleWithPath(folder + "/none")), std::nullopt);
 }
 
 } // namespace

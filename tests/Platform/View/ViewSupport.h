@@ -19,29 +19,7 @@ inline void PrintTo(const CGRect& rect, std::ostream* out) {
          << ')';
 }
 
-using Log = std::vector<std::string>;
-
-/// Tells what happens to it.
-class TellingController : public UIViewController {
-public:
-    TellingController(std::string name, Log& log) : name_(std::move(name)), log_(log) {}
-
-    void viewDidLoad() override { tell("didLoad"); }
-    void viewWillAppear(UIAnimated /*animated*/) override { tell("willAppear"); }
-    void viewDidAppear(UIAnimated /*animated*/) override { tell("didAppear"); }
-    void viewWillDisappear(UIAnimated /*animated*/) override { tell("willDisappear"); }
-    void viewDidDisappear(UIAnimated /*animated*/) override { tell("didDisappear"); }
-    void viewWillLayoutSubviews() override { tell("willLayout"); }
-    void viewDidLayoutSubviews() override { tell("didLayout"); }
-
-private:
-    void tell(const std::string& what) { log_.push_back(name_ + "." + what); }
-
-    std::string name_;
-    Log& log_;
-};
-
-/// A key window of 320 by 480 points with an empty root.
+/// A key window of 320 by 480 points with an empty root, and what a test has heard.
 class ViewTest : public testing::Test {
 protected:
     ViewTest() {
@@ -55,7 +33,7 @@ protected:
 
     UIView& rootView() { return *root->view(); }
 
-    template <class View>
+    template <class View = UIView>
     std::shared_ptr<View> add(UIView& to, const CGRect& frame) {
         auto view = std::make_shared<View>();
         view->setFrame(frame);
@@ -63,14 +41,10 @@ protected:
         return view;
     }
 
-    void touch(UITouchPhase phase, CGPoint at, std::uint64_t finger = 1) {
-        window->sendTouch({finger, phase, at});
-    }
-    void tap(CGPoint at) {
-        touch(UITouchPhase::began, at);
-        touch(UITouchPhase::ended, at);
-    }
+    void tell(const std::string& what) { log += (log.empty() ? "" : ", ") + what; }
+    std::string taken() { return std::exchange(log, {}); }
 
+    std::string log;
     SimulatedPlatform platform;
     std::shared_ptr<UIWindow> window;
     std::shared_ptr<UIViewController> root;
