@@ -13,7 +13,6 @@
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
-#include <thread>
 
 namespace korvane {
 namespace {
@@ -50,54 +49,42 @@ bool succeeded(pid_t child) {
 }
 
 TEST_F(UserDefaults, ValuesSurviveAndAreTheUsersAlone) {
+    write(R"({"theirs":{"deep":[1,null]},"a":true})");
     NativeUserDefaults defaults(file);
-    EXPECT_EQ(defaults.valueForKey("a"), std::nullopt);
     defaults.setObject("text", "a");
     defaults.setObject(7, "b");
     EXPECT_TRUE(defaults.synchronize());
-    EXPECT_EQ(elsewhere("a"), JSON("text"));
+    EXPECT_EQ(readFile(file), R"({"theirs":{"deep":[1,null]},"a":"text","b":7})");
     EXPECT_EQ(elsewhere("b"), JSON(7));
-
     struct stat status {};
     ASSERT_EQ(stat(file.c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 0777U, 0600U);
 }
 
 TEST_F(UserDefaults, AFileThatHoldsNoValuesCountsAsEmpty) {
-    for (const std::string& text :
-         {std::string(), std::string("{\"a\":\"torn"), std::string("[\"a\"]"), std::string("\xFF\xFE{}"),
-          std::string("{}{}"), std::string(4096, '\0'), std::string(100000, '[')}) {
-        SCOPED_TRACE(text.substr(0, 20));
+    EXPECT_EQ(elsewhere("a"), std::nullopt);
+    for (const std::string& text : {std::string("{\"a\":\"torn"), std::string("[\"a\"]"), std::string("{}{}"),
+                                    std::string(4096, '\0'), std::string(100000, '[')}) {
         write(text);
         NativeUserDefaults defaults(file);
-        EXPECT_EQ(defaults.valueForKey("a"), std::nullopt);
+        EXPECT_EQ(defaults.valueForKey("a"), std::nullopt) << text.substr(0, 20);
         defaults.setObject("new", "a");
         EXPECT_EQ(elsewhere("a"), JSON("new"));
     }
-}
-
-TEST_F(UserDefaults, ForeignMembersOfTheFileStay) {
-    write(R"({"theirs":{"deep":[1,null]},"a":true})");
-    NativeUserDefaults(file).setObject("x", "a");
-    EXPECT_EQ(readFile(file), R"({"theirs":{"deep":[1,null]},"a":"x"})");
+    fs::remove(file);
+    ASSERT_EQ(mkfifo(file.c_str(), 0600), 0);
+    EXPECT_EQ(elsewhere("a"), std::nullopt) << "a named pipe holds nobody up";
 }
 
 TEST_F(UserDefaults, WithoutAPlaceToWriteValuesLastAsLongAsTheObject) {
     std::ofstream(root / "plain file") << "x";
     fs::create_directories(root / "folder.json" / "not empty");
     for (const fs::path& place : {root / "plain file" / "defaults.json", root / "folder.json", fs::path()}) {
-        SCOPED_TRACE(place);
         NativeUserDefaults defaults(place);
         defaults.setObject("kept", "a");
-        EXPECT_FALSE(defaults.synchronize());
+        EXPECT_FALSE(defaults.synchronize()) << place;
         EXPECT_EQ(defaults.valueForKey("a"), JSON("kept"));
     }
-}
-
-TEST_F(UserDefaults, ANamedPipeInTheFilesPlaceHoldsNobodyUp) {
-    fs::create_directories(file.parent_path());
-    ASSERT_EQ(mkfifo(file.c_str(), 0600), 0);
-    EXPECT_EQ(elsewhere("a"), std::nullopt);
 }
 
 TEST_F(UserDefaults, AWriteThatFailsHalfwayLeavesTheFileAndKeepsTheValue) {
@@ -124,73 +111,62 @@ TEST_F(UserDefaults, WhatJSONCannotExpressIsNotStored) {
     defaults.setObject(std::move(deep), "a");
     defaults.setObject("\xFF", "a");
     defaults.setObject("x", "\xFF");
-    EXPECT_EQ(defaults.valueForKey("a"), std::nullopt);
     defaults.setObject("good", "b");
-    EXPECT_EQ(elsewhere("b"), JSON("good"));
+    EXPECT_EQ(readFile(file), R"({"b":"good"})");
 }
 
 TEST_F(UserDefaults, ProcessesThatWriteAtOnceLoseNothing) {
-    constexpr int kProcesses = 4;
     constexpr int kWrites = 40;
+    const char* const processes[] = {"a", "b", "c", "d"};
     std::vector<pid_t> children;
-    for (int process = 0; process < kProcesses; ++process)
+    for (const std::string process : processes)
         children.push_back(inChild([this, process] {
             NativeUserDefaults defaults(file);
             for (int index = 0; index < kWrites; ++index) {
-                defaults.setObject(index, std::to_string(process) + "." + std::to_string(index));
-                if (elsewhere(std::to_string(process) + ".0") != JSON(0)) return false;
+                defaults.setObject(index, process + std::to_string(index));
+                if (elsewhere(process + "0") != JSON(0)) return false;
             }
             return defaults.synchronize();
         }));
     for (const pid_t child : children)
         EXPECT_TRUE(succeeded(child));
-
-    const std::optional<JSON> all = JSONSerialization::jsonObject(readFile(file));
-    ASSERT_TRUE(all);
-    EXPECT_EQ(all->size(), std::size_t{kProcesses} * kWrites);
-    for (int process = 0; process < kProcesses; ++process)
+    for (const std::string process : processes)
         for (int index = 0; index < kWrites; ++index)
-            EXPECT_EQ(all->at(std::to_string(process) + "." + std::to_string(index)), index);
+            EXPECT_EQ(elsewhere(process + std::to_string(index)), JSON(index));
 }
 
 /// What was everybody's is the first program's, and nobody else's.
 TEST_F(UserDefaults, FileOfTheUserBecomesTheProgramsThatComesFirst) {
-    const fs::path users = file.parent_path() / "users.json";
-    const fs::path other = file.parent_path() / "other" / "defaults.json";
+    const fs::path users = file.parent_path() / "users.json", other = root / "other" / "defaults.json";
+    const auto valueOf = [&](const fs::path& program, const char* key) {
+        return NativeUserDefaults(NativeUserDefaults::Place{program, users}).valueForKey(key);
+    };
     write(R"({"a":"old"})");
     fs::rename(file, users);
-    EXPECT_EQ(NativeUserDefaults(NativeUserDefaults::Place{file, users}).valueForKey("a"), JSON("old"));
+    EXPECT_EQ(valueOf(file, "a"), JSON("old"));
     EXPECT_FALSE(fs::exists(users));
     EXPECT_EQ(elsewhere("a"), JSON("old"));
-    EXPECT_EQ(NativeUserDefaults(NativeUserDefaults::Place{other, users}).valueForKey("a"), std::nullopt);
+    EXPECT_EQ(valueOf(other, "a"), std::nullopt);
     EXPECT_FALSE(fs::exists(other.parent_path()));
-
     std::ofstream(users) << R"({"a":"of an earlier version","b":1})";
-    NativeUserDefaults second(NativeUserDefaults::Place{file, users});
-    second.setObject("new", "c");
-    EXPECT_EQ(readFile(file), R"({"a":"old","c":"new"})");
+    EXPECT_EQ(valueOf(file, "a"), JSON("old"));
+    EXPECT_EQ(valueOf(users / "unmakeable.json", "b"), JSON(1));
     EXPECT_TRUE(fs::exists(users));
-
-    const fs::path unmakeable = users / "defaults.json";
-    EXPECT_EQ(NativeUserDefaults(NativeUserDefaults::Place{unmakeable, users}).valueForKey("b"), JSON(1));
 }
 
 TEST(UserDefaultsPlace, IsTheProgramsOwnAndFollowsTheEnvironment) {
-    const struct {
-        const char* home;
-        const char* configuration;
-        const char* folder;
-    } rows[] = {{"/users/ada", "/etc/ada", "/etc/ada/korvane"},
-                {"/users/ada", "relative", "/users/ada/.config/korvane"},
-                {"/users/ada", "", "/users/ada/.config/korvane"},
-                {"", "", ""}};
-    for (const auto& [home, configuration, folder] : rows) {
-        setenv("HOME", home, 1);
+    const fs::path program = "platform_native_test/defaults.json";
+    for (const auto& [configuration, folder] :
+         {std::pair<const char*, fs::path>{"/etc/ada", "/etc/ada/korvane"},
+          {"relative", "/users/ada/.config/korvane"},
+          {"", "/users/ada/.config/korvane"}}) {
+        setenv("HOME", "/users/ada", 1);
         setenv("XDG_CONFIG_HOME", configuration, 1);
-        const auto [file, usersFile] = NativeUserDefaults::usualPlace();
-        EXPECT_EQ(usersFile, *folder ? fs::path(folder) / "defaults.json" : fs::path());
-        EXPECT_EQ(file, *folder ? fs::path(folder) / "platform_native_test" / "defaults.json" : fs::path());
+        EXPECT_EQ(NativeUserDefaults::usualPlace().file, folder / program);
+        EXPECT_EQ(NativeUserDefaults::usualPlace().usersFile, folder / "defaults.json");
     }
+    setenv("HOME", "", 1);
+    EXPECT_EQ(NativeUserDefaults::usualPlace().file, fs::path());
     unsetenv("XDG_CONFIG_HOME");
     unsetenv("HOME");
 }

