@@ -1,95 +1,76 @@
 #include "Platform/View/LayoutPlan.h"
 #include "Platform/View/UILabel.h"
-#include "Platform/View/UIScrollView.h"
 #include "tests/Platform/View/ViewSupport.h"
+
+#include <sstream>
 
 namespace korvane {
 namespace {
 
 using enum NSLayoutAttribute;
 
-struct Equation {
-    char first;
-    NSLayoutAttribute attribute;
-    double constant;
-    char second = ' '; // 'S': the holder, 'G': its safe area, ' ': none
-    NSLayoutAttribute secondAttribute = notAnAttribute;
-};
-
 class Layout : public ViewTest {
 protected:
     /// Two views of 30 by 20 at (5, 6) in a holder of 300 by 400.
     Layout() {
         holder = add(rootView(), {{10, 20}, {300, 400}});
-        a = add(*holder, {{5, 6}, {30, 20}});
-        b = add(*holder, {{5, 6}, {30, 20}});
+        a = add(*holder, kPlace);
+        b = add(*holder, kPlace);
     }
 
-    std::shared_ptr<NSObject> item(char name) {
-        if (name == 'G') return holder->safeAreaLayoutGuide();
-        return name == 'a' ? a : name == 'b' ? b : name == 'S' ? holder : nullptr;
+    /// An attribute as a test writes it: 'a' and 'b' are the views, 'S' is the holder and 'G' its safe area.
+    NSLayoutConstraint::Side side(const std::string& text) {
+        const char name = text[0];
+        const std::shared_ptr<NSObject> view = name == 'a' ? a : name == 'b' ? b : holder;
+        return {name == 'G' ? holder->safeAreaLayoutGuide() : view, *layoutAttributeNamed(text.substr(2))};
     }
-    std::shared_ptr<NSLayoutConstraint> constrain(const Equation& e) {
-        auto constraint = NSLayoutConstraint::make({item(e.first), e.attribute},
-                                                   {item(e.second), e.secondAttribute}, e.constant);
-        holder->addConstraint(constraint);
-        return constraint;
+    /// "a.top = S.top + 5, b.width = 7"
+    void constrain(const std::string& equations) {
+        std::istringstream text(equations);
+        for (std::string one; std::getline(text >> std::ws, one, ',');) {
+            std::istringstream words(one);
+            std::string first, sign, second;
+            double constant = 0;
+            words >> first >> sign >> second;
+            const bool isNumber = second.find('.') == std::string::npos;
+            if (isNumber) constant = std::stod(second);
+            if (words >> sign >> constant && sign == "-") constant = -constant;
+            holder->addConstraint(NSLayoutConstraint::make(
+                side(first), isNumber ? NSLayoutConstraint::Side{} : side(second), constant));
+        }
     }
 
+    static constexpr CGRect kPlace{{5, 6}, {30, 20}};
     std::shared_ptr<UIView> holder, a, b;
 };
 
 TEST_F(Layout, EquationsPlaceViewsInWhateverOrderTheyAreGiven) {
-    window->setSafeAreaInsets({40, 0, 80, 0});
-    const CGRect stays{{5, 6}, {30, 20}};
+    window->setSafeAreaInsets({40, 0, 80, 0}); // the holder spans 20 to 420 of a window that is free to 400
     const struct {
-        const char* name;
-        std::vector<Equation> equations;
-        CGRect a, b;
+        const char* equations;
+        CGRect a, b = kPlace;
     } rows[] = {
-        {"both edges give the length, the later equation counts",
-         {{'a', leading, 7, 'S', leading},
-          {'a', leading, 8, 'S', leading},
-          {'a', trailing, -8, 'S', trailing}},
-         {{8, 6}, {284, 20}},
-         stays},
-        {"far edge and length give the near edge",
-         {{'a', trailing, 0, 'S', trailing},
-          {'a', width, 50},
-          {'a', bottom, -1, 'S', bottom},
-          {'a', height, 9}},
-         {{250, 390}, {50, 9}},
-         stays},
-        {"a chain told from its end",
-         {{'b', top, 7, 'a', bottom},
-          {'b', height, 1, 'a', width},
-          {'b', leading, 2, 'a', trailing},
-          {'a', top, 3, 'S', top},
-          {'a', width, 0, 'a', height},
-          {'a', height, 60}},
+        // Both edges give the length; of two equations for one edge the later counts.
+        {"a.leading = S.leading + 7, a.leading = S.leading + 8, a.trailing = S.trailing - 8",
+         {{8, 6}, {284, 20}}},
+        {"a.trailing = S.trailing, a.width = 50, a.bottom = S.bottom - 1, a.height = 9",
+         {{250, 390}, {50, 9}}},
+        {"b.top = a.bottom + 7, b.height = a.width + 1, b.leading = a.trailing + 2, a.top = S.top + 3, "
+         "a.width = a.height, a.height = 60",
          {{5, 3}, {60, 60}},
          {{67, 70}, {30, 61}}},
-        {"an unconstrained view is a source",
-         {{'b', leading, 10, 'a', trailing}},
-         stays,
-         {{45, 6}, {30, 20}}},
-        {"a length alone keeps the place", {{'a', height, 90}}, {{5, 6}, {30, 90}}, stays},
-        {"nothing gets a negative length",
-         {{'a', leading, 200, 'S', leading}, {'a', trailing, -200, 'S', trailing}},
-         {{200, 6}, {0, 20}},
-         stays},
-        // The holder spans 20 to 420 of a window that is free from 40 to 400.
-        {"the safe area counts from the holder's own place",
-         {{'a', top, 1, 'G', top}, {'b', bottom, 0, 'G', bottom}, {'b', height, 0, 'G', height}},
+        {"b.leading = a.trailing + 10", kPlace, {{45, 6}, {30, 20}}},
+        {"a.height = 90", {{5, 6}, {30, 90}}},
+        {"a.leading = S.leading + 200, a.trailing = S.trailing - 200", {{200, 6}, {0, 20}}},
+        {"a.top = G.top + 1, b.bottom = G.bottom, b.height = G.height",
          {{5, 21}, {30, 20}},
          {{5, 20}, {30, 360}}},
     };
     for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
-        a->setFrame(stays);
-        b->setFrame(stays);
-        for (const Equation& equation : row.equations)
-            constrain(equation);
+        SCOPED_TRACE(row.equations);
+        a->setFrame(kPlace);
+        b->setFrame(kPlace);
+        constrain(row.equations);
         window->layoutIfNeeded();
         EXPECT_EQ(a->frame(), row.a);
         EXPECT_EQ(b->frame(), row.b);
@@ -100,37 +81,13 @@ TEST_F(Layout, EquationsPlaceViewsInWhateverOrderTheyAreGiven) {
     EXPECT_THROW(LayoutPlan{*holder}, LayoutPlan::Fault) << "a stranger";
 }
 
-TEST_F(Layout, ConstraintsCanBeWaitedWithAndGoWithTheirView) {
-    const auto constraint = constrain({'a', top, 50, 'S', top});
-    constraint->setActive(false);
-    window->layoutIfNeeded();
-    EXPECT_EQ(a->frame().origin.y, 6);
-    constraint->setActive(true);
-    constrain({'b', top, 0, 'a', bottom});
+TEST_F(Layout, ConstraintsGoWithTheirView) {
+    constrain("a.top = S.top + 50, b.top = a.bottom");
     window->layoutIfNeeded();
     EXPECT_EQ(b->frame().origin.y, 70);
     a->removeFromSuperview();
     EXPECT_TRUE(holder->constraints().empty());
     window->layoutIfNeeded(); // the old order would reach for the view that is gone
-    EXPECT_EQ(b->frame().origin.y, 70);
-}
-
-TEST_F(Layout, TextHasTheHeightThatItsWidthAsksFor) {
-    const auto label = add<UILabel>(*holder, {});
-    label->setFont(UIFont::systemFont(10));
-    label->setNumberOfLines(0);
-    label->setText("xxxxxxxxxxxxxxxxxxxx yyyyyyyyyyyyyyyyyyyy"); // 110 points, a blank, 110 points
-    NSLayoutConstraint::activate({label, top}, {holder, top}, 0);
-    const auto wide = NSLayoutConstraint::activate({label, width}, 226);
-    NSLayoutConstraint::activate({a, top}, {label, bottom}, 3);
-    window->layoutIfNeeded();
-    EXPECT_EQ(a->frame().origin.y, 15);
-    wide->setConstant(225); // one point less than both words need
-    window->layoutIfNeeded();
-    EXPECT_EQ(a->frame().origin.y, 27);
-    label->setText("z");
-    window->layoutIfNeeded();
-    EXPECT_EQ(a->frame().origin.y, 15);
 }
 
 /// As a screen does that applies its customer's constants at every pass.
