@@ -3,14 +3,16 @@
 #include "Crypt/ConcatKDF.h"
 #include "Crypt/EC.h"
 #include "Crypt/JWE.h"
+#include "Platform/LetterCase.h"
 #include "Platform/Native/NativePlatform.h"
 #include "Platform/Security/SecTrust.h"
+#include "Sdk/Exchange/Exchange.h"
 #include "Sdk/Service/ThreeDS2Service.h"
 #include "bench/BareOpenSSL.h"
 #include "bench/BareOpenSSLChain.h"
 #include "bench/InstantPlatform.h"
 #include "tests/support/Messages.h"
-#include "tests/support/TransactionPeer.h"
+#include "tests/support/PlayedAcs.h"
 
 #include <benchmark/benchmark.h>
 
@@ -134,11 +136,11 @@ void addEcCreation(std::vector<Operation>& rows, const std::shared_ptr<InstantPl
 }
 
 /// The first response of an ACS: a text screen, or a page.
-JSON responseOf(std::size_t size, const AuthenticationRequestParameters& request) {
+JSON responseOf(std::size_t size, const std::string& sdkTransID) {
     constexpr std::size_t kMostHtml = 100'000;
     JSON response = validCResJSON();
     response["acsCounterAtoS"] = "000";
-    response["sdkTransID"] = request.getSDKTransactionID();
+    response["sdkTransID"] = sdkTransID;
     const std::size_t missing = size - response.dump().size();
     if (missing < kMostHtml) {
         response["challengeInfoText"] = std::string(missing, 't');
@@ -154,42 +156,46 @@ JSON responseOf(std::size_t size, const AuthenticationRequestParameters& request
 struct OpenChannel {
     std::shared_ptr<InstantPlatform> platform;
     PlayedAcs acs;
-    TransactionPeer peer;
+    std::shared_ptr<Exchange> exchange;
     SecretBytes key;
     std::string response;
 
-    OpenChannel(std::shared_ptr<InstantPlatform> instant, std::size_t size) : platform(std::move(instant)) {
-        const auto service = makeService({acs.leaf.der, acs.root.der, CertAlgorithm::EC, kDirectoryServerID});
-        peer.transaction = service->createTransaction(kDirectoryServerID, kVersion);
-        const auto request = peer.transaction->getAuthenticationRequestParameters();
-        const auto sdkKey = ECPublicKey::decode(JSON::parse(request.getSDKEphemeralPublicKey()));
-        key = peerKey(acs.ephemeral, sdkKey, request.getSDKReferenceNumber());
-        response = PlayedAcs::sealed(responseOf(size, request).dump(), key);
+    OpenChannel(std::shared_ptr<InstantPlatform> instant, std::size_t size)
+        : platform(std::move(instant)),
+          exchange(std::make_shared<Exchange>(
+              kVersion, kReferenceNumber,
+              std::make_unique<KeysContainer>(
+                  TransactionCerts{acs.leaf.der, acs.root.der, CertAlgorithm::EC, kDirectoryServerID}))) {
+        const auto sdkKey = ECPublicKey::decode(JSON::parse(exchange->ephemeralPublicKey().value()));
+        key = peerKey(acs.ephemeral, sdkKey, kReferenceNumber);
+        response = PlayedAcs::sealed(responseOf(size, lowercased(exchange->sdkTransactionID())).dump(), key);
         platform->answer = toBytes(response);
         ChallengeParameters parameters = validParameters();
         parameters.setAcsSignedContent(acs.signedContent());
-        peer.setParameters(std::move(parameters));
-        peer.openSecureChannel();
+        exchange->setChallengeParameters(std::make_shared<ChallengeParameters>(std::move(parameters)));
+        exchange->openSecureChannel();
     }
 
-    [[nodiscard]] CReqSendingResult exchange() const { return peer.sendCReq(peer.getInitCReqData()); }
+    [[nodiscard]] CReqSendingResult send() const {
+        return exchange->sendCReq(exchange->getInitCReqData(), CResPosition::initial);
+    }
 };
 
 void addExchange(std::vector<Operation>& rows, const std::shared_ptr<InstantPlatform>& platform,
                  const std::string& size, std::size_t bytes) {
     const auto channel = std::make_shared<OpenChannel>(platform, bytes);
     const auto bare = std::make_shared<bare::Sealing>();
-    const JWE sealedCReq(ByteView(channel->peer.getInitCReqData()));
+    const JWE sealedCReq(ByteView(channel->exchange->getInitCReqData()));
     const Bytes header = sealedCReq.header().data();
     const auto decrypter = Decrypter::make(KeyManagementAlgorithm::direct,
                                            ContentEncryptionAlgorithm::A128CBCHS256, channel->key);
     const Bytes cReq = sealedCReq.decrypt(decrypter.value()).data();
-    const CReqSendingResult result = channel->exchange();
+    const CReqSendingResult result = channel->send();
     const Bytes opened = bare->open(channel->response, channel->key);
     require(result.cres && *result.cres == CRes::decode(asText(opened)), "the exchange of " + size);
 
     rows.push_back({"sealed exchange " + size, kExchangeTarget, false,
-                    [=] { benchmark::DoNotOptimize(channel->exchange()); },
+                    [=] { benchmark::DoNotOptimize(channel->send()); },
                     [=] {
                         benchmark::DoNotOptimize(bare->seal(header, {}, channel->key, cReq));
                         benchmark::DoNotOptimize(bare->open(channel->response, channel->key));

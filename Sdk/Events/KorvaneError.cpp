@@ -2,30 +2,36 @@
 
 #include <array>
 #include <string_view>
+#include <utility>
 
 namespace korvane {
 
 namespace {
 
 struct ErrorRow {
-    int code;
+    ProtocolErrorCode code;
     std::string_view description;
     std::string_view details;
 };
 
+using enum ProtocolErrorCode;
+
 constexpr std::array<ErrorRow, 8> kErrors{{
-    {101, "Message not recognised", "Invalid Message Type"},
-    {201, "A message element required as defined in Table A.1 is missing from the message.",
+    {messageNotRecognised, "Message not recognised", "Invalid Message Type"},
+    {elementMissing, "A message element required as defined in Table A.1 is missing from the message.",
      "List of missing fields."},
-    {202, "Critical message extension not recognised.", "List of ids of not recognised message extensions."},
-    {203, "Data element not in the required format or value is invalid as defined in Table A.1",
+    {criticalExtension, "Critical message extension not recognised.",
+     "List of ids of not recognised message extensions."},
+    {elementInvalid, "Data element not in the required format or value is invalid as defined in Table A.1",
      "List of erroneous fields."},
-    {204, "Valid data element presents more than once in the message.", "List of erroneous fields."},
-    {301, "Transaction ID received is not valid for the receiving component.",
+    {elementRepeated, "Valid data element presents more than once in the message.",
+     "List of erroneous fields."},
+    {transactionUnknown, "Transaction ID received is not valid for the receiving component.",
      "The Transaction ID received was invalid."},
-    {302, "Data could not be decrypted by the receiving system due to technical or other reason.",
+    {notDecrypted, "Data could not be decrypted by the receiving system due to technical or other reason.",
      "Data could not decrypt."},
-    {402, "Transaction timed-out.", "Timeout expiry reached for the transaction as defined in Section 5.5."},
+    {timedOut, "Transaction timed-out.",
+     "Timeout expiry reached for the transaction as defined in Section 5.5."},
 }};
 
 constexpr int kSystemFailure = 404;
@@ -34,8 +40,19 @@ constexpr int kSystemFailure = 404;
 
 KorvaneError KorvaneError::getErrorByCode(int code) {
     for (const ErrorRow& row : kErrors)
-        if (row.code == code) return {code, std::string(row.description), std::string(row.details)};
+        if (static_cast<int>(row.code) == code)
+            return {code, std::string(row.description), std::string(row.details)};
     return {kSystemFailure, "Permanent system failure.", "Unknown code " + std::to_string(code)};
+}
+
+KorvaneError KorvaneError::getErrorByCode(ProtocolErrorCode code) {
+    return getErrorByCode(static_cast<int>(code));
+}
+
+KorvaneError KorvaneError::withDetails(ProtocolErrorCode code, std::string details) {
+    KorvaneError error = getErrorByCode(code);
+    error.details = std::move(details);
+    return error;
 }
 
 RuntimeErrorEvent convertKorvaneErrorToRuntimeError(const KorvaneError& error) {

@@ -48,11 +48,9 @@ Names findings(const Judged& judged, std::span<const Rule> rules) {
     return names;
 }
 
-std::optional<KorvaneError> errorOf(int code, const Names& names) {
+std::optional<KorvaneError> errorOf(ProtocolErrorCode code, const Names& names) {
     if (names.empty()) return std::nullopt;
-    KorvaneError error = KorvaneError::getErrorByCode(code);
-    error.details = joined(names);
-    return error;
+    return KorvaneError::withDetails(code, joined(names));
 }
 
 /// A required text that is empty.
@@ -245,9 +243,8 @@ std::optional<std::int64_t> signedDecimal(std::string_view text) {
 std::optional<KorvaneError> judgeCounter(const Judged& judged) {
     const auto number = signedDecimal(judged.cres.acsCounterAtoS);
     if (!number || *number == judged.container.counter) return std::nullopt;
-    KorvaneError error = KorvaneError::getErrorByCode(302);
+    KorvaneError error = KorvaneError::withDetails(ProtocolErrorCode::notDecrypted, "acsCounterAtoS");
     error.description = "acsCounterAtoS do not match with sdkCounterStoA.";
-    error.details = "acsCounterAtoS";
     return error;
 }
 
@@ -257,7 +254,7 @@ std::optional<KorvaneError> judgeRequiredFields(const Judged& judged) {
         judged.isFinal ? std::span<const Rule>(kRequiredOfFinal) : std::span<const Rule>(kRequiredOfScreens);
     const Names further = findings(judged, rest);
     names.insert(names.end(), further.begin(), further.end());
-    return errorOf(201, names);
+    return errorOf(ProtocolErrorCode::elementMissing, names);
 }
 
 std::optional<KorvaneError> judgeTransaction(const Judged& judged) {
@@ -265,11 +262,12 @@ std::optional<KorvaneError> judgeTransaction(const Judged& judged) {
     const bool isOurs = expected.tdsServerTransactionId == judged.cres.threeDSServerTransID &&
                         expected.acsTransactionId == judged.cres.acsTransID &&
                         judged.container.sdkTransactionID == judged.cres.sdkTransID;
-    return isOurs ? std::nullopt : std::optional(KorvaneError::getErrorByCode(301));
+    return isOurs ? std::nullopt
+                  : std::optional(KorvaneError::getErrorByCode(ProtocolErrorCode::transactionUnknown));
 }
 
 std::optional<KorvaneError> judgeValues(const Judged& judged) {
-    return errorOf(203,
+    return errorOf(ProtocolErrorCode::elementInvalid,
                    judged.isFinal ? findings(judged, kValuesOfFinal) : findings(judged, kValuesOfScreens));
 }
 
@@ -278,7 +276,7 @@ std::optional<KorvaneError> judgeExtensions(const Judged& judged) {
     if (judged.cres.messageExtension)
         for (const MessageExtensionAttribute& extension : *judged.cres.messageExtension)
             if (extension.criticalityIndicator) ids.push_back(extension.id);
-    return errorOf(202, ids);
+    return errorOf(ProtocolErrorCode::criticalExtension, ids);
 }
 
 } // namespace

@@ -24,7 +24,7 @@ namespace korvane {
 /// Where an `SdkError` is raised, its text has been logged before. Failures of the JOSE layer and of JSON
 /// decoding pass through as they are.
 class KeysContainer {
-    friend struct TransactionPeer;
+    friend struct KeysContainerPeer;
 
 public:
     /// The signature algorithms that the ACS's content may have.

@@ -4,6 +4,7 @@
 #include "Sdk/DeviceData/DeviceIdentity.h"
 #include "Sdk/DeviceData/IntegrityWarnings.h"
 #include "Sdk/Events/SdkError.h"
+#include "Sdk/Transaction/TransactionArguments.h"
 
 #include <algorithm>
 #include <array>
@@ -79,9 +80,9 @@ std::shared_ptr<Transaction> ThreeDS2Service::createTransaction(const std::strin
                               .sdkReferenceNum = kSdkReferenceNum,
                               .messageVersion = messageVersion,
                               .keysContainer = std::move(keysContainer),
-                              .uiCustomization = uiCustomization_,
-                              .uiCustomizationConstraints = uiCustomizationConstraints_,
-                              .extSpinnerProducer = spinnerProducer_});
+                              .look = {.uiCustomization = uiCustomization_,
+                                       .uiCustomizationConstraints = uiCustomizationConstraints_,
+                                       .extSpinnerProducer = spinnerProducer_}});
 }
 
 /// The identifier follows vendor and store; the rest of the data is that of the last `initialize`.

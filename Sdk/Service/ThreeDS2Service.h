@@ -7,6 +7,8 @@
 #include "Sdk/Service/ConfigParameters.h"
 #include "Sdk/Service/TransactionCertsProducerProtocol.h"
 #include "Sdk/Transaction/Transaction.h"
+#include "Ui/Customisation/UiCustomization.h"
+#include "Ui/Customisation/UiCustomizationConstraints.h"
 
 #include <memory>
 #include <optional>
@@ -14,6 +16,8 @@
 #include <vector>
 
 namespace korvane {
+
+class KeysContainer;
 
 /// The way into the library: an application makes one, initialises it, and lets it create transactions. It
 /// works on the current platform and keeps no reference to its transactions. It has no lock: one thread at a

@@ -1,9 +1,7 @@
-#include "Sdk/Transaction/Transaction.h"
+#include "Sdk/Transaction/ChallengeFlow.h"
 
 #include "Platform/Logger.h"
 #include "Sdk/Events/ForeignText.h"
-#include "Ui/Screens/ChallengeViewController.h"
-#include "Ui/Screens/ChallengeWebViewController.h"
 
 namespace korvane {
 
@@ -11,27 +9,25 @@ namespace {
 
 constexpr const char* kSendVCCReq = "sendVCCReq(_:)";
 constexpr const char* kProcess = "processCResResult(_:)";
-constexpr const char* kContinue = "continueChallenge(_:)";
-constexpr const char* kUpdateHtml = "updateHtml(_:)";
 
 } // namespace
 
-const Transaction::Action Transaction::kResend{"resendOtp()", "Can not resend otp: "};
-const Transaction::Action Transaction::kSendData{"sendChallengeDataToAcs(_:whitelistingDataEntry:)",
-                                                 "Can not send challengeData: "};
-const Transaction::Action Transaction::kCancel{"cancelChallenge()", "Can not send cancel CReq: "};
-const Transaction::Action Transaction::kOob{"sendOobContinue(whitelistingDataEntry:)",
-                                            "Can not send sendOobContinue request: "};
-const Transaction::Action Transaction::kHtml{"sendHtmlChallengeDataToAcs(_:)",
-                                             "Can not send htmlChallengeData: "};
+const ChallengeFlow::Action ChallengeFlow::kResend{"resendOtp()", "Can not resend otp: "};
+const ChallengeFlow::Action ChallengeFlow::kSendData{"sendChallengeDataToAcs(_:whitelistingDataEntry:)",
+                                                     "Can not send challengeData: "};
+const ChallengeFlow::Action ChallengeFlow::kCancel{"cancelChallenge()", "Can not send cancel CReq: "};
+const ChallengeFlow::Action ChallengeFlow::kOob{"sendOobContinue(whitelistingDataEntry:)",
+                                                "Can not send sendOobContinue request: "};
+const ChallengeFlow::Action ChallengeFlow::kHtml{"sendHtmlChallengeDataToAcs(_:)",
+                                                 "Can not send htmlChallengeData: "};
 
-void Transaction::resendOtp() {
+void ChallengeFlow::resendOtp() {
     act(kResend, [](CReq& cReq) { cReq.resendChallenge = YesNoSelector::Y; });
 }
 
-void Transaction::sendChallengeDataToAcs(const std::string& data,
-                                         std::optional<YesNoSelector> whitelistingDataEntry) {
-    if (!challengeInterrupted_) challengeData_.set(std::make_shared<const SecretString>(data));
+void ChallengeFlow::sendChallengeDataToAcs(const std::string& data,
+                                           std::optional<YesNoSelector> whitelistingDataEntry) {
+    if (!isInterrupted()) challengeData_.set(std::make_shared<const SecretString>(data));
     act(kSendData, [&](CReq& cReq) {
         if (data.empty())
             cReq.challengeNoEntry = YesNoSelector::Y;
@@ -41,68 +37,64 @@ void Transaction::sendChallengeDataToAcs(const std::string& data,
     });
 }
 
-void Transaction::sendOobContinue(std::optional<YesNoSelector> whitelistingDataEntry) {
+void ChallengeFlow::sendOobContinue(std::optional<YesNoSelector> whitelistingDataEntry) {
     act(kOob, [&](CReq& cReq) {
         cReq.oobContinue = true;
         cReq.whitelistingDataEntry = whitelistingDataEntry;
     });
 }
 
-void Transaction::sendHtmlChallengeDataToAcs(const std::string& data) {
+void ChallengeFlow::sendHtmlChallengeDataToAcs(const std::string& data) {
     act(kHtml, [&](CReq& cReq) { cReq.challengeHTMLDataEntry = data; });
 }
 
 /// The ACS's answer to a cancellation changes nothing, but it is waited for.
-void Transaction::cancelChallenge() {
+void ChallengeFlow::cancelChallenge() {
     perform(
         kCancel,
         [](CReq& cReq) { cReq.challengeCancel = ChallengeCancelationInd::CARDHOLDER_SELECTED_CANCEL; },
-        [this](const CReq& cReq, const ChallengeParameters& parameters) {
-            const Bytes data = keysContainer_->encryptCReq(toBytes(cReq.jsonString().text()),
-                                                           parameters.getAcsTransactionId());
-            static_cast<void>(sendCReq(data, CResPosition::later));
+        [this](const CReq& cReq) {
+            const Bytes data = exchange_->seal(cReq, kCancel.function);
+            static_cast<void>(exchange_->sendCReq(data, CResPosition::later));
             completeChallengeWithCancel();
         });
 }
 
-void Transaction::act(const Action& action, const Fill& fill) {
-    perform(action, fill, [this](const CReq& cReq, const ChallengeParameters&) { sendVCCReq(cReq); });
+void ChallengeFlow::act(const Action& action, const Fill& fill) {
+    perform(action, fill, [this](const CReq& cReq) { sendVCCReq(cReq); });
 }
 
 /// The frame of all actions: counts, builds the request, and sends it in the action's own way.
-void Transaction::perform(const Action& action, const Fill& fill, const Send& send) {
-    if (challengeInterrupted_) return;
-    ++sdkToAcsCounter_;
+void ChallengeFlow::perform(const Action& action, const Fill& fill, const Send& send) {
+    if (isInterrupted()) return;
+    exchange_->countRequest();
     try {
-        const auto parameters = requireChallengeParameters(action.function);
-        CReq cReq = makeCReq(*parameters);
+        CReq cReq = exchange_->makeCReq(action.function);
         fill(cReq);
         KORVANE_LOG(action.function, cReq.jsonString());
-        send(cReq, *parameters);
+        send(cReq);
     } catch (const std::exception& error) {
         endWithError(action.function, action.failure + genericDescription(error));
     }
 }
 
-void Transaction::sendVCCReq(const CReq& cReq) {
-    updatingOfLastCResViewControllerContainerInProgress_ = true;
+void ChallengeFlow::sendVCCReq(const CReq& cReq) {
+    go(State::standing, State::asking);
     Bytes data;
     try {
-        const auto parameters = requireChallengeParameters(kSendVCCReq);
-        data =
-            keysContainer_->encryptCReq(toBytes(cReq.jsonString().text()), parameters->getAcsTransactionId());
+        data = exchange_->seal(cReq, kSendVCCReq);
     } catch (const std::exception& error) {
         onMainQueue([self = shared_from_this(), text = genericDescription(error)] {
             self->endWithError(kSendVCCReq, "Can not encrypt CReq: " + text);
         });
         return;
     }
-    const CReqSendingResult result = sendCReq(data, CResPosition::later);
-    if (challengeInterrupted_) return;
+    const CReqSendingResult result = exchange_->sendCReq(data, CResPosition::later);
+    if (isInterrupted()) return;
     onMainQueue([self = shared_from_this(), result] { self->processCResResult(result); });
 }
 
-void Transaction::processCResResult(const CReqSendingResult& result) {
+void ChallengeFlow::processCResResult(const CReqSendingResult& result) {
     if (result.cres) {
         if (result.cres->transStatus)
             completeWithStatus(*result.cres->transStatus);
@@ -110,16 +102,16 @@ void Transaction::processCResResult(const CReqSendingResult& result) {
             continueChallenge(*result.cres);
     } else if (result.erro) {
         KORVANE_LOG(kProcess, "cRes Result with errors.");
-        if (!result.receivedError) sendErroIfPossible(result.erro);
+        if (!result.receivedError) exchange_->sendErroIfPossible(result.erro);
         completeChallengeWithProtocolError(*result.erro);
     } else {
         endWithError(kProcess, result.errorDescription.value_or("Receive empty CRes."));
     }
-    updatingOfLastCResViewControllerContainerInProgress_ = false;
+    go(State::asking, State::standing);
 }
 
 /// Every status ends the challenge, also one that asks for another.
-void Transaction::completeWithStatus(const std::string& value) {
+void ChallengeFlow::completeWithStatus(const std::string& value) {
     const auto status = fromRawValue<TransactionStatus>(value);
     if (!status) {
         endWithError(kProcess, "Can not recognize transStatus. Got value " + foreignText(value) + ".");
@@ -127,50 +119,6 @@ void Transaction::completeWithStatus(const std::string& value) {
     }
     KORVANE_LOG(kProcess, "Transaction status is " + value);
     completeChallengeSuccessfully(*status);
-}
-
-void Transaction::continueChallenge(const CRes& cRes) {
-    try {
-        updateViewControllerContainer(cRes);
-    } catch (const std::exception& error) {
-        endWithError(kContinue, "Can not create challenge VC: " + genericDescription(error));
-        return;
-    }
-    if (channelgeFlowType_ == UiType::HTML_OTHER) {
-        updateHtml(cRes);
-        return;
-    }
-    if (const auto orientation = getOrientation()) lastPresentedOrientation_ = *orientation;
-    const auto controller = controllerFor(lastPresentedOrientation_);
-    if (!controller) {
-        endWithError(kContinue, "Can not get challenge VC from ViewControllerContainer.");
-        return;
-    }
-    onMainQueue([self = shared_from_this(), controller] {
-        self->hideSpinner();
-        if (const auto root = self->challengeRootVC_.lock())
-            root->setViewControllers({controller}, UIAnimated::yes);
-    });
-}
-
-/// The screen stays, and shows another page; its spinner goes, or nobody could use that page.
-void Transaction::updateHtml(const CRes& cRes) {
-    const auto page = decodedPage(cRes.acsHTML.value_or(""));
-    if (!page || page->empty()) {
-        endWithError(kUpdateHtml, "Can not get HTML from CRes.");
-        return;
-    }
-    const auto screen = topController<ChallengeWebViewController>();
-    if (!screen) {
-        endWithError(kUpdateHtml, "Can not get top challenge HTML view controller.");
-        return;
-    }
-    screen->externalAppWasPresented = false;
-    screen->pageString = *page;
-    screen->challengeWebView->loadHTMLString(*page);
-    screen->hideSpinner();
-    if (cRes.acsHTMLRefresh)
-        if (auto refresh = decodedPage(*cRes.acsHTMLRefresh)) screen->returnFromOobPage = std::move(*refresh);
 }
 
 } // namespace korvane

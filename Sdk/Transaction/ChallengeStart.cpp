@@ -1,11 +1,9 @@
-#include "Sdk/Transaction/Transaction.h"
+#include "Sdk/Transaction/ChallengeFlow.h"
 
 #include "Crypt/JOSEError.h"
-#include "Crypt/JWS.h"
-#include "Platform/LetterCase.h"
+#include "Platform/Logger.h"
 #include "Platform/Platform.h"
 #include "Sdk/Events/SdkError.h"
-#include "Sdk/SecureChannel/AcsSignedContent.h"
 #include "Ui/Screens/VCFactory.h"
 
 #include <limits>
@@ -18,8 +16,6 @@ constexpr const char* kDoChallenge = "doChallenge(challengeParameters:challengeS
 constexpr const char* kInner = "innerDoTransaction()";
 
 constexpr Seconds kLongestWaitForTimeout{15.0};
-constexpr int kNotVerified = 302;
-constexpr int kTimedOut = 402;
 
 const std::string& orNil(const std::optional<std::string>& value) {
     static const std::string nil = "nil";
@@ -70,17 +66,17 @@ ChannelFailure describeChannelFailure(const std::exception& error) {
     return contentFailure(genericDescription(error));
 }
 
-UIImagePtr loadLogo(const HttpClient* client, const std::optional<ImageUrls>& urls) {
-    if (!client || !urls) return nullptr;
-    HttpAnswer answer = client->loadImage(urls->high);
+UIImagePtr loadLogo(const Exchange& exchange, const std::optional<ImageUrls>& urls) {
+    if (!urls) return nullptr;
+    HttpAnswer answer = exchange.loadImage(urls->high);
     return answer.data ? UIImage::make(std::move(*answer.data)) : nullptr;
 }
 
 } // namespace
 
-void Transaction::doChallenge(std::shared_ptr<ChallengeParameters> challengeParameters,
-                              std::shared_ptr<ChallengeStatusReceiver> challengeStatusReceiver,
-                              std::int64_t timeout) {
+void ChallengeFlow::doChallenge(std::shared_ptr<ChallengeParameters> challengeParameters,
+                                std::shared_ptr<ChallengeStatusReceiver> challengeStatusReceiver,
+                                std::int64_t timeout) {
     const auto timer = std::make_shared<std::weak_ptr<DispatchWorkItem>>();
     const auto task = std::make_shared<DispatchWorkItem>([weak = weak_from_this(), timer] {
         if (const auto self = weak.lock()) self->challengeTimerFired(timer->lock());
@@ -89,58 +85,67 @@ void Transaction::doChallenge(std::shared_ptr<ChallengeParameters> challengePara
     challengeTimeoutTask_.set(task);
     DispatchQueue& global = Platform::current().dispatch().globalQueue();
     global.asyncAfter(secondsOf(timeout), task);
-    challengeParameters_.set(std::move(challengeParameters));
+    exchange_->setChallengeParameters(std::move(challengeParameters));
     challengeStatusReceiver_.set(std::move(challengeStatusReceiver));
     global.async([self = shared_from_this()] { self->innerDoTransaction(); });
 }
 
 /// The line about the beginning is written here, at the end of the time.
-void Transaction::challengeTimerFired(std::shared_ptr<DispatchWorkItem> timer) {
-    KORVANE_LOG(kDoChallenge, parametersText(challengeParameters_.get()));
+void ChallengeFlow::challengeTimerFired(std::shared_ptr<DispatchWorkItem> timer) {
+    KORVANE_LOG(kDoChallenge, parametersText(exchange_->challengeParameters()));
     onMainQueue([weak = weak_from_this(), timer = std::move(timer)] {
         if (const auto self = weak.lock()) self->challengeTimedOut(*timer);
     });
 }
 
 /// An ending cancels the timer, whose work may have begun by then: it has no more to tell.
-void Transaction::challengeTimedOut(const DispatchWorkItem& timer) {
+void ChallengeFlow::challengeTimedOut(const DispatchWorkItem& timer) {
     if (timer.isCancelled()) return;
     if (const auto receiver = challengeStatusReceiver_.get()) receiver->timedout();
-    const auto root = challengeRootVC_.lock();
-    if (!root) {
+    if (!screens_->stands()) {
         KORVANE_LOG(kDoChallenge, "CReq error send completetion");
         initCReqErrorSendCompletetionSemaphore_->signal();
         return;
     }
-    endedRootVC_ = root;
-    root->dismiss(UIAnimated::yes, [self = shared_from_this()] {
-        self->challengeInterrupted_ = true;
-        self->cancelCResTimer();
+    state_ = State::ended;
+    screens_->dismiss([self = shared_from_this()] {
+        self->state_ = State::interrupted;
+        self->exchange_->interrupt();
+        self->exchange_->cancelCResTimer();
         self->tellAcsOfTimeout();
     });
 }
 
 /// From the global queue: nobody waits for the ACS's answer, the application's own screens least of all.
-void Transaction::tellAcsOfTimeout() {
-    const KorvaneError error = KorvaneError::getErrorByCode(kTimedOut);
+void ChallengeFlow::tellAcsOfTimeout() {
+    const KorvaneError error = KorvaneError::getErrorByCode(ProtocolErrorCode::timedOut);
     KORVANE_LOG(kDoChallenge, error.details);
     Platform::current().dispatch().globalQueue().async(
-        [self = shared_from_this(), erro = createErroIfPossible(error)] { self->sendErroIfPossible(erro); });
+        [exchange = exchange_, erro = exchange_->createErroIfPossible(error)] {
+            exchange->sendErroIfPossible(erro);
+        });
 }
 
-void Transaction::innerDoTransaction() {
+void ChallengeFlow::cResTimedOut() {
+    if (screens_->stands())
+        screens_->dismiss(nullptr);
+    else
+        initCReqErrorSendCompletetionSemaphore_->signal();
+}
+
+void ChallengeFlow::innerDoTransaction() {
     KORVANE_LOG(kInner, "Start inner Do Transaction");
     if (!openSecureChannelOrTell()) return;
     Bytes data;
     try {
-        data = getInitCReqData();
+        data = exchange_->getInitCReqData();
     } catch (const std::exception& error) {
         endStart(kInner, "Can not get init CReq data: " + genericDescription(error));
         return;
     }
     KORVANE_LOG(kInner, "send CReq");
-    const CReqSendingResult result = sendCReq(data, CResPosition::initial);
-    if (challengeInterrupted_) {
+    const CReqSendingResult result = exchange_->sendCReq(data, CResPosition::initial);
+    if (isInterrupted()) {
         // The application has heard of the end; this thread only lets that path finish first.
         static_cast<void>(initCReqErrorSendCompletetionSemaphore_->wait(kLongestWaitForTimeout));
         return;
@@ -148,15 +153,16 @@ void Transaction::innerDoTransaction() {
     processInitResult(result);
 }
 
-bool Transaction::openSecureChannelOrTell() {
+bool ChallengeFlow::openSecureChannelOrTell() {
     try {
-        openSecureChannel();
+        exchange_->openSecureChannel();
         return true;
     } catch (const std::exception& error) {
         const ChannelFailure failure = describeChannelFailure(error);
         cancelChallengeTimer();
         if (failure.isVerification)
-            sendErroIfPossible(createErroIfPossible(KorvaneError::getErrorByCode(kNotVerified)));
+            exchange_->sendErroIfPossible(exchange_->createErroIfPossible(
+                KorvaneError::getErrorByCode(ProtocolErrorCode::notDecrypted)));
         onMainQueue([self = shared_from_this(), text = failure.text] {
             KORVANE_LOG(kInner, text);
             self->endWithRuntimeError(text);
@@ -165,39 +171,7 @@ bool Transaction::openSecureChannelOrTell() {
     }
 }
 
-/// The content is read twice: first for the URL alone, since an error about a signature that does not verify
-/// has to be sent there.
-void Transaction::openSecureChannel() {
-    const auto parameters = requireChallengeParameters(kInner);
-    KORVANE_LOG(kInner,
-                LogLines{"Acs signed content:\n" + escapedControls(orNil(parameters->acsSignedContent))});
-    const std::string& content = parameters->getAcsSignedContent();
-    const AcsSignedContent signedContent = AcsSignedContent::decode(JWS(content).payload().data());
-    httpClient_.set(std::make_shared<HttpClient>(signedContent.acsURL));
-    keysContainer_->parseAcsSignedContent(content, sdkReferenceNum_);
-}
-
-Bytes Transaction::getInitCReqData() const {
-    constexpr const char* kFunction = "getInitCReqData()";
-    const auto parameters = requireChallengeParameters(kFunction);
-    const SecretString json = makeCReq(*parameters).jsonString();
-    KORVANE_LOG(kFunction, json);
-    return keysContainer_->encryptCReq(toBytes(json.text()), parameters->getAcsTransactionId());
-}
-
-CReq Transaction::makeCReq(const ChallengeParameters& parameters) const {
-    CReq cReq;
-    cReq.threeDSServerTransID = parameters.get3DSServerTransactionId();
-    cReq.acsTransID = parameters.getAcsTransactionId();
-    cReq.messageVersion = messageVersion_;
-    cReq.sdkTransID = lowercased(sdkTransactionID_);
-    cReq.sdkCounterStoA = counterText(sdkToAcsCounter_);
-    if (parameters.tdsRequestorAppURL && !parameters.tdsRequestorAppURL->empty())
-        cReq.threeDSRequestorAppURL = parameters.tdsRequestorAppURL;
-    return cReq;
-}
-
-void Transaction::processInitResult(const CReqSendingResult& result) {
+void ChallengeFlow::processInitResult(const CReqSendingResult& result) {
     if (result.cres) {
         try {
             processInitCRes(*result.cres);
@@ -206,7 +180,7 @@ void Transaction::processInitResult(const CReqSendingResult& result) {
         }
     } else if (result.erro) {
         cancelChallengeTimer();
-        if (!result.receivedError) sendErroIfPossible(result.erro);
+        if (!result.receivedError) exchange_->sendErroIfPossible(result.erro);
         onMainQueue([self = shared_from_this(), erro = *result.erro] { self->tellProtocolError(erro); });
     } else {
         endStart(kInner, result.errorDescription.value_or("Unknown error"));
@@ -214,7 +188,7 @@ void Transaction::processInitResult(const CReqSendingResult& result) {
 }
 
 /// A start that failed has nothing on the screen to take away.
-void Transaction::endStart(const char* function, const std::string& text) {
+void ChallengeFlow::endStart(const char* function, const std::string& text) {
     cancelChallengeTimer();
     onMainQueue([self = shared_from_this(), function, text] {
         KORVANE_LOG(function, text);
@@ -222,12 +196,11 @@ void Transaction::endStart(const char* function, const std::string& text) {
     });
 }
 
-void Transaction::processInitCRes(const CRes& cRes) {
-    const auto client = httpClient_.get();
-    const UIImagePtr psImage = loadLogo(client.get(), cRes.psImage);
-    const UIImagePtr bankImage = loadLogo(client.get(), cRes.issuerImage);
-    vcFactory_.set(
-        std::make_shared<VCFactory>(psImage, bankImage, uiCustomization_, uiCustomizationConstraints_));
+void ChallengeFlow::processInitCRes(const CRes& cRes) {
+    const UIImagePtr psImage = loadLogo(*exchange_, cRes.psImage);
+    const UIImagePtr bankImage = loadLogo(*exchange_, cRes.issuerImage);
+    vcFactory_.set(std::make_shared<VCFactory>(psImage, bankImage, look_.uiCustomization,
+                                               look_.uiCustomizationConstraints));
     onMainQueue([self = shared_from_this(), cRes] { self->presentRootChallengeVc(cRes); });
 }
 

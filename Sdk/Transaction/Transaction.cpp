@@ -1,91 +1,99 @@
 #include "Sdk/Transaction/Transaction.h"
 
 #include "Platform/LetterCase.h"
-#include "Platform/Platform.h"
-#include "Platform/UUID.h"
+#include "Platform/Logger.h"
 #include "Sdk/Events/SdkError.h"
+#include "Sdk/Transaction/TransactionArguments.h"
+#include "Ui/Screens/ChallengeStoryboard.h"
+#include "Ui/Screens/ChallengeWebViewController.h"
 #include "Ui/Screens/ProgressView.h"
 #include "Ui/Screens/TopController.h"
-#include "Ui/Screens/VCFactory.h"
-
-#include <cstdio>
 
 namespace korvane {
 
-namespace {
+struct Transaction::Parts {
+    explicit Parts(TransactionArguments arguments)
+        : deviceData(std::move(arguments.deviceData)), sdkAppID(std::move(arguments.sdkAppID)),
+          exchange(std::make_shared<Exchange>(std::move(arguments.messageVersion),
+                                              std::move(arguments.sdkReferenceNum),
+                                              std::move(arguments.keysContainer))),
+          flow(ChallengeFlow::make(exchange, std::move(arguments.look))) {}
 
-/// Told where the key is asked for.
-std::optional<std::string> ephemeralPublicKeyIfPossible(KeysContainer& keysContainer) {
-    try {
-        return keysContainer.getEphemeralPublicKey();
-    } catch (const std::exception&) {
-        return std::nullopt;
-    }
-}
-
-} // namespace
+    const std::string deviceData;
+    const std::string sdkAppID;
+    const std::shared_ptr<Exchange> exchange;
+    const std::shared_ptr<ChallengeFlow> flow;
+};
 
 std::shared_ptr<Transaction> Transaction::make(TransactionArguments arguments) {
     return std::make_shared<Transaction>(Private{}, std::move(arguments));
 }
 
 Transaction::Transaction(Private, TransactionArguments arguments)
-    : messageVersion_(std::move(arguments.messageVersion)), sdkTransactionID_(makeUUIDString()),
-      deviceData_(std::move(arguments.deviceData)), sdkAppID_(std::move(arguments.sdkAppID)),
-      sdkReferenceNum_(std::move(arguments.sdkReferenceNum)),
-      keysContainer_(std::move(arguments.keysContainer)),
-      ephemeralPublicKey_(ephemeralPublicKeyIfPossible(*keysContainer_)),
-      uiCustomization_(std::move(arguments.uiCustomization)),
-      uiCustomizationConstraints_(std::move(arguments.uiCustomizationConstraints)),
-      spinnerProducer_(std::move(arguments.extSpinnerProducer)),
-      changeOrientationQueue_(Platform::current().dispatch().makeSerialQueue("Change orientation queue")),
-      initCReqErrorSendCompletetionSemaphore_(Platform::current().dispatch().makeSemaphore(0)) {
+    : parts_(std::make_unique<const Parts>(std::move(arguments))) {
     KORVANE_LOG("init(deviceData:sdkReferenceNum:messageVersion:keysContainer:uiCustomization:"
                 "extSpinnerProducer:)",
-                "Transaction messageVersion=" + messageVersion_ + ", sdkReferenceNum=" + sdkReferenceNum_ +
-                    ", keysContainer=KeysContainer");
+                "Transaction messageVersion=" + parts_->exchange->messageVersion() + ", sdkReferenceNum=" +
+                    parts_->exchange->sdkReferenceNum() + ", keysContainer=KeysContainer");
 }
 
-/// The last to let go may stand on any queue; views go on the main queue. After the platform there is none.
-Transaction::~Transaction() {
-    if (auto screens = lastCResViewControllerContainer_.exchange(nullptr); screens && Platform::isInstalled())
-        onMainQueue([screens = std::move(screens)] {});
-    std::puts("Transaction deinit");
-}
+Transaction::~Transaction() = default;
 
 AuthenticationRequestParameters Transaction::getAuthenticationRequestParameters() const {
-    if (!ephemeralPublicKey_)
+    const Exchange& exchange = *parts_->exchange;
+    if (!exchange.ephemeralPublicKey())
         KORVANE_RAISE("getAuthenticationRequestParameters()", SdkErrorCase::InvalidInputException,
                       "Can not get SDK ephemeral public key.");
-    return AuthenticationRequestParameters({.deviceData = deviceData_,
-                                            .sdkTransId = lowercased(sdkTransactionID_),
-                                            .sdkAppID = sdkAppID_,
-                                            .sdkReferenceNum = sdkReferenceNum_,
-                                            .ephemeralPublic = *ephemeralPublicKey_,
-                                            .messageVersion = messageVersion_});
+    return AuthenticationRequestParameters({.deviceData = parts_->deviceData,
+                                            .sdkTransId = lowercased(exchange.sdkTransactionID()),
+                                            .sdkAppID = parts_->sdkAppID,
+                                            .sdkReferenceNum = exchange.sdkReferenceNum(),
+                                            .ephemeralPublic = *exchange.ephemeralPublicKey(),
+                                            .messageVersion = exchange.messageVersion()});
+}
+
+void Transaction::doChallenge(std::shared_ptr<ChallengeParameters> challengeParameters,
+                              std::shared_ptr<ChallengeStatusReceiver> challengeStatusReceiver,
+                              std::int64_t timeout) {
+    parts_->flow->doChallenge(std::move(challengeParameters), std::move(challengeStatusReceiver), timeout);
 }
 
 std::shared_ptr<ProgressDialog> Transaction::getProgressView() const {
     constexpr double kAlpha = 0.8;
-    if (spinnerProducer_)
-        if (auto top = getTopController()) return spinnerProducer_->getSpinner(std::move(top));
+    if (const auto producer = parts_->flow->spinnerProducer())
+        if (auto top = getTopController()) return producer->getSpinner(std::move(top));
     return ProgressView::make(kAlpha, nullptr);
 }
 
 std::optional<std::string> Transaction::challengeData() const {
-    const auto data = challengeData_.get();
-    return data ? std::optional(data->text()) : std::nullopt;
+    return parts_->flow->challengeData();
 }
 
-void Transaction::onMainQueue(std::function<void()> work) {
-    Platform::current().dispatch().mainQueue().async(std::move(work));
+void Transaction::presentWeb(const std::string& html) {
+    std::shared_ptr<ChallengeWebViewController> screen;
+    try {
+        const UIStoryboard storyboard = challengeStoryboard();
+        screen = std::dynamic_pointer_cast<ChallengeWebViewController>(
+            storyboard.instantiateViewController(kHtmlChallengeScene));
+    } catch (const UIStoryboardError&) {
+        // Told below, as the screen that is missing.
+    }
+    if (!screen) {
+        KORVANE_LOG("presentWeb(html:)", "Can not get VC for htmlChallengeVc.");
+        return;
+    }
+    static_cast<void>(screen->view());
+    screen->pageString = html;
+    screen->challengeWebView->loadHTMLString(html);
+    if (const auto top = getTopController()) top->present(screen, UIAnimated::yes);
 }
 
-std::shared_ptr<ChallengeParameters> Transaction::requireChallengeParameters(const char* function) const {
-    auto parameters = challengeParameters_.get();
-    if (!parameters)
-        KORVANE_RAISE(function, SdkErrorCase::InvalidInputException, "Challenge parameters must be present.");
-    return parameters;
+void Transaction::presentRoot(ByteView CResData) {
+    try {
+        parts_->flow->processInitCRes(CRes::decode(asText(CResData)));
+    } catch (const std::exception& error) {
+        fatalError(error.what());
+    }
 }
 
 } // namespace korvane

@@ -70,7 +70,7 @@ void Payment::createTransaction(const AcsSite& site) {
         authenticate(site);
     } catch (const SdkError& error) {
         end(outcomeOf(error));
-    } catch (const CFError& error) {
+    } catch (const Failure& error) {
         end(serverFailure(QString::fromStdString(error.localizedDescription())));
     }
 }

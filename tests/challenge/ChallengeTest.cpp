@@ -21,7 +21,7 @@ class ChallengeTest : public testing::Test, protected SimulatedApplication {
 protected:
     /// Whatever a test does, nothing of its challenge lives on.
     ~ChallengeTest() override {
-        peer.transaction = nullptr;
+        transaction = nullptr;
         host->dismiss(UIAnimated::no);
         platform.runUntilIdle();
         EXPECT_EQ(platform.leftAlive(), LeftAlive{});
@@ -70,7 +70,7 @@ TEST_F(ChallengeTest, PageIsLoadedOnceAndTheNextOneChangesInItsPlace) {
     const auto page = top<ChallengeWebViewController>();
     EXPECT_EQ(page->challengeWebView->loadCount(), 1);
     page->externalAppWasPresented = true;
-    peer.transaction->sendHtmlChallengeDataToAcs("a=1");
+    root()->transaction->sendHtmlChallengeDataToAcs("a=1");
     runFor(1);
     EXPECT_EQ(top<ChallengeWebViewController>(), page);
     EXPECT_EQ(page->challengeWebView->loadCount(), 2);

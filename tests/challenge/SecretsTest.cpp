@@ -1,4 +1,5 @@
 #include "Crypt/DataExtensions.h"
+#include "Sdk/Transaction/TransactionArguments.h"
 #include "Ui/Screens/ChallengeTextNativeViewController.h"
 #include "tests/challenge/SimulatedApplication.h"
 #include "tests/support/MemoryScan.h"
@@ -48,6 +49,18 @@ private:
     std::function<ScriptedAnswer(const URLRequest&)> answer_;
 };
 
+} // namespace
+
+/// Sees the pair that the ACS agrees with, before the agreement.
+struct KeysContainerPeer {
+    /// In Base64URL.
+    [[nodiscard]] static SecretString privateNumber(const KeysContainer& keys) {
+        return keys.ephemeralKeyPair_.value().privateKey();
+    }
+};
+
+namespace {
+
 struct Secrets {
     Bytes contentKey;
     Bytes privateNumber;
@@ -59,10 +72,16 @@ struct Secrets {
 /// Types the code and sends it, to the end of the challenge and of the transaction.
 void playChallenge(Secrets& secrets) {
     SimulatedApplication application;
-    application.create();
+    auto keys = std::make_unique<KeysContainer>(SimulatedAcs::certificates());
+    const KeysContainer& kept = *keys;
+    application.take(Transaction::make({.deviceData = "sealed",
+                                        .sdkAppID = "application",
+                                        .sdkReferenceNum = kReferenceNumber,
+                                        .messageVersion = "2.2.0",
+                                        .keysContainer = std::move(keys)}));
     secrets.contentKey = maskedForScan(application.acs.key());
     {
-        const SecretString number = application.peer.privateNumber();
+        const SecretString number = KeysContainerPeer::privateNumber(kept);
         secrets.privateNumberText = maskedForScan(asBytes(number.text()));
         Bytes octets = fromBase64URL(number.text()).value();
         secrets.privateNumber = maskedForScan(octets);
@@ -87,7 +106,7 @@ void playChallenge(Secrets& secrets) {
     }
     application.platform.runFor(Seconds{3});
     EXPECT_THAT(application.heard, testing::ElementsAre(testing::EndsWith(", Y)")));
-    application.peer.transaction = nullptr;
+    application.transaction = nullptr;
     application.platform.runUntilIdle();
 }
 

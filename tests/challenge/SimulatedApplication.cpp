@@ -58,13 +58,19 @@ SimulatedApplication::~SimulatedApplication() {
 }
 
 void SimulatedApplication::create(const std::string& messageVersion) {
-    peer.transaction = service_.createTransaction("any", messageVersion);
-    parameters = std::make_shared<ChallengeParameters>(
-        acs.accept(peer.transaction->getAuthenticationRequestParameters()));
+    take(service_.createTransaction("any", messageVersion));
+}
+
+void SimulatedApplication::take(std::shared_ptr<Transaction> made) {
+    transaction = std::move(made);
+    parameters =
+        std::make_shared<ChallengeParameters>(acs.accept(transaction->getAuthenticationRequestParameters()));
 }
 
 void SimulatedApplication::start(std::int64_t minutes) {
-    peer.transaction->doChallenge(parameters, std::make_shared<Receiver>(*this), minutes);
+    auto itsReceiver = std::make_shared<Receiver>(*this);
+    receiver = itsReceiver;
+    transaction->doChallenge(parameters, std::move(itsReceiver), minutes);
 }
 
 void SimulatedApplication::hold(UIDeviceOrientation orientation) {

@@ -5,7 +5,6 @@
 #include "Ui/Screens/ChallengeRootNavigationController.h"
 #include "tests/support/SimulatedAcs.h"
 #include "tests/support/SimulatedPlatform.h"
-#include "tests/support/TransactionPeer.h"
 
 #include <functional>
 #include <string>
@@ -24,6 +23,8 @@ public:
 
     /// Creates the transaction, and the parameters of its challenge.
     void create(const std::string& messageVersion = "2.2.0");
+    /// The same with a transaction that was made elsewhere.
+    void take(std::shared_ptr<Transaction> made);
     /// Starts the challenge.
     void start(std::int64_t minutes = 5);
     /// How the device is held from now on; nobody is told.
@@ -43,7 +44,9 @@ public:
     std::shared_ptr<UIWindow> window;
     std::shared_ptr<UIViewController> host;
     std::shared_ptr<ChallengeParameters> parameters;
-    TransactionPeer peer;
+    std::shared_ptr<Transaction> transaction;
+    /// Lives as long as the challenge does: the application itself lets go of it.
+    std::weak_ptr<void> receiver;
     /// The endings, each as a text such as "completed(id, Y)".
     std::vector<std::string> heard;
     /// Called with each.

@@ -10,10 +10,11 @@
 
 #include "Crypt/DataExtensions.h"
 #include "Platform/JSON.h"
+#include "Platform/LetterCase.h"
+#include "Sdk/Exchange/Exchange.h"
 #include "Sdk/Service/ThreeDS2Service.h"
+#include "tests/support/PlayedAcs.h"
 #include "tests/support/SimulatedPlatform.h"
-#include "tests/support/TestPki.h"
-#include "tests/support/TransactionPeer.h"
 
 #include <iostream>
 
@@ -50,8 +51,7 @@ struct Identities {
 
 class Producer : public TransactionCertsProducerProtocol {
 public:
-    Producer(const Identities& identities, CertAlgorithm algorithm)
-        : certs_{identities.deviceData.der, identities.root.der, algorithm, kDirectoryServerID} {}
+    explicit Producer(TransactionCerts certs) : certs_(std::move(certs)) {}
 
     TransactionCerts getCerts(const std::string&) override { return certs_; }
 
@@ -59,49 +59,55 @@ private:
     const TransactionCerts certs_;
 };
 
-std::shared_ptr<Transaction> createTransaction(const Identities& identities, CertAlgorithm algorithm) {
+/// What the library tells of this device, sealed.
+std::string deviceData(const TransactionCerts& certs) {
     ThreeDS2Service service;
-    service.setCertProducer(std::make_shared<Producer>(identities, algorithm));
+    service.setCertProducer(std::make_shared<Producer>(certs));
     service.initialize(std::make_shared<ConfigParameters>(), nullptr, nullptr, Locale{"en_GB"});
-    return service.createTransaction(kDirectoryServerID, "2.2.0");
+    return service.createTransaction(kDirectoryServerID, "2.2.0")
+        ->getAuthenticationRequestParameters()
+        .getDeviceData();
 }
 
-JSON requestLine(const AuthenticationRequestParameters& request, const Identities& identities) {
-    return {{"deviceData", request.getDeviceData()},
-            {"sdkTransId", request.getSDKTransactionID()},
-            {"sdkReferenceNum", request.getSDKReferenceNumber()},
-            {"ephemeralPublic", request.getSDKEphemeralPublicKey()},
-            {"messageVersion", request.getMessageVersion()},
+JSON requestLine(const std::string& sealedDevice, const Exchange& exchange, const Identities& identities) {
+    return {{"deviceData", sealedDevice},
+            {"sdkTransId", lowercased(exchange.sdkTransactionID())},
+            {"sdkReferenceNum", exchange.sdkReferenceNum()},
+            {"ephemeralPublic", exchange.ephemeralPublicKey().value()},
+            {"messageVersion", exchange.messageVersion()},
             {"directoryServerID", kDirectoryServerID},
             {"deviceDataKey", base64URLEncodedString(identities.deviceData.pkcs8)},
             {"signingKey", base64URLEncodedString(identities.signing.pkcs8)},
             {"x5c", {identities.signing.base64(), identities.intermediate.base64()}}};
 }
 
-void takeParameters(const TransactionPeer& peer, const JSON& answer) {
+void takeParameters(Exchange& exchange, const JSON& answer) {
     ChallengeParameters parameters;
     parameters.set3DSServerTransactionId(answer["threeDSServerTransID"].get<std::string>());
     parameters.setAcsTransactionId(answer["acsTransID"].get<std::string>());
     parameters.setAcsSignedContent(answer["acsSignedContent"].get<std::string>());
-    peer.setParameters(std::move(parameters));
+    exchange.setChallengeParameters(std::make_shared<ChallengeParameters>(std::move(parameters)));
 }
 
 void converse() {
     SimulatedPlatform platform;
     const JSON choice = readLine();
     const Identities identities(choice);
-    const TransactionPeer peer{
-        createTransaction(identities, choice["algorithm"] == "RSA" ? CertAlgorithm::RSA : CertAlgorithm::EC)};
-    writeLine(requestLine(peer.transaction->getAuthenticationRequestParameters(), identities));
+    const TransactionCerts certs{identities.deviceData.der, identities.root.der,
+                                 choice["algorithm"] == "RSA" ? CertAlgorithm::RSA : CertAlgorithm::EC,
+                                 kDirectoryServerID};
+    const auto exchange =
+        std::make_shared<Exchange>("2.2.0", kReferenceNumber, std::make_unique<KeysContainer>(certs));
+    writeLine(requestLine(deviceData(certs), *exchange, identities));
 
-    takeParameters(peer, readLine());
-    peer.openSecureChannel();
-    const Bytes cReq = peer.getInitCReqData();
+    takeParameters(*exchange, readLine());
+    exchange->openSecureChannel();
+    const Bytes cReq = exchange->getInitCReqData();
     writeLine({{"cReq", asText(cReq)}});
 
     const Bytes cRes = toBytes(readLine()["cRes"].get<std::string>());
     platform.network().answer = [&](const URLRequest&) { return ScriptedAnswer{.body = cRes}; };
-    const CReqSendingResult result = peer.sendCReq(cReq);
+    const CReqSendingResult result = exchange->sendCReq(cReq, CResPosition::initial);
     writeLine(result.cres ? JSON{{"header", result.cres->challengeInfoHeader.value_or("")}}
                           : JSON{{"error", result.errorDescription.value_or("")}});
 }

@@ -1,7 +1,7 @@
 #include "Platform/Native/NativePlatform.h"
+#include "Sdk/Exchange/Exchange.h"
 #include "tests/support/Messages.h"
 #include "tests/support/PlayedAcs.h"
-#include "tests/support/TransactionPeer.h"
 
 #include <atomic>
 #include <thread>
@@ -16,16 +16,10 @@ TEST(NativeTransaction, ValuesOfTheRequestStayTheSameBesideTheAgreement) {
     ChallengeParameters parameters = validParameters();
     parameters.setAcsSignedContent(acs.signedContent());
     for (int round = 0; round < 20; ++round) {
-        const TransactionPeer peer{
-            Transaction::make({.deviceData = "sealed",
-                               .sdkAppID = "application",
-                               .sdkReferenceNum = kReferenceNumber,
-                               .messageVersion = "2.2.0",
-                               .keysContainer = std::make_unique<KeysContainer>(certsWithRoot(acs.root))})};
-        peer.setParameters(parameters);
-        const auto key = [&peer] {
-            return peer.transaction->getAuthenticationRequestParameters().getSDKEphemeralPublicKey();
-        };
+        const auto exchange = std::make_shared<Exchange>(
+            "2.2.0", kReferenceNumber, std::make_unique<KeysContainer>(certsWithRoot(acs.root)));
+        exchange->setChallengeParameters(std::make_shared<ChallengeParameters>(parameters));
+        const auto key = [&exchange] { return exchange->ephemeralPublicKey().value(); };
         const std::string published = key();
         std::atomic<bool> isOpen{false};
         std::thread asking([&] {
@@ -33,7 +27,7 @@ TEST(NativeTransaction, ValuesOfTheRequestStayTheSameBesideTheAgreement) {
                 EXPECT_EQ(key(), published);
             while (!isOpen);
         });
-        peer.openSecureChannel();
+        exchange->openSecureChannel();
         isOpen = true;
         asking.join();
     }

@@ -1,5 +1,5 @@
 #include "Platform/Native/NativePlatform.h"
-#include "Sdk/Transaction/HttpClient.h"
+#include "Sdk/Exchange/HttpClient.h"
 #include "tests/support/CannedServer.h"
 #include "tests/support/Files.h"
 #include "tests/support/LocalServer.h"

@@ -1,11 +1,9 @@
 #include "Sdk/Transaction/Transaction.h"
 
-#include "Sdk/Events/SdkError.h"
-#include "tests/support/Failures.h"
+#include "Sdk/Transaction/TransactionArguments.h"
 #include "tests/support/PlayedAcs.h"
 #include "tests/support/RecordingLogger.h"
 #include "tests/support/SimulatedPlatform.h"
-#include "tests/support/TransactionPeer.h"
 
 #include <gmock/gmock.h>
 
@@ -67,36 +65,21 @@ TEST_F(TransactionTest, BeginningIsLoggedAndTheEndIsToldOnStandardOutput) {
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "Transaction deinit\n");
 }
 
-TEST_F(TransactionTest, MayBeLetGoAfterItsPlatform) {
-    auto transaction = makeTransaction();
-    TransactionPeer{transaction}.setScreens();
+TEST_F(TransactionTest, ScreensMayBeLetGoAfterTheirPlatform) {
+    auto screens = std::make_shared<ScreenStack>([] { return true; });
+    screens->hold(
+        std::make_shared<ViewControllerContainer>(CRes{}, false, ViewControllerContainer::ControllersMap{}));
     platform_.reset();
-    testing::internal::CaptureStdout();
-    transaction.reset();
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "Transaction deinit\n");
-}
-
-TEST_F(TransactionTest, StepsBeforeTheChallengeHasParametersAreRefused) {
-    const TransactionPeer peer{makeTransaction()};
-    const char* kText = "Challenge parameters must be present.";
-    EXPECT_RAISES_SAYING(SdkErrorCase::InvalidInputException, kText, peer.getInitCReqData());
-    EXPECT_TRUE(raises(
-        SdkErrorCase::InvalidInputException,
-        [&] {
-            peer.openSecureChannel();
-            return true;
-        },
-        kText));
+    screens.reset();
 }
 
 TEST_F(TransactionTest, WhatWasEnteredIsKeptThoughItsRequestCannotBeBuilt) {
-    const TransactionPeer peer{makeTransaction()};
-    peer.setParameters({});
-    peer.transaction->sendChallengeDataToAcs("1234", std::nullopt);
-    EXPECT_EQ(peer.transaction->challengeData(), "1234");
-    peer.interrupt();
-    peer.transaction->sendChallengeDataToAcs("5678", std::nullopt);
-    EXPECT_EQ(peer.transaction->challengeData(), "1234") << "after an interruption nothing is done";
+    const auto flow =
+        ChallengeFlow::make(std::make_shared<Exchange>("2.1.0", "reference",
+                                                       std::make_unique<KeysContainer>(certsWithRoot(root_))),
+                            {});
+    flow->sendChallengeDataToAcs("1234", std::nullopt);
+    EXPECT_EQ(flow->challengeData(), "1234");
     platform_->runUntilIdle();
 }
 

@@ -39,18 +39,18 @@ public:
 private:
     void play() {
         application_.create(plan_.messageVersion);
-        upperId_ = application_.peer.sdkTransactionID();
+        upperId_ =
+            uppercased(application_.transaction->getAuthenticationRequestParameters().getSDKTransactionID());
         if (plan_.hasRequestorURL) application_.parameters->setTreeDSRequestorAppURL(kRequestorURL);
         goodParameters_ = std::make_shared<ChallengeParameters>(*application_.parameters);
         plan_.startFault->spoil(*application_.parameters);
         application_.start(plan_.minutes);
-        const std::weak_ptr<Transaction> transaction = application_.peer.transaction;
-        if (!plan_.keepsTransaction) application_.peer.transaction = nullptr;
+        if (!plan_.keepsTransaction) application_.transaction = nullptr;
         scheduleTurnsAndDismissal();
         cardholder_.lookLater();
         application_.platform.runUntilIdle();
         model_.runToTheEnd();
-        end(transaction);
+        end();
     }
 
     void hear(const std::string& ending) {
@@ -82,8 +82,8 @@ private:
     }
 
     /// Whatever happened, nothing of the challenge lives on once the application has let go of it.
-    void end(const std::weak_ptr<Transaction>& transaction) {
-        application_.peer.transaction = nullptr;
+    void end() {
+        application_.transaction = nullptr;
         application_.host->dismiss(UIAnimated::no);
         application_.platform.runUntilIdle();
         model_.leave();
@@ -97,7 +97,7 @@ private:
             {"requests left alive", left.tasks},
             {"blocked for ever", left.blocked},
             {"controllers left alive", cardholder_.seenAlive()},
-            {"transactions left alive", transaction.expired() ? 0 : 1}};
+            {"challenges left alive", application_.receiver.expired() ? 0 : 1}};
         for (const auto& [name, count] : counts)
             if (count > 0) fault(std::to_string(count) + " " + name);
     }

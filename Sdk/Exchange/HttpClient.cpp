@@ -1,4 +1,4 @@
-#include "Sdk/Transaction/HttpClient.h"
+#include "Sdk/Exchange/HttpClient.h"
 
 #include "Platform/Platform.h"
 #include "Sdk/Events/SdkError.h"

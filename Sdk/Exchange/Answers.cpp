@@ -1,23 +1,19 @@
-#include "Sdk/Transaction/Transaction.h"
+#include "Sdk/Exchange/Exchange.h"
 
 #include "Crypt/Payload.h"
 #include "Platform/JSON.h"
 #include "Platform/LetterCase.h"
-#include "Platform/Platform.h"
+#include "Platform/Logger.h"
 #include "Sdk/Events/SdkError.h"
 #include "Sdk/Messages/MessageType.h"
 #include "Sdk/Messages/UiUtils.h"
+#include "Sdk/Messages/Validator.h"
 
 namespace korvane {
 
 namespace {
 
-constexpr Seconds kCResLimit{10.0};
 constexpr const char* kFunction = "sendCReq(_:_:)";
-
-constexpr int kNotRecognized = 101;
-constexpr int kRepeatedField = 204;
-constexpr int kNotDecrypted = 302;
 
 constexpr const char* kCanNotBuild = "Can not build CRes from decrypted data.";
 
@@ -43,12 +39,6 @@ CReqSendingResult receivedErro(std::string_view message) {
     }
 }
 
-KorvaneError errorWithDetails(int code, std::string details) {
-    KorvaneError error = KorvaneError::getErrorByCode(code);
-    error.details = std::move(details);
-    return error;
-}
-
 /// Text that is no JSON at all, of which no field can be named.
 bool isNoJSON(const DecodingError& error) {
     return error.kind() == DecodingErrorCase::dataCorrupted && error.codingPath().empty();
@@ -65,7 +55,7 @@ void logMessage(std::string_view message) {
 } // namespace
 
 /// A transport failure leaves the timer running, and so does an interruption; everything else ends it.
-CReqSendingResult Transaction::sendCReq(const Bytes& data, CResPosition position) {
+CReqSendingResult Exchange::sendCReq(const Bytes& data, CResPosition position) {
     startCResTimer();
     const auto client = httpClient_.get();
     if (!client) return failed("Http client not initiated.");
@@ -75,48 +65,53 @@ CReqSendingResult Transaction::sendCReq(const Bytes& data, CResPosition position
     if (answer.errorDescription) return {.errorDescription = std::move(answer.errorDescription)};
     cancelCResTimer();
     if (answer.data) return readAnswer(*answer.data, position);
-    return rejected(createErroIfPossible(KorvaneError::getErrorByCode(kNotRecognized)),
-                    "Receive empty cRes Data.");
+    return rejected(
+        createErroIfPossible(KorvaneError::getErrorByCode(ProtocolErrorCode::messageNotRecognised)),
+        "Receive empty cRes Data.");
 }
 
 /// The form is looked at first, since nearly every answer is a JWE, and none is an Erro as well: that has
 /// quotes.
-CReqSendingResult Transaction::readAnswer(const Bytes& body, CResPosition position) const {
+CReqSendingResult Exchange::readAnswer(const Bytes& body, CResPosition position) const {
     const std::string_view text = asText(body);
     if (!validateJWE(text)) {
         if (isUtf8(text) && recognizeMessageType(text) == MessageType::Erro) return receivedErro(text);
         constexpr const char* kDetails = "JWE parse error";
         KORVANE_LOG(kFunction, kDetails);
-        return {.erro = createErroIfPossible(errorWithDetails(kNotRecognized, kDetails)),
+        return {.erro = createErroIfPossible(
+                    KorvaneError::withDetails(ProtocolErrorCode::messageNotRecognised, kDetails)),
                 .errorDescription = "JWE parse error."};
     }
     std::optional<Payload> message;
     try {
         message.emplace(keysContainer_->decryptCRes(body));
     } catch (const std::exception& error) {
-        return rejected(createErroIfPossible(errorWithDetails(kNotDecrypted, genericDescription(error))),
+        return rejected(createErroIfPossible(KorvaneError::withDetails(ProtocolErrorCode::notDecrypted,
+                                                                       genericDescription(error))),
                         "Can not decrypt CRes JWE.");
     }
     return readMessage(asText(message->data()), position);
 }
 
-CReqSendingResult Transaction::readMessage(std::string_view message, CResPosition position) const {
+CReqSendingResult Exchange::readMessage(std::string_view message, CResPosition position) const {
     switch (recognizeMessageType(message)) {
     case MessageType::CRes: return readCRes(message, position);
     case MessageType::Erro: return receivedErro(message);
     case MessageType::unknown: break;
     }
-    return rejected(createErroIfPossible(KorvaneError::getErrorByCode(kNotRecognized)),
-                    "Can not recognize messageType.");
+    return rejected(
+        createErroIfPossible(KorvaneError::getErrorByCode(ProtocolErrorCode::messageNotRecognised)),
+        "Can not recognize messageType.");
 }
 
-CReqSendingResult Transaction::readCRes(std::string_view message, CResPosition position) const {
+CReqSendingResult Exchange::readCRes(std::string_view message, CResPosition position) const {
     logMessage(message);
     std::optional<CRes> cRes;
     try {
         cRes = CRes::decode(message);
     } catch (const ParsingError& repeated) {
-        return rejected(createErroIfPossible(errorWithDetails(kRepeatedField, repeated.description())),
+        return rejected(createErroIfPossible(KorvaneError::withDetails(ProtocolErrorCode::elementRepeated,
+                                                                       repeated.description())),
                         "Duplicate keys found.");
     } catch (const DecodingError& error) {
         if (isNoJSON(error)) return failed(kCanNotBuild);
@@ -128,7 +123,7 @@ CReqSendingResult Transaction::readCRes(std::string_view message, CResPosition p
     return judgeCRes(std::move(*cRes), position);
 }
 
-CReqSendingResult Transaction::judgeCRes(CRes cRes, CResPosition position) const {
+CReqSendingResult Exchange::judgeCRes(CRes cRes, CResPosition position) const {
     std::shared_ptr<ChallengeParameters> parameters;
     try {
         parameters = requireChallengeParameters("createValidationContainer(for:initCRes:)");
@@ -140,37 +135,15 @@ CReqSendingResult Transaction::judgeCRes(CRes cRes, CResPosition position) const
     return {.cres = std::move(cRes)};
 }
 
-ValidationContainer Transaction::createValidationContainer(const CRes& cRes,
-                                                           const ChallengeParameters& parameters,
-                                                           CResPosition position) const {
+ValidationContainer Exchange::createValidationContainer(const CRes& cRes,
+                                                        const ChallengeParameters& parameters,
+                                                        CResPosition position) const {
     return {.cRes = cRes,
             .counter = sdkToAcsCounter_,
             .messageVersion = messageVersion_,
             .challengeParameters = parameters,
             .sdkTransactionID = lowercased(sdkTransactionID_),
             .initCRes = position == CResPosition::initial};
-}
-
-void Transaction::startCResTimer() {
-    const auto task = std::make_shared<DispatchWorkItem>([weak = weak_from_this()] {
-        Platform::current().dispatch().mainQueue().async([weak] {
-            if (const auto self = weak.lock()) self->cResTimedOut();
-        });
-    });
-    cResTimeoutTask_.set(task);
-    Platform::current().dispatch().globalQueue().asyncAfter(kCResLimit, task);
-}
-
-void Transaction::cancelCResTimer() {
-    if (const auto task = cResTimeoutTask_.exchange(nullptr)) task->cancel();
-}
-
-void Transaction::cResTimedOut() {
-    if (const auto root = challengeRootVC_.lock()) {
-        root->dismiss(UIAnimated::yes);
-        return;
-    }
-    initCReqErrorSendCompletetionSemaphore_->signal();
 }
 
 } // namespace korvane

@@ -1,4 +1,4 @@
-#include "Sdk/Transaction/HttpClient.h"
+#include "Sdk/Exchange/HttpClient.h"
 
 #include "Sdk/Events/SdkError.h"
 #include "tests/support/Failures.h"
@@ -147,7 +147,7 @@ TEST_F(HttpClientTest, AddressThatIsNoUrlSendsNothing) {
                          client.loadImage("no url"));
     EXPECT_THAT(
         logger.lines(),
-        ElementsAre("Sdk/Transaction/HttpClient.cpp createLoadImageRequest(_:): Can not create imageUrl."));
+        ElementsAre("Sdk/Exchange/HttpClient.cpp createLoadImageRequest(_:): Can not create imageUrl."));
     EXPECT_TRUE(platform_.network().exchanges().empty());
     EXPECT_EQ(platform_.now(), Seconds{0});
 }

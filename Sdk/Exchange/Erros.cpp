@@ -1,4 +1,4 @@
-#include "Sdk/Transaction/Transaction.h"
+#include "Sdk/Exchange/Exchange.h"
 
 #include "Platform/LetterCase.h"
 #include "Platform/Text.h"
@@ -8,23 +8,14 @@ namespace korvane {
 
 namespace {
 
-constexpr int kRequiredFieldMissing = 201;
-constexpr int kFieldOfWrongForm = 203;
-
 /// A field is told by its path, outermost name first, and not by a sentence.
 std::string extractFieldFromCodingPath(const std::vector<std::string>& path) {
     return joined(path);
 }
 
-KorvaneError errorAboutField(int code, const std::vector<std::string>& path) {
-    KorvaneError error = KorvaneError::getErrorByCode(code);
-    error.details = extractFieldFromCodingPath(path);
-    return error;
-}
-
 } // namespace
 
-Erro Transaction::createErro(const KorvaneError& error) const {
+Erro Exchange::createErro(const KorvaneError& error) const {
     const auto parameters = requireChallengeParameters("createErro(_:)");
     return {.threeDSServerTransID = parameters->get3DSServerTransactionId(),
             .acsTransID = parameters->getAcsTransactionId(),
@@ -38,7 +29,7 @@ Erro Transaction::createErro(const KorvaneError& error) const {
             .sdkTransID = lowercased(sdkTransactionID_)};
 }
 
-std::optional<Erro> Transaction::createErroIfPossible(const KorvaneError& error) const {
+std::optional<Erro> Exchange::createErroIfPossible(const KorvaneError& error) const {
     try {
         return createErro(error);
     } catch (const SdkError&) {
@@ -46,20 +37,22 @@ std::optional<Erro> Transaction::createErroIfPossible(const KorvaneError& error)
     }
 }
 
-std::optional<Erro> Transaction::createErroFromCodingPath(const std::vector<std::string>& path) const {
-    return createErroIfPossible(errorAboutField(kFieldOfWrongForm, path));
+std::optional<Erro> Exchange::createErroFromCodingPath(const std::vector<std::string>& path) const {
+    return createErroIfPossible(
+        KorvaneError::withDetails(ProtocolErrorCode::elementInvalid, extractFieldFromCodingPath(path)));
 }
 
 std::optional<Erro>
-Transaction::createErroFromCodingPathForRequiredFields(const std::vector<std::string>& path) const {
-    return createErroIfPossible(errorAboutField(kRequiredFieldMissing, path));
+Exchange::createErroFromCodingPathForRequiredFields(const std::vector<std::string>& path) const {
+    return createErroIfPossible(
+        KorvaneError::withDetails(ProtocolErrorCode::elementMissing, extractFieldFromCodingPath(path)));
 }
 
-void Transaction::sendErroToAcs(const Erro& erro) const {
+void Exchange::sendErroToAcs(const Erro& erro) const {
     if (const auto client = httpClient_.get()) client->sendErroData(toBytes(erro.jsonString()));
 }
 
-void Transaction::sendErroIfPossible(const std::optional<Erro>& erro) const {
+void Exchange::sendErroIfPossible(const std::optional<Erro>& erro) const {
     if (erro) sendErroToAcs(*erro);
 }
 

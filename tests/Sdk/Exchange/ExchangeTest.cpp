@@ -1,10 +1,13 @@
+#include "Sdk/Exchange/Exchange.h"
+
 #include "Crypt/JWE.h"
 #include "Platform/LetterCase.h"
+#include "Sdk/Events/SdkError.h"
+#include "tests/support/Failures.h"
 #include "tests/support/Messages.h"
 #include "tests/support/PlayedAcs.h"
 #include "tests/support/RecordingLogger.h"
 #include "tests/support/SimulatedPlatform.h"
-#include "tests/support/TransactionPeer.h"
 
 #include <gmock/gmock.h>
 
@@ -21,20 +24,26 @@ constexpr const char* kErroFromAcs = R"({"messageType":"Erro","errorCode":"402",
 class ExchangeTest : public testing::Test {
 protected:
     ExchangeTest() {
-        auto keys = std::make_unique<KeysContainer>(certsWithRoot(acs_.root));
-        published_ = keys->getEphemeralPublicKey().value();
-        peer_.transaction = makeTransaction(std::move(keys));
-        peer_.setParameters(parameters());
-        peer_.openSecureChannel();
+        setParameters(parameters());
+        exchange_->openSecureChannel();
         key_ = peerKey(acs_.ephemeral, ECPublicKey::make(asBytes(published_)), kReferenceNumber);
     }
 
-    static std::shared_ptr<Transaction> makeTransaction(std::unique_ptr<KeysContainer> keys) {
-        return Transaction::make({.deviceData = "sealed",
-                                  .sdkAppID = "application",
-                                  .sdkReferenceNum = kReferenceNumber,
-                                  .messageVersion = "2.2.0",
-                                  .keysContainer = std::move(keys)});
+    [[nodiscard]] std::shared_ptr<Exchange> makeExchange() {
+        auto exchange = std::make_shared<Exchange>("2.2.0", kReferenceNumber,
+                                                   std::make_unique<KeysContainer>(certsWithRoot(acs_.root)));
+        exchange->setTimedOut([this] { ++timeouts_; });
+        return exchange;
+    }
+
+    void setParameters(ChallengeParameters parameters) const {
+        exchange_->setChallengeParameters(std::make_shared<ChallengeParameters>(std::move(parameters)));
+    }
+
+    /// How often a time-out was told since this was asked last.
+    [[nodiscard]] int timeouts() {
+        platform_.runUntilIdle();
+        return std::exchange(timeouts_, 0);
     }
 
     [[nodiscard]] ChallengeParameters parameters() const {
@@ -43,7 +52,7 @@ protected:
         return parameters;
     }
 
-    [[nodiscard]] std::string sdkTransID() const { return lowercased(peer_.sdkTransactionID()); }
+    [[nodiscard]] std::string sdkTransID() const { return lowercased(exchange_->sdkTransactionID()); }
 
     /// A response to the first request that the library accepts.
     [[nodiscard]] JSON cRes() const {
@@ -75,7 +84,9 @@ protected:
         answer({toBytes(body), std::nullopt, delay});
     }
 
-    [[nodiscard]] CReqSendingResult send() const { return peer_.sendCReq(toBytes("sealed request")); }
+    [[nodiscard]] CReqSendingResult send() const {
+        return exchange_->sendCReq(toBytes("sealed request"), CResPosition::initial);
+    }
 
     [[nodiscard]] Erro erro(int code, const std::string& details) const {
         return {.threeDSServerTransID = kServerTransID,
@@ -92,8 +103,9 @@ protected:
 
     SimulatedPlatform platform_;
     PlayedAcs acs_;
-    TransactionPeer peer_;
-    std::string published_;
+    int timeouts_ = 0;
+    std::shared_ptr<Exchange> exchange_ = makeExchange();
+    const std::string published_ = exchange_->ephemeralPublicKey().value();
     SecretBytes key_;
 };
 
@@ -120,15 +132,15 @@ TEST_F(ExchangeTest, FirstRequestIsSealedForTheAcsWithTheValuesOfTheTransaction)
     for (const auto& [appURL, json] : rows) {
         ChallengeParameters values = parameters();
         values.tdsRequestorAppURL = appURL;
-        peer_.setParameters(values);
-        const JWE jwe(peer_.getInitCReqData());
+        setParameters(values);
+        const JWE jwe(exchange_->getInitCReqData());
         EXPECT_EQ(jwe.header().kid(), kAcsTransID);
         EXPECT_EQ(asText(jwe.decrypt(key_).data()), json.dump());
     }
 }
 
 TEST_F(ExchangeTest, PublicKeyOfTheRequestStaysWhenItsPairIsUsedUp) {
-    EXPECT_EQ(peer_.transaction->getAuthenticationRequestParameters().getSDKEphemeralPublicKey(), published_);
+    EXPECT_EQ(exchange_->ephemeralPublicKey(), published_);
 }
 
 TEST_F(ExchangeTest, AcceptedResponseIsAllThatComesBack) {
@@ -137,7 +149,7 @@ TEST_F(ExchangeTest, AcceptedResponseIsAllThatComesBack) {
     const auto& sent = platform_.network().exchanges().at(0).request;
     EXPECT_EQ(sent.url.absoluteString(), "https://acs.example/challenge");
     EXPECT_EQ(sent.httpBody, toBytes("sealed request"));
-    EXPECT_FALSE(peer_.hasCResTimer());
+    EXPECT_EQ(timeouts(), 0);
 }
 
 TEST_F(ExchangeTest, EachWrongAnswerBecomesItsErrorAndDescription) {
@@ -177,12 +189,12 @@ TEST_F(ExchangeTest, EachWrongAnswerBecomesItsErrorAndDescription) {
         std::optional<Erro> expected;
         if (row.code != 0) expected = erro(row.code, row.details);
         EXPECT_EQ(send(), (CReqSendingResult{.erro = expected, .errorDescription = row.text}));
-        EXPECT_FALSE(peer_.hasCResTimer());
+        EXPECT_EQ(timeouts(), 0);
     }
 
     ChallengeParameters incomplete = parameters();
     incomplete.acsTransactionId = std::nullopt;
-    peer_.setParameters(incomplete);
+    setParameters(incomplete);
     for (const AnswerRow& row : rows) {
         SCOPED_TRACE(row.name);
         answer(row.body);
@@ -203,18 +215,25 @@ TEST_F(ExchangeTest, ErrorOfTheAcsIsTakenPlainAndSealed) {
     }
 }
 
+TEST_F(ExchangeTest, StepsBeforeThereAreParametersAreRefused) {
+    exchange_->setChallengeParameters(nullptr);
+    const char* const text = "Challenge parameters must be present.";
+    EXPECT_RAISES_SAYING(SdkErrorCase::InvalidInputException, text, exchange_->getInitCReqData());
+    EXPECT_RAISES_SAYING(SdkErrorCase::InvalidInputException, text, (exchange_->openSecureChannel(), 0));
+}
+
 TEST_F(ExchangeTest, RequestNeedsAClientAndAResponseNeedsParameters) {
     answer(sealed(cRes()));
-    peer_.removeParameters();
+    exchange_->setChallengeParameters(nullptr);
     EXPECT_EQ(send(), CReqSendingResult{.errorDescription = "Can not create validation container."});
 
-    const TransactionPeer fresh{makeTransaction(std::make_unique<KeysContainer>(certsWithRoot(acs_.root)))};
+    const auto fresh = makeExchange();
     const std::size_t sent = platform_.network().exchanges().size();
-    EXPECT_EQ(fresh.sendCReq({}), CReqSendingResult{.errorDescription = "Http client not initiated."});
-    fresh.sendErroToAcs(erro(101, ""));
+    EXPECT_EQ(fresh->sendCReq({}, CResPosition::initial),
+              CReqSendingResult{.errorDescription = "Http client not initiated."});
+    fresh->sendErroToAcs(erro(101, ""));
     EXPECT_EQ(platform_.network().exchanges().size(), sent);
-    platform_.runUntilIdle();
-    EXPECT_TRUE(fresh.takesTimeoutSignal());
+    EXPECT_EQ(timeouts(), 1);
 }
 
 TEST_F(ExchangeTest, TimesOfAnswersDecideAboutResultAndTimer) {
@@ -242,9 +261,7 @@ TEST_F(ExchangeTest, TimesOfAnswersDecideAboutResultAndTimer) {
         const Seconds start = platform_.now();
         EXPECT_EQ(send(), row.expected);
         EXPECT_NEAR((platform_.now() - start).count(), row.seconds, 1e-6);
-        platform_.runUntilIdle();
-        EXPECT_EQ(peer_.takesTimeoutSignal(), row.timesOut);
-        EXPECT_FALSE(peer_.takesTimeoutSignal());
+        EXPECT_EQ(timeouts(), row.timesOut ? 1 : 0);
         EXPECT_EQ(platform_.leftAlive(), LeftAlive{});
     }
 }
@@ -256,29 +273,26 @@ TEST_F(ExchangeTest, InterruptionDropsWhateverComesAndLeavesTheTimer) {
         {"nothing", {{}, {}, std::nullopt}},
     };
     platform_.dispatch().globalQueue().asyncAfter(
-        Seconds{5}, std::make_shared<DispatchWorkItem>([this] { peer_.interrupt(); }));
+        Seconds{5}, std::make_shared<DispatchWorkItem>([this] { exchange_->interrupt(); }));
     for (const auto& [name, scripted] : rows) {
         SCOPED_TRACE(name);
         answer(scripted);
         EXPECT_EQ(send(), CReqSendingResult{.errorDescription = "Challenge interrupted."});
-        platform_.runUntilIdle();
-        EXPECT_TRUE(peer_.takesTimeoutSignal());
+        EXPECT_EQ(timeouts(), 1);
     }
 }
 
-TEST_F(ExchangeTest, TimerOfATransactionThatHasGoneDoesNothing) {
+TEST_F(ExchangeTest, TimerOfAnExchangeThatHasGoneDoesNothing) {
     answer({{}, "refused", Seconds{1}});
     static_cast<void>(send());
-    const std::weak_ptr<Transaction> weak = peer_.transaction;
-    peer_.transaction = nullptr;
-    EXPECT_TRUE(weak.expired());
+    exchange_ = nullptr;
     EXPECT_EQ(platform_.leftAlive().timers, 1U);
-    platform_.runUntilIdle();
+    EXPECT_EQ(timeouts(), 0);
     EXPECT_EQ(platform_.leftAlive(), LeftAlive{});
 }
 
 TEST_F(ExchangeTest, ErrorGoesToTheAcsInTheClear) {
-    peer_.sendErroToAcs(erro(302, "a"));
+    exchange_->sendErroToAcs(erro(302, "a"));
     const auto& request = platform_.network().exchanges().at(0).request;
     EXPECT_EQ(request.url.absoluteString(), "https://acs.example/challenge");
     EXPECT_EQ(request.httpHeaderFields.at(0).second, "application/jose;charset=UTF-8");
@@ -287,7 +301,7 @@ TEST_F(ExchangeTest, ErrorGoesToTheAcsInTheClear) {
 
 TEST_F(ExchangeTest, LogTellsMessagesAndFailures) {
     const RecordingLogger log;
-    const std::string site = "Sdk/Transaction/Exchange.cpp sendCReq(_:_:): ";
+    const std::string site = "Sdk/Exchange/Answers.cpp sendCReq(_:_:): ";
     answer(sealed(cResWith("acsUiType", "06")));
     static_cast<void>(send());
     EXPECT_THAT(log.lines(), Contains(site + "send CReq Data"));
@@ -299,7 +313,7 @@ TEST_F(ExchangeTest, LogTellsMessagesAndFailures) {
     static_cast<void>(send());
     EXPECT_EQ(log.lines().back(), site + "JWE parse error");
 
-    peer_.removeParameters();
+    exchange_->setChallengeParameters(nullptr);
     answer(sealed(std::string("{}")));
     static_cast<void>(send());
     EXPECT_EQ(log.lines().back(), site + "Can not recognize messageType.");
