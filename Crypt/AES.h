@@ -30,13 +30,13 @@ struct AES {
     /// CBC with PKCS#7 padding. An empty plaintext cannot be encrypted.
     /// @param encryptionKey  16 or 32 bytes, as the algorithm's AES key.
     /// @param initializationVector  16 bytes.
-    /// @throws AESError keyLengthNotSatisfied; encryptingFailed with the platform's status in its
-    /// description.
+    /// @throws AESError keyLengthNotSatisfied; encryptingFailed with the platform's
+    /// status in its description.
     [[nodiscard]] static Bytes encrypt(ByteView plaintext, ByteView encryptionKey,
                                        ContentEncryptionAlgorithm algorithm, ByteView initializationVector);
 
-    /// @throws AESError keyLengthNotSatisfied; decryptingFailed with the platform's status in its
-    /// description.
+    /// @throws AESError keyLengthNotSatisfied; decryptingFailed with the platform's
+    /// status in its description.
     [[nodiscard]] static Bytes decrypt(ByteView cipherText, ByteView decryptionKey,
                                        ContentEncryptionAlgorithm algorithm, ByteView initializationVector);
 

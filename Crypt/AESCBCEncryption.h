@@ -28,8 +28,8 @@ class ContentEncrypter {
 public:
     virtual ~ContentEncrypter() = default;
 
-    /// Seals a payload. The Base64URL text of `headerData` is authenticated with it (RFC 7516 section 5.1
-    /// step 14).
+    /// Seals a payload. The Base64URL text of `headerData` is authenticated with it (RFC 7516
+    /// section 5.1 step 14).
     [[nodiscard]] virtual ContentEncryptionContext encrypt(ByteView headerData,
                                                            const Payload& payload) const = 0;
 };
@@ -57,8 +57,8 @@ public:
     [[nodiscard]] ContentEncryptionContext encrypt(ByteView plaintext,
                                                    ByteView additionalAuthenticatedData) const;
 
-    /// @throws JWEError keyLengthNotSatisfied; hmacNotAuthenticated for any changed part; AESError
-    /// decryptingFailed
+    /// @throws JWEError keyLengthNotSatisfied; hmacNotAuthenticated for any changed
+    /// part; AESError decryptingFailed
     [[nodiscard]] Bytes decrypt(ByteView ciphertext, ByteView initializationVector,
                                 ByteView additionalAuthenticatedData, ByteView authenticationTag) const;
 

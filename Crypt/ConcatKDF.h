@@ -10,12 +10,12 @@
 
 namespace korvane {
 
-/// The Concat KDF (NIST SP 800-56A section 5.8.1, RFC 7518 section 4.6.2). The lengths of `algorithmID`,
-/// `partyUInfo` and `partyVInfo` are put in front of them here; `suppPubInfo` and `suppPrivInfo` go in as
-/// they are.
+/// The Concat KDF (NIST SP 800-56A section 5.8.1, RFC 7518 section 4.6.2). The lengths of
+/// `algorithmID`, `partyUInfo` and `partyVInfo` are put in front of them here; `suppPubInfo` and
+/// `suppPrivInfo` go in as they are.
 /// @param keyDataLen  the bits to derive; the bits beyond a whole byte are the top ones of the last byte.
-/// @return (keyDataLen + 7) / 8 bytes. A length or counter beyond 32 bits is a programmer's fault and ends
-/// the process.
+/// @return (keyDataLen + 7) / 8 bytes. A length or counter beyond 32 bits is a programmer's fault
+/// and ends the process.
 [[nodiscard]] SecretBytes concatKDF(Hash hash, ByteView z, std::size_t keyDataLen, ByteView algorithmID,
                                     ByteView partyUInfo, ByteView partyVInfo, ByteView suppPubInfo,
                                     ByteView suppPrivInfo = {});

@@ -103,8 +103,8 @@ std::optional<Bytes> decode(const Places& places, std::string_view text) {
     return bytes;
 }
 
-/// Takes one or two "=" from the end of a text of whole quartets; any other "=" is a foreign character to
-/// `decode`.
+/// Takes one or two "=" from the end of a text of whole quartets; any other "=" is a foreign
+/// character to `decode`.
 std::string_view withoutPadding(std::string_view text) {
     for (int count = 0; count < 2 && text.ends_with('='); ++count)
         text.remove_suffix(1);
@@ -130,8 +130,8 @@ Bytes base64URLEncodedData(ByteView bytes) {
 }
 
 std::optional<Bytes> fromBase64URL(std::string_view text) {
-    // Padding is restored by length, so that a text of 3 modulo 4 which ends in "=" is one that lost its
-    // second "=".
+    // Padding is restored by length, so that a text of 3 modulo 4 which ends in "=" is one that
+    // lost its second "=".
     switch (text.size() % 4) {
     case 0: text = withoutPadding(text); break;
     case 1: return std::nullopt;

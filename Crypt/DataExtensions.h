@@ -59,8 +59,8 @@ void writeBase64URL(ByteView bytes, char* text);
 
 /// Decodes Base64URL. Padding of the right length, "+" and "/" are taken too; unused bits of the last
 /// character are ignored.
-/// @return no value for a length of 1 modulo 4, a character outside the alphabet, white space or a misplaced
-/// "=".
+/// @return no value for a length of 1 modulo 4, a character outside the alphabet, white
+/// space or a misplaced "=".
 [[nodiscard]] std::optional<Bytes> fromBase64URL(std::string_view text);
 
 /// As the form for text; bytes that are not UTF-8 give no value.

@@ -28,8 +28,8 @@ Bytes Decrypter::decrypt(const DecryptionContext& context) const {
         shouldContainEphemeralPublicKey(keyManagementAlgorithm_)
             ? keyManagementMode_->determineContentEncryptionKey(context.encryptedKey, context.protectedHeader)
             : keyManagementMode_->determineContentEncryptionKey(context.encryptedKey);
-    // Made of the header's bytes as they were received, so that it is the first part of the message as it
-    // came.
+    // Made of the header's bytes as they were received, so that it is the first part of
+    // the message as it came.
     const AdditionalAuthenticatedData additionalData(context.protectedHeader.data());
     return makeContentDecrypter(contentEncryptionAlgorithm_, std::move(contentKey))
         .decrypt(ContentDecryptionContext{context.ciphertext, context.initializationVector,

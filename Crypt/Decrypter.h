@@ -27,7 +27,7 @@ public:
                                                        ContentEncryptionAlgorithm contentEncryptionAlgorithm,
                                                        const AnyKey& decryptionKey);
 
-    /// The older form, with the key between the algorithms.
+    /// The same, with the key between the algorithms.
     [[nodiscard]] static std::optional<Decrypter>
     make(KeyManagementAlgorithm keyDecryptionAlgorithm, const AnyKey& decryptionKey,
          ContentEncryptionAlgorithm contentDecryptionAlgorithm) {
@@ -36,8 +36,7 @@ public:
 
     /// @return the plaintext as it was sealed, still compressed where the header says so.
     /// @throws JWEError keyManagementAlgorithmMismatch, contentEncryptionAlgorithmMismatch,
-    /// keyLengthNotSatisfied,
-    ///         hmacNotAuthenticated; AESError; what the mode throws.
+    ///         keyLengthNotSatisfied, hmacNotAuthenticated; AESError; what the mode throws.
     [[nodiscard]] Bytes decrypt(const DecryptionContext& context) const;
 
     [[nodiscard]] KeyManagementAlgorithm keyManagementAlgorithm() const noexcept {

@@ -55,8 +55,7 @@ public:
 /// One pass of the platform's DEFLATE stream, in steps of the source's length but of 64 KiB at most.
 /// @param preload  what the result starts with.
 /// @return no value for an empty source to encode, for damaged or unfinished input, and for a result of more
-/// than
-///         16 MiB: a short message must not fill the memory.
+///         than 16 MiB: a short message must not fill the memory.
 [[nodiscard]] std::optional<Bytes> perform(CompressionOperation operation, ByteView source,
                                            std::size_t sourceSize, ByteView preload = {});
 

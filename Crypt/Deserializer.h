@@ -54,8 +54,8 @@ public:
         return Object(CompactDeserializer(components));
     }
 
-    /// @throws JOSEError wrongDataEncoding, with the bytes, when they are not UTF-8; else as the form for
-    /// text.
+    /// @throws JOSEError wrongDataEncoding, with the bytes, when they are not UTF-8; else
+    /// as the form for text.
     template <CompactDeserializable Object>
     [[nodiscard]] Object deserialize(ByteView compactSerialization) const {
         if (!isUtf8(asText(compactSerialization)))

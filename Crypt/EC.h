@@ -81,16 +81,14 @@ struct EC {
     /// The receiver's side. Without key wrap the second part is not looked at.
     /// @param header  may be null, which fails.
     /// @throws ECError invalidJWK without a header or a readable "epk"; what `keyAgreementCompute` and
-    /// `AES::unwrap`
-    ///         throw.
+    ///         `AES::unwrap` throw.
     [[nodiscard]] static SecretBytes decrypt(ByteView encryptedKey, const ECPrivateKey& privateKey,
                                              KeyManagementAlgorithm algorithm,
                                              ContentEncryptionAlgorithm encryption, const JWEHeader* header);
 
     /// @return raw r and s, each at the curve's length (RFC 7518 section 3.4).
     /// @throws ECError unknownOrUnsupportedAlgorithm, invalidCurveDigestAlgorithm, invalidKeySize for a key
-    /// of another
-    ///         curve, localAuthenticationFailed, signingFailed
+    ///         of another curve, localAuthenticationFailed, signingFailed
     [[nodiscard]] static Bytes sign(ByteView signingInput, const SecKey& privateKey,
                                     SignatureAlgorithm algorithm);
 

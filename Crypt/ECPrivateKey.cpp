@@ -11,7 +11,7 @@ constexpr std::array<std::string_view, 4> kNumbers{ECParameter::curve, ECParamet
                                                    ECParameter::privateKey};
 constexpr JWKForm kForm{JWKKeyType::EC, kNumbers, ECParameter::privateKey, "Key Type parameter wrong.", true};
 
-/// The failure differs from the public key's `invalidCurveType`; callers know it so.
+/// Raises another failure than a public key, which has `invalidCurveType`.
 std::string_view requiredCurve(const std::string& crv) {
     const auto curve = fromRawValue<ECCurveType>(crv);
     if (!curve) throw JOSEError(JOSEErrorCase::invalidCurvePointOctetLength);

@@ -45,8 +45,7 @@ public:
     [[nodiscard]] bool isCorrespondWith(const ECPublicKey& publicKey) const;
 
     /// @throws JOSEError xNotBase64URLUIntEncoded, yNotBase64URLUIntEncoded,
-    /// privateKeyNotBase64URLUIntEncoded, or
-    ///         what the target's `representing` throws.
+    ///         privateKeyNotBase64URLUIntEncoded, or what the target's `representing` throws.
     template <ExpressibleAsECPrivateKeyComponents Key>
     [[nodiscard]] Key converted() const {
         return representing(std::type_identity<Key>{}, components());

@@ -21,12 +21,11 @@ public:
     [[nodiscard]] const std::string& x() const { return number(ECParameter::x); }
     [[nodiscard]] const std::string& y() const { return number(ECParameter::y); }
 
-    /// A coordinate that is not of 32 or 66 bytes loses its first byte: senders are known that put a sign
-    /// byte in front. The rule costs well-formed P-384 keys a byte; nothing here uses that curve through a
-    /// JWK.
+    /// A coordinate that is not of 32 or 66 bytes loses its first byte: senders are known that put a
+    /// sign byte in front. The rule costs well-formed P-384 keys a byte; nothing here uses that
+    /// curve through a JWK.
     /// @throws JOSEError xNotBase64URLUIntEncoded, yNotBase64URLUIntEncoded, or what the target's
-    /// `representing`
-    ///         throws.
+    ///         `representing` throws.
     template <ExpressibleAsECPublicKeyComponents Key>
     [[nodiscard]] Key converted() const {
         return representing(std::type_identity<Key>{}, components());

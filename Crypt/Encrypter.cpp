@@ -80,7 +80,7 @@ SecretBytes Encrypter::determineContentKey(JWEHeader& header, Bytes& encryptedKe
     }
     auto context = ECEncryptionContext::make(keyManagementMode_->determineContentEncryptionKey(header));
     auto newHeader = JWEHeader::make(std::move(context.headerData));
-    // An unrelated case, which callers know for this: a header that was just written cannot be read.
+    // A header that was just written cannot be read: callers see a message that does not authenticate.
     if (!newHeader) throw JWEError(JWEErrorCase::hmacNotAuthenticated);
     header = std::move(*newHeader);
     encryptedKey = std::move(context.encryptedKey);

@@ -40,7 +40,7 @@ public:
          const AnyKey& encryptionKey, std::optional<Bytes> agreementPartyUInfo = std::nullopt,
          std::optional<Bytes> agreementPartyVInfo = std::nullopt);
 
-    /// The older form, with the key between the algorithms and no party information.
+    /// The same, with the key between the algorithms and no party information.
     [[nodiscard]] static std::optional<Encrypter> make(KeyManagementAlgorithm keyEncryptionAlgorithm,
                                                        const AnyKey& encryptionKey,
                                                        ContentEncryptionAlgorithm contentEncyptionAlgorithm) {
@@ -50,8 +50,7 @@ public:
     /// Seals a payload.
     /// @param header  must name the algorithms; the ECDH-ES rows replace it by one with the sender's "epk".
     /// @throws JWEError keyManagementAlgorithmMismatch, contentEncryptionAlgorithmMismatch; what mode and
-    /// content
-    ///         encryption throw.
+    ///         content encryption throw.
     [[nodiscard]] EncryptionContext encrypt(JWEHeader& header, const Payload& payload) const;
 
 private:

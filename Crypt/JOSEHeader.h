@@ -63,8 +63,8 @@ public:
     /// The bytes, unchanged.
     [[nodiscard]] const Bytes& data() const noexcept { return headerData_; }
 
-    /// Replaces the parameters. A value that is no valid JSON object is stored, but the bytes stay as they
-    /// were.
+    /// Replaces the parameters. A value that is no valid JSON object is stored, but the
+    /// bytes stay as they were.
     void setParameters(JSON parameters);
 
     /// Whether the bytes say what the parameters say: not so after a write that JSON cannot hold, as of a
@@ -107,16 +107,15 @@ protected:
     JOSEHeader& operator=(const JOSEHeader&) = default;
     JOSEHeader& operator=(JOSEHeader&&) = default;
 
-    /// Empties the object first: the JSON library's own destructor takes memory for an object that has
-    /// members.
+    /// Empties the object first: the JSON library's own destructor takes memory for an
+    /// object that has members.
     ~JOSEHeader() {
         if (auto* members = parameters_.get_ptr<JSON::object_t*>()) members->clear();
     }
 
     /// @param headerData  the bytes of `parameters`, or no value: then they are serialised here.
     /// @throws HeaderParsingError headerIsNotValidJSONObject, then requiredHeaderParameterMissing for the
-    /// first of
-    ///         `required` that is absent or no text.
+    ///         first of `required` that is absent or no text.
     JOSEHeader(JSON parameters, std::optional<Bytes> headerData,
                std::initializer_list<std::string_view> required);
 

@@ -16,8 +16,7 @@ public:
 
     /// Seals a payload. The payload is compressed first where the header says so.
     /// @throws JOSEError compressionFailed or compressionAlgorithmNotSupported; encryptingFailed, with the
-    /// words of what
-    ///         happened, for any other reason.
+    ///         words of what happened, for any other reason.
     JWE(JWEHeader header, const Payload& payload, const Encrypter& encrypter);
 
     /// Reads five parts. Nothing is decrypted yet.
@@ -41,11 +40,10 @@ public:
 
     /// Opens the JWE and inflates its payload where the header says so.
     /// @throws JOSEError decompressionFailed or compressionAlgorithmNotSupported; decryptingFailed, with the
-    /// words of
-    ///         what happened, for any other reason, a wrong key and a changed part included.
+    ///         words of what happened, for any other reason, a wrong key and a changed part included.
     [[nodiscard]] Payload decrypt(const Decrypter& decrypter) const;
 
-    /// The older form, which takes the algorithms from the header.
+    /// The same with the algorithms that the header names: the key's owner must know what it is used for.
     /// @throws JOSEError as above.
     [[nodiscard]] Payload decrypt(const AnyKey& key) const;
 

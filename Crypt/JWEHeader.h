@@ -12,8 +12,8 @@ namespace korvane {
 class JWEHeader : public JOSEHeader {
 public:
     /// @param headerData  the bytes of `parameters`, or no value: then they are serialised here.
-    /// @throws HeaderParsingError headerIsNotValidJSONObject, or requiredHeaderParameterMissing for "alg" or
-    /// "enc".
+    /// @throws HeaderParsingError headerIsNotValidJSONObject, or
+    /// requiredHeaderParameterMissing for "alg" or "enc".
     explicit JWEHeader(JSON parameters, std::optional<Bytes> headerData = std::nullopt);
 
     JWEHeader(KeyManagementAlgorithm keyManagementAlgorithm,

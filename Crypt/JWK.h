@@ -24,9 +24,9 @@ struct JWKForm {
     bool skipsArrays;
 };
 
-/// A key as a JSON object (RFC 7517). Its numbers are kept as the Base64URL texts of the JSON, unchecked;
-/// they turn into bytes or platform keys when `converted` is asked. A value; its texts are cleansed when it
-/// dies.
+/// A key as a JSON object (RFC 7517). Its numbers are kept as the Base64URL texts of the JSON,
+/// unchecked; they turn into bytes or platform keys when `converted` is asked. A value; its texts are
+/// cleansed when it dies.
 class JWK {
 public:
     virtual ~JWK() = default;
@@ -101,8 +101,8 @@ template <class Key>
 class JWKOf : public JWK {
 public:
     /// Decodes JSON text.
-    /// @throws DecodingError naming the member; JOSEError symmetricKeyNotBase64URLEncoded for a symmetric
-    /// key.
+    /// @throws DecodingError naming the member; JOSEError symmetricKeyNotBase64URLEncoded
+    /// for a symmetric key.
     [[nodiscard]] static Key make(ByteView data) {
         const SecretJSON object(decodeObject(asText(data)));
         return decode(*object);

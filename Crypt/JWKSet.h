@@ -33,8 +33,8 @@ using JWKTypeError = TypedFailure<JWKTypeErrorCase>;
 class JWKBase {
 public:
     /// Always throws.
-    /// @throws JWKTypeError naming the type; DecodingError for an object without a "kty" of text or with a
-    /// foreign "d".
+    /// @throws JWKTypeError naming the type; DecodingError for an object without a "kty" of text
+    /// or with a foreign "d".
     [[noreturn]] static void make(const JSON& object);
 };
 

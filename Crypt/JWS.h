@@ -16,8 +16,7 @@ public:
 
     /// Signs a payload.
     /// @throws JOSEError localAuthenticationFailed; signingFailed, with the words of what happened, for any
-    /// other
-    ///         reason.
+    ///         other reason.
     JWS(JWSHeader header, Payload payload, const Signer& signer);
 
     /// Reads three parts. Nothing is verified yet.
@@ -38,12 +37,10 @@ public:
 
     /// @return this value, when the verifier's algorithm is the header's and the signature is its key's.
     /// @throws JOSEError signatureInvalid for another signature; verifyingFailed, with the words of what
-    /// happened, for
-    ///         any other reason.
+    ///         happened, for any other reason.
     const JWS& validate(const Verifier& verifier) const;
 
-    /// The older form, which takes the algorithm from the header: the key's owner must know what it is used
-    /// for.
+    /// The same with the algorithm that the header names: the key's owner must know what it is used for.
     /// @throws JOSEError as above.
     const JWS& validate(const AnyKey& publicKey) const;
 

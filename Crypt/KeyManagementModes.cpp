@@ -28,8 +28,8 @@ EncryptionKeyManagementMode::Result RSAKeyEncryption::EncryptionMode::determineC
 }
 
 SecretBytes RSAKeyEncryption::DecryptionMode::determineContentEncryptionKey(ByteView encryptedKey) const {
-    // A random key first: it stays where nothing is decrypted over it, and the tag fails later (RFC 7516
-    // section 11.5).
+    // A random key first: it stays where nothing is decrypted over it, and the tag fails later
+    // (RFC 7516 section 11.5).
     SecretBytes contentKey = randomContentKey(contentEncryptionAlgorithm_);
     try {
         RSA::decryptInto(encryptedKey, recipientPrivateKey_, keyManagementAlgorithm_, contentKey);

@@ -27,8 +27,8 @@ public:
     /// The RSA, AES and direct families. @throws RSAError, AESError, SecureRandomError
     [[nodiscard]] virtual Result determineContentEncryptionKey() const { return {}; }
 
-    /// The EC family: the JSON of an `Encrypter::ECEncryptionContext`. @throws ECError, JOSEError, JWKError,
-    /// AESError
+    /// The EC family: the JSON of an `Encrypter::ECEncryptionContext`. @throws ECError,
+    /// JOSEError, JWKError, AESError
     [[nodiscard]] virtual SecretBytes determineContentEncryptionKey(const JWEHeader&) const { return {}; }
 };
 
@@ -179,8 +179,8 @@ private:
 } // namespace ECKeyEncryption
 
 /// @return the mode of the row's family, or null for a key of a type that the family does not work with. RSA
-/// takes a
-///         `SecKey`, AES and direct bytes, EC an `ECPublicKey`; the party values go to the EC mode only.
+///         takes a `SecKey`, AES and direct bytes, EC an `ECPublicKey`; the party values go to the EC mode
+///         only.
 [[nodiscard]] std::shared_ptr<const EncryptionKeyManagementMode> makeEncryptionKeyManagementMode(
     KeyManagementAlgorithm algorithm, ContentEncryptionAlgorithm contentEncryptionAlgorithm,
     const AnyKey& encryptionKey, std::optional<Bytes> agreementPartyUInfo = std::nullopt,

@@ -8,8 +8,8 @@ namespace korvane {
 /// An RSA private key without its primes (RFC 7518 section 6.3.2): "n", "e" and "d" only.
 class RSAPrivateKey : public JWKOf<RSAPrivateKey> {
 public:
-    /// @param modulus, exponent, privateExponent  Base64URL texts of big-endian numbers; they are not looked
-    /// at.
+    /// @param modulus, exponent, privateExponent  Base64URL texts of big-endian numbers;
+    /// they are not looked at.
     RSAPrivateKey(std::string modulus, std::string exponent, std::string privateExponent,
                   const StringMap& additionalParameters = {});
 

@@ -21,8 +21,7 @@ public:
     [[nodiscard]] const std::string& exponent() const { return number(RSAParameter::exponent); }
 
     /// @throws JOSEError modulusNotBase64URLUIntEncoded, exponentNotBase64URLUIntEncoded, or what the
-    /// target's
-    ///         `representing` throws.
+    ///         target's `representing` throws.
     template <ExpressibleAsRSAPublicKeyComponents Key>
     [[nodiscard]] Key converted() const {
         return representing(std::type_identity<Key>{}, components());

@@ -9,8 +9,8 @@
 
 namespace korvane {
 
-/// The numbers of an EC public key: the curve's name ("P-256") and big-endian coordinates at the curve's full
-/// length.
+/// The numbers of an EC public key: the curve's name ("P-256") and big-endian coordinates at the
+/// curve's full length.
 struct ECPublicKeyComponents {
     std::string crv;
     Bytes x;

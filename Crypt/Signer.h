@@ -61,8 +61,8 @@ private:
 };
 
 /// The signing input of a header that must name `algorithm`.
-/// @throws JWSError algorithmMismatch; cannotComputeSigningInput for a header whose bytes are not its
-/// parameters.
+/// @throws JWSError algorithmMismatch; cannotComputeSigningInput for a header whose bytes
+/// are not its parameters.
 [[nodiscard]] Bytes requireSigningInput(const JWSHeader& header, const Payload& payload,
                                         SignatureAlgorithm algorithm);
 

@@ -1,11 +1,14 @@
 #pragma once
 
+#include "Platform/Export.h"
+
 #include <string>
 
 namespace korvane {
 
 /// The identifier that advertisers know the device by.
-class ASIdentifierManager {
+/// Read on the main queue, when a service is initialised; belongs to its platform and lives as long.
+class KORVANE_EXPORT ASIdentifierManager {
 public:
     virtual ~ASIdentifierManager() = default;
 

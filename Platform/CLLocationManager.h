@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Platform/Export.h"
+
 #include <optional>
 
 namespace korvane {
@@ -24,7 +26,8 @@ enum class CLAuthorizationStatus : int {
 };
 
 /// The last known place of the device. Nothing here asks the user or starts a search.
-class CLLocationManager {
+/// Read on the main queue, when a service is initialised; belongs to its platform and lives as long.
+class KORVANE_EXPORT CLLocationManager {
 public:
     virtual ~CLLocationManager() = default;
 

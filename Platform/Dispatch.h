@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Platform/Export.h"
+
 #include <chrono>
 #include <functional>
 #include <memory>
@@ -12,7 +14,7 @@ namespace korvane {
 using Seconds = std::chrono::duration<double>;
 
 /// A piece of work that can be cancelled. Any thread.
-class DispatchWorkItem {
+class KORVANE_EXPORT DispatchWorkItem {
 public:
     using Work = std::function<void()>;
 
@@ -33,9 +35,9 @@ private:
     std::shared_ptr<const Work> work_;
 };
 
-/// Runs work: one piece at a time and in order (main queue, serial queues), or many at once (global queue).
-/// Any thread.
-class DispatchQueue {
+/// Runs work: one piece at a time and in order (main queue, serial queues), or many at once
+/// (global queue). Any thread.
+class KORVANE_EXPORT DispatchQueue {
 public:
     using Work = DispatchWorkItem::Work;
 
@@ -52,11 +54,11 @@ public:
         enqueueAfter(delay, std::move(item));
     }
 
-    /// Runs the work and returns when it has ended, or when the platform has ended and dropped it. From this
-    /// queue's own work, where it could never return, the process ends (`fatalError`); a caller that may
-    /// stand on the queue asks `isCurrent()` and then calls its work directly. On the global queue, which
-    /// orders nothing, the work runs on the calling thread. Two queues that `sync` onto each other wait for
-    /// ever.
+    /// Runs the work and returns when it has ended, or when the platform has ended and dropped it. From
+    /// this queue's own work, where it could never return, the process ends (`fatalError`); a caller
+    /// that may stand on the queue asks `isCurrent()` and then calls its work directly. On the global
+    /// queue, which orders nothing, the work runs on the calling thread. Two queues that `sync` onto
+    /// each other wait for ever.
     virtual void sync(const Work& work) = 0;
 
     /// Whether the caller is work of this queue, or stands on the main queue's thread.
@@ -72,7 +74,7 @@ protected:
 enum class DispatchTimeoutResult { success, timedOut };
 
 /// A counting semaphore. Any thread.
-class DispatchSemaphore {
+class KORVANE_EXPORT DispatchSemaphore {
 public:
     DispatchSemaphore(const DispatchSemaphore&) = delete;
     DispatchSemaphore& operator=(const DispatchSemaphore&) = delete;
@@ -90,7 +92,7 @@ protected:
 
 /// The queues and the clocks of a platform. Any thread. Objects made here may outlive the platform; a queue
 /// that does drops what it is given.
-class Dispatch {
+class KORVANE_EXPORT Dispatch {
 public:
     Dispatch(const Dispatch&) = delete;
     Dispatch& operator=(const Dispatch&) = delete;
@@ -118,7 +120,7 @@ protected:
 };
 
 /// Work that the main queue repeats until it is told to stop; nobody needs to hold it. Main queue only.
-class Timer : public std::enable_shared_from_this<Timer> {
+class KORVANE_EXPORT Timer : public std::enable_shared_from_this<Timer> {
     struct Private {};
 
 public:

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Bytes.h"
+#include "Platform/Export.h"
 
 #include <array>
 #include <cstddef>
@@ -20,7 +21,7 @@ struct Description {
 };
 
 /// The base of everything that is raised: a domain (the name of a closed family) and a case of that family.
-class Failure : public std::exception {
+class KORVANE_EXPORT Failure : public std::exception {
 public:
     [[nodiscard]] virtual std::string_view domain() const noexcept = 0;
 
@@ -36,24 +37,24 @@ public:
 };
 
 /// The generic description of any exception: what a catch site may tell that does not know what it caught.
-[[nodiscard]] std::string genericDescription(const std::exception& error);
+KORVANE_EXPORT [[nodiscard]] std::string genericDescription(const std::exception& error);
 
 /// The exception's own words, for a catch site inside the layer that raised it.
-[[nodiscard]] std::string localizedDescription(const std::exception& error);
+KORVANE_EXPORT [[nodiscard]] std::string localizedDescription(const std::exception& error);
 
 /// "Domain.case": what `what()` says.
-[[nodiscard]] std::string failureName(std::string_view domain, std::string_view name);
+KORVANE_EXPORT [[nodiscard]] std::string failureName(std::string_view domain, std::string_view name);
 
 /// What a family of failures may carry, unless its `FailureTraits` name a type of their own.
 using FailureValue = std::variant<std::monostate, Description, std::int64_t, std::string, Bytes>;
 
-/// To be specialised beside each enumeration of failures: `domain`, `cases` (names in the enumeration's
-/// order), `Value`.
+/// To be specialised beside each enumeration of failures: `domain`, `cases` (names in the
+/// enumeration's order), `Value`.
 template <class Case>
 struct FailureTraits;
 
-/// One raised failure of the family that the enumeration `Case` lists; the enumeration's order is the case
-/// index.
+/// One raised failure of the family that the enumeration `Case` lists; the enumeration's
+/// order is the case index.
 template <class Case>
 class TypedFailure : public Failure {
 public:
@@ -95,8 +96,8 @@ private:
     std::string name_;
 };
 
-/// Ends the process on a programmer's fault: the text goes to stderr, then abort. Never reached by foreign
-/// input.
-[[noreturn]] void fatalError(std::string_view text);
+/// Ends the process on a programmer's fault: the text goes to stderr, then abort. Never
+/// reached by foreign input.
+KORVANE_EXPORT [[noreturn]] void fatalError(std::string_view text);
 
 } // namespace korvane

@@ -1,9 +1,12 @@
 #pragma once
 
+#include "Platform/Export.h"
+
 namespace korvane {
 
 /// What the device tells about its own integrity. Each check answers yes or no and does not fail.
-class IntegrityChecks {
+/// Read on the main queue, when a service is initialised; belongs to its platform and lives as long.
+class KORVANE_EXPORT IntegrityChecks {
 public:
     virtual ~IntegrityChecks() = default;
 

@@ -169,8 +169,8 @@ public:
     }
 
 private:
-    /// simdjson does not count an empty container as a level; so it gets room to spare, and the conversion
-    /// counts.
+    /// simdjson does not count an empty container as a level; so it gets room to spare, and
+    /// the conversion counts.
     static constexpr std::size_t kNesting = JSONSerialization::kDepthLimit + 2;
 
     simdjson::error_code parse(std::string_view text, simdjson::dom::element& root) {

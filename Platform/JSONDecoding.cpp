@@ -86,4 +86,11 @@ const std::string& decodeString(const JSON& object, std::string_view name) {
     return root.member(name).string();
 }
 
+std::string jsonOf(const StringTable& table) {
+    JSONObjectWriter writer;
+    for (const auto& [name, value] : table)
+        writer.addString(name, value);
+    return std::move(writer).finish();
+}
+
 } // namespace korvane

@@ -38,8 +38,11 @@ private:
 /// A map of texts, as records of messages hold it.
 using StringTable = std::map<std::string, std::string>;
 
-/// One value of a JSON text on its way into a record. Borrows the value and its parent field, which both
-/// outlive it.
+/// As JSON text, members in the order of their names.
+[[nodiscard]] std::string jsonOf(const StringTable& table);
+
+/// One value of a JSON text on its way into a record. Borrows the value and its parent field,
+/// which both outlive it.
 class JSONField {
 public:
     explicit JSONField(const JSON& value) : value_(&value) {}

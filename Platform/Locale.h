@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Platform/Export.h"
+
 #include <string>
 #include <vector>
 
@@ -12,7 +14,8 @@ struct Locale {
 };
 
 /// The locales of the system. No read fails.
-class LocaleServices {
+/// Read on the main queue, when a service is initialised; belongs to its platform and lives as long.
+class KORVANE_EXPORT LocaleServices {
 public:
     virtual ~LocaleServices() = default;
 

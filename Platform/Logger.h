@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Export.h"
 #include "Platform/Text.h"
 
 #include <atomic>
@@ -11,7 +12,7 @@
 namespace korvane {
 
 /// Receives the library's log lines. Implemented by the application; called on any thread.
-class IKorvaneLogger {
+class KORVANE_EXPORT IKorvaneLogger {
 public:
     virtual ~IKorvaneLogger() = default;
 
@@ -23,7 +24,7 @@ public:
 };
 
 /// The process-wide holder of the application's logger. Any thread.
-class Logger {
+class KORVANE_EXPORT Logger {
 public:
     static Logger& shared();
 
@@ -56,8 +57,8 @@ struct LogLines {
 
 } // namespace korvane
 
-/// A log site. `message` is an expression that is not evaluated while there is no logger; a text, or
-/// `LogLines`.
+/// A log site. `message` is an expression that is not evaluated while there is no logger; a
+/// text, or `LogLines`.
 #define KORVANE_LOG(function, message)                                                                       \
     do {                                                                                                     \
         if (const auto korvaneLogger = ::korvane::Logger::shared().debug())                                  \

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Bytes.h"
+#include "Platform/Export.h"
 
 #include <memory>
 #include <optional>
@@ -10,7 +11,7 @@
 namespace korvane {
 
 /// A bundle: a named place that holds files, such as the application's own. Any thread.
-class NSBundle {
+class KORVANE_EXPORT NSBundle {
 public:
     virtual ~NSBundle() = default;
 
@@ -40,7 +41,7 @@ public:
 };
 
 /// A bundle that is a folder and came from no store.
-class FolderBundle : public NSBundle {
+class KORVANE_EXPORT FolderBundle : public NSBundle {
 public:
     explicit FolderBundle(std::string folder) : folder_(std::move(folder)) {}
 
@@ -55,6 +56,6 @@ private:
 
 /// The bytes of a bundle's file, of at most 16 MiB.
 /// @throws CFError with the system's number and text for a file that cannot be read.
-[[nodiscard]] Bytes contentsOfFile(const std::string& path);
+KORVANE_EXPORT [[nodiscard]] Bytes contentsOfFile(const std::string& path);
 
 } // namespace korvane

@@ -1,12 +1,15 @@
 #pragma once
 
+#include "Platform/Export.h"
+
 #include <optional>
 #include <string>
 
 namespace korvane {
 
 /// The process and the machine beneath it.
-class NSProcessInfo {
+/// Read on the main queue, when a service is initialised; belongs to its platform and lives as long.
+class KORVANE_EXPORT NSProcessInfo {
 public:
     virtual ~NSProcessInfo() = default;
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Platform/Export.h"
+
 #include <string>
 #include <vector>
 
@@ -20,7 +22,8 @@ struct NetworkInterface {
 };
 
 /// The network interfaces of the device.
-class NetworkInterfaces {
+/// Read on the main queue, when a service is initialised; belongs to its platform and lives as long.
+class KORVANE_EXPORT NetworkInterfaces {
 public:
     virtual ~NetworkInterfaces() = default;
 

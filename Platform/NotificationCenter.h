@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/CGGeometry.h"
+#include "Platform/Export.h"
 
 #include <functional>
 #include <memory>
@@ -17,7 +18,7 @@ struct Notification {
 
 /// An observer's place in a notification centre, which it leaves when this object dies or is reset. It may
 /// outlive the centre. Any thread.
-class NotificationObserver {
+class KORVANE_EXPORT NotificationObserver {
 public:
     NotificationObserver() = default;
     explicit NotificationObserver(std::shared_ptr<void> place) : place_(std::move(place)) {}
@@ -30,7 +31,7 @@ private:
 };
 
 /// Hands notifications on to observers of their name. Any thread.
-class NotificationCenter {
+class KORVANE_EXPORT NotificationCenter {
 public:
     using Work = std::function<void(const Notification&)>;
 

@@ -3,6 +3,7 @@
 #include "Platform/ASIdentifierManager.h"
 #include "Platform/CLLocationManager.h"
 #include "Platform/Dispatch.h"
+#include "Platform/Export.h"
 #include "Platform/IntegrityChecks.h"
 #include "Platform/Locale.h"
 #include "Platform/NSBundle.h"
@@ -11,7 +12,7 @@
 #include "Platform/NetworkInterfaces.h"
 #include "Platform/TimeZone.h"
 #include "Platform/UIDevice.h"
-#include "Platform/UIFont.h"
+#include "Platform/UIFontServices.h"
 #include "Platform/UIScreen.h"
 #include "Platform/URLSession.h"
 
@@ -25,7 +26,7 @@ class UIApplication;
 
 /// The machine that the process runs on: one filling of the seam, of which a process has one at a time. The
 /// services live as long as the platform.
-class Platform {
+class KORVANE_EXPORT Platform {
 public:
     Platform(const Platform&) = delete;
     Platform& operator=(const Platform&) = delete;

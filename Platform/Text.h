@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Platform/Export.h"
+
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -9,10 +11,10 @@ namespace korvane {
 
 /// The length of a UTF-8 text in user-perceived characters (extended grapheme clusters, UAX 29).
 /// Octets that are not UTF-8 count as one replacement character each run that ICU makes of them.
-[[nodiscard]] std::size_t characterCount(std::string_view text);
+KORVANE_EXPORT [[nodiscard]] std::size_t characterCount(std::string_view text);
 
 /// The text with every octet run that is not UTF-8 replaced by U+FFFD.
-[[nodiscard]] std::string repairedUtf8(std::string_view text);
+KORVANE_EXPORT [[nodiscard]] std::string repairedUtf8(std::string_view text);
 
 enum class LineBreaks { escaped, kept };
 
@@ -20,22 +22,23 @@ enum class LineBreaks { escaped, kept };
 /// digits, so that nobody's text begins a line of its own or steers a terminal; octets that are not UTF-8 are
 /// replaced by U+FFFD.
 /// @param lineBreaks  whether a line feed goes out as it is: for texts whose line breaks are one's own.
-[[nodiscard]] std::string escapedControls(std::string_view text, LineBreaks lineBreaks = LineBreaks::escaped);
+KORVANE_EXPORT [[nodiscard]] std::string escapedControls(std::string_view text,
+                                                         LineBreaks lineBreaks = LineBreaks::escaped);
 
 /// The first characters of a text, counted as code points, so that the result has at most four octets for
 /// each; octets that are not UTF-8 are replaced by U+FFFD.
-[[nodiscard]] std::string firstCharacters(std::string_view text, std::size_t count);
+KORVANE_EXPORT [[nodiscard]] std::string firstCharacters(std::string_view text, std::size_t count);
 
 /// The text without those combining marks that follow 30 others in a row (the bound of UAX 15 section 13),
 /// over which no script gets and shaping takes quadratic time. Octets that are not UTF-8 stay as they are.
-[[nodiscard]] std::string withBoundedMarks(std::string_view text);
+KORVANE_EXPORT [[nodiscard]] std::string withBoundedMarks(std::string_view text);
 
 /// The texts in their order, with commas and no blanks between them.
-[[nodiscard]] std::string joined(const std::vector<std::string>& texts);
+KORVANE_EXPORT [[nodiscard]] std::string joined(const std::vector<std::string>& texts);
 
 /// All matches of a regular expression (ICU syntax, no options) in `text`: per match its groups from 0, the
 /// whole match, on; a group that took no part is empty. An expression that does not compile gives no match.
-[[nodiscard]] std::vector<std::vector<std::string>> regularExpressionMatches(std::string_view pattern,
-                                                                             std::string_view text);
+KORVANE_EXPORT [[nodiscard]] std::vector<std::vector<std::string>>
+regularExpressionMatches(std::string_view pattern, std::string_view text);
 
 } // namespace korvane

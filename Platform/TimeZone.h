@@ -1,12 +1,15 @@
 #pragma once
 
+#include "Platform/Export.h"
+
 #include <optional>
 #include <string>
 
 namespace korvane {
 
 /// The current time zone.
-class TimeZone {
+/// Read on the main queue, when a service is initialised; belongs to its platform and lives as long.
+class KORVANE_EXPORT TimeZone {
 public:
     virtual ~TimeZone() = default;
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Platform/Export.h"
+
 #include <optional>
 #include <string>
 #include <string_view>
@@ -21,7 +23,8 @@ enum class UIDeviceOrientation : int {
 };
 
 /// The device that the process runs on. No read fails.
-class UIDevice {
+/// Any thread: orientation and identifier are read beside a challenge. Belongs to its platform and lives as long.
+class KORVANE_EXPORT UIDevice {
 public:
     /// Posted on the main queue when `orientation()` has changed.
     static constexpr std::string_view orientationDidChangeNotification =

@@ -1,13 +1,14 @@
 #pragma once
 
 #include "Platform/CGGeometry.h"
+#include "Platform/Export.h"
 
 #include <string_view>
 
 namespace korvane {
 
 /// The main screen. Its bounds: any thread; the rest: main queue only.
-class UIScreen {
+class KORVANE_EXPORT UIScreen {
 public:
     /// Posted when `isCaptured()` changes.
     static constexpr std::string_view capturedDidChangeNotification = "UIScreenCapturedDidChangeNotification";

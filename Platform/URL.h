@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Platform/Export.h"
+
 #include <optional>
 #include <string>
 #include <string_view>
@@ -8,7 +10,7 @@ namespace korvane {
 
 /// A text that can be a URI reference (RFC 3986): not empty, only characters that a URI may hold, and every
 /// "%" followed by two hexadecimal digits. Immutable.
-class URL {
+class KORVANE_EXPORT URL {
 public:
     [[nodiscard]] static std::optional<URL> make(std::string_view text);
 

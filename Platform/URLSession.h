@@ -2,6 +2,7 @@
 
 #include "Platform/Bytes.h"
 #include "Platform/Dispatch.h"
+#include "Platform/Export.h"
 #include "Platform/URL.h"
 
 #include <functional>
@@ -43,7 +44,7 @@ struct URLRequest {
 };
 
 /// One request on its way. Any thread.
-class URLSessionDataTask {
+class KORVANE_EXPORT URLSessionDataTask {
 public:
     URLSessionDataTask(const URLSessionDataTask&) = delete;
     URLSessionDataTask& operator=(const URLSessionDataTask&) = delete;
@@ -68,7 +69,7 @@ inline constexpr std::size_t kMostHeadBytes = 64 * 1024;
 /// An HTTP client for http and https. GET and HEAD follow redirects, but not from https to http; any other
 /// request stays where it was sent, and the redirecting answer is its answer. A URL with a user or a password
 /// is a transport failure, also where a redirect leads to it. Any thread.
-class URLSession {
+class KORVANE_EXPORT URLSession {
 public:
     /// Receives the body if an answer came, whatever its status code; it is empty then, not absent, if the
     /// answer had none. Receives the error's text if the transport failed.

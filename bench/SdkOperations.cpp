@@ -114,8 +114,8 @@ Bytes otherInfo(std::string_view partyVInfo) {
     return info;
 }
 
-/// The key pairs of the session and of the message, the agreement with the certificate's key, and the
-/// sealing.
+/// The key pairs of the session and of the message, the agreement with the certificate's
+/// key, and the sealing.
 void addEcCreation(std::vector<Operation>& rows, const std::shared_ptr<InstantPlatform>& platform) {
     const auto creation = std::make_shared<Creation>(platform, TestKeyType::p256, CertAlgorithm::EC);
     const ECPublicKey peer(SecKeyCopyPublicKey(creation->directoryServer.privateKey()));

@@ -1,4 +1,4 @@
-# What `cmake --install` gives: headers under include/korvane, the library, a CMake package and a pkg-config file.
+# What `cmake --install` gives: headers under include/korvane (those of the seam as a component of their own), the library, a CMake package and a pkg-config file.
 
 include(CMakePackageConfigHelpers)
 
@@ -9,26 +9,21 @@ install(TARGETS korvane EXPORT KorvaneTargets
     LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}")
 install(EXPORT KorvaneTargets NAMESPACE Korvane:: DESTINATION "${package_folder}")
 
-# OpenSSL's handles and what stands on them are the library's own affair, and so are the parts of the native platform.
-foreach(layer IN ITEMS Platform Crypt Sdk keyboard Ui)
-    install(DIRECTORY "${PROJECT_SOURCE_DIR}/${layer}" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/korvane"
-        FILES_MATCHING PATTERN "*.h"
-        PATTERN "OpenSSLHandles.h" EXCLUDE
-        PATTERN "SecCertificateMaterial.h" EXCLUDE
-        PATTERN "SecKeyMaterial.h" EXCLUDE
-        PATTERN "TLSSecrets.h" EXCLUDE
-        PATTERN "Native" EXCLUDE
-        PATTERN "Qt" EXCLUDE)
+foreach(header IN LISTS KORVANE_PUBLISHED)
+    get_filename_component(folder "${header}" DIRECTORY)
+    install(FILES "${KORVANE_PUBLIC_ROOT}/${header}" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/${folder}")
 endforeach()
-install(FILES Platform/Native/NativePlatform.h Platform/Native/SystemPlatform.h
-    DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/korvane/Platform/Native")
+foreach(header IN LISTS KORVANE_PUBLISHED_SEAM)
+    get_filename_component(folder "${header}" DIRECTORY)
+    install(FILES "${KORVANE_PUBLIC_ROOT}/${header}" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/${folder}" COMPONENT seam)
+endforeach()
 
 # The Qt filling is exported apart: applications without Qt do not need to find it.
 if(KORVANE_QT)
-    install(TARGETS korvane-qt EXPORT KorvaneQtTargets ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}")
+    install(TARGETS korvane-qt EXPORT KorvaneQtTargets
+        ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+        LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}")
     install(EXPORT KorvaneQtTargets NAMESPACE Korvane:: DESTINATION "${package_folder}")
-    install(FILES Platform/Qt/KorvaneHost.h Platform/Qt/KorvaneWindow.h Platform/Qt/QtPlatform.h
-        DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/korvane/Platform/Qt")
 endif()
 
 configure_package_config_file("${PROJECT_SOURCE_DIR}/cmake/KorvaneConfig.cmake.in"

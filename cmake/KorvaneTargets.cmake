@@ -32,7 +32,8 @@ function(korvane_layer name)
     add_library(korvane_${name} OBJECT ${LAYER_SOURCES})
     add_library(Korvane::${name} ALIAS korvane_${name})
     set_target_properties(korvane_${name} PROPERTIES
-        POSITION_INDEPENDENT_CODE ON CXX_EXTENSIONS OFF KORVANE_LIBRARIES "${LAYER_LIBRARIES}")
+        POSITION_INDEPENDENT_CODE ON CXX_EXTENSIONS OFF CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON
+        KORVANE_LIBRARIES "${LAYER_LIBRARIES}")
     target_include_directories(korvane_${name} PUBLIC "$<BUILD_INTERFACE:${root}>")
     target_link_libraries(korvane_${name} PUBLIC nlohmann_json::nlohmann_json
         PRIVATE korvane_flags ${LAYER_LIBRARIES})
@@ -53,20 +54,37 @@ function(korvane_link_headers root)
     endforeach()
 endfunction()
 
-# korvane_library(<name> LAYERS <layer>...): the library that is installed.
+# korvane_library(<name> LAYERS <layer>...): the library that is installed, static or shared, with its public headers; and
+# <name>_internals, for what of this project looks inside: the same code, with all headers of the tree. A shared library hides its
+# inside, so that this one is a static library of its own then.
 function(korvane_library name)
     cmake_parse_arguments(LIBRARY "" "" "LAYERS" ${ARGN})
     add_library(${name})
     add_library(Korvane::${name} ALIAS ${name})
-    set_target_properties(${name} PROPERTIES
-        POSITION_INDEPENDENT_CODE ON VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
-    target_compile_features(${name} PUBLIC cxx_std_20)
+    korvane_join_layers(${name} ${LIBRARY_LAYERS})
+    set_target_properties(${name} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
     target_include_directories(${name} PUBLIC
-        "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>" "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/korvane>")
-    target_link_libraries(${name} PUBLIC nlohmann_json::nlohmann_json)
-    foreach(layer IN LISTS LIBRARY_LAYERS)
-        target_sources(${name} PRIVATE $<TARGET_OBJECTS:korvane_${layer}>)
+        "$<BUILD_INTERFACE:${KORVANE_PUBLIC_ROOT}>" "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>")
+    if(BUILD_SHARED_LIBS)
+        add_library(${name}_internals STATIC)
+        korvane_join_layers(${name}_internals ${LIBRARY_LAYERS})
+        set(visibility PUBLIC)
+    else()
+        add_library(${name}_internals INTERFACE)
+        target_link_libraries(${name}_internals INTERFACE ${name})
+        set(visibility INTERFACE)
+    endif()
+    target_include_directories(${name}_internals ${visibility} "${PROJECT_SOURCE_DIR}")
+    target_link_libraries(${name}_internals ${visibility} nlohmann_json::nlohmann_json)
+endfunction()
+
+# korvane_join_layers(<library> <layer>...): the objects of the layers, and the libraries that they call.
+function(korvane_join_layers library)
+    set_target_properties(${library} PROPERTIES POSITION_INDEPENDENT_CODE ON LINKER_LANGUAGE CXX)
+    target_compile_features(${library} PUBLIC cxx_std_20)
+    foreach(layer IN LISTS ARGN)
+        target_sources(${library} PRIVATE $<TARGET_OBJECTS:korvane_${layer}>)
         get_target_property(libraries korvane_${layer} KORVANE_LIBRARIES)
-        target_link_libraries(${name} PRIVATE ${libraries})
+        target_link_libraries(${library} PRIVATE ${libraries})
     endforeach()
 endfunction()

@@ -1,5 +1,5 @@
-// The messages of the challenge: decoding of all three, judging a response, and writing back what the library
-// writes.
+// The messages of the challenge: decoding of all three, judging a response, and writing back
+// what the library writes.
 
 #include "Sdk/Messages/CRes.h"
 #include "Platform/JSONDecoding.h"

@@ -1,5 +1,5 @@
-// Compact JWEs: reading, writing back, opening under a key of each family, and sealing anew under the
-// header's rows.
+// Compact JWEs: reading, writing back, opening under a key of each family, and sealing anew
+// under the header's rows.
 
 #include "Crypt/JWE.h"
 #include "Crypt/JOSEError.h"

@@ -1,5 +1,5 @@
-// Compact JWSs: reading, writing back, verifying under RSA and EC keys, and signing anew under the header's
-// row.
+// Compact JWSs: reading, writing back, verifying under RSA and EC keys, and signing anew
+// under the header's row.
 
 #include "Crypt/JWS.h"
 #include "Crypt/JOSEError.h"

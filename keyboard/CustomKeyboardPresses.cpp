@@ -33,10 +33,10 @@ void CustomKeyboard::keyboardLayoutDidKeyPressStart(KeyboardLayout& /*layout*/,
 void CustomKeyboard::keyboardLayoutDidKeyPressEnd(KeyboardLayout& /*layout*/,
                                                   const std::shared_ptr<KeyboardButton>& button) {
     const auto self = shared_from_this();
-    if (const auto told = delegate()) told->customKeyboardKeyboardButtonPressed(*this, button);
+    if (const auto listener = delegate()) listener->customKeyboardKeyboardButtonPressed(*this, button);
     if (button->type().kind() == KeyboardButtonType::Kind::Key) {
-        if (const auto told = delegate())
-            told->customKeyboardKeyButtonPressed(*this, button->type().string());
+        if (const auto listener = delegate())
+            listener->customKeyboardKeyButtonPressed(*this, button->type().string());
         if (state_ == State::Letters(Shift::Once)) return setKeyboardLayoutState(State::Letters(Shift::Off));
     }
     if (!button->identifier()) return;
@@ -45,19 +45,19 @@ void CustomKeyboard::keyboardLayoutDidKeyPressEnd(KeyboardLayout& /*layout*/,
 
 void CustomKeyboard::act(CustomKeyboardIdentifier identifier) {
     using Identifier = CustomKeyboardIdentifier;
-    const auto told = delegate();
+    const auto listener = delegate();
     switch (identifier) {
     case Identifier::Space:
-        if (told) told->customKeyboardSpaceButtonPressed(*this);
+        if (listener) listener->customKeyboardSpaceButtonPressed(*this);
         return;
     case Identifier::Backspace:
-        if (told) told->customKeyboardBackspaceButtonPressed(*this);
+        if (listener) listener->customKeyboardBackspaceButtonPressed(*this);
         return;
     case Identifier::Globe:
-        if (told) told->customKeyboardGlobeButtonPressed(*this);
+        if (listener) listener->customKeyboardGlobeButtonPressed(*this);
         return;
     case Identifier::Return:
-        if (told) told->customKeyboardReturnButtonPressed(*this);
+        if (listener) listener->customKeyboardReturnButtonPressed(*this);
         return;
     case Identifier::Numbers: return setKeyboardLayoutState(State::Numbers());
     case Identifier::Letters: return setKeyboardLayoutState(State::Letters(Shift::Off));
@@ -136,7 +136,7 @@ void CustomKeyboard::startBackspaceDeleteTimer() {
 }
 
 void CustomKeyboard::autoDelete() {
-    if (const auto told = delegate()) told->customKeyboardBackspaceButtonPressed(*this);
+    if (const auto listener = delegate()) listener->customKeyboardBackspaceButtonPressed(*this);
 }
 
 void CustomKeyboard::startKeyMenuOpenTimer(const std::shared_ptr<KeyboardButton>& forKeyboardButton) {

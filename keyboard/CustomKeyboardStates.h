@@ -27,8 +27,8 @@ public:
         return CustomKeyboardLayoutState(5);
     }
 
-    /// Whether the page has the letters, in whichever case: the same key lies at the same place of all of
-    /// them.
+    /// Whether the page has the letters, in whichever case: the same key lies at the same
+    /// place of all of them.
     [[nodiscard]] constexpr bool isLetters() const { return number_ < Numbers().number_; }
 
     /// One number for the state: letters by their shift state from 0 to 2, then numbers, symbols, number pad;

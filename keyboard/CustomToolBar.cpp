@@ -34,7 +34,7 @@ void CustomToolBar::layoutSubviews() {
 }
 
 void CustomToolBar::closeKeyboard() {
-    if (const auto told = delegate_.lock()) told->customToolBarCloseButtonPressed(*this);
+    if (const auto listener = delegate_.lock()) listener->customToolBarCloseButtonPressed(*this);
 }
 
 } // namespace korvane

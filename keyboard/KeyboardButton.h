@@ -48,8 +48,8 @@ private:
     UIImagePtr image_;
 };
 
-/// How wide a key is: so many points, a share of what its row has for keys, or as wide as what is left
-/// allows.
+/// How wide a key is: so many points, a share of what its row has for keys, or as wide as
+/// what is left allows.
 class KeyboardButtonWidth {
 public:
     enum class Kind { Static, Relative, Dynamic };
@@ -103,8 +103,8 @@ public:
     void reload();
     void layoutSubviews() override;
 
-    /// Shows what the key shows while it is pressed, once, or removes it. A key whose style has no pop-up
-    /// shows nothing.
+    /// Shows what the key shows while it is pressed, once, or removes it. A key whose style has no
+    /// pop-up shows nothing.
     void showKeyPop(bool show);
     /// Opens the key's menu above it, or removes it. A key without a menu shows nothing.
     void showKeyMenu(bool show);

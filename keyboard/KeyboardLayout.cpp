@@ -133,8 +133,8 @@ void KeyboardLayout::report(UITouchPhase phase, const UITouches& touches) {
                                                     &KeyboardLayoutDelegate::keyboardLayoutDidTouchesMove,
                                                     &KeyboardLayoutDelegate::keyboardLayoutDidTouchesEnd,
                                                     &KeyboardLayoutDelegate::keyboardLayoutDidTouchesCancel};
-    const auto told = delegate();
-    if (told) ((*told).*kReports[static_cast<std::size_t>(phase)])(*this, touches);
+    const auto listener = delegate();
+    if (listener) ((*listener).*kReports[static_cast<std::size_t>(phase)])(*this, touches);
 }
 
 void KeyboardLayout::follow(UITouchPhase phase, const std::shared_ptr<UITouch>& touch) {
@@ -176,7 +176,7 @@ void KeyboardLayout::begin(const std::shared_ptr<UITouch>& touch) {
     const auto button = keyboardButton(touch->location(this));
     if (!button) return;
     currentTouches_.push_back({touch, button});
-    if (const auto told = delegate()) told->keyboardLayoutDidKeyPressStart(*this, button);
+    if (const auto listener = delegate()) listener->keyboardLayoutDidKeyPressStart(*this, button);
 }
 
 void KeyboardLayout::move(const std::shared_ptr<UITouch>& touch) {
@@ -186,7 +186,7 @@ void KeyboardLayout::move(const std::shared_ptr<UITouch>& touch) {
     const auto to = keyboardButton(touch->location(this));
     if (!to || to == from) return;
     from->showKeyPop(false);
-    if (const auto told = delegate()) told->keyboardLayoutDidDraggedIn(*this, from, to);
+    if (const auto listener = delegate()) listener->keyboardLayoutDidDraggedIn(*this, from, to);
     KeyboardButtonTouch* const still = entry(*touch);
     if (!still) return; // whoever was told has changed the page
     still->button = to;
@@ -200,7 +200,7 @@ void KeyboardLayout::move(const std::shared_ptr<UITouch>& touch) {
 void KeyboardLayout::end(const std::shared_ptr<UITouch>& touch) {
     const auto button = take(*touch);
     if (!button || !typingEnabled_) return;
-    if (const auto told = delegate()) told->keyboardLayoutDidKeyPressEnd(*this, button);
+    if (const auto listener = delegate()) listener->keyboardLayoutDidKeyPressEnd(*this, button);
 }
 
 void KeyboardLayout::cancel(const std::shared_ptr<UITouch>& touch) {

@@ -82,13 +82,13 @@ public:
 
     /// Tells the delegate of fingers with the same news.
     void report(UITouchPhase phase, const UITouches& touches);
-    /// Does to keys what one finger's news asks for. A finger that did not come down on a key here is passed
-    /// over.
+    /// Does to keys what one finger's news asks for. A finger that did not come down on a key
+    /// here is passed over.
     void follow(UITouchPhase phase, const std::shared_ptr<UITouch>& touch);
     /// Lets go of all fingers without a word; their pop-ups go.
     std::vector<KeyboardButtonTouch> releaseTouches();
-    /// Takes fingers over from another page: each is now on the key that lies under it here, as if it had
-    /// slid there.
+    /// Takes fingers over from another page: each is now on the key that lies under it here, as
+    /// if it had slid there.
     void adoptTouches(const std::vector<KeyboardButtonTouch>& touches);
 
     void layoutSubviews() override;

@@ -15,8 +15,8 @@ class KeyboardRow;
 /// What stands in a row: a key, or a row of keys.
 using KeyboardRowElement = std::variant<std::shared_ptr<KeyboardButton>, std::shared_ptr<KeyboardRow>>;
 
-/// One row of keys. Main queue only. It takes no touches itself: they belong to its layout. Lengths are in
-/// points.
+/// One row of keys. Main queue only. It takes no touches itself: they belong to its layout.
+/// Lengths are in points.
 ///
 /// The edges of keys lie on half points, which keeps them sharp, and gaps keep their width to the last bit,
 /// so that no touch falls between two keys.

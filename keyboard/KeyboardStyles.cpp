@@ -1,6 +1,6 @@
 #include "keyboard/KeyboardStyles.h"
 
-#include "keyboard/Bundle.h"
+#include "Platform/Bundle.h"
 
 namespace korvane {
 

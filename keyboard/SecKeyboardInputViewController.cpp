@@ -128,7 +128,7 @@ void SecKeyboardInputViewController::customKeyboardReturnButtonPressed(CustomKey
 void SecKeyboardInputViewController::customToolBarCloseButtonPressed(CustomToolBar& /*toolBar*/) {
     const auto self = shared_from_this();
     if (const auto field = textField()) field->resignFirstResponder();
-    if (const auto told = delegate_.lock()) told->keyboardDonePressed();
+    if (const auto listener = delegate_.lock()) listener->keyboardDonePressed();
 }
 
 } // namespace korvane

@@ -19,6 +19,32 @@ add_test(NAME package.pkgConfig
 
 set_tests_properties(package.cmake package.pkgConfig PROPERTIES FIXTURES_REQUIRED package)
 
+# Within another project: what is there, and that nothing of it is installed. To build it all once more would prove no more.
+set(parent "${CMAKE_BINARY_DIR}/package/parent")
+add_test(NAME package.subproject
+    COMMAND sh -c "rm -rf '${parent}' && '${CMAKE_COMMAND}' -S '${consumer}/subproject' -B '${parent}' -G Ninja \
+        -DKORVANE_SOURCE='${PROJECT_SOURCE_DIR}' -DCMAKE_CXX_COMPILER='${CMAKE_CXX_COMPILER}' && \
+        '${CMAKE_COMMAND}' --install '${parent}' --prefix '${parent}/prefix' && test ! -e '${parent}/prefix'")
+
+# The same objects as a shared library: what is public can be linked, and nothing else.
+add_library(korvane_shared SHARED EXCLUDE_FROM_ALL)
+korvane_join_layers(korvane_shared platform native crypt protocol keyboard ui sdk)
+set(shared_program "${CMAKE_BINARY_DIR}/package/shared-consumer")
+add_test(NAME package.shared.build
+    COMMAND "${CMAKE_COMMAND}" --build "${CMAKE_BINARY_DIR}" --target korvane_shared)
+set_tests_properties(package.shared.build PROPERTIES FIXTURES_SETUP shared TIMEOUT 300)
+add_test(NAME package.shared.consumer
+    COMMAND sh -c
+        "'${CMAKE_CXX_COMPILER}' -std=c++20 -I'${KORVANE_PUBLIC_ROOT}' '${consumer}/consumer.cpp' \
+            '$<TARGET_FILE:korvane_shared>' -Wl,-rpath,'$<TARGET_FILE_DIR:korvane_shared>' \
+            -o '${shared_program}' && '${shared_program}'")
+add_test(NAME package.shared.hidesTheRest
+    COMMAND sh -c "nm -DC --defined-only '$<TARGET_FILE:korvane_shared>' >'${shared_program}.symbols' && \
+        grep -q 'korvane::ThreeDS2Service::' '${shared_program}.symbols' && \
+        ! grep -E 'korvane::(JWE|KeysContainer|ChallengeFlow|Exchange|VCFactory|KeyboardLayout)|nlohmann|asio::' \
+            '${shared_program}.symbols'")
+set_tests_properties(package.shared.consumer package.shared.hidesTheRest PROPERTIES FIXTURES_REQUIRED shared)
+
 # The program of the README: the scene is loaded, and a transaction is made.
 if(KORVANE_QT)
     add_test(NAME package.qt

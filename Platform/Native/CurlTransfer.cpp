@@ -16,9 +16,9 @@ constexpr const char* kProtocolsAfterTLS = "https";
 constexpr long kMostRedirects = 20;
 constexpr Seconds kLongestLimit{30.0 * 24 * 3600};
 
-/// A connection that has idled for longer than these seconds is not used for what may not be repeated:
-/// servers close idle connections after a few seconds, and under TLS libcurl does not always notice before it
-/// has sent.
+/// A connection that has idled for longer than these seconds is not used for what may not be
+/// repeated: servers close idle connections after a few seconds, and under TLS libcurl does not
+/// always notice before it has sent.
 constexpr long kFreshEnough = 1;
 
 bool hasPrefix(std::string_view text, std::string_view lowerCasePrefix) {
@@ -105,8 +105,8 @@ void CurlTransfer::setMethod(const URLRequest& request) {
         curl_easy_setopt(easy, CURLOPT_CUSTOMREQUEST, request.httpMethod.c_str());
 }
 
-/// A header without a value is written with a semicolon for libcurl. Large bodies are sent without asking
-/// first.
+/// A header without a value is written with a semicolon for libcurl. Large bodies are sent
+/// without asking first.
 void CurlTransfer::setHeaders(const URLRequest& request) {
     const auto append = [this](const std::string& line) {
         curl_slist* const longer = curl_slist_append(headers_.get(), line.c_str());

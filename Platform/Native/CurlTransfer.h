@@ -23,8 +23,8 @@ struct TransferOutcome {
 class CurlTransfer {
 public:
     /// @param request      outlives this object; `refusal` has nothing against it.
-    /// @param authorities  the authorities to trust as PEM texts; empty for the system's. Outlives this
-    /// object.
+    /// @param authorities  the authorities to trust as PEM texts; empty for the system's.
+    /// Outlives this object.
     CurlTransfer(const URLRequest& request, const URLSessionConfiguration& configuration,
                  std::string_view authorities);
     CurlTransfer(const CurlTransfer&) = delete;

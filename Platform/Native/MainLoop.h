@@ -1,11 +1,13 @@
 #pragma once
 
+#include "Platform/Export.h"
+
 #include <functional>
 
 namespace korvane {
 
 /// Where the main queue's work runs: a loop of this library's own, or the one that an application has.
-class MainLoop {
+class KORVANE_EXPORT MainLoop {
 public:
     MainLoop(const MainLoop&) = delete;
     MainLoop& operator=(const MainLoop&) = delete;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Dispatch.h"
+#include "Platform/Export.h"
 #include "Platform/Native/MainLoop.h"
 
 #include <functional>
@@ -12,7 +13,7 @@ struct NativeLoops;
 
 /// Queues on threads of the process: the main queue runs where `runMain` is called, which until then counts
 /// as the thread that made this object; the others on threads of their own.
-class NativeDispatch final : public Dispatch {
+class KORVANE_EXPORT NativeDispatch final : public Dispatch {
 public:
     NativeDispatch();
 
@@ -36,8 +37,8 @@ public:
     /// the main queue, so what makes it true must be, or be followed by, such work.
     void runMainUntil(const std::function<bool()>& isDone);
 
-    /// Ends `runMain()` after the main queue's work that was there before; a later `runMain()` if none runs.
-    /// Any thread.
+    /// Ends `runMain()` after the main queue's work that was there before; a later `runMain()` if
+    /// none runs. Any thread.
     void stopMain();
 
     /// Runs no further work, of the main queue either, and waits for the pieces that run on other queues.

@@ -15,8 +15,8 @@ std::string environment(const char* name) {
     return value ? value : "";
 }
 
-/// The name of the user's locale, as setlocale(3) finds it, without code set and modifier; empty for the C
-/// locale.
+/// The name of the user's locale, as setlocale(3) finds it, without code set and modifier;
+/// empty for the C locale.
 std::string localeName() {
     for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
         const std::string value = environment(variable);

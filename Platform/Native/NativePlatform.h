@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Export.h"
 #include "Platform/Native/SystemPlatform.h"
 
 #include <functional>
@@ -10,7 +11,7 @@ namespace korvane {
 /// The headless platform: the services of the operating system, without a screen. While it lives it is the
 /// platform of the process. The thread that makes it is the main queue's, until another runs that. Its end
 /// ends all exchanges, waits for the work that runs on its queues and drops the rest.
-class NativePlatform final : public SystemPlatform {
+class KORVANE_EXPORT NativePlatform final : public SystemPlatform {
 public:
     NativePlatform();
     ~NativePlatform() override;

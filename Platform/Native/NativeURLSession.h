@@ -22,8 +22,8 @@ public:
     struct Common {
         URLSessionConfiguration configuration;
 
-        /// The system's authorities and the additional ones as PEM texts; empty if there are none of the
-        /// latter.
+        /// The system's authorities and the additional ones as PEM texts; empty if there
+        /// are none of the latter.
         std::string authorities;
         std::shared_ptr<CurlEngine> engine;
     };

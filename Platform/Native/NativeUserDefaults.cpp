@@ -23,12 +23,6 @@ FileContents readOrTakeOver(const NativeUserDefaults::Place& place) {
     return isOurs || own.state != FileState::missing ? own : users;
 }
 
-/// Whether the file could be written with this member in it, and read back.
-bool isStorable(const JSON& object, const std::string& key) {
-    const std::optional<std::string> text = JSONSerialization::data(JSON::object({{key, object}}));
-    return text && JSONSerialization::jsonObject(*text);
-}
-
 fs::path absoluteFolder(const char* variable) {
     const char* value = std::getenv(variable);
     const fs::path folder = value ? value : "";
@@ -55,8 +49,8 @@ NativeUserDefaults::Place NativeUserDefaults::usualPlace() {
     return {folder / programFile().filename() / kFile, folder / kFile};
 }
 
-/// The values in the file, or no value where the file is there and cannot be read: then it must not be
-/// replaced either.
+/// The values in the file, or no value where the file is there and cannot be read: then it must
+/// not be replaced either.
 std::optional<JSON> NativeUserDefaults::storedValues() const {
     const FileContents contents = readOrTakeOver(place_);
     if (contents.state == FileState::unreadable) return std::nullopt;
@@ -64,19 +58,19 @@ std::optional<JSON> NativeUserDefaults::storedValues() const {
     return values && values->is_object() ? *std::move(values) : JSON::object();
 }
 
-std::optional<JSON> NativeUserDefaults::valueForKey(const std::string& key) const {
+std::optional<std::string> NativeUserDefaults::valueForKey(const std::string& key) const {
     {
         const std::lock_guard lock(mutex_);
         const auto unsaved = unsaved_.find(key);
         if (unsaved != unsaved_.end()) return unsaved->second;
     }
     const std::optional<JSON> values = storedValues();
-    if (!values || !values->contains(key)) return std::nullopt;
-    return values->at(key);
+    if (!values || !values->contains(key) || !values->at(key).is_string()) return std::nullopt;
+    return values->at(key).get<std::string>();
 }
 
-void NativeUserDefaults::setObject(const JSON& object, const std::string& key) {
-    if (!isStorable(object, key)) return;
+void NativeUserDefaults::setObject(const std::string& object, const std::string& key) {
+    if (!isUtf8(object) || !isUtf8(key)) return;
     const std::lock_guard lock(mutex_);
     unsaved_.insert_or_assign(key, object);
     save();

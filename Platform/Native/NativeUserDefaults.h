@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/JSON.h"
 #include "Platform/NSUserDefaults.h"
 
 #include <filesystem>
@@ -36,8 +37,8 @@ public:
     /// program's file, wherever that lies, so that the values outlast an update.
     [[nodiscard]] static Place usualPlace();
 
-    [[nodiscard]] std::optional<JSON> valueForKey(const std::string& key) const override;
-    void setObject(const JSON& object, const std::string& key) override;
+    [[nodiscard]] std::optional<std::string> valueForKey(const std::string& key) const override;
+    void setObject(const std::string& object, const std::string& key) override;
     bool synchronize() override;
 
 private:
@@ -46,7 +47,7 @@ private:
 
     const Place place_;
     mutable std::mutex mutex_;
-    std::map<std::string, JSON> unsaved_;
+    std::map<std::string, std::string> unsaved_;
 };
 
 } // namespace korvane

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Export.h"
 #include "Platform/Platform.h"
 
 #include <memory>
@@ -8,7 +9,7 @@
 namespace korvane {
 
 /// What the operating system gives every filling that runs on it, whatever the filling shows its screens on.
-class SystemPlatform : public Platform {
+class KORVANE_EXPORT SystemPlatform : public Platform {
 public:
     ~SystemPlatform() override;
 
@@ -32,9 +33,9 @@ public:
 protected:
     SystemPlatform();
 
-    /// Ends the network: exchanges under way and those to come end with an error, so that no work waits for
-    /// them. A filling's first act at its end, while the platform is still whole, since what waits may ask
-    /// for it.
+    /// Ends the network: exchanges under way and those to come end with an error, so that no work
+    /// waits for them. A filling's first act at its end, while the platform is still whole, since what
+    /// waits may ask for it.
     void endNetwork();
 
 private:

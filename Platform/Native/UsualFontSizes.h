@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/UIFont.h"
+#include "Platform/UIFontServices.h"
 
 namespace korvane {
 

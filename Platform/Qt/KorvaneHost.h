@@ -16,8 +16,7 @@ class QtPlatform;
 
 /// The item in which the library's screens appear: laid over an application's own scene, it shows nothing and
 /// lets all input through until a challenge begins. Its size is the device's screen: wider than high is
-/// landscape. One at a time; after a `QtPlatform`, which it ends before. Main queue only.
-/// In QML:
+/// landscape. One at a time; after a `QtPlatform`, which it ends before. Main queue only. In QML:
 ///
 ///     import Korvane 1.0
 ///     KorvaneHost { anchors.fill: parent }

@@ -6,9 +6,9 @@
 
 namespace korvane {
 
-/// A window for the library's screens alone, for applications that have no Qt Quick scene of their own. It is
-/// the device's screen: its size is the screen's. After a `QtPlatform`, before whose end it goes. Main queue
-/// only.
+/// A window for the library's screens alone, for applications that have no Qt Quick scene of their
+/// own. It is the device's screen: its size is the screen's. After a `QtPlatform`, before whose end it
+/// goes. Main queue only.
 class KorvaneWindow : public QQuickWindow {
     Q_OBJECT
 

@@ -8,8 +8,8 @@
 
 namespace korvane {
 
-/// The item that shows the library's screens is the screen, and how it lies is how the device is held. Any
-/// thread.
+/// The item that shows the library's screens is the screen, and how it lies is how the device
+/// is held. Any thread.
 class QtScreen final : public UIScreen {
 public:
     [[nodiscard]] CGRect bounds() const override {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Export.h"
 #include "Platform/Native/SystemPlatform.h"
 
 #include <memory>
@@ -9,7 +10,7 @@ namespace korvane {
 /// The platform of a Qt application: the Qt event loop is the main queue, a `KorvaneHost` is the screen.
 /// While it lives it is the platform of the process. Made after the `QGuiApplication`, on its thread, and
 /// gone before it. Its end drops the work that is still queued.
-class QtPlatform final : public SystemPlatform {
+class KORVANE_EXPORT QtPlatform final : public SystemPlatform {
 public:
     /// Prepares Qt for screens with web pages. Before the `QGuiApplication` is made. No page of this process
     /// can send by UDP then: a flag is added to `QTWEBENGINE_CHROMIUM_FLAGS`.

@@ -33,14 +33,13 @@ inline constexpr std::size_t kMaxDigestLength = 64;
 /// @param output at least the input's length plus one block; it may not overlap the input.
 /// @param moved  the number of bytes written; 0 on any failure.
 /// @return kCCSuccess; kCCParamError for a key or vector of another length; kCCBufferTooSmall;
-/// kCCAlignmentError for
-///         a ciphertext of broken blocks; kCCDecodeError for bad padding.
+///         kCCAlignmentError for a ciphertext of broken blocks; kCCDecodeError for bad padding.
 [[nodiscard]] int CCCrypt(CCOperation operation, CCAlgorithm algorithm, ByteView key,
                           ByteView initializationVector, ByteView input, std::span<std::uint8_t> output,
                           std::size_t& moved);
 
-/// The HMAC (RFC 2104) of the pieces, in order, as if they were one input. Any key, any input, empty ones
-/// included.
+/// The HMAC (RFC 2104) of the pieces, in order, as if they were one input. Any key, any input,
+/// empty ones included.
 /// @return the number of bytes written to the front of `output`: 32, 48 or 64.
 std::size_t CCHmac(CCHmacAlgorithm algorithm, ByteView key, std::initializer_list<ByteView> pieces,
                    std::span<std::uint8_t, kMaxDigestLength> output);

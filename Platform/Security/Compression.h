@@ -26,8 +26,8 @@ public:
 
     /// Fills the front of `destination`.
     /// @param produced  the number of bytes written.
-    /// @return `ok` when there is more to come, `end` behind the last byte, `error` for damaged or unfinished
-    /// input.
+    /// @return `ok` when there is more to come, `end` behind the last byte, `error` for damaged
+    /// or unfinished input.
     [[nodiscard]] Status process(std::span<std::uint8_t> destination, std::size_t& produced);
 
 private:

@@ -27,8 +27,8 @@ ByteView viewOf(const ASN1_OCTET_STRING* octets) {
     return {ASN1_STRING_get0_data(octets), static_cast<std::size_t>(ASN1_STRING_length(octets))};
 }
 
-/// What stands encoded within octets: the extensions that a chain is judged by, and the numbers of an RSA
-/// key.
+/// What stands encoded within octets: the extensions that a chain is judged by, and the
+/// numbers of an RSA key.
 bool isInnerDER(const X509* certificate) {
     for (int index = 0; index < X509_get_ext_count(certificate); ++index) {
         X509_EXTENSION* extension = X509_get_ext(certificate, index);

@@ -13,8 +13,8 @@ struct SecCertificate::Material {
 
     const openssl::Certificate certificate;
 
-    /// The subject's key, made at the first call and kept: who verifies under it again finds its contexts
-    /// warm.
+    /// The subject's key, made at the first call and kept: who verifies under it again
+    /// finds its contexts warm.
     [[nodiscard]] const std::optional<SecKey>& key();
 
 private:

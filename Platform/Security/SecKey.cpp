@@ -159,9 +159,6 @@ SecretBytes rsaRepresentation(const SecKey::Material& material) {
 
 } // namespace
 
-CFError::CFError(int code, std::string description, std::string_view domain)
-    : domain_(domain), code_(code), description_(std::move(description)) {}
-
 const SecCurve* secCurve(std::size_t bits) {
     for (const SecCurve& curve : kCurves)
         if (curve.bits == bits) return &curve;

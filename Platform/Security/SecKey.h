@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Platform/Bytes.h"
-#include "Platform/Failure.h"
+#include "Platform/Security/CFError.h"
 #include "Platform/Security/Secret.h"
 
 #include <cstddef>
@@ -17,8 +17,8 @@ enum class SecKeyType { kSecAttrKeyTypeRSA, kSecAttrKeyTypeEC };
 
 enum class SecKeyClass { kSecAttrKeyClassPublic, kSecAttrKeyClassPrivate };
 
-/// What is said of a key: its size is the modulus length (RSA) or the field size (EC: 256, 384 or 521), in
-/// bits.
+/// What is said of a key: its size is the modulus length (RSA) or the field size (EC: 256,
+/// 384 or 521), in bits.
 struct SecKeyAttributes {
     SecKeyType kSecAttrKeyType;
     SecKeyClass kSecAttrKeyClass;
@@ -49,31 +49,6 @@ enum class SecKeyAlgorithm {
     kSecKeyAlgorithmECDSASignatureMessageX962SHA384,
     kSecKeyAlgorithmECDSASignatureMessageX962SHA512,
     kSecKeyAlgorithmECDHKeyExchangeStandard
-};
-
-/// A failure of the platform's key services: the domain of the failing service, its number, and its own
-/// words.
-class CFError : public Failure {
-public:
-    static constexpr std::string_view kOSStatusDomain = "NSOSStatusErrorDomain";
-    static constexpr std::string_view kLocalAuthenticationDomain = "LocalAuthentication";
-
-    /// Status numbers of the key services.
-    static constexpr int errSecParam = -50;
-    static constexpr int errSecDecode = -26275;
-    static constexpr int errSecInternal = -26276;
-
-    CFError(int code, std::string description, std::string_view domain = kOSStatusDomain);
-
-    [[nodiscard]] std::string_view domain() const noexcept override { return domain_; }
-    [[nodiscard]] int caseIndex() const noexcept override { return code_; }
-    [[nodiscard]] std::string localizedDescription() const override { return description_; }
-    [[nodiscard]] const char* what() const noexcept override { return "CFError"; }
-
-private:
-    std::string domain_;
-    int code_;
-    std::string description_;
 };
 
 /// One RSA or EC key (P-256, P-384, P-521), public or private. A handle: copies share the key, which never
@@ -109,8 +84,8 @@ private:
 /// @throws CFError for anything but one DER PrivateKeyInfo (RFC 5208) of an RSA or EC key.
 [[nodiscard]] SecKey SecKeyCreateWithPKCS8(ByteView der);
 
-/// @throws CFError for anything but one DER SubjectPublicKeyInfo (RFC 5280 section 4.1.2.7) of an RSA or EC
-/// key.
+/// @throws CFError for anything but one DER SubjectPublicKeyInfo (RFC 5280 section 4.1.2.7)
+/// of an RSA or EC key.
 [[nodiscard]] SecKey SecKeyCreateWithSubjectPublicKeyInfo(ByteView der);
 
 /// Reads the first PEM block (RFC 7468) labelled "PRIVATE KEY" or "PUBLIC KEY"; encrypted keys are refused.
@@ -123,8 +98,8 @@ private:
 [[nodiscard]] SecKeyAttributes SecKeyCopyAttributes(const SecKey& key);
 
 /// The bytes form that `SecKeyCreateWithData` reads.
-/// @throws CFError when the numbers cannot be had, as for an RSA private key that was made without its
-/// primes.
+/// @throws CFError when the numbers cannot be had, as for an RSA private key that was
+/// made without its primes.
 [[nodiscard]] SecretBytes SecKeyCopyExternalRepresentation(const SecKey& key);
 
 /// Bytes of one RSA block, or of one EC coordinate.
@@ -158,8 +133,8 @@ private:
 void SecKeyDecryptInto(const SecKey& key, SecKeyAlgorithm algorithm, ByteView ciphertext,
                        std::span<std::uint8_t> text);
 
-/// Plain ECDH (SP 800-56A section 5.7.1.2): the X coordinate of the shared point, big-endian at the curve's
-/// length.
+/// Plain ECDH (SP 800-56A section 5.7.1.2): the X coordinate of the shared point, big-endian
+/// at the curve's length.
 /// @throws CFError for keys on different curves.
 [[nodiscard]] SecretBytes SecKeyCopyKeyExchangeResult(const SecKey& privateKey, const SecKey& publicKey);
 

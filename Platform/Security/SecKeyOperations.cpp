@@ -16,8 +16,8 @@ using enum SecKeyOperationType;
 
 enum class Purpose { encryption, signature, exchange };
 
-/// One algorithm: what it is for, the type of its keys, its RSA padding (0 for EC) and its digest (null:
-/// none).
+/// One algorithm: what it is for, the type of its keys, its RSA padding (0 for EC) and its
+/// digest (null: none).
 struct AlgorithmRow {
     SecKeyAlgorithm algorithm;
     Purpose purpose;
@@ -210,8 +210,8 @@ SecretBytes SecKeyCopyKeyExchangeResult(const SecKey& privateKey, const SecKey& 
     const KeyContext context(EVP_PKEY_CTX_new_from_pkey(nullptr, privateKey.material().key.get(), nullptr));
     SecretBytes shared(privateKey.material().curve->coordinateLength);
     std::size_t length = shared.size();
-    // The peer's point was checked when its key was made; the curves' cofactor is 1, so that is all there is
-    // to check.
+    // The peer's point was checked when its key was made; the curves' cofactor is 1, so that is
+    // all there is to check.
     constexpr int kNoSecondCheck = 0;
     if (!context || EVP_PKEY_derive_init(context.get()) != 1 ||
         EVP_PKEY_derive_set_peer_ex(context.get(), publicKey.material().key.get(), kNoSecondCheck) != 1 ||

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/CGGeometry.h"
+#include "Platform/Export.h"
 #include "Platform/View/UIColor.h"
 
 #include <map>
@@ -13,7 +14,7 @@ namespace korvane {
 class UIView;
 
 /// The frame around a view's content: corners, border and shadow. Main queue only. It lives in its view.
-class CALayer {
+class KORVANE_EXPORT CALayer {
 public:
     explicit CALayer(UIView& view) : view_(view) {}
     CALayer(const CALayer&) = delete;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Export.h"
 #include "Platform/View/NSObject.h"
 
 #include <memory>
@@ -23,8 +24,8 @@ enum class NSLayoutAttribute : int {
 };
 
 /// "top", "bottom" and so on.
-[[nodiscard]] std::string_view name(NSLayoutAttribute attribute);
-[[nodiscard]] std::optional<NSLayoutAttribute> layoutAttributeNamed(std::string_view name);
+KORVANE_EXPORT [[nodiscard]] std::string_view name(NSLayoutAttribute attribute);
+KORVANE_EXPORT [[nodiscard]] std::optional<NSLayoutAttribute> layoutAttributeNamed(std::string_view name);
 
 /// The part of a view that nothing of the system covers, as an item of constraints.
 class UILayoutGuide final : public NSObject {
@@ -39,13 +40,13 @@ private:
     UIView* owner_; // cleared by the owner's end
 };
 
-/// One equation: first.attribute = second.attribute + constant, or first.attribute = constant. Main queue
-/// only.
+/// One equation: first.attribute = second.attribute + constant, or first.attribute =
+/// constant. Main queue only.
 ///
 /// A constraint is held by one view and lays out that view's subviews: the first item is one of them, the
 /// second one too, or the holder, or the holder's safe area. The first item is always the one that moves, so
 /// the equations of a holder are solved in one pass, and they must not go round in a circle.
-class NSLayoutConstraint final : public NSObject {
+class KORVANE_EXPORT NSLayoutConstraint final : public NSObject {
     struct Private {};
 
 public:

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Platform/Export.h"
+
 #include <functional>
 #include <memory>
 #include <utility>
@@ -7,7 +9,7 @@
 namespace korvane {
 
 /// The root of everything in the view layer that has an identity and is held by `shared_ptr`.
-class NSObject : public std::enable_shared_from_this<NSObject> {
+class KORVANE_EXPORT NSObject : public std::enable_shared_from_this<NSObject> {
 public:
     NSObject(const NSObject&) = delete;
     NSObject& operator=(const NSObject&) = delete;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Export.h"
 #include "Platform/View/UIView.h"
 
 #include <optional>
@@ -7,7 +8,7 @@
 namespace korvane {
 
 /// Turns while something is under way, and hides when it stands still. Main queue only.
-class UIActivityIndicatorView : public UIView {
+class KORVANE_EXPORT UIActivityIndicatorView : public UIView {
 public:
     /// The side of the large indicator, in points.
     static constexpr double kLargeSide = 37;

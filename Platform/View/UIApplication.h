@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Dispatch.h"
+#include "Platform/Export.h"
 #include "Platform/View/UIResponder.h"
 
 #include <atomic>
@@ -17,7 +18,7 @@ enum class UIApplicationState { active, inactive, background };
 
 /// The application as its user sees it: its windows, who is typed into, whether it is in front. One per
 /// platform, which its views do not outlive. Main queue only.
-class UIApplication {
+class KORVANE_EXPORT UIApplication {
 public:
     static constexpr std::string_view willResignActiveNotification =
         "UIApplicationWillResignActiveNotification";

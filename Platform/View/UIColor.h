@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Export.h"
 #include "Platform/NSBundle.h"
 #include "Platform/View/UITraitCollection.h"
 
@@ -19,7 +20,7 @@ struct RGBA {
 };
 
 /// A colour: one shade in light surroundings, perhaps another in dark ones. Immutable; any thread.
-class UIColor {
+class KORVANE_EXPORT UIColor {
 public:
     UIColor(double red, double green, double blue, double alpha) : UIColor(RGBA{red, green, blue, alpha}) {}
     explicit UIColor(RGBA shade) : UIColor(shade, shade) {}

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Export.h"
 #include "Platform/View/UIView.h"
 
 #include <functional>
@@ -27,7 +28,7 @@ enum class ControlState { normal, highlighted, selected, disabled };
 inline constexpr std::size_t kControlStates = 4;
 
 /// A view that reports what is done to it. Main queue only.
-class UIControl : public UIView {
+class KORVANE_EXPORT UIControl : public UIView {
 public:
     using Action = std::function<void(UIControl& sender)>;
 

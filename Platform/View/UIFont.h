@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Platform/Export.h"
+
 #include <optional>
 #include <string>
 
@@ -19,7 +21,7 @@ struct UIFontWeight {
 };
 
 /// A font: a name, a size in points and a weight. Immutable; any thread.
-class UIFont {
+class KORVANE_EXPORT UIFont {
 public:
     [[nodiscard]] static UIFont systemFont(double ofSize, double weight = UIFontWeight::regular) {
         return {{}, ofSize, weight};

@@ -2,6 +2,7 @@
 
 #include "Platform/Bytes.h"
 #include "Platform/CGGeometry.h"
+#include "Platform/Export.h"
 #include "Platform/NSBundle.h"
 #include "Platform/View/ImageHeads.h"
 #include "Platform/View/UIColor.h"
@@ -26,11 +27,11 @@ struct EncodedImage {
 };
 
 /// A picture that a renderer can draw: encoded bytes or one plain colour. Immutable; any thread.
-class UIImage {
+class KORVANE_EXPORT UIImage {
 public:
     /// An image that came over the network, at one point per pixel, or null for bytes of which
-    /// `decodablePart` leaves none. Whether they decode is the renderer's to find out, which draws nothing
-    /// otherwise.
+    /// `decodablePart` leaves none. Whether they decode is the renderer's to find out, which
+    /// draws nothing otherwise.
     [[nodiscard]] static std::shared_ptr<const UIImage> make(Bytes data);
 
     /// The bundle's file `name` with one of the extensions svg, png, jpg (where `name@2x` and `name@3x` stand

@@ -1,12 +1,13 @@
 #pragma once
 
+#include "Platform/Export.h"
 #include "Platform/View/UIImage.h"
 #include "Platform/View/UIView.h"
 
 namespace korvane {
 
 /// A picture. Main queue only.
-class UIImageView : public UIView {
+class KORVANE_EXPORT UIImageView : public UIView {
 public:
     using UIView::UIView;
 

@@ -18,8 +18,8 @@ public:
     [[nodiscard]] virtual bool hasText() const = 0;
 };
 
-/// A keyboard: its view is made to be a field's input view. It appears and disappears with that. Main queue
-/// only.
+/// A keyboard: its view is made to be a field's input view. It appears and disappears with
+/// that. Main queue only.
 class UIInputViewController : public UIViewController {
 public:
     UIInputViewController();

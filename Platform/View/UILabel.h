@@ -1,11 +1,12 @@
 #pragma once
 
+#include "Platform/Export.h"
 #include "Platform/View/UITextContent.h"
 
 namespace korvane {
 
 /// A text to read. Main queue only.
-class UILabel : public UITextContent<UIView> {
+class KORVANE_EXPORT UILabel : public UITextContent<UIView> {
 public:
     using UITextContent::UITextContent;
 

@@ -24,8 +24,8 @@ CGSize sizeOf(const UIView& view, double most) {
 } // namespace
 
 void UINavigationItem::changed() {
-    const auto told = onChange_;
-    if (told) told();
+    const auto tell = onChange_;
+    if (tell) tell();
 }
 
 void UINavigationItem::setTitle(std::string title) {

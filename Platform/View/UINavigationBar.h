@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Export.h"
 #include "Platform/View/UIControl.h"
 #include "Platform/View/UILabel.h"
 
@@ -25,7 +26,7 @@ private:
 };
 
 /// What a bar shows for one screen. Main queue only.
-class UINavigationItem final : public NSObject {
+class KORVANE_EXPORT UINavigationItem final : public NSObject {
 public:
     explicit UINavigationItem(std::string title = {}) : title_(std::move(title)) {}
 
@@ -57,7 +58,7 @@ struct UITitleTextAttributes {
 };
 
 /// A bar with a title in the middle and a view at each end. Main queue only.
-class UINavigationBar : public UIView {
+class KORVANE_EXPORT UINavigationBar : public UIView {
 public:
     /// The platform's height of a bar, in points.
     static constexpr double kHeight = 44;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Export.h"
 #include "Platform/Failure.h"
 #include "Platform/View/NSObject.h"
 
@@ -13,7 +14,7 @@ namespace korvane {
 class UIOutletBase;
 
 /// An object whose outlets a storyboard sets by name.
-class UIOutletOwner {
+class KORVANE_EXPORT UIOutletOwner {
 public:
     UIOutletOwner(const UIOutletOwner&) = delete;
     UIOutletOwner& operator=(const UIOutletOwner&) = delete;
@@ -32,7 +33,7 @@ private:
 };
 
 /// An outlet of any type.
-class UIOutletBase {
+class KORVANE_EXPORT UIOutletBase {
 public:
     UIOutletBase(UIOutletOwner& owner, std::string_view name) : name_(name) {
         owner.outlets_.push_back(this);

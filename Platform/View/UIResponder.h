@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Export.h"
 #include "Platform/View/NSObject.h"
 #include "Platform/View/UITouch.h"
 
@@ -15,7 +16,7 @@ class UIView;
 enum class UIAnimated : bool { no, yes };
 
 /// Receives touches, and text while it is the first responder. Main queue only.
-class UIResponder : public NSObject {
+class KORVANE_EXPORT UIResponder : public NSObject {
 public:
     /// Posted with the keyboard's end frame when an input view comes and goes.
     static constexpr std::string_view keyboardWillShowNotification = "UIKeyboardWillShowNotification";
@@ -54,7 +55,7 @@ protected:
 };
 
 /// A responder that text can be typed into.
-class UIKeyInput {
+class KORVANE_EXPORT UIKeyInput {
 public:
     virtual ~UIKeyInput() = default;
 

@@ -1,12 +1,13 @@
 #pragma once
 
+#include "Platform/Export.h"
 #include "Platform/View/UIView.h"
 
 namespace korvane {
 
 class UIScrollView;
 
-class UIScrollViewDelegate {
+class KORVANE_EXPORT UIScrollViewDelegate {
 public:
     virtual ~UIScrollViewDelegate() = default;
 
@@ -17,7 +18,7 @@ public:
 ///
 /// For constraints it is as large as its frame and begins at the content's top left corner; `contentSize` is
 /// its user's to set.
-class UIScrollView : public UIView {
+class KORVANE_EXPORT UIScrollView : public UIView {
 public:
     using UIView::UIView;
 

@@ -34,8 +34,8 @@ struct FailureTraits<UIStoryboardErrorCase> {
 /// Its description names what is missing or broken, and the scene where there is one.
 using UIStoryboardError = TypedFailure<UIStoryboardErrorCase>;
 
-/// Screens as a resource. Making the storyboard and registering classes: any thread; screens: main queue
-/// only.
+/// Screens as a resource. Making the storyboard and registering classes: any thread;
+/// screens: main queue only.
 ///
 /// The file `<name>.json` of a bundle:
 /// `{"scenes": {"<identifier>": {"class": "<controller>", "view": <view>}}}`, perhaps with an `orientation`,

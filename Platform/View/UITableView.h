@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Export.h"
 #include "Platform/View/UIScrollView.h"
 
 #include <functional>
@@ -20,7 +21,7 @@ struct IndexPath {
 class UITableView;
 
 /// One row's view, which serves other rows once its own has scrolled away. Main queue only.
-class UITableViewCell : public UIView {
+class KORVANE_EXPORT UITableViewCell : public UIView {
 public:
     UITableViewCell();
 
@@ -39,7 +40,7 @@ private:
     std::string reuseIdentifier_;
 };
 
-class UITableViewDataSource {
+class KORVANE_EXPORT UITableViewDataSource {
 public:
     virtual ~UITableViewDataSource() = default;
 
@@ -53,7 +54,7 @@ enum class UITableViewCellSeparatorStyle { none, singleLine };
 /// Rows of one height below each other. Cells there are for rows in sight alone, and for those that one
 /// screenful more of what the table lies in would show: what tables cost does not depend on how long they
 /// are. Main queue only.
-class UITableView : public UIScrollView {
+class KORVANE_EXPORT UITableView : public UIScrollView {
 public:
     using CellFactory = std::function<std::shared_ptr<UITableViewCell>()>;
 
@@ -73,8 +74,8 @@ public:
 
     /// Says how cells of an identifier are made.
     void registerCell(CellFactory factory, const std::string& forCellReuseIdentifier);
-    /// A cell that no row uses, or a new one. An identifier that nobody registered ends the process
-    /// (`fatalError`).
+    /// A cell that no row uses, or a new one. An identifier that nobody registered ends
+    /// the process (`fatalError`).
     [[nodiscard]] std::shared_ptr<UITableViewCell> dequeueReusableCell(const std::string& withIdentifier);
 
     /// Asks the data source for everything anew, at the next layout.
@@ -88,8 +89,8 @@ public:
     /// No value for a cell that shows no row.
     [[nodiscard]] std::optional<IndexPath> indexPath(const UITableViewCell& forCell) const;
     [[nodiscard]] CGRect rectForRow(IndexPath at) const;
-    /// Scrolls the table, and what it lies in, as little as shows the row, at once: the next layout gives it
-    /// a cell.
+    /// Scrolls the table, and what it lies in, as little as shows the row, at once: the next
+    /// layout gives it a cell.
     void scrollToRow(IndexPath at);
 
     [[nodiscard]] CGSize contentSize() const override;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Export.h"
 #include "Platform/View/UIColor.h"
 #include "Platform/View/UIFont.h"
 #include "Platform/View/UIView.h"
@@ -11,7 +12,7 @@ namespace korvane {
 enum class NSTextAlignment { natural, left, center, right };
 
 /// The font in the size in which the user wants to read it.
-[[nodiscard]] UIFont inUsersSize(const UIFont& font);
+KORVANE_EXPORT [[nodiscard]] UIFont inUsersSize(const UIFont& font);
 
 /// A view that shows one text in one font: what labels, text views and text fields share. Main queue only.
 /// `Base` is a view.
@@ -57,7 +58,7 @@ private:
 };
 
 /// What a text needs within a width, by the platform's measurer, in whole points upwards.
-[[nodiscard]] CGSize measuredText(const std::string& text, const UIFont& font, double maximumWidth,
-                                  int maximumLines);
+KORVANE_EXPORT [[nodiscard]] CGSize measuredText(const std::string& text, const UIFont& font,
+                                                 double maximumWidth, int maximumLines);
 
 } // namespace korvane

@@ -151,14 +151,14 @@ void UITextField::touchesEnded(const UITouches& touches) {
 
 void UITextField::didBecomeFirstResponder() {
     setNeedsDisplay();
-    if (const auto told = delegate()) told->textFieldDidBeginEditing(*this);
+    if (const auto listener = delegate()) listener->textFieldDidBeginEditing(*this);
     NotificationCenter::defaultCenter().post({textDidBeginEditingNotification});
     sendActions(ControlEvent::editingDidBegin);
 }
 
 void UITextField::didResignFirstResponder() {
     setNeedsDisplay();
-    if (const auto told = delegate()) told->textFieldDidEndEditing(*this);
+    if (const auto listener = delegate()) listener->textFieldDidEndEditing(*this);
     sendActions(ControlEvent::editingDidEnd);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Export.h"
 #include "Platform/View/UIControl.h"
 #include "Platform/View/UITextContent.h"
 
@@ -38,9 +39,9 @@ struct UITextRange {
 
 /// A text as a field shows it: on one line, with "\u21B5" in place of each line break, so that it is seen.
 /// Whoever cleanses the text cleanses this too.
-[[nodiscard]] std::string onOneLine(std::string_view text);
+KORVANE_EXPORT [[nodiscard]] std::string onOneLine(std::string_view text);
 
-class UITextFieldDelegate {
+class KORVANE_EXPORT UITextFieldDelegate {
 public:
     virtual ~UITextFieldDelegate() = default;
 
@@ -58,7 +59,7 @@ public:
 
 /// A line of text that can be typed. What was typed is cleansed from memory when other text takes its place
 /// and when the field goes. Main queue only.
-class UITextField : public UITextContent<UIControl>, public UIKeyInput {
+class KORVANE_EXPORT UITextField : public UITextContent<UIControl>, public UIKeyInput {
 public:
     /// Posted when a field has become the first responder.
     static constexpr std::string_view textDidBeginEditingNotification =

@@ -1,12 +1,13 @@
 #pragma once
 
+#include "Platform/Export.h"
 #include "Platform/View/UIScrollView.h"
 #include "Platform/View/UITextContent.h"
 
 namespace korvane {
 
 /// A text of any length to read, which scrolls. Main queue only.
-class UITextView : public UITextContent<UIScrollView> {
+class KORVANE_EXPORT UITextView : public UITextContent<UIScrollView> {
 public:
     using UITextContent::UITextContent;
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/CGGeometry.h"
+#include "Platform/Export.h"
 #include "Platform/View/NSObject.h"
 
 #include <cstdint>
@@ -15,7 +16,7 @@ class UIWindow;
 enum class UITouchPhase { began, moved, ended, cancelled };
 
 /// One finger from its coming down to its going up: the same object all the while. Main queue only.
-class UITouch final : public NSObject {
+class KORVANE_EXPORT UITouch final : public NSObject {
 public:
     UITouch(std::uint64_t identifier, CGPoint location, std::weak_ptr<UIView> view)
         : identifier_(identifier), location_(location), view_(std::move(view)) {}

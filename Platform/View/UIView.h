@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Export.h"
 #include "Platform/View/CALayer.h"
 #include "Platform/View/Geometry.h"
 #include "Platform/View/NSLayoutConstraint.h"
@@ -29,7 +30,7 @@ class UIWindow;
 ///
 /// Every setter is of one kind: with the value that it has already, nothing happens; otherwise the value is
 /// stored, and the tree is marked for what the change asks of it (`UIViewChange`).
-class UIView : public UIResponder {
+class KORVANE_EXPORT UIView : public UIResponder {
 public:
     UIView();
     explicit UIView(const CGRect& frame);
@@ -68,8 +69,8 @@ public:
     void setBounds(const CGRect& bounds);
     [[nodiscard]] CGPoint center() const noexcept;
     void setCenter(CGPoint center);
-    /// From the own coordinates to another view's, or to the window's with null; and back. The views are of
-    /// one tree.
+    /// From the own coordinates to another view's, or to the window's with null; and back. The
+    /// views are of one tree.
     [[nodiscard]] CGPoint convertTo(const UIView* view, CGPoint point) const;
     [[nodiscard]] CGRect convertTo(const UIView* view, const CGRect& rect) const;
     [[nodiscard]] CGPoint convertFrom(const UIView* view, CGPoint point) const;
@@ -172,9 +173,9 @@ public:
 
     // Animations.
 
-    /// Runs `animations` at once; a renderer shows what they change little by little. `completion` runs
-    /// later, from the main queue: after the time, where animations are played (`UIApplication`), else at
-    /// once.
+    /// Runs `animations` at once; a renderer shows what they change little by little. `completion`
+    /// runs later, from the main queue: after the time, where animations are played
+    /// (`UIApplication`), else at once.
     static void animate(Seconds duration, const std::function<void()>& animations,
                         std::function<void()> completion = {}) {
         animate(UIViewAnimation{duration}, animations, std::move(completion));
@@ -211,8 +212,8 @@ protected:
     virtual void didMoveToWindow() {}
     /// Asks for `placeDidChange()`; once, when the view is made.
     void watchPlace();
-    /// The view, or one that it lies in, has another place or size, has been scrolled, or lies in another one
-    /// now.
+    /// The view, or one that it lies in, has another place or size, has been scrolled, or
+    /// lies in another one now.
     virtual void placeDidChange() {}
     /// A subview's content would like another size.
     virtual void subviewContentDidChange() {}

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Export.h"
 #include "Platform/View/UINavigationBar.h"
 #include "Platform/View/UIOutlet.h"
 #include "Platform/View/UIView.h"
@@ -23,7 +24,7 @@ enum class UIModalPresentationStyle { automatic, fullScreen, overFullScreen };
 /// first that it will; that it did, it is told first within a container, and last where one is presented or
 /// dismissed. An animated change tells the second half, and runs its completion, from the main
 /// queue (see `UIApplication`); a change that begins before ends the earlier one first.
-class UIViewController : public UIResponder, public UIOutletOwner {
+class KORVANE_EXPORT UIViewController : public UIResponder, public UIOutletOwner {
 public:
     using Completion = std::function<void()>;
 

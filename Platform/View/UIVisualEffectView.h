@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Export.h"
 #include "Platform/View/UIView.h"
 
 namespace korvane {
@@ -8,7 +9,7 @@ namespace korvane {
 enum class UIBlurEffectStyle : int { extraLight = 0, light = 1, dark = 2, regular = 4, prominent = 5 };
 
 /// Blurs what lies behind it. Main queue only.
-class UIVisualEffectView : public UIView {
+class KORVANE_EXPORT UIVisualEffectView : public UIView {
 public:
     explicit UIVisualEffectView(UIBlurEffectStyle style) : style_(style) {}
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Export.h"
 #include "Platform/View/UIView.h"
 
 #include <cstdint>
@@ -13,7 +14,7 @@ class UIViewController;
 
 /// The root of a tree of views: it takes touches, lays itself out before it is drawn, and tells its renderer
 /// that there is something new. Main queue only.
-class UIWindow : public UIView {
+class KORVANE_EXPORT UIWindow : public UIView {
 public:
     /// As large as the main screen.
     UIWindow();

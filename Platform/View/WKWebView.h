@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Export.h"
 #include "Platform/URLSession.h"
 #include "Platform/View/UIView.h"
 
@@ -19,7 +20,7 @@ struct WKNavigationAction {
     std::optional<URLRequest> request;
 };
 
-class WKNavigationDelegate {
+class KORVANE_EXPORT WKNavigationDelegate {
 public:
     using DecisionHandler = std::function<void(WKNavigationActionPolicy)>;
 
@@ -32,7 +33,7 @@ public:
 
 /// A web page, as far as its user sees it: the page's text and who is asked before it goes elsewhere. The
 /// engine that shows it is a renderer's. Main queue only.
-class WKWebView : public UIView {
+class KORVANE_EXPORT WKWebView : public UIView {
 public:
     using UIView::UIView;
 

@@ -29,8 +29,8 @@ struct CollectionInput {
 /// collection found stays where this one has nothing to put in its place. Does not fail. Main queue only.
 void collectDeviceData(Platform& platform, const CollectionInput& input, DeviceData& data);
 
-/// The `LOCALE` parameter of an application's locale: "language-region", or "en-US" where there is no such
-/// form.
+/// The `LOCALE` parameter of an application's locale: "language-region", or "en-US" where
+/// there is no such form.
 [[nodiscard]] std::string localeParameter(const std::optional<Locale>& locale);
 
 /// The document of one transaction. Empty reasons and empty warnings are left out of it.

@@ -11,8 +11,7 @@ std::string appID(Platform& platform) {
 
     const std::string key = "Korvane.SystemUtils.appID";
     NSUserDefaults& defaults = platform.userDefaults();
-    const std::optional<JSON> stored = defaults.valueForKey(key);
-    if (stored && stored->is_string()) return stored->get<std::string>();
+    if (auto stored = defaults.valueForKey(key)) return *std::move(stored);
 
     std::string made = makeUUIDString();
     defaults.setObject(made, key);

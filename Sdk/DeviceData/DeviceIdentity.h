@@ -7,9 +7,9 @@
 
 namespace korvane {
 
-/// The stable identifier of the application on this device, read anew at each call: the vendor's identifier
-/// in lower case, or, where there is none, a UUID in upper case that is made once and kept in the user
-/// defaults.
+/// The stable identifier of the application on this device, read anew at each call: the vendor's
+/// identifier in lower case, or, where there is none, a UUID in upper case that is made once and kept
+/// in the user defaults.
 [[nodiscard]] std::string appID(Platform& platform);
 
 /// The last IPv4 or IPv6 address of the interface "en0", in numbers, or no value.

@@ -4,13 +4,6 @@ namespace korvane {
 
 namespace {
 
-std::string jsonOf(const StringTable& table) {
-    JSONObjectWriter writer;
-    for (const auto& [key, value] : table)
-        writer.addString(key, value);
-    return std::move(writer).finish();
-}
-
 std::string jsonOf(const std::vector<std::string>& texts) {
     return JSON(texts).dump(-1, ' ', false, JSON::error_handler_t::replace);
 }

@@ -1,11 +1,12 @@
 #pragma once
 
+#include "Platform/Export.h"
 #include "Sdk/Events/Events.h"
 
 namespace korvane {
 
 /// Hears the one ending of a challenge. Implemented by the application; every call comes on the main queue.
-class ChallengeStatusReceiver {
+class KORVANE_EXPORT ChallengeStatusReceiver {
 public:
     virtual ~ChallengeStatusReceiver() = default;
 

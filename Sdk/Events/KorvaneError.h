@@ -25,8 +25,8 @@ struct KorvaneError {
     std::string description;
     std::string details;
 
-    /// The protocol's texts for a code. A code that has none gives 404, with the code asked for in the
-    /// details.
+    /// The protocol's texts for a code. A code that has none gives 404, with the code
+    /// asked for in the details.
     [[nodiscard]] static KorvaneError getErrorByCode(int code);
     [[nodiscard]] static KorvaneError getErrorByCode(ProtocolErrorCode code);
     /// The same, with what is known of this case in place of the details.

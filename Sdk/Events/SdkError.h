@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Export.h"
 #include "Platform/Failure.h"
 #include "Platform/Logger.h"
 
@@ -28,7 +29,7 @@ struct FailureTraits<SdkErrorCase> {
 
 /// What the library's public operations raise. `httpRequestException` and `SDKAlreadyInitializedException`
 /// are there for applications that match on the whole family; nothing raises them.
-class SdkError : public TypedFailure<SdkErrorCase> {
+class KORVANE_EXPORT SdkError : public TypedFailure<SdkErrorCase> {
 public:
     SdkError(SdkErrorCase kind, std::string message) : TypedFailure(kind, Description{std::move(message)}) {}
 

@@ -70,8 +70,8 @@ CReqSendingResult Exchange::sendCReq(const Bytes& data, CResPosition position) {
         "Receive empty cRes Data.");
 }
 
-/// The form is looked at first, since nearly every answer is a JWE, and none is an Erro as well: that has
-/// quotes.
+/// The form is looked at first, since nearly every answer is a JWE, and none is an Erro as
+/// well: that has quotes.
 CReqSendingResult Exchange::readAnswer(const Bytes& body, CResPosition position) const {
     const std::string_view text = asText(body);
     if (!validateJWE(text)) {

@@ -39,8 +39,8 @@ public:
     [[nodiscard]] const std::string& sdkReferenceNum() const noexcept { return sdkReferenceNum_; }
     /// In upper case; messages have it in lower case.
     [[nodiscard]] const std::string& sdkTransactionID() const noexcept { return sdkTransactionID_; }
-    /// The JWK text of the pair that the ACS agrees with, which outlives the pair; no value if none could be
-    /// made.
+    /// The JWK text of the pair that the ACS agrees with, which outlives the pair; no value
+    /// if none could be made.
     [[nodiscard]] const std::optional<std::string>& ephemeralPublicKey() const noexcept {
         return ephemeralPublicKey_;
     }
@@ -70,8 +70,8 @@ public:
     /// Sends a sealed request and judges the answer: blocks its thread for 12 seconds at most, and raises
     /// nothing. After 10 seconds without an answer the time-out is told; what comes later still counts.
     [[nodiscard]] CReqSendingResult sendCReq(const Bytes& data, CResPosition position);
-    /// Whom to tell, on the main queue, that an answer has not come in time. To be set before the first
-    /// request.
+    /// Whom to tell, on the main queue, that an answer has not come in time. To be set
+    /// before the first request.
     void setTimedOut(std::function<void()> timedOut) { timedOut_ = std::move(timedOut); }
     void cancelCResTimer();
     /// From now on whatever comes is dropped, for good.

@@ -17,8 +17,8 @@ struct HttpAnswer {
     friend bool operator==(const HttpAnswer&, const HttpAnswer&) = default;
 };
 
-/// Talks to one ACS. Each call blocks its thread for 12.0 seconds at most; status codes are not looked at.
-/// Any thread.
+/// Talks to one ACS. Each call blocks its thread for 12.0 seconds at most; status codes are not
+/// looked at. Any thread.
 class HttpClient {
 public:
     /// Makes a session of its own on the current platform.

@@ -38,9 +38,9 @@ struct FailureTraits<ParsingErrorCase> {
 /// `description()` is the list of repeated names.
 using ParsingError = TypedFailure<ParsingErrorCase>;
 
-/// The challenge response: the ACS's answer to each `CReq`, after it is decrypted. A value. JSON names equal
-/// field names. Every value is a text, those that look like flags or counters too; what they mean is judged
-/// by `Validator`.
+/// The challenge response: the ACS's answer to each `CReq`, after it is decrypted. A value. JSON names
+/// equal field names. Every value is a text, those that look like flags or counters too; what they mean is
+/// judged by `Validator`.
 struct CRes {
     std::string threeDSServerTransID;
     std::string acsCounterAtoS;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Platform/Export.h"
+
 #include <optional>
 #include <string>
 
@@ -7,7 +9,7 @@ namespace korvane {
 
 /// The values of the authentication response that the application hands over to start a challenge. Each
 /// getter tells an absent field only: an empty text passes.
-class ChallengeParameters {
+class KORVANE_EXPORT ChallengeParameters {
 public:
     void set3DSServerTransactionId(std::string value) { tdsServerTransactionId = std::move(value); }
     void setAcsTransactionId(std::string value) { acsTransactionId = std::move(value); }

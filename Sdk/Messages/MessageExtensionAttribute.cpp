@@ -20,13 +20,6 @@ std::string MessageExtensionAttribute::json() const {
     return std::move(writer).finish();
 }
 
-std::string jsonOf(const StringTable& table) {
-    JSONObjectWriter writer;
-    for (const auto& [name, value] : table)
-        writer.addString(name, value);
-    return std::move(writer).finish();
-}
-
 std::string jsonOf(const std::vector<MessageExtensionAttribute>& extensions) {
     std::string json = "[";
     for (const MessageExtensionAttribute& extension : extensions) {

@@ -23,9 +23,6 @@ struct MessageExtensionAttribute {
     friend bool operator==(const MessageExtensionAttribute&, const MessageExtensionAttribute&) = default;
 };
 
-/// A map of texts as JSON text, members in the order of their names.
-[[nodiscard]] std::string jsonOf(const StringTable& table);
-
 /// The member `messageExtension` of a message: a list of extensions as JSON text.
 [[nodiscard]] std::string jsonOf(const std::vector<MessageExtensionAttribute>& extensions);
 

@@ -6,9 +6,9 @@
 
 namespace korvane {
 
-/// Whether a text has the shape of a compact JWE: five parts of Base64URL characters, of which the second
-/// alone may be empty. One line terminator at the end is let pass, as by the "$" of ICU's regular
-/// expressions.
+/// Whether a text has the shape of a compact JWE: five parts of Base64URL characters, of which
+/// the second alone may be empty. One line terminator at the end is let pass, as by the "$" of
+/// ICU's regular expressions.
 [[nodiscard]] bool validateJWE(std::string_view text);
 
 /// Whether a text is made of Base64URL characters, one at least. A line terminator at the end as above.

@@ -26,11 +26,11 @@ struct ValidationContainer {
 /// Judges a decoded response before the library acts on it. Lengths are user-perceived characters.
 class Validator {
 public:
-    /// Five stages, in order: counter, required fields, transaction identifiers, values, critical extensions.
-    /// Inside a stage all rules run and their findings are listed; the first stage that finds anything ends
-    /// the judgement.
-    /// @return no value for an accepted response, else the protocol's error with the names at fault in its
-    /// details.
+    /// Five stages, in order: counter, required fields, transaction identifiers, values, critical
+    /// extensions. Inside a stage all rules run and their findings are listed; the first stage that finds
+    /// anything ends the judgement.
+    /// @return no value for an accepted response, else the protocol's error with the names at
+    /// fault in its details.
     [[nodiscard]] static std::optional<KorvaneError> validateCRes(const ValidationContainer& container);
 };
 

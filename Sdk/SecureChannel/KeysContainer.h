@@ -63,8 +63,8 @@ public:
     /// @throws SdkError; JOSEError for a bad signature or form; DecodingError; ECError, JWKError.
     std::string parseAcsSignedContent(std::string_view content, const std::string& sdkReferenceNumber);
 
-    /// The public key that the ACS is to agree with, as JWK text: the same one until the session's key has
-    /// been derived.
+    /// The public key that the ACS is to agree with, as JWK text: the same one until the session's
+    /// key has been derived.
     /// @throws ECKeyPairError
     [[nodiscard]] std::optional<std::string> getEphemeralPublicKey();
 

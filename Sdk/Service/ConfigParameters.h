@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Export.h"
 #include "Sdk/SecureChannel/DevInfoCert.h"
 
 #include <map>
@@ -10,7 +11,7 @@ namespace korvane {
 
 /// The application's configuration: the certificates of the directory servers, and named texts in groups. It
 /// has no lock: the texts belong to the thread that sets them.
-class ConfigParameters {
+class KORVANE_EXPORT ConfigParameters {
 public:
     using DevInfoCerts = std::map<std::string, DevInfoCert>;
     using Group = std::map<std::string, std::string>;

@@ -1,44 +1,39 @@
 #pragma once
 
+#include "Platform/Export.h"
 #include "Platform/Locale.h"
-#include "Platform/Logger.h"
-#include "Sdk/DeviceData/DeviceDataCollection.h"
 #include "Sdk/Events/Warning.h"
 #include "Sdk/Service/ConfigParameters.h"
 #include "Sdk/Service/TransactionCertsProducerProtocol.h"
 #include "Sdk/Transaction/Transaction.h"
-#include "Ui/Customisation/UiCustomization.h"
-#include "Ui/Customisation/UiCustomizationConstraints.h"
 
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
 namespace korvane {
 
-class KeysContainer;
+class IKorvaneLogger;
+class UiCustomization;
+class UiCustomizationConstraints;
 
 /// The way into the library: an application makes one, initialises it, and lets it create transactions. It
 /// works on the current platform and keeps no reference to its transactions. It has no lock: one thread at a
 /// time. Each text that it raises has been logged before.
-class ThreeDS2Service {
+class KORVANE_EXPORT ThreeDS2Service {
 public:
-    ThreeDS2Service() = default;
+    ThreeDS2Service();
     ThreeDS2Service(const ThreeDS2Service&) = delete;
     ThreeDS2Service& operator=(const ThreeDS2Service&) = delete;
+    ~ThreeDS2Service();
 
     /// Takes the place of the configured certificates in every transaction that is created from now on. May
     /// be called at any time; null gives the configured ones back.
-    void setCertProducer(std::shared_ptr<TransactionCertsProducerProtocol> producer) {
-        certsProducer_ = std::move(producer);
-    }
+    void setCertProducer(std::shared_ptr<TransactionCertsProducerProtocol> producer);
 
     /// Takes the place of the library's spinner in every transaction that is created from now on. May be
     /// called at any time; null gives the library's back.
-    void setSpinnerProducer(std::shared_ptr<SpinnerProducerProtocol> producer) {
-        spinnerProducer_ = std::move(producer);
-    }
+    void setSpinnerProducer(std::shared_ptr<SpinnerProducerProtocol> producer);
 
     /// Stores what it is given, runs the checks of the device's integrity and collects the device data. May
     /// be called again: what it is given then takes the place of what it was given before, and the warnings
@@ -60,7 +55,7 @@ public:
 
     /// Takes the configuration away, so that the service counts as not initialised. All else stays, and
     /// transactions go on.
-    void cleanup() noexcept { configParameters_ = nullptr; }
+    void cleanup() noexcept;
 
     /// @throws SdkError SDKNotInitializedException
     [[nodiscard]] std::string getSDKVersion() const;
@@ -78,23 +73,8 @@ public:
                                                                  const std::string& messageVersion) const;
 
 private:
-    const ConfigParameters& requireConfigParameters(const char* function) const;
-    /// The device document of a transaction, with the identifier of the installation that is given along with
-    /// it.
-    [[nodiscard]] std::string deviceDocument(const std::string& sdkAppID) const;
-    [[nodiscard]] std::unique_ptr<KeysContainer>
-    makeKeysContainer(const ConfigParameters& configParameters, const std::string& directoryServerID) const;
-
-    std::shared_ptr<const ConfigParameters> configParameters_;
-    std::shared_ptr<const UiCustomization> uiCustomization_;
-    std::shared_ptr<const UiCustomizationConstraints> uiCustomizationConstraints_;
-    std::shared_ptr<TransactionCertsProducerProtocol> certsProducer_;
-    std::shared_ptr<SpinnerProducerProtocol> spinnerProducer_;
-    std::optional<Locale> locale_;
-    std::vector<Warning> warnings_;
-    DeviceData deviceData_;
-    /// The JSON text that transactions seal: written once, since it can have thousands of characters.
-    std::string deviceDocument_;
+    struct State;
+    const std::unique_ptr<State> state_;
 };
 
 } // namespace korvane

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Export.h"
 #include "Sdk/SecureChannel/TransactionCerts.h"
 
 #include <string>
@@ -8,7 +9,7 @@ namespace korvane {
 
 /// Gives the certificates of a directory server at run time, in place of the configured table. Implemented by
 /// the application; called on the thread that creates a transaction.
-class TransactionCertsProducerProtocol {
+class KORVANE_EXPORT TransactionCertsProducerProtocol {
 public:
     virtual ~TransactionCertsProducerProtocol() = default;
 

@@ -2,6 +2,7 @@
 
 #include "Platform/Logger.h"
 #include "Sdk/Events/ForeignText.h"
+#include "Ui/Screens/Later.h"
 
 namespace korvane {
 

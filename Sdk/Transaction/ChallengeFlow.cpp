@@ -38,8 +38,4 @@ bool ChallengeFlow::mayTurn() const noexcept {
     return state == State::standing || state == State::ended;
 }
 
-void ChallengeFlow::onMainQueue(std::function<void()> work) {
-    Platform::current().dispatch().mainQueue().async(std::move(work));
-}
-
 } // namespace korvane

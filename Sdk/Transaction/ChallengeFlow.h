@@ -154,8 +154,6 @@ private:
     void tellRuntimeError(const std::string& text);
     void tellProtocolError(const Erro& erro);
 
-    static void onMainQueue(std::function<void()> work);
-
     const std::shared_ptr<Exchange> exchange_;
     const ChallengeLook look_;
     std::atomic<State> state_{State::starting};

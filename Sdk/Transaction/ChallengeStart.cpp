@@ -4,6 +4,7 @@
 #include "Platform/Logger.h"
 #include "Platform/Platform.h"
 #include "Sdk/Events/SdkError.h"
+#include "Ui/Screens/Later.h"
 #include "Ui/Screens/VCFactory.h"
 
 #include <limits>

@@ -3,6 +3,7 @@
 #include "Platform/LetterCase.h"
 #include "Platform/Logger.h"
 #include "Platform/Platform.h"
+#include "Ui/Screens/Later.h"
 
 #include <utility>
 

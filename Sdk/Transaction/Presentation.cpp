@@ -3,6 +3,7 @@
 #include "Platform/Logger.h"
 #include "Sdk/Events/SdkError.h"
 #include "Ui/Screens/ChallengeWebViewController.h"
+#include "Ui/Screens/Later.h"
 #include "Ui/Screens/VCFactory.h"
 
 namespace korvane {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Bytes.h"
+#include "Platform/Export.h"
 #include "Sdk/Events/ChallengeStatusReceiver.h"
 #include "Sdk/Messages/ChallengeParameters.h"
 #include "Sdk/Transaction/AuthenticationRequestParameters.h"
@@ -17,7 +18,7 @@ struct TransactionArguments;
 
 /// One 3DS transaction: the values of its authentication request, and the challenge if the ACS demands one.
 /// Made by `ThreeDS2Service::createTransaction`. A running challenge goes on when the application lets go.
-class Transaction final {
+class KORVANE_EXPORT Transaction final {
     struct Private {};
 
 public:
@@ -28,8 +29,8 @@ public:
     Transaction& operator=(const Transaction&) = delete;
     ~Transaction();
 
-    /// The values to send through the 3DS server: the same ones at each call. Any thread, beside a running
-    /// challenge too.
+    /// The values to send through the 3DS server: the same ones at each call. Any thread, beside a
+    /// running challenge too.
     /// @throws SdkError InvalidInputException without an ephemeral key.
     [[nodiscard]] AuthenticationRequestParameters getAuthenticationRequestParameters() const;
 
@@ -55,8 +56,8 @@ public:
 
     /// Presents a page. Main queue only.
     void presentWeb(const std::string& html);
-    /// Presents the screen of a response; one that is none ends the process (`fatalError`). Blocks for the
-    /// logos.
+    /// Presents the screen of a response; one that is none ends the process (`fatalError`).
+    /// Blocks for the logos.
     void presentRoot(ByteView CResData);
 
 private:

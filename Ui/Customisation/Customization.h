@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Export.h"
 #include "Platform/View/UIColor.h"
 
 #include <optional>
@@ -24,7 +25,7 @@ struct FontValues {
 ///
 /// Customisation objects are plain data that the application shares with the library. They have no lock: the
 /// application fills them before it initialises the service. Nothing that is set is checked.
-class Customization {
+class KORVANE_EXPORT Customization {
 public:
     virtual ~Customization() = default;
 
@@ -60,6 +61,6 @@ protected:
 /// characters that are no such digits give the colour of the digits before the first that is none, or black;
 /// blanks before the first digit do not count.
 /// @return no value for any other length.
-[[nodiscard]] std::optional<UIColor> hexStringToUIColor(std::string_view hex);
+KORVANE_EXPORT [[nodiscard]] std::optional<UIColor> hexStringToUIColor(std::string_view hex);
 
 } // namespace korvane

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Export.h"
 #include "Platform/NSBundle.h"
 #include "Ui/Customisation/Customization.h"
 
@@ -11,7 +12,7 @@
 namespace korvane {
 
 /// The look of a button. Lengths are in points.
-class ButtonCustomization : public Customization {
+class KORVANE_EXPORT ButtonCustomization : public Customization {
 public:
     ButtonCustomization() = default;
     ButtonCustomization(FontValues font, std::optional<UIColor> itsTextColor,
@@ -64,7 +65,7 @@ public:
 };
 
 /// The bar on top of a screen: its title and its cancel button.
-class ToolbarCustomization : public Customization {
+class KORVANE_EXPORT ToolbarCustomization : public Customization {
 public:
     ToolbarCustomization() = default;
     ToolbarCustomization(FontValues font, std::optional<UIColor> itsTextColor,
@@ -116,7 +117,7 @@ public:
 };
 
 /// The field for the one-time code. Lengths are in points.
-class TextBoxCustomization : public Customization {
+class KORVANE_EXPORT TextBoxCustomization : public Customization {
 public:
     void setBorderWidth(std::optional<int> width) { borderWidth = width; }
     /// @return 0 where none is set, here and for the radius.
@@ -140,7 +141,7 @@ public:
 };
 
 /// A longer text of a screen, and texts of the application's own in place of the ACS's.
-class CustTextCustomization : public Customization {
+class KORVANE_EXPORT CustTextCustomization : public Customization {
 public:
     CustTextCustomization() = default;
     CustTextCustomization(
@@ -169,7 +170,7 @@ struct CustImageCustomization {
 };
 
 /// How a challenge text that warns looks. It has no font, so it is no `Customization`.
-class CustWarning {
+class KORVANE_EXPORT CustWarning {
 public:
     CustWarning() = default;
     /// @param itsTextColor  also the label's; absent for black there.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Export.h"
 #include "Ui/Customisation/Customizations.h"
 
 #include <map>
@@ -25,7 +26,7 @@ enum class CustTextViewType { CHALLENGE_INFO_TEXT, WHY_INFO_TEXT, EXT_INFO_TEXT,
 /// How an application wants the challenge screens to look: handed to `ThreeDS2Service::initialize`, shared
 /// with the screens and read by them when they are built. What is absent stays as the library has it. No
 /// lock: to be filled before. Getters give null for what is not set.
-class UiCustomization {
+class KORVANE_EXPORT UiCustomization {
 public:
     void setButtonCustomization(std::shared_ptr<ButtonCustomization> buttonCustomization,
                                 ButtonType buttonType) {

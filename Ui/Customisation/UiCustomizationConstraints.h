@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Platform/Export.h"
+
 #include <optional>
 
 namespace korvane {
@@ -40,7 +42,7 @@ struct UiConstraints {
 
 /// Where an application wants the controls of the native screens, in portrait and landscape alike. Shared
 /// plain data, to be filled before the service is initialised.
-class UiCustomizationConstraints {
+class KORVANE_EXPORT UiCustomizationConstraints {
 public:
     void setConstraints(UiObject to, const UiConstraints& constraints);
     [[nodiscard]] const UiConstraints& getConstraints(UiObject to) const;

@@ -13,8 +13,8 @@ public:
 
     /// The look that the storyboard gives is the one that a press ends with.
     void awakeFromNib() override;
-    /// A change starts a press, which shows the look of that change for 0.2 seconds and meanwhile ignores
-    /// further ones.
+    /// A change starts a press, which shows the look of that change for 0.2 seconds and meanwhile
+    /// ignores further ones.
     void setHighlighted(bool isHighlighted) override;
 
     [[nodiscard]] double borderWidth() const noexcept { return layer().borderWidth(); }

@@ -72,7 +72,7 @@ public:
     UIOutlet<NSLayoutConstraint> whitelistingInfoHeightConstraint{*this, "whitelistingInfoHeightConstraint"};
     /// Keeps the bar in its place while the screen scrolls.
     UIOutlet<NSLayoutConstraint> toolBarTopConstraint{*this, "toolBarTopConstraint"};
-    /// Despite its name: whether the screen does not ask about whitelisting.
+    /// True while the screen does not ask about whitelisting.
     bool isWhitelistingInfo = false;
     ResourceImage arrowDown{"ArrowDown"};
     /// The same picture, until the application has another one.

@@ -41,7 +41,7 @@ private:
     NotificationObserver return_;
 };
 
-/// The same on a screen that lies on its side.
+/// The same in landscape.
 class LandscapeChallengeOobNativeViewController final : public ChallengeOobNativeViewController {};
 
 } // namespace korvane

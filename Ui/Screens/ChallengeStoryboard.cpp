@@ -1,10 +1,10 @@
 #include "Ui/Screens/ChallengeStoryboard.h"
 
+#include "Platform/Bundle.h"
 #include "Ui/Screens/ChallengeOobNativeViewController.h"
 #include "Ui/Screens/ChallengeSelectNativeViewController.h"
 #include "Ui/Screens/ChallengeTextNativeViewController.h"
 #include "Ui/Screens/ChallengeWebViewController.h"
-#include "keyboard/Bundle.h"
 
 namespace korvane {
 

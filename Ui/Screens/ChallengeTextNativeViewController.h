@@ -54,7 +54,7 @@ private:
     NotificationObserver hideObserver_;
 };
 
-/// The same on a screen that lies on its side.
+/// The same in landscape.
 class LandscapeChallengeTextNativeViewController final : public ChallengeTextNativeViewController {};
 
 } // namespace korvane

@@ -17,8 +17,8 @@ namespace korvane {
 /// of these. Main queue only.
 class ChallengeViewController : public UIViewController {
 public:
-    /// Gives the screen the application's look; called once, when the view is loaded. Overrides call this
-    /// one first.
+    /// Gives the screen the application's look; called once, when the view is loaded. Overrides
+    /// call this one first.
     virtual void applyCustomization(const std::shared_ptr<const UiCustomization>& customization);
 
     void viewDidLoad() override;

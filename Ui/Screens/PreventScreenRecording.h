@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Export.h"
 #include "Platform/NotificationCenter.h"
 #include "Platform/View/UIViewController.h"
 #include "Platform/View/UIVisualEffectView.h"
@@ -15,7 +16,7 @@ inline std::atomic<bool> isEnablePreventScreenCapture{true};
 inline std::atomic<bool> isEnablePreventScreenRecording{true};
 
 /// Keeps one controller's screen out of pictures and recordings. A member of its controller. Main queue only.
-class PreventScreenRecording {
+class KORVANE_EXPORT PreventScreenRecording {
 public:
     explicit PreventScreenRecording(UIViewController& controller) : controller_(controller) {}
     PreventScreenRecording(const PreventScreenRecording&) = delete;

@@ -1,13 +1,16 @@
 #pragma once
 
-#include "Platform/View/UIViewController.h"
+#include "Platform/Export.h"
 
 #include <memory>
 
 namespace korvane {
 
+class UIView;
+class UIViewController;
+
 /// Shows that something is under way. Any thread; what is shown changes on the main queue.
-class ProgressDialog {
+class KORVANE_EXPORT ProgressDialog {
 public:
     virtual ~ProgressDialog() = default;
 
@@ -16,7 +19,7 @@ public:
 };
 
 /// A view of the application's that takes the place of the library's own spinner.
-class ExternalProgressDialog : public ProgressDialog {
+class KORVANE_EXPORT ExternalProgressDialog : public ProgressDialog {
 public:
     /// Tells the spinner's view apart below its controller's.
     static constexpr int kTag = 3456;
@@ -35,7 +38,7 @@ public:
 };
 
 /// Makes the application's spinners.
-class SpinnerProducerProtocol {
+class KORVANE_EXPORT SpinnerProducerProtocol {
 public:
     virtual ~SpinnerProducerProtocol() = default;
 

@@ -1,6 +1,6 @@
 #include "Ui/Screens/ResourceImage.h"
 
-#include "keyboard/Bundle.h"
+#include "Platform/Bundle.h"
 
 namespace korvane {
 

@@ -38,13 +38,14 @@ void setTextIfPresent(UILabel& label, const std::optional<std::string>& text) {
     throw SdkError(Case::SDKRuntimeException, text);
 }
 
-std::string decodedHtml(const std::string& acsHTML) {
-    const auto bytes = fromBase64(base64urlToBase64(acsHTML));
+/// @throws SdkError SDKRuntimeException that says why it is no page.
+std::string requiredPage(const std::string& acsHTML) {
+    if (auto page = decodedPage(acsHTML)) return *std::move(page);
     const std::string undecodable = "Can not encode cRes.acsHTML from base64url to base64.";
-    if (!bytes) failHtml({undecodable + "\n" + escapedControls(acsHTML)}, undecodable);
+    if (!fromBase64(base64urlToBase64(acsHTML)))
+        failHtml({undecodable + "\n" + escapedControls(acsHTML)}, undecodable);
     const std::string noString = "Can not create HTML string from base64 encoded cRes.acsHTML";
-    if (!isUtf8(asText(*bytes))) failHtml({noString}, noString + ".");
-    return std::string(asText(*bytes));
+    failHtml({noString}, noString + ".");
 }
 
 } // namespace
@@ -186,7 +187,7 @@ ViewControllerContainer VCFactory::getHtmlVC(const CRes& cRes) const {
     static_cast<void>(screen->view());
     applyCustomization(*screen);
     if (!cRes.acsHTML) KORVANE_RAISE(kGetHtml, Case::InvalidInputException, "Can not get cRes.acsHTML");
-    screen->pageString = decodedHtml(*cRes.acsHTML);
+    screen->pageString = requiredPage(*cRes.acsHTML);
     if (cRes.acsHTMLRefresh) screen->returnFromOobPage = decodedPage(*cRes.acsHTMLRefresh);
     screen->challengeWebView->loadHTMLString(*screen->pageString);
     return {cRes, true, {{Orientation::PORTRAIT, screen}}};

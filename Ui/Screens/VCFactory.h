@@ -25,8 +25,8 @@ public:
               std::shared_ptr<const UiCustomizationConstraints> uiCustomizationConstraints);
 
     /// The screens of one step, filled. Each failure is logged with the text that it carries.
-    /// @throws SdkError InvalidAcsResponseException for a kind of screen that there is not, else as the
-    /// builders below.
+    /// @throws SdkError InvalidAcsResponseException for a kind of screen that there is not, else
+    /// as the builders below.
     [[nodiscard]] ViewControllerContainer getViewControllerContainer(const CRes& cRes) const;
 
     /// One for each kind of screen.
@@ -36,8 +36,8 @@ public:
     [[nodiscard]] ViewControllerContainer getNativeSingleSelectVC(const CRes& cRes) const;
     [[nodiscard]] ViewControllerContainer getNativeMultiSelectVC(const CRes& cRes) const;
     [[nodiscard]] ViewControllerContainer getNativeOobVC(const CRes& cRes) const;
-    /// @throws SdkError also InvalidInputException without a page, SDKRuntimeException for one that cannot be
-    /// decoded.
+    /// @throws SdkError also InvalidInputException without a page, SDKRuntimeException for one
+    /// that cannot be decoded.
     [[nodiscard]] ViewControllerContainer getHtmlVC(const CRes& cRes) const;
 
     /// Fills what all screens share that the library draws itself.

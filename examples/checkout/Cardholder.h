@@ -45,8 +45,8 @@ public:
     void closeKeyboard();
     /// Scrolls to the end and back.
     void lookAround();
-    /// Enters a code into the field of the bank's page and presses its button, at the places where that page
-    /// has them.
+    /// Enters a code into the field of the bank's page and presses its button, at the places
+    /// where that page has them.
     void fillPage(const QString& code);
 
     // Either.

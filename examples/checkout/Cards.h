@@ -28,8 +28,7 @@ struct Card {
 
 [[nodiscard]] std::span<const Card> allCards();
 
-/// The card of a number, in which anything but digits is passed over. Null for a number that is none of
-/// ours.
+/// The card of a number, in which anything but digits is passed over. Null for a number that is none of ours.
 [[nodiscard]] const Card* findCard(const QString& number);
 
 /// As above, by `Card::name`.

@@ -12,8 +12,8 @@ namespace korvane::checkout {
 
 /// How a payment ended: for people, and for whoever compares.
 struct Outcome {
-    /// The library's own name of the ending, with what tells it from its kin: "completed Y",
-    /// "protocolError 101".
+    /// The library's own name of the ending, with what tells it from its kin: "completed
+    /// Y", "protocolError 101".
     QString ending;
     bool isPaid = false;
     QString title;

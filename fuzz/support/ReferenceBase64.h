@@ -8,8 +8,8 @@
 
 namespace korvane::fuzzing {
 
-/// Ordinary Base64 with padding, or Base64URL, which needs none when it is read and has none when it is
-/// written.
+/// Ordinary Base64 with padding, or Base64URL, which needs none when it is read and has
+/// none when it is written.
 enum class Alphabet { ordinary, url };
 
 /// A second, plain implementation of RFC 4648 to compare with: bit by bit, without tables.

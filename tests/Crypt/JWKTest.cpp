@@ -68,8 +68,8 @@ TEST(JWKConversion, NumbersThatMakeNoKeyAreNamed) {
     EXPECT_EQ(SecKeyGetBlockSize(RSAPublicKey(modulus, "Aw").converted<SecKey>()), 256U);
 }
 
-// A coordinate of neither 32 nor 66 bytes loses its first one: a sign byte, or one of a good P-384
-// coordinate.
+// A coordinate of neither 32 nor 66 bytes loses its first one: a sign byte, or one of a
+// good P-384 coordinate.
 TEST(JWKConversion, PublicCoordinatesLoseASignByte) {
     const auto pointOf = [](std::size_t length) {
         const std::string number = base64URLEncodedString(Bytes(length, 7));

@@ -15,8 +15,8 @@ using testing::ElementsAre;
 using testing::EndsWith;
 using testing::IsEmpty;
 
-/// What the simulation does not look at. How starts, actions, turns and endings follow each other is its
-/// part.
+/// What the simulation does not look at. How starts, actions, turns and endings follow
+/// each other is its part.
 class ChallengeTest : public testing::Test, protected SimulatedApplication {
 protected:
     /// Whatever a test does, nothing of its challenge lives on.

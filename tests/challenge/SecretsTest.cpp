@@ -19,8 +19,8 @@ constexpr const char* kHeader = "Said in this test alone";
 /// A piece of the message that no text of the screen has in it.
 constexpr std::string_view kOfTheMessage = R"("challengeInfoHeader":"Said in this test alone)";
 
-/// The ACS in a process of its own for each request, so that nothing of what it opens and seals is in this
-/// one.
+/// The ACS in a process of its own for each request, so that nothing of what it opens and
+/// seals is in this one.
 class DistantAcs {
 public:
     explicit DistantAcs(SimulatedApplication& application)

@@ -40,8 +40,8 @@ struct Device {
     SimulatedPlatform platform;
 };
 
-/// A screen with one field, the keyboard below it, and the thumbs of whoever types. Keys are told by their
-/// names.
+/// A screen with one field, the keyboard below it, and the thumbs of whoever types. Keys are
+/// told by their names.
 class ThumbDriver : public Device {
 public:
     using Thumb = std::uint64_t;

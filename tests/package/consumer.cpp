@@ -1,6 +1,4 @@
-#include "Platform/Native/NativePlatform.h"
-#include "Sdk/Events/SdkError.h"
-#include "Sdk/Service/ThreeDS2Service.h"
+#include <korvane/korvane.h>
 
 #include <cstdio>
 

@@ -45,8 +45,8 @@ public:
     /// What an image's request gets.
     ScriptedAnswer imageAnswer;
 
-    /// The members of a response to the request that is being answered, with a valid screen of a kind ("01"
-    /// to "05").
+    /// The members of a response to the request that is being answered, with a valid screen of a
+    /// kind ("01" to "05").
     [[nodiscard]] JSON screen(const std::string& uiType) const;
     /// The same with the challenge's end.
     [[nodiscard]] JSON ending(const std::string& transStatus) const;

@@ -20,9 +20,9 @@ struct LeftAlive {
     friend bool operator==(const LeftAlive&, const LeftAlive&) = default;
 };
 
-/// A scripted device with queues in virtual time and a scripted network. The same seed gives the same run.
-/// The test's body stands on the main queue, whose other work runs while the body calls one of the `run`
-/// functions.
+/// A scripted device with queues in virtual time and a scripted network. The same seed gives the same
+/// run. The test's body stands on the main queue, whose other work runs while the body calls one of
+/// the `run` functions.
 class SimulatedPlatform final : public ScriptedDevice {
 public:
     explicit SimulatedPlatform(std::uint64_t seed = 1) : scheduler_(seed) {}
@@ -45,8 +45,8 @@ public:
     /// @return false if everything was done before.
     bool runUntil(std::function<bool()> condition) { return scheduler_.driveUntil(std::move(condition)); }
 
-    /// Runs all that happens in a span of time; longer if work of the main queue that is blocked then has to
-    /// end.
+    /// Runs all that happens in a span of time; longer if work of the main queue that is
+    /// blocked then has to end.
     void runFor(Seconds span) { scheduler_.driveFor(span); }
 
     /// Runs until nothing is left to do, however late; a repeating timer has no such end.

@@ -21,8 +21,7 @@ struct AuthenticationRequest {
 
     /// @param body  a JSON object with the members of an authentication request and no others.
     /// @throws ProtocolFault 101 for no JSON object, 201 and 203 naming members, 204 for repeated ones, 302
-    /// for device
-    ///         data that does not open.
+    ///         for device data that does not open.
     [[nodiscard]] static AuthenticationRequest read(std::string_view body, const KeyRing& keys);
 };
 

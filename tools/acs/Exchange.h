@@ -19,15 +19,15 @@ struct Received {
 
 /// Opens one body.
 /// @throws ProtocolFault 101 for what is neither a JWE nor an Erro and for a message of another type, 302 for
-/// what does
-///         not open, 301 for a JWE whose "kid" is not this challenge's, 201, 203 and 204 naming fields.
+///         what does not open, 301 for a JWE whose "kid" is not this challenge's, 201, 203 and 204 naming
+///         fields.
 [[nodiscard]] Received receive(const Challenge& challenge, std::string_view body);
 
 /// A message without the members that are null, which count as absent.
 [[nodiscard]] JSON withoutNulls(const JSON& message);
 
-/// Checks a CReq against its challenge: whether it has ended, counter, identifiers, version, critical
-/// extensions.
+/// Checks a CReq against its challenge: whether it has ended, counter, identifiers,
+/// version, critical extensions.
 /// @throws ProtocolFault 301, 302, 203, 202
 void requireInStep(const Challenge& challenge, const JSON& creq);
 

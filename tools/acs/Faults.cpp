@@ -78,8 +78,8 @@ void cutOff(Answer& answer, const JSON&) {
     answer.text.pop_back();
 }
 
-/// An error about the message at hand, with members that the scenario puts in place of its own; null takes
-/// one away.
+/// An error about the message at hand, with members that the scenario puts in place of its own;
+/// null takes one away.
 std::string erroText(const Answer& answer, const JSON& parameters) {
     JSON erro = erroOf(answer.message);
     const auto members = parameters.find("members");

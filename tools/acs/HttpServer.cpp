@@ -18,8 +18,8 @@ using tools::UsageError;
 namespace {
 
 constexpr int kBacklog = 256;
-/// The longest path that is looked at: the library matches paths by a regular expression, whose depth grows
-/// with them.
+/// The longest path that is looked at: the library matches paths by a regular expression, whose
+/// depth grows with them.
 constexpr std::size_t kLongestPath = 1024;
 
 /// A body that is too long is read on up to here, so that its sender comes to read the answer.
@@ -43,8 +43,8 @@ bool isNetworkSocket(int file) {
     return isSocket && (address.ss_family == AF_INET || address.ss_family == AF_INET6);
 }
 
-/// Every network socket of this process, but for what it was started with, is the listening one or a
-/// connection.
+/// Every network socket of this process, but for what it was started with, is the listening
+/// one or a connection.
 void shutDownEverySocket() {
     std::error_code error;
     for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd", error)) {

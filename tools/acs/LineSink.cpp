@@ -27,8 +27,8 @@ constexpr std::chrono::seconds kPatience{2};
 /// What a pipe that has room at all takes without a wait.
 constexpr std::size_t kPiece = PIPE_BUF;
 
-/// A descriptor that does not wait, as far as there can be one: that of others, who share ours, is left
-/// alone.
+/// A descriptor that does not wait, as far as there can be one: that of others, who share
+/// ours, is left alone.
 int copyOf(int file) {
     struct stat status {};
     const bool canReopen =

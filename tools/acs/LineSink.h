@@ -21,9 +21,9 @@ public:
     /// Waits for what is under way, for two seconds at most.
     ~LineSink();
 
-    /// Takes a line with its end; it is out on return if all before it are and there is room. Beyond 16 MiB
-    /// that wait, lines are dropped until the reader has caught up; a `dropped` event in their place says how
-    /// many.
+    /// Takes a line with its end; it is out on return if all before it are and there is room. Beyond 16
+    /// MiB that wait, lines are dropped until the reader has caught up; a `dropped` event in their
+    /// place says how many.
     void write(std::string_view line);
 
 private:

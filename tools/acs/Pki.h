@@ -27,8 +27,8 @@ public:
     static constexpr std::string_view deviceDataRSA = "device-data-rsa";
     static constexpr std::string_view deviceDataEC = "device-data-ec";
 
-    /// Fills the folder where it is absent or empty. Two processes may start on one folder: the first to end
-    /// wins.
+    /// Fills the folder where it is absent or empty. Two processes may start on one folder:
+    /// the first to end wins.
     /// @throws UsageError when the folder cannot be filled.
     explicit Pki(std::filesystem::path folder);
 

@@ -85,8 +85,8 @@ std::string scenarioPath(std::string path, const std::vector<std::string>& codin
     return path;
 }
 
-/// Reads the members of a CRes as the library will, so that a slip in a screen shows here and not in a
-/// challenge.
+/// Reads the members of a CRes as the library will, so that a slip in a screen shows here
+/// and not in a challenge.
 JSON readScreen(const ScenarioText& text, const ScenarioValue& value) {
     value.requireKnown(kScreenMembers);
     JSON message = value.json();

@@ -15,8 +15,8 @@ namespace korvane::acs {
 /// line and member.
 class ScenarioText {
 public:
-    /// @throws UsageError for text that is not JSON, with the line where it breaks, and for a repeated
-    /// member.
+    /// @throws UsageError for text that is not JSON, with the line where it breaks, and
+    /// for a repeated member.
     ScenarioText(std::string_view text, std::string name);
 
     [[nodiscard]] const JSON& root() const noexcept { return root_; }

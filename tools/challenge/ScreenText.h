@@ -7,8 +7,8 @@
 
 namespace korvane::challenge {
 
-/// What a screen shows, read from its views: the `screen` event. Members that the screen does not show are
-/// left out.
+/// What a screen shows, read from its views: the `screen` event. Members that the screen does
+/// not show are left out.
 [[nodiscard]] JSON screenEvent(ChallengeViewController& screen);
 
 /// How a screen is meant to be held: "PORTRAIT" or "LANDSCAPE"; a page is shown in either.

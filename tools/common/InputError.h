@@ -6,8 +6,8 @@
 
 namespace korvane::tools {
 
-/// What can be wrong with a line of input before the library has been asked anything. All cases carry a
-/// description.
+/// What can be wrong with a line of input before the library has been asked anything. All cases
+/// carry a description.
 enum class InputErrorCase {
     notJSON,
     lineTooLong,

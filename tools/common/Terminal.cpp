@@ -79,8 +79,8 @@ std::string printable(std::string_view text) {
 
 std::string jsonLine(const JSON& value) {
     std::string line = value.dump(-1, ' ', false, JSON::error_handler_t::replace) + '\n';
-    // The writer has escaped what lies below U+0020, so that only DEL and what is not ASCII is left to see
-    // to.
+    // The writer has escaped what lies below U+0020, so that only DEL and what is not
+    // ASCII is left to see to.
     const bool isPlain = std::all_of(line.begin(), line.end(),
                                      [](char octet) { return static_cast<unsigned char>(octet) < 0x7F; });
     if (isPlain) return line;

@@ -23,8 +23,8 @@ struct Line {
     bool isTooLong = false;
 };
 
-/// The next line without its end, or no value at the end of the input. What a line has beyond the limit is
-/// dropped.
+/// The next line without its end, or no value at the end of the input. What a line has beyond
+/// the limit is dropped.
 std::optional<Line> readLine(std::streambuf& in) {
     using Traits = std::streambuf::traits_type;
     auto next = in.sbumpc();

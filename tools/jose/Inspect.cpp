@@ -70,8 +70,8 @@ JSON readHeader(const Kind& kind, ByteView bytes) {
 }
 
 std::string describe(const Kind& kind, const JSON& header, std::span<const Bytes> parts) {
-    // A header is a stranger's text: what is not ASCII is escaped, so that it cannot play tricks on a
-    // terminal.
+    // A header is a stranger's text: what is not ASCII is escaped, so that it cannot play
+    // tricks on a terminal.
     std::ostringstream text;
     text << "kind: " << kind.name << "\nheader:\n" << header.dump(2, ' ', true) << "\nsizes in bytes:\n";
     for (std::size_t index = 0; index < parts.size(); ++index)

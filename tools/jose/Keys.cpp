@@ -111,8 +111,8 @@ Bytes coordinate(const std::string& text, JOSEErrorCase failure) {
     return std::move(*bytes);
 }
 
-/// Made of the coordinates at their full length: `ECPublicKey::converted` would cost a P-384 key a byte of
-/// each.
+/// Made of the coordinates at their full length: `ECPublicKey::converted` would cost a
+/// P-384 key a byte of each.
 SecKey platformKey(const ECPublicKey& key) {
     return representing(std::type_identity<SecKey>{},
                         ECPublicKeyComponents{std::string(rawValue(key.crv())),

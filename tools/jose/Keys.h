@@ -17,11 +17,11 @@ namespace korvane::jose {
 /// the platform's, an EC key as a JWK.
 using Key = std::variant<SecretBytes, SecKey, ECPublicKey, ECPrivateKey>;
 
-/// Reads a key: a JWK, `{"pem": ...}` (PKCS#8 or SubjectPublicKeyInfo) or `{"cert": ...}` (ordinary Base64 of
-/// DER).
+/// Reads a key: a JWK, `{"pem": ...}` (PKCS#8 or SubjectPublicKeyInfo) or `{"cert": ...}`
+/// (ordinary Base64 of DER).
 /// @param member  the key's name in the line, for descriptions.
-/// @throws InputError unknownMember, wrongType, notBase64, wrongKey; DecodingError, JOSEError, JWKError,
-/// CFError
+/// @throws InputError unknownMember, wrongType, notBase64, wrongKey; DecodingError,
+/// JOSEError, JWKError, CFError
 [[nodiscard]] Key readKey(const JSON& key, std::string_view member);
 
 /// The RFC 7638 thumbprint of a key; of a JWK it is made of the texts as they stand.

@@ -21,8 +21,8 @@ constexpr int kLongestSide = 1024;
 
 } // namespace
 
-/// Qt scales a palette by leaving pixels out, which makes noise; so pictures are scaled once they have
-/// colours.
+/// Qt scales a palette by leaving pixels out, which makes noise; so pictures are scaled
+/// once they have colours.
 QImage decoded(const EncodedImage& picture, QSize pixels) {
     QByteArray bytes = QByteArray::fromRawData(reinterpret_cast<const char*>(picture.bytes.data()),
                                                static_cast<qsizetype>(picture.bytes.size()));

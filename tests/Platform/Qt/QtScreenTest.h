@@ -11,8 +11,8 @@
 
 namespace korvane {
 
-/// A telephone that is drawn: screens come over its root in a challenge's stack, and fingers touch the
-/// window.
+/// A telephone that is drawn: screens come over its root in a challenge's stack, and
+/// fingers touch the window.
 class QtScreenTest : public testing::Test {
 protected:
     explicit QtScreenTest(CGSize screen = {390, 844});

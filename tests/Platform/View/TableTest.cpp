@@ -42,8 +42,8 @@ protected:
     std::shared_ptr<Rows> rows = std::make_shared<Rows>();
 };
 
-/// Of 30,000 rows below each other in what scrolls, 400 points of it in sight. Each step moves on from the
-/// one before.
+/// Of 30,000 rows below each other in what scrolls, 400 points of it in sight. Each step moves on
+/// from the one before.
 TEST_F(Table, AsLongAsItsRowsItHasCellsForAScreenfulEachWayAlone) {
     const auto scroll = add<UIScrollView>(rootView(), {{0, 0}, {200, 400}});
     const auto other = add<UIScrollView>(rootView(), {{200, 0}, {100, 100}});

@@ -8,8 +8,8 @@
 namespace korvane {
 namespace {
 
-/// Which response a row is about: the first or a later one with a text screen, or the one that ends the
-/// challenge.
+/// Which response a row is about: the first or a later one with a text screen, or the one
+/// that ends the challenge.
 enum Response { first, later, last };
 
 /// Judges a response in a transaction of version 2.2.0 whose counter stands at 1.
@@ -20,8 +20,8 @@ std::optional<KorvaneError> judge(const JSON& json, Response response = first,
     return Validator::validateCRes({cres, counter, "2.2.0", parameters, kSdkTransID, response == first});
 }
 
-/// A valid response with changes between bars: "name=" and a text or JSON list, or "-" and the name of what
-/// is absent.
+/// A valid response with changes between bars: "name=" and a text or JSON list, or "-" and the
+/// name of what is absent.
 JSON changed(Response response, const std::string& changes) {
     JSON json = response == last ? finalCResJSON() : validCResJSON();
     std::istringstream each(changes);
@@ -43,8 +43,8 @@ std::string repeated(std::size_t count, const std::string& piece = "a") {
     return result;
 }
 
-/// A response's changes, the code that it is refused with (0: accepted), and the details where they are its
-/// own.
+/// A response's changes, the code that it is refused with (0: accepted), and the details
+/// where they are its own.
 struct Row {
     Response response;
     std::string changes;

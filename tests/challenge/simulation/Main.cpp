@@ -13,8 +13,8 @@ constexpr std::uint64_t kMostFailures = 10;
 /// Every how many seeds one is played twice.
 constexpr std::uint64_t kReplays = 20;
 
-/// @return whether the story of a seed went as it must. A story that did not is told, and one that is asked
-/// for.
+/// @return whether the story of a seed went as it must. A story that did not is told, and
+/// one that is asked for.
 bool play(std::uint64_t seed, bool isAskedFor) {
     const Plan plan(seed);
     auto [lines, faults] = Story::play(plan);

@@ -1,6 +1,6 @@
-#include "Platform/Qt/QtPlatform.h"
-#include "Sdk/Events/SdkError.h"
-#include "Sdk/Service/ThreeDS2Service.h"
+#include <korvane/QtPlatform.h>
+#include <korvane/SdkError.h>
+#include <korvane/ThreeDS2Service.h>
 
 #include <QGuiApplication>
 #include <QQmlApplicationEngine>

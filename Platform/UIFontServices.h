@@ -1,12 +1,15 @@
 #pragma once
 
+#include "Platform/Export.h"
+
 #include <string>
 #include <vector>
 
 namespace korvane {
 
 /// The fonts of the system. Sizes are in points. No read fails.
-class UIFontServices {
+/// Read on the main queue, when a service is initialised; belongs to its platform and lives as long.
+class KORVANE_EXPORT UIFontServices {
 public:
     virtual ~UIFontServices() = default;
 

@@ -1,4 +1,4 @@
-#include "keyboard/Bundle.h"
+#include "Platform/Bundle.h"
 
 #include "Platform/Failure.h"
 #include "Platform/Platform.h"
