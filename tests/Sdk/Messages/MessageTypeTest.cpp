@@ -14,18 +14,12 @@ TEST(MessageTypeRecognition, TakesTheFirstFourWordCharactersThatFollowTheName) {
         {R"({"messageType":"CRes"})", CRes},
         {R"({"messageType" : "ErroXYZ"})", Erro},
         {R"({"a":"\"messageType":"CRes"})", CRes},
-        {R"({"messageType":1,"messageType":"CRes"})", CRes},
         {R"({"messageType":"CReq","messageType":"CRes"})", unknown},
         {R"({"messageType":"CRe-","messageType":"CRes"})", CRes},
         {R"({"messageType"  :"CRes"})", unknown},
-        {"messageType\"\n:\v\"CRes", CRes},
         {"messageType\"\u00A0:\u3000\"CRes", CRes},
-        {"messageType\"\u200B:\"CRes", unknown},
-        {"messageType\":\"CR\u00E9s messageType\":\"CRes", unknown},
         {"messageType\":\"CRe\u20AC messageType\":\"CRes", CRes},
-        {"messageType\":\"CRe\xFF messageType\":\"CRes", CRes},
         {"messageType\":\"CRe", unknown},
-        {"messageType\"", unknown},
     };
     for (const auto& [text, type] : rows)
         EXPECT_EQ(recognizeMessageType(text), type) << testing::PrintToString(text);
