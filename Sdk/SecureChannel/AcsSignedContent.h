@@ -3,7 +3,6 @@
 #include "Crypt/ECPublicKey.h"
 #include "Platform/Bytes.h"
 
-#include <optional>
 #include <string>
 
 namespace korvane {
@@ -19,12 +18,6 @@ struct AcsSignedContent {
     /// Of repeated names the last one counts; unknown names are ignored.
     /// @throws DecodingError naming the field.
     [[nodiscard]] static AcsSignedContent decode(ByteView json);
-
-    /// The JSON text, members in declaration order.
-    /// @return no value when a text of a key is not UTF-8.
-    [[nodiscard]] std::optional<std::string> jsonString() const;
-
-    friend bool operator==(const AcsSignedContent&, const AcsSignedContent&) = default;
 };
 
 } // namespace korvane
