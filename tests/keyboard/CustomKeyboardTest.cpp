@@ -33,44 +33,6 @@ TEST(CustomKeyboard, KeysLeadFromStateToState) {
     }
 }
 
-TEST(CustomKeyboard, LockedCapitalsStayWhileAWindowIsOpen) {
-    ThumbDriver thumbs;
-    thumbs.keyboard().switchToLetters(Shift::Off);
-    thumbs.play("ShiftOff");
-    thumbs.keyboard().switchToLetters(Shift::On);
-    thumbs.play("ShiftOn");
-    EXPECT_EQ(thumbs.state(), kOn);
-}
-
-struct RecordingDelegate final : CustomKeyboardDelegate {
-    void customKeyboardKeyButtonPressed(CustomKeyboard&, const std::string& key) override { calls += key; }
-    void customKeyboardSpaceButtonPressed(CustomKeyboard&) override { calls += " space"; }
-    void customKeyboardGlobeButtonPressed(CustomKeyboard&) override { calls += " globe"; }
-
-    std::string calls;
-};
-
-/// Keys that no page has.
-TEST(CustomKeyboard, IdentifierActsForEveryTypeOfKey) {
-    const std::tuple<State, KeyboardButtonType, const char*, const char*> rows[] = {
-        {kOff, KeyboardButtonType::Text("lang"), "Globe", " globe"},
-        {kOff, KeyboardButtonType::Text("x"), "space", ""}, // unknown
-        {kOff, KeyboardButtonType::Key("_"), "Space", "_ space"},
-        {kOnce, KeyboardButtonType::Key("_"), "Space", "_"}}; // ends one capital only
-    for (const auto& [state, type, identifier, calls] : rows) {
-        ThumbDriver thumbs;
-        const auto delegate = std::make_shared<RecordingDelegate>();
-        thumbs.keyboard().setDelegate(delegate);
-        thumbs.keyboard().reload(state);
-        const auto key = std::make_shared<KeyboardButton>(type, std::nullopt, KeyboardButtonWidth::Dynamic(),
-                                                          nullptr, identifier);
-        thumbs.page().addKeyboardButton(key, 0, 0);
-        thumbs.page().layoutIfNeeded();
-        thumbs.tap(key->middleInWindow());
-        EXPECT_EQ(delegate->calls, calls) << identifier;
-    }
-}
-
 /// Each row ends a hold that has deleted twice, and says how many of ten characters are left.
 TEST(CustomKeyboard, HeldBackspaceDeletesAgainAndAgainUntilItsHoldEnds) {
     struct Row {
@@ -78,14 +40,11 @@ TEST(CustomKeyboard, HeldBackspaceDeletesAgainAndAgainUntilItsHoldEnds) {
         std::size_t left;
         void (*end)(ThumbDriver&);
     };
-    const Row rows[] = {
-        {"lifted: deletes once more", 7, [](ThumbDriver& who) { who.lift(1); }},
-        {"cancelled", 8, [](ThumbDriver& who) { who.cancel(1); }},
-        {"a second thumb comes down", 8, [](ThumbDriver& who) { who.play("2:Q"); }},
-        {"another page", 8, [](ThumbDriver& who) { who.keyboard().reload(kOff); }},
-        {"pages made anew", 8, [](ThumbDriver& who) { who.keyboard().reload(); }},
-        {"numbers", 8, [](ThumbDriver& who) { who.keyboard().setKeyboardLayoutState(State::Numbers()); }},
-        {"editing ends", 8, [](ThumbDriver& who) { who.field->resignFirstResponder(); }}};
+    const Row rows[] = {{"lifted: deletes once more", 7, [](ThumbDriver& who) { who.lift(1); }},
+                        {"cancelled", 8, [](ThumbDriver& who) { who.cancel(1); }},
+                        {"a second thumb comes down", 8, [](ThumbDriver& who) { who.play("2:Q"); }},
+                        {"another page", 8, [](ThumbDriver& who) { who.keyboard().reload(kOff); }},
+                        {"editing ends", 8, [](ThumbDriver& who) { who.field->resignFirstResponder(); }}};
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
         ThumbDriver thumbs;
@@ -116,14 +75,7 @@ TEST(CustomKeyboard, NoTimerOutlivesIt) {
 /// Fast typists press a key before they have released the one before: a letter must not be swallowed when the
 /// case changes in between. Any other change puts a key under the thumb that nobody aimed at.
 TEST(CustomKeyboard, ThumbsStayDownWhenTheCaseChangesUnderThemAndAreDroppedOnOtherPages) {
-    struct Row {
-        const char* name;
-        const char* steps;
-        const char* text;
-        void (*change)(CustomKeyboard&) = [](CustomKeyboard&) {};
-        const char* stepsAfter = "";
-    };
-    const Row rows[] = {
+    const std::tuple<const char*, const char*, const char*> rows[] = {
         {"capital, then the next letter rolls over", "1:H 2:E 1^ 3:l 2^ 3^", "Hel"},
         {"both go up at once", "1:H 2:E 12^", "He"},
         {"slides on in the other case", "1:H 2:E 1^ 2:w 2^", "Hw"},
@@ -132,24 +84,26 @@ TEST(CustomKeyboard, ThumbsStayDownWhenTheCaseChangesUnderThemAndAreDroppedOnOth
          "A "},
         {"numbers, and slides there", "1:A Numbers 1:/ 1^ 2", "2"},
         {"numbers and back", "1:Q Numbers Letters 1^ w", "w"},
-        {"numbers, as both go up at once", "1:Numbers 2:E 12^", ""},
-        {"same page again", "1:Q", "Q", [](CustomKeyboard& keyboard) { keyboard.capitalize(); }, "1^"},
-        {"reloaded", "1:Q", "", [](CustomKeyboard& keyboard) { keyboard.reload(kOnce); }, "1:W 1^"},
-        {"pages made anew", "1:Q", "", [](CustomKeyboard& keyboard) { keyboard.reload(); }, "1:W 1^"},
-        {"reloaded: ends no other thumb's hold", "A b c d 1:e", "A",
-         [](CustomKeyboard& keyboard) { keyboard.reload(kOff); }, "2:Backspace +0.65 1^ +0.1 2^"}};
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.name);
+        {"numbers, as both go up at once", "1:Numbers 2:E 12^", ""}};
+    for (const auto& [name, steps, text] : rows) {
+        SCOPED_TRACE(name);
         ThumbDriver thumbs;
-        thumbs.play(row.steps);
-        row.change(thumbs.keyboard());
-        thumbs.play(row.stepsAfter);
-        EXPECT_EQ(thumbs.text(), row.text);
+        thumbs.play(steps);
+        EXPECT_EQ(thumbs.text(), text);
         thumbs.keyboard().enumerateKeyboardLayouts([](KeyboardLayout& layout) {
             EXPECT_TRUE(layout.currentTouches().empty());
             EXPECT_EQ(layout.viewWithTag(KeyboardButtonPopupViewTag), nullptr);
         });
     }
+}
+
+/// As a new editing shows its page.
+TEST(CustomKeyboard, AReloadDropsTheThumbsAndEndsNoLaterHold) {
+    ThumbDriver thumbs;
+    thumbs.play("A b c d 1:e");
+    thumbs.keyboard().reload(kOff);
+    thumbs.play("1:w 2:Backspace +0.65 1^ +0.1 2^");
+    EXPECT_EQ(thumbs.text(), "A");
 }
 
 } // namespace

@@ -3,124 +3,58 @@
 #include "keyboard/KeyboardStyles.h"
 #include "tests/keyboard/ThumbDriver.h"
 
-#include <algorithm>
-
 namespace korvane {
 namespace {
 
-using testing::ElementsAre;
+/// No page has a key with a menu: here "*" has one, at the left end of the top row.
+TEST(KeyMenu, OpensWhenItsKeyIsHeldForASecondAndGivesTheItemUnderTheThumb) {
+    ThumbDriver thumbs;
+    thumbs.keyboard().switchToLetters(Shift::Off);
+    std::string chosen;
+    std::vector<std::shared_ptr<KeyMenuItem>> items;
+    for (const char* title : {"a", "b", "c"})
+        items.push_back(std::make_shared<KeyMenuItem>(
+            title, KeyMenuItemStyle{}, [&chosen](KeyMenuItem& item) { chosen += *item.title(); }));
+    const auto menu = std::make_shared<KeyMenu>(items, KeyMenuStyle{}, KeyMenuType::Horizontal);
+    KeyboardButtonStyle style;
+    style.keyPopType = KeyPopType::Left;
+    const auto key = std::make_shared<KeyboardButton>(KeyboardButtonType::Key("*"), style,
+                                                      KeyboardButtonWidth::Dynamic(), menu);
+    thumbs.page().addKeyboardButton(key, 0, 0);
+    thumbs.page().layoutIfNeeded();
+    const auto isOpen = [&menu] { return menu->superview() != nullptr; };
+    const auto place = [&items](std::size_t index) { return items[index]->middleInWindow(); };
 
-enum class Pop { yes, no };
-
-/// A keyboard with a key "*" at the left end of the top row whose menu has three items.
-struct MenuThumbs : ThumbDriver {
-    explicit MenuThumbs(Pop pop = Pop::yes, KeyMenuType type = KeyMenuType::Horizontal) {
-        keyboard().switchToLetters(Shift::Off);
-        std::vector<std::shared_ptr<KeyMenuItem>> items;
-        for (const char* title : {"a", "b", "c"})
-            items.push_back(std::make_shared<KeyMenuItem>(
-                title, KeyMenuItemStyle{}, [this](KeyMenuItem& item) { chosen.push_back(*item.title()); }));
-        menu = std::make_shared<KeyMenu>(items, KeyMenuStyle{}, type);
-        KeyboardButtonStyle style;
-        if (pop == Pop::yes) style.keyPopType = KeyPopType::Left;
-        button = std::make_shared<KeyboardButton>(KeyboardButtonType::Key("*"), style,
-                                                  KeyboardButtonWidth::Dynamic(), menu);
-        page().addKeyboardButton(button, 0, 0);
-        page().layoutIfNeeded();
+    // Not once the thumb has left or another one has come.
+    for (const char* early : {"1:* +0.9 1! +1", "1:* +0.9 2:q +1 2^ 1^"}) {
+        thumbs.play(early);
+        EXPECT_FALSE(isOpen()) << early;
     }
+    thumbs.field->setText("");
 
-    [[nodiscard]] bool isOpen() const { return menu->superview() != nullptr; }
-    [[nodiscard]] CGPoint item(std::size_t index) const { return menu->items()[index]->middleInWindow(); }
-    /// Opens the menu and lets it be locked open.
-    void lockOpen() { play("1:* +1.2 1^"); }
-
-    std::shared_ptr<KeyMenu> menu;
-    Button button;
-    std::vector<std::string> chosen;
-};
-
-TEST(KeyMenu, OpensWhenItsKeyIsHeldForASecondAndStopsTyping) {
-    MenuThumbs thumbs;
     thumbs.play("1:* +0.99");
-    EXPECT_FALSE(thumbs.isOpen());
-    EXPECT_NE(thumbs.page().viewWithTag(KeyboardButtonPopupViewTag), nullptr);
-    thumbs.wait(0.02);
-    EXPECT_TRUE(thumbs.isOpen());
+    EXPECT_FALSE(isOpen());
+    thumbs.play("+0.2");
+    EXPECT_TRUE(isOpen());
     EXPECT_EQ(thumbs.page().viewWithTag(KeyboardButtonPopupViewTag), nullptr);
-    EXPECT_TRUE(thumbs.page().typingEnabled());
-    thumbs.wait(0.11);
-    EXPECT_FALSE(thumbs.page().typingEnabled());
-}
-
-TEST(KeyMenu, DoesNotOpenOnceTheThumbHasLeft) {
-    void (*const ends[])(MenuThumbs&) = {
-        [](MenuThumbs& who) { who.lift(1); }, [](MenuThumbs& who) { who.cancel(1); },
-        [](MenuThumbs& who) { who.play("2:q"); },
-        [](MenuThumbs& who) { who.keyboard().setKeyboardLayoutState(State::Symbols()); }};
-    for (const auto& end : ends) {
-        MenuThumbs thumbs;
-        thumbs.play("1:* +0.9");
-        end(thumbs);
-        thumbs.wait(1);
-        EXPECT_FALSE(thumbs.isOpen()) << &end - ends;
-    }
-}
-
-TEST(KeyMenu, LiftingOnAnItemChoosesItAndOffAllItemsNoneIsSelected) {
-    MenuThumbs thumbs;
-    const KeyMenuItem& second = *thumbs.menu->items()[1];
-    thumbs.play("1:* +1.2");
-    thumbs.touch(1, thumbs.item(1));
-    EXPECT_EQ(thumbs.menu->selectedIndex(), 1);
-    EXPECT_EQ(second.titleLabel()->textColor(), UIColor::white());
+    thumbs.touch(1, place(1));
+    EXPECT_EQ(menu->selectedIndex(), 1);
     thumbs.play("1:p");
-    EXPECT_EQ(thumbs.menu->selectedIndex(), -1);
-    EXPECT_EQ(second.titleLabel()->textColor(), UIColor::black());
-    thumbs.touch(1, thumbs.item(2));
+    EXPECT_EQ(menu->selectedIndex(), -1);
+    thumbs.touch(1, place(2));
     thumbs.lift(1);
-    EXPECT_THAT(thumbs.chosen, ElementsAre("c"));
-    EXPECT_FALSE(thumbs.isOpen());
-    thumbs.play("+0.11 q");
-    EXPECT_EQ(thumbs.text(), "q") << "the key itself types nothing";
-}
+    EXPECT_FALSE(isOpen());
 
-TEST(KeyMenu, LiftBesideAnOpenMenuLocksItUntilTheNextLiftOrAnotherPage) {
-    MenuThumbs thumbs;
-    thumbs.lockOpen();
-    EXPECT_TRUE(thumbs.isOpen());
-    // The menu of a key in the top row stands over the bar above the keys.
-    EXPECT_LT(thumbs.item(2).y, thumbs.keyboard().convertTo(nullptr, CGPoint{}).y);
-    thumbs.tap(thumbs.item(2));
-    EXPECT_FALSE(thumbs.isOpen());
-    thumbs.wait(0.11);
-    thumbs.lockOpen();
-    thumbs.play("p");
-    EXPECT_FALSE(thumbs.isOpen());
-    thumbs.play("p");
-    EXPECT_EQ(thumbs.text(), "p") << "the tap that closes it types nothing, and the next one types at once";
-    thumbs.lockOpen();
+    // A lift beside it locks it open until the next one, or until another page comes.
+    thumbs.play("+0.11 1:* +1.2 1^");
+    EXPECT_TRUE(isOpen());
+    thumbs.tap(place(0));
+    EXPECT_EQ(chosen, "ca");
+    thumbs.play("+0.11 1:* +1.2 1^");
     thumbs.keyboard().setKeyboardLayoutState(State::Numbers());
-    EXPECT_FALSE(thumbs.isOpen());
+    EXPECT_FALSE(isOpen());
     thumbs.play("1 Letters q");
-    EXPECT_EQ(thumbs.text(), "p1q");
-    EXPECT_THAT(thumbs.chosen, ElementsAre("c"));
-}
-
-TEST(KeyMenu, OpensAtOnceOnAKeyWithoutAPopUpAndItsItemsLieInItApart) {
-    for (const bool isRow : {true, false}) {
-        MenuThumbs thumbs(Pop::no, isRow ? KeyMenuType::Horizontal : KeyMenuType::Vertical);
-        thumbs.play("1:*");
-        EXPECT_TRUE(thumbs.isOpen());
-        EXPECT_GE(thumbs.menu->frame().origin.x, 0) << "at the left end of the row";
-        double end = 0;
-        for (const auto& item : thumbs.menu->items()) {
-            const CGRect frame = item->frame();
-            EXPECT_GE(isRow ? frame.origin.x : frame.origin.y, end);
-            end = isRow ? CGRectGetMaxX(frame) : CGRectGetMaxY(frame);
-            EXPECT_LE(CGRectGetMaxX(frame), thumbs.menu->bounds().size.width);
-            EXPECT_LE(CGRectGetMaxY(frame), thumbs.menu->bounds().size.height);
-        }
-    }
+    EXPECT_EQ(thumbs.text(), "1q") << "neither the key nor its items type";
 }
 
 /// The pop-ups that a page shows now, by the names of their keys.

@@ -1,8 +1,6 @@
 #include "tests/keyboard/ThumbDriver.h"
 #include "tests/support/TemporaryFolder.h"
 
-#include "Platform/View/UIStoryboard.h"
-#include "keyboard/KeyboardClasses.h"
 #include "keyboard/KeyboardStyles.h"
 
 namespace korvane {
@@ -102,17 +100,6 @@ TEST(SecKeyboardInputDeathTest, MissingResourcesEndTheProcess) {
     EXPECT_DEATH(static_cast<void>(keyboardImage("x")), "Cannot access KorvaneResources.bundle!");
     device.platform.script().mainBundlePath = framework.path();
     EXPECT_DEATH(static_cast<void>(keyboardImage("x")), "KorvaneResources.bundle not found!");
-}
-
-TEST(SecKeyboardInputDeathTest, ABarInASceneEndsTheProcess) {
-    const TemporaryFolder folder;
-    folder.write("Bars.json", asBytes(R"({"scenes": {"bar": {"class": "UIViewController",
-        "view": {"subviews": [{"class": "CustomToolBar"}]}}}})"));
-    const Device device;
-    registerKeyboardClasses();
-    const UIStoryboard storyboard("Bars", NSBundle::bundleWithPath(folder.path()));
-    EXPECT_DEATH(static_cast<void>(storyboard.instantiateViewController("bar")->view()),
-                 "init\\(coder:\\) has not been implemented");
 }
 
 } // namespace
