@@ -7,6 +7,7 @@ import { test } from "node:test";
 import { CompactEncrypt, CompactSign, compactDecrypt, decodeProtectedHeader } from "jose";
 
 import { Batch } from "./Batch.mjs";
+import { deriveKey } from "./Sdk.mjs";
 
 const enc = "A128CBC-HS256";
 const codes = (letter, count) =>
@@ -17,20 +18,11 @@ const privateKey = (pkcs8) =>
   crypto.createPrivateKey({ key: Buffer.from(pkcs8, "base64url"), format: "der", type: "pkcs8" });
 const publicKey = ({ kty, crv, x, y }) => crypto.createPublicKey({ key: { kty, crv, x, y }, format: "jwk" });
 
-/** The Concat KDF (RFC 7518 section 4.6.2) for 256 bits, with empty algorithm and party U. */
-function agreedKey(own, theirs, partyVInfo) {
-  const number = (value) => { const bytes = Buffer.alloc(4); bytes.writeUInt32BE(value); return bytes; };
-  const party = Buffer.from(partyVInfo);
-  const z = crypto.diffieHellman({ privateKey: own, publicKey: theirs });
-  const input = [number(1), z, number(0), number(0), number(party.length), party, number(256)];
-  return crypto.createHash("sha256").update(Buffer.concat(input)).digest();
-}
-
 async function openDeviceData({ deviceData, deviceDataKey, directoryServerID }, algorithm) {
   const own = privateKey(deviceDataKey);
   const { alg, epk } = decodeProtectedHeader(deviceData);
   assert.equal(alg, algorithm === "RSA" ? "RSA-OAEP-256" : "dir");
-  const key = algorithm === "RSA" ? own : agreedKey(own, publicKey(epk), directoryServerID);
+  const key = algorithm === "RSA" ? own : deriveKey(own, publicKey(epk), directoryServerID);
   const { plaintext } = await compactDecrypt(deviceData, key,
     { keyManagementAlgorithms: [alg], contentEncryptionAlgorithms: [enc] });
   return JSON.parse(Buffer.from(plaintext));
@@ -46,7 +38,7 @@ class Acs {
     const sdkEphemPubKey = JSON.parse(request.ephemeralPublic);
     assert.deepEqual(Object.keys(sdkEphemPubKey).sort(), ["crv", "kty", "x", "y"]);
     this.sdkEphemPubKey = sdkEphemPubKey;
-    this.key = agreedKey(pair.privateKey, publicKey(sdkEphemPubKey), request.sdkReferenceNum);
+    this.key = deriveKey(pair.privateKey, publicKey(sdkEphemPubKey), request.sdkReferenceNum);
   }
 
   async answer(alg) {
