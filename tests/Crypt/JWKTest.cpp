@@ -87,37 +87,18 @@ TEST(JWKConversion, PublicCoordinatesLoseASignByte) {
 
 TEST(JWKConversion, BytesFormsTellTheirCurve) {
     for (const auto& [length, curve] : {std::pair(65U, "P-256"), {97U, "P-384"}, {133U, "P-521"}}) {
-        Bytes point(length, 4);
-        EXPECT_EQ(ecPublicKeyComponents(point).crv, curve);
-        point.push_back(1);
-        EXPECT_RAISES(invalidCurvePointOctetLength, ecPublicKeyComponents(point)) << point.size();
+        EXPECT_EQ(ecPublicKeyComponents(Bytes(length, 4)).crv, curve);
+        const Bytes longer(length + 1, 4);
+        EXPECT_RAISES(invalidCurvePointOctetLength, ecPublicKeyComponents(longer)) << length;
     }
     EXPECT_RAISES(compressedCurvePointsUnsupported, ecPublicKeyComponents(Bytes(33, 2)));
     EXPECT_RAISES(invalidCurvePointOctetLength, ecPublicKeyComponents(Bytes()));
-
-    const Bytes der = representing(std::type_identity<Bytes>{}, RSAPublicKeyComponents{{0x7F, 1}, {3}});
-    EXPECT_THAT(der, ElementsAre(0x30, 8, 2, 3, 0, 0x7F, 1, 2, 1, 3)) << "whatever the modulus, one zero";
-    EXPECT_EQ(rsaPublicKeyComponents(der).modulus, (Bytes{0x7F, 1}));
-}
-
-TEST(JWKGeneration, PublicHalfCarriesEveryParameterButWritesPublicOnes) {
-    const ECPrivateKey pair = ECPrivateKey::generateWith(ECCurveType::P384);
-    EXPECT_THAT(pair["kid"].value(), testing::MatchesRegex("[0-9A-F-]{36}"));
-    const ECPublicKey publicKey = pair.getPublic();
-    EXPECT_EQ(publicKey["d"], pair.privateKey());
-    EXPECT_FALSE(JSON::parse(publicKey.jsonString().value()).contains("d"));
-    EXPECT_TRUE(pair.isCorrespondWith(publicKey));
-    EXPECT_FALSE(ECPrivateKey::generateWith(ECCurveType::P384).isCorrespondWith(publicKey));
-    EXPECT_EQ(pair.withThumbprintAsKeyId()["kid"], publicKey.thumbprint());
 }
 
 TEST(JWKSets, ElementsWithoutAKeyAreRefused) {
-    const std::string text =
-        "No valid RSAPrivateKey, RSAPublicKey, SymmetricKey, ECPrivateKey, or ECPublicKey\n"
-        "JSON found to decode.";
-    for (const char* bad : {R"({"keys":[{"kty":"OKP"}]})", R"({"keys":[7]})", R"({"keys":[{"kty":1}]})",
-                            R"({"keys":[{"kty":"EC","d":2}]})", R"({"keys":[{"kty":"RSA","n":"n"}]})"})
-        EXPECT_RAISES_SAYING(DecodingErrorCase::dataCorrupted, text, JWKSet::make(asBytes(bad))) << bad;
+    for (const char* bad :
+         {R"({"keys":[{"kty":"OKP"}]})", R"({"keys":[7]})", R"({"keys":[{"kty":"EC","d":2}]})"})
+        EXPECT_RAISES(DecodingErrorCase::dataCorrupted, JWKSet::make(asBytes(bad))) << bad;
     EXPECT_RAISES(DecodingErrorCase::keyNotFound, JWKSet::make(asBytes("{}")));
 }
 

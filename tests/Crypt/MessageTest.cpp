@@ -95,29 +95,13 @@ TEST(HeaderReading, ValuesOfAnotherShapeAreNoValues) {
     EXPECT_FALSE(jweHeader(R"(,"zip":"def")").compressionAlgorithm());
 }
 
-TEST(HeaderReading, EmbeddedKeysAreReadByTypeAndNeverPrivate) {
-    const auto keyOf = [](const std::string& jwk) { return jweHeader(",\"jwk\":" + jwk).jwkTyped(); };
-    const auto ec = keyOf(R"({"kty":"EC","crv":"P-256","x":"x","y":"y","d":"d"})");
-    EXPECT_TRUE(dynamic_cast<const ECPublicKey*>(ec.get()) && !(*ec)["d"]);
-    EXPECT_TRUE(keyOf(R"({"kty":"RSA","n":"n","e":"e"})") && keyOf(R"({"kty":"oct","k":"AA"})"));
-    for (const char* bad : {R"({"kty":"EC"})", R"({"kty":"OKP"})", R"({"n":"n"})"})
-        EXPECT_FALSE(keyOf(bad)) << bad;
-}
-
 TEST(HeaderWriting, WhatIsSetIsSerialisedAnew) {
     JWEHeader header = jweHeader(" ");
-    const ECPublicKey key(ECCurveType::P256, "x", "y");
     header.setX5c(std::vector<std::string>{"a", "b"});
-    header.setJwkTyped(&key);
     const JWEHeader read = JWEHeader::make(Bytes(header.data())).value();
-    EXPECT_EQ(read.parameters(), JSON::parse(R"({"alg":"dir","enc":"A128CBC-HS256",
-                  "x5c":["a","b"],"jwk":{"crv":"P-256","kty":"EC","x":"x","y":"y"}})"));
+    EXPECT_EQ(read.parameters(), JSON::parse(R"({"alg":"dir","enc":"A128CBC-HS256","x5c":["a","b"]})"));
     header.setKid(std::nullopt);
-    header.setJwkTyped(nullptr);
     EXPECT_EQ(header.data(), read.data()) << "a write of no value stores nothing";
-    header.setParameters(JSON::array());
-    EXPECT_EQ(header.data(), read.data()) << "what is no object is not written";
-    EXPECT_FALSE(header.algorithm() || header.x5c() || header.epk());
 }
 
 /// The words of a failure that stands in another one's description.
@@ -172,26 +156,20 @@ TEST(JWESealing, IsUndoneByOpeningTheWholeInEveryRow) {
 }
 
 TEST(JWESealing, FailuresSayWhatHappened) {
-    const Bytes text(1);
-    const auto seal = [](KM algorithm, CE enc, const Bytes& payload, const char* zip = "NONE",
-                         std::size_t key = 32) {
+    const auto seal = [](KM algorithm, CE enc, const Bytes& payload, const char* zip = "NONE") {
         JWEHeader header(algorithm, enc);
         header.setZip(zip);
-        return JWE(header, Payload(payload), Encrypter::make(KM::direct, kEnc, Bytes(key)).value());
+        return JWE(header, Payload(payload), Encrypter::make(KM::direct, kEnc, Bytes(32)).value());
     };
+    const Bytes text(1);
     EXPECT_RAISES_SAYING(encryptingFailed, "Encryption failed with status: -4300.",
                          seal(KM::direct, kEnc, {}));
-    EXPECT_RAISES_SAYING(encryptingFailed, wrapped("JOSEError error 24"), seal(KM::direct, kEnc, {}, "DEF"));
     EXPECT_RAISES_SAYING(encryptingFailed, wrapped("JWEError error 0"), seal(KM::A128KW, kEnc, text));
     EXPECT_RAISES_SAYING(encryptingFailed, wrapped("JWEError error 1"), seal(KM::direct, kLongEnc, text));
-    EXPECT_RAISES_SAYING(encryptingFailed, wrapped("JWEError error 2"),
-                         seal(KM::direct, kEnc, text, "NONE", 31));
     EXPECT_RAISES(compressionAlgorithmNotSupported, seal(KM::direct, kEnc, text, "GZ"));
-    for (const KM algorithm : {KM::direct, KM::RSAOAEP256, KM::ECDH_ES, KM::ECDH_ES_A256KW}) {
-        JWEHeader header(algorithm, kEnc);
-        header.setKid("\xFF"); // which leaves the header's bytes as they were
-        EXPECT_RAISES(encryptingFailed, JWE(header, Payload(text), encrypter(algorithm)));
-    }
+    JWEHeader unwritten(KM::ECDH_ES, kEnc);
+    unwritten.setKid("\xFF"); // which leaves the header's bytes as they were
+    EXPECT_RAISES(encryptingFailed, JWE(unwritten, Payload(text), encrypter(KM::ECDH_ES)));
 }
 
 TEST(JWEOpening, FailuresSayWhatHappened) {
@@ -202,6 +180,9 @@ TEST(JWEOpening, FailuresSayWhatHappened) {
     EXPECT_RAISES_SAYING(decryptingFailed, "Wrong key type.",
                          jwe.decrypt(keyOf(Side::receiver, KM::RSAOAEP, kEnc)));
     EXPECT_RAISES_SAYING(decryptingFailed, wrapped("JWEError error 3"), jwe.decrypt(AnyKey(Bytes(32, 1))));
+    std::string keyed = jwe.compactSerializedString();
+    EXPECT_RAISES(decryptingFailed, JWE(keyed.insert(keyed.find('.') + 1, "AAAA")).decrypt(decrypter()))
+        << "a direct key is not sent along";
     const std::string rest = "..AAAA.AAAA.AAAA";
     const std::string odd = encoded(R"({"alg":"dir","enc":"A128CBC-HS256","zip":"LZ"})");
     EXPECT_RAISES_SAYING(decryptingFailed, "Invalid header parameter.",
@@ -230,24 +211,6 @@ TEST(JWEOpening, RSAFailuresCannotBeToldFromABadTag) {
             EXPECT_RAISES(seen, JWE(*message).decrypt(decrypter(algorithm))) << rawValue(algorithm);
         }
     }
-}
-
-TEST(JWEOpening, WhatTheDecrypterRefusesItselfIsLogged) {
-    const JWE jwe = sealed();
-    const RecordingLogger log;
-    const auto open = [&jwe](const Decrypter& with, const Bytes& key = {}) {
-        return with.decrypt(
-            {jwe.header(), key, jwe.initializationVector(), jwe.ciphertext(), jwe.authenticationTag()});
-    };
-    const std::string second = "Direct encryption does not expect an encrypted key.";
-    using enum JWEErrorCase;
-    EXPECT_RAISES(keyManagementAlgorithmMismatch, open(decrypter(KM::A128KW)));
-    EXPECT_RAISES(contentEncryptionAlgorithmMismatch, open(decrypter(KM::direct, kLongEnc)));
-    EXPECT_RAISES_SAYING(decryptingFailed, second, open(decrypter(), Bytes(1)));
-    const std::string place = "Crypt/Decrypter.cpp decrypt(_:): ";
-    EXPECT_THAT(log.lines(), testing::ElementsAre(place + "Key management algorithm mismatch",
-                                                  place + "Content encryption algorithm mismatch",
-                                                  testing::EndsWith(second)));
 }
 
 const SecKey& privateKey(SA algorithm) {
@@ -304,19 +267,10 @@ TEST(JWSValidation, FailuresSayWhatHappened) {
 }
 
 TEST(JWSSigning, FailuresSayWhatHappened) {
-    EXPECT_RAISES_SAYING(signingFailed, wrapped("JWSError error 0"),
-                         signedWith(SA::ES256, privateKey(SA::ES384), SA::ES384));
-    EXPECT_RAISES_SAYING(signingFailed, wrapped("RSAError error 4"),
-                         signedWith(SA::RS256, publicKey(SA::RS256), SA::RS256));
     // The numbers of P-521 do not fit into a signature of ES256; those of P-256 do into one of ES512.
     for (const auto& row : {std::pair(SA::ES256, SA::ES512), {SA::ES512, SA::ES256}})
         EXPECT_RAISES_SAYING(signingFailed, wrapped("ECError error 8"),
                              signedWith(row.first, privateKey(row.second), row.first));
-    JWSHeader unwritten(SA::ES256);
-    unwritten.setKid("\xFF");
-    EXPECT_RAISES_SAYING(
-        signingFailed, wrapped("JWSError error 1"),
-        JWS(unwritten, Payload(Bytes(1)), Signer::make(SA::ES256, privateKey(SA::ES256)).value()));
     EXPECT_RAISES(signingFailed, signedWith(SA::ES256, publicKey(SA::ES256), SA::ES256));
 }
 

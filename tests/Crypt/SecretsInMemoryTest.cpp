@@ -117,10 +117,7 @@ TEST(SecretsInMemory, NoneIsLeftBehind) {
 #ifdef __SANITIZE_THREAD__
     GTEST_SKIP() << "the sanitizer's runtime saves registers, and the secrets in them, on the stack";
 #endif
-    const struct {
-        const char* name;
-        std::function<void(Traces&)> use;
-    } rows[] = {
+    const std::pair<const char*, std::function<void(Traces&)>> rows[] = {
         {"derived keys", derive},
         {"authenticating keys", authenticate},
         {"content key and message", [](Traces& traces) { sealAndOpen(traces, "NONE"); }},
@@ -129,13 +126,13 @@ TEST(SecretsInMemory, NoneIsLeftBehind) {
         {"private number and shared secret", agree},
         {"symmetric JWK", name},
     };
-    for (const auto& row : rows) {
+    for (const auto& [name, use] : rows) {
         // Once with other secrets: at a function's first call the loader saves registers on the stack.
         Traces others;
-        row.use(others);
+        use(others);
         Traces traces;
-        row.use(traces);
-        EXPECT_EQ(traces.left(), 0U) << row.name;
+        use(traces);
+        EXPECT_EQ(traces.left(), 0U) << name;
     }
 }
 
