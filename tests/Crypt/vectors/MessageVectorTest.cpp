@@ -1,5 +1,4 @@
 #include "Crypt/AES.h"
-#include "Crypt/AESCBCEncryption.h"
 #include "Crypt/ConcatKDF.h"
 #include "Crypt/DataExtensions.h"
 #include "Crypt/EC.h"
@@ -58,32 +57,8 @@ std::optional<SA> algorithmOf(const JSON& jwk) {
     return fromRawValue<SA>(name == "ES521" ? "ES512" : name);
 }
 
-/// The content key of an ECDH-ES JWE under the layout of RFC 7518 section 4.6.2.
-SecretBytes standardContentKey(const JWE& jwe, const ECPrivateKey& key) {
-    const auto alg = jwe.header().algorithm().value();
-    const auto enc = jwe.header().encryptionAlgorithm().value();
-    const auto wrap = keyWrapAlgorithm(alg);
-    const std::size_t bits = wrap ? keyBitSize(*wrap).value() : keyBitSize(enc);
-    const SecretBytes agreed =
-        concatKDF(Hash::SHA256, ecdhDeriveBits(key, jwe.header().epk().value()), bits,
-                  asBytes(wrap ? rawValue(alg) : rawValue(enc)), decoded(jwe.header().apu().value_or("")),
-                  decoded(jwe.header().apv().value_or("")), bigEndianData(static_cast<std::uint32_t>(bits)));
-    return wrap ? AES::unwrap(jwe.encryptedKey(), agreed, *wrap) : agreed;
-}
-
 bool isOpened(const WycheproofTest& test, const OwnedKey& key) {
     const JWE jwe(test.text("jwe"));
-    const bool hasEnc = jwe.header().encryptionAlgorithm().has_value();
-    EXPECT_EQ(test.why == "enc", !hasEnc);
-    EXPECT_EQ(test.why == "alg", hasEnc && !jwe.header().algorithm());
-    if (test.why == "kdf") { // only the derivation stands between the message and its plaintext
-        const AESCBCEncryption standard(jwe.header().encryptionAlgorithm().value(),
-                                        standardContentKey(jwe, std::get<ECPrivateKey>(key)));
-        const Bytes aad = base64URLEncodedData(jwe.header().data());
-        EXPECT_EQ(hexEncodedString(standard.decrypt(
-                      {jwe.ciphertext(), jwe.initializationVector(), aad, jwe.authenticationTag()})),
-                  test.text("pt"));
-    }
     const Payload payload = jwe.decrypt(asAnyKey(key));
     const auto alg = fromRawValue<KeyManagementAlgorithm>(textOf(test.group.at("private"), "alg"));
     const auto enc = fromRawValue<ContentEncryptionAlgorithm>(test.text("enc"));
@@ -175,7 +150,9 @@ TEST(RFC7520, StandardECDHESIsReachedByThePrimitivesAlone) {
     const ECPrivateKey recipient = ECPrivateKey::decode(vector.at("input").at("key"));
     const JWE jwe(textOf(vector.at("output"), "compact"));
     EXPECT_RAISES(JOSEErrorCase::decryptingFailed, jwe.decrypt(recipient));
-    EXPECT_EQ(base64URLEncodedString(standardContentKey(jwe, recipient)),
+    const SecretBytes z = ecdhDeriveBits(recipient, jwe.header().epk().value());
+    EXPECT_EQ(base64URLEncodedString(concatKDF(Hash::SHA256, z, 256, asBytes("A128CBC-HS256"), {}, {},
+                                               bigEndianData(std::uint32_t{256}))),
               vector.at("encrypting_key").at("cek"));
 }
 

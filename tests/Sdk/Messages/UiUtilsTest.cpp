@@ -47,5 +47,9 @@ RC_GTEST_PROP(TextChecksProperty, ScansAnswerAsTheirPatterns, ()) {
     RC_ASSERT(validateBase64url(text) == (matchingStrings(text, "^[\\w-]+$").size() == 1));
 }
 
+TEST(LenientBase64, IsFilledUpToAMultipleOfFour) {
+    EXPECT_EQ(base64urlToBase64("-_abcd"), "+/abcd==");
+}
+
 } // namespace
 } // namespace korvane
