@@ -37,14 +37,10 @@ TEST(RSAKeyManagement, WhatDoesNotOpenGivesARandomKey) {
     }
 }
 
-TEST(AESKeyManagement, KeysOfOtherLengthsAreRefused) {
-    using enum AESErrorCase;
+TEST(AESKeyManagement, KeyOfAnotherLengthIsRefused) {
     const Bytes kek(16, 3);
-    EXPECT_RAISES(keyLengthNotSatisfied, AES::wrap(Bytes(32), kek, KM::A256KW));
-    EXPECT_RAISES(invalidAlgorithm, AES::unwrap(Bytes(32), kek, KM::ECDH_ES_A128KW));
-    EXPECT_RAISES(decryptingFailed, AES::unwrap(Bytes(24), kek, KM::A128KW));
     const auto mode = makeDecryptionKeyManagementMode(KM::A128KW, kEnc, kek);
-    EXPECT_RAISES(keyLengthNotSatisfied,
+    EXPECT_RAISES(AESErrorCase::keyLengthNotSatisfied,
                   mode->determineContentEncryptionKey(AES::wrap(Bytes(24), kek, KM::A128KW)))
         << "there is no random key to fall back on";
 }

@@ -79,21 +79,19 @@ TEST(CertificateMemo, GivesEachOfManyCertificatesItsOwnKeyAndNoneForOtherBytes) 
 
 TEST(CertificateTexts, FirstBadOneIsLoggedAndRaised) {
     const TestIdentity identity = selfSigned({});
-    const auto fails = [&](const std::string& text, const std::string& says, const char* escaped = "") {
+    const auto fails = [&](const std::string& text, const std::string& says, const std::string& escaped) {
         expectRaised(
             SDKRuntimeException, says + text, "KeysContainer.cpp convertStringsToCerts(_:)",
             [&] {
                 return KeysContainer::convertStringsToCerts({identity.base64(), text, "later"});
             },
-            *escaped ? says + escaped : "");
+            says + escaped);
     };
     for (const char* text : {"MA ==", "-_-_", "MA"})
-        fails(text, "Can not decode base64 cert ");
+        fails(text, "Can not decode base64 cert ", text);
     fails("MAAA\n", "Can not decode base64 cert ", "MAAA\\u000a");
     for (const std::string& text : {std::string("MAAA"), base64EncodedString(longer(identity))})
-        fails(text, "Can not create cert from data for certString ");
-    EXPECT_RAISES_SAYING(SDKRuntimeException, "Can not decode base64 cert " + std::string(1000, '*'),
-                         KeysContainer::convertStringsToCerts({std::string(1001, '*')}));
+        fails(text, "Can not create cert from data for certString ", text);
 }
 
 } // namespace
