@@ -8,7 +8,7 @@
 #include "Crypt/SecureRandom.h"
 #include "tests/support/Failures.h"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace korvane {
 namespace {

@@ -1,8 +1,11 @@
 #include "Crypt/DataExtensions.h"
+#include "Sdk/Events/SdkError.h"
 #include "Sdk/SecureChannel/CertificateMemo.h"
-#include "tests/Sdk/SecureChannel/ChannelSupport.h"
+#include "Sdk/SecureChannel/KeysContainer.h"
+#include "tests/support/Failures.h"
 #include "tests/support/ScriptedDevice.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/TestPki.h"
 
 #include <gmock/gmock.h>
 
@@ -44,7 +47,7 @@ TEST(CertificateFile, IsFoundByTheFirstTwoPiecesOfItsNameInItsBundleOrTheMainOne
         EXPECT_EQ(keyOf(other.loadCert("server.cer")), keyOf(ofTheMainBundle));
 }
 
-TEST(CertificateFile, FailuresAreLoggedAndRaised) {
+TEST(CertificateFile, FailuresNameIt) {
     const TemporaryFolder folder;
     const TestIdentity identity = selfSigned({});
     std::filesystem::create_directory(folder.path() + "/folder.cer");
@@ -52,14 +55,12 @@ TEST(CertificateFile, FailuresAreLoggedAndRaised) {
     folder.write("pem.cer", asBytes("-----BEGIN CERTIFICATE-----\n" + identity.base64()));
     folder.write("longer.cer", longer(identity));
     const KeysContainer container(filesOf(NSBundle::bundleWithPath(folder.path())));
-    const auto fails = [&](const std::string& name, SdkErrorCase kind, const std::string& text) {
-        expectRaised(kind, text + name, "KeysContainer.cpp loadCert(_:)",
-                     [&] { return container.loadCert(name); });
-    };
     for (const std::string name : {"missing.cer", "folder.cer", ""})
-        fails(name, InvalidInputException, "Can not get bundle url for cert file ");
+        EXPECT_RAISES_SAYING(InvalidInputException, "Can not get bundle url for cert file " + name,
+                             container.loadCert(name));
     for (const std::string name : {"empty.cer", "pem.cer", "longer.cer"})
-        fails(name, SDKRuntimeException, "Can not create SecCertificate for file ");
+        EXPECT_RAISES_SAYING(SDKRuntimeException, "Can not create SecCertificate for file " + name,
+                             container.loadCert(name));
 }
 
 /// More than are remembered, so that the second round finds some and makes some anew.
@@ -77,21 +78,16 @@ TEST(CertificateMemo, GivesEachOfManyCertificatesItsOwnKeyAndNoneForOtherBytes) 
     }
 }
 
-TEST(CertificateTexts, FirstBadOneIsLoggedAndRaised) {
+TEST(CertificateTexts, FirstBadOneIsNamed) {
     const TestIdentity identity = selfSigned({});
-    const auto fails = [&](const std::string& text, const std::string& says, const std::string& escaped) {
-        expectRaised(
-            SDKRuntimeException, says + text, "KeysContainer.cpp convertStringsToCerts(_:)",
-            [&] {
-                return KeysContainer::convertStringsToCerts({identity.base64(), text, "later"});
-            },
-            says + escaped);
+    const auto convert = [&identity](const std::string& text) {
+        return KeysContainer::convertStringsToCerts({identity.base64(), text, "later"});
     };
-    for (const char* text : {"MA ==", "-_-_", "MA"})
-        fails(text, "Can not decode base64 cert ", text);
-    fails("MAAA\n", "Can not decode base64 cert ", "MAAA\\u000a");
+    for (const std::string text : {"MA ==", "-_-_", "MA", "MAAA\n"})
+        EXPECT_RAISES_SAYING(SDKRuntimeException, "Can not decode base64 cert " + text, convert(text));
     for (const std::string& text : {std::string("MAAA"), base64EncodedString(longer(identity))})
-        fails(text, "Can not create cert from data for certString ", text);
+        EXPECT_RAISES_SAYING(SDKRuntimeException, "Can not create cert from data for certString " + text,
+                             convert(text));
 }
 
 } // namespace

@@ -1,6 +1,8 @@
 #include "Crypt/EC.h"
 #include "Crypt/JWE.h"
-#include "tests/Sdk/SecureChannel/ChannelSupport.h"
+#include "Sdk/Events/SdkError.h"
+#include "tests/support/Failures.h"
+#include "tests/support/PlayedAcs.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -60,7 +62,7 @@ TEST(CertificateFiles, EachServesItsOwnPurpose) {
         "https://acs.example/challenge");
 }
 
-TEST(DeviceData, UnusableCertificatesAndNamesAreLoggedAndRaised) {
+TEST(DeviceData, UnusableCertificatesAndNamesAreRefused) {
     const TransactionCerts good = certsFor(selfSigned({}), CertAlgorithm::EC);
     TransactionCerts nameless = good, misnamed = good, damaged = good;
     nameless.directoryServerIDAkaRID.reset();
@@ -68,16 +70,14 @@ TEST(DeviceData, UnusableCertificatesAndNamesAreLoggedAndRaised) {
     damaged.deviceInfoEncCertDerBytes.pop_back();
     const TransactionCerts keyless = certsFor(selfSigned({.key = TestKeyType::ed25519}), CertAlgorithm::EC);
 
-    const char* const ecSite = "encryptDevInfoWithEc(deviceInfo:)";
-    const std::tuple<TransactionCerts, const char*, const char*> rows[] = {
-        {damaged, "Can not load certificate for device info encryption.", "getEncryptedDeviceInfo(_:)"},
-        {keyless, "Can not get dePublicKey.", ecSite},
-        {nameless, "Can not calculate partyVInfo.", ecSite},
-        {misnamed, "Can not calculate partyVInfo.", ecSite},
+    const std::pair<TransactionCerts, const char*> rows[] = {
+        {damaged, "Can not load certificate for device info encryption."},
+        {keyless, "Can not get dePublicKey."},
+        {nameless, "Can not calculate partyVInfo."},
+        {misnamed, "Can not calculate partyVInfo."},
     };
-    for (const auto& [certs, text, site] : rows)
-        expectRaised(InvalidInputException, text, std::string("DeviceDataEncryption.cpp ") + site,
-                     [&certs = certs] { return sealed(certs); });
+    for (const auto& row : rows)
+        EXPECT_RAISES_SAYING(InvalidInputException, row.second, sealed(row.first));
 }
 
 } // namespace

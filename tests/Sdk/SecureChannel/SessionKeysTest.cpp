@@ -1,6 +1,8 @@
 #include "Crypt/EC.h"
 #include "Crypt/JWE.h"
-#include "tests/Sdk/SecureChannel/ChannelSupport.h"
+#include "Sdk/Events/SdkError.h"
+#include "tests/support/Failures.h"
+#include "tests/support/PlayedAcs.h"
 
 #include <gmock/gmock.h>
 
@@ -59,11 +61,9 @@ TEST(Session, ResponsesOpenWhateverTheirKeyIdentifierAndStrangersDoNot) {
     const Bytes named = session.container.encryptCReq(toBytes("[]"), "anybody");
     EXPECT_EQ(session.opened(std::string(asText(named))), "[]");
     // A second signed content has no pair to agree with, and leaves the key.
-    expectRaised(InvalidInputException, "Can not get private key from ephemeral KeyPair.",
-                 "SessionKeys.cpp decryptAcsSignedContent(_:sdkReferenceNumber:)", [&] {
-                     return session.container.parseAcsSignedContent(session.acs.signedContent(),
-                                                                    kReferenceNumber);
-                 });
+    EXPECT_RAISES_SAYING(
+        InvalidInputException, "Can not get private key from ephemeral KeyPair.",
+        session.container.parseAcsSignedContent(session.acs.signedContent(), kReferenceNumber));
     EXPECT_EQ(session.opened(good), "{}");
 }
 

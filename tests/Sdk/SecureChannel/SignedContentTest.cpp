@@ -1,8 +1,10 @@
 #include "Crypt/DataExtensions.h"
 #include "Crypt/EC.h"
 #include "Crypt/JWS.h"
-#include "Sdk/SecureChannel/AcsSignedContent.h"
-#include "tests/Sdk/SecureChannel/ChannelSupport.h"
+#include "Sdk/Events/SdkError.h"
+#include "tests/support/Failures.h"
+#include "tests/support/PlayedAcs.h"
+#include "tests/support/RecordingLogger.h"
 
 #include <gmock/gmock.h>
 
@@ -11,8 +13,6 @@ namespace {
 
 using enum SdkErrorCase;
 using enum SignatureAlgorithm;
-
-constexpr const char* kValidate = "SignedContent.cpp validateCertChain(_:)";
 
 /// What a container with this root, whose key has been published, makes of a signed content.
 std::string parsed(const std::string& content, const TestIdentity& root) {
@@ -39,9 +39,8 @@ TEST(SignedContent, WithoutCertificateTextsOrAnAllowedAlgorithmIsRejected) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.first);
-        expectRaised(InvalidAcsResponseException, "AcsSignedContent JWS is not valid.",
-                     "SignedContent.cpp parseAcsSignedContent(_:sdkReferenceNumber:)",
-                     [&] { return parsed(row.second, acs.root); });
+        EXPECT_RAISES_SAYING(InvalidAcsResponseException, "AcsSignedContent JWS is not valid.",
+                             parsed(row.second, acs.root));
     }
 }
 
@@ -76,9 +75,11 @@ TEST(SignedContent, ChainsThatDoNotHoldAreRaisedWithoutTheReasonAndLoggedWithIt)
         const std::string content =
             PlayedAcs::signedBy(signer, x5c, acs.payload(), &signer == &wide ? ES384 : ES256);
         const std::string text = "SecTrust cert chain validation fail";
-        expectRaised(
-            SDKRuntimeException, text + ".", kValidate, [&] { return parsed(content, row.root); },
-            row.reason ? text + ": " + row.reason + ")" : text + ".");
+        const RecordingLogger log;
+        EXPECT_RAISES_SAYING(SDKRuntimeException, text + ".", parsed(content, row.root));
+        const std::string logged = row.reason ? text + ": " + row.reason + ")" : text + ".";
+        EXPECT_THAT(log.lines(), testing::ElementsAre(
+                                     "Sdk/SecureChannel/SignedContent.cpp validateCertChain(_:): " + logged));
     }
 }
 
@@ -89,11 +90,10 @@ TEST(SignedContent, ListsThatCannotBeCheckedAreToldBeforeAnUnusableRoot) {
     const auto parsedWith = [&](const std::vector<std::string>& x5c) {
         return parsed(PlayedAcs::signedBy(acs.leaf, x5c, acs.payload()), damaged);
     };
-    expectRaised(InvalidInputException, "No certificates found in JWS header.", kValidate,
-                 [&] { return parsedWith({}); });
+    EXPECT_RAISES_SAYING(InvalidInputException, "No certificates found in JWS header.", parsedWith({}));
     EXPECT_RAISES(SDKRuntimeException, parsedWith({acs.leaf.base64(), "?"}));
-    expectRaised(InvalidInputException, "Can not load root CA certificate for cert chain validation.",
-                 kValidate, [&] { return parsedWith({acs.leaf.base64()}); });
+    EXPECT_RAISES_SAYING(InvalidInputException, "Can not load root CA certificate for cert chain validation.",
+                         parsedWith({acs.leaf.base64()}));
 }
 
 TEST(SignedContent, BadSignaturesAreRefused) {
