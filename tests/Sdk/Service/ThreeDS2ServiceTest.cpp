@@ -1,6 +1,5 @@
 #include "Sdk/Service/ThreeDS2Service.h"
 
-#include "Crypt/Decrypter.h"
 #include "Crypt/JWE.h"
 #include "Sdk/Events/SdkError.h"
 #include "tests/support/Failures.h"
@@ -27,10 +26,8 @@ public:
 
     [[nodiscard]] DeviceInfo open(const Transaction& transaction) const {
         const JWE jwe(transaction.getAuthenticationRequestParameters().getDeviceData());
-        const auto decrypter =
-            Decrypter::make(KeyManagementAlgorithm::RSAOAEP256, ContentEncryptionAlgorithm::A128CBCHS256,
-                            identity.privateKey());
-        return DeviceInfo::decode(jwe.decrypt(decrypter.value()).data());
+        const SecKey key = identity.privateKey();
+        return DeviceInfo::decode(jwe.decrypt(key).data());
     }
 
     TestIdentity identity = selfSigned({.key = TestKeyType::rsa2048});
@@ -41,7 +38,7 @@ class ThreeDS2ServiceTest : public testing::Test {
 protected:
     ThreeDS2ServiceTest() { service_.setCertProducer(directoryServer_); }
 
-    void initialize(const std::string& locale = "fr_CA") {
+    void initialize(const char* locale = "fr_CA") {
         service_.initialize(std::make_shared<ConfigParameters>(), nullptr, nullptr, Locale{locale});
     }
 
