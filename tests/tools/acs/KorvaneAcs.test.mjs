@@ -91,6 +91,7 @@ suite("faults", () => {
     WrongKey: raw(({ body }, sdk) => assert.throws(() => open(body, sdk.key), /the tag/)),
     NotJWE: raw(({ body }) => assert.equal(body.toString().split(".").length, 2)),
     EmptyBody: raw(({ status, body }) => assert.deepEqual([status, body.length], [200, 0])),
+    Http500: raw(({ status, body }) => assert.deepEqual([status, body.length > 0], [500, true])),
     SealedErro: cres(({ messageType, errorComponent, errorCode }) =>
       assert.deepEqual([messageType, errorComponent, errorCode], ["Erro", "A", "402"])),
   };
