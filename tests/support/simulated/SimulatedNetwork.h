@@ -52,7 +52,7 @@ public:
 
 private:
     class Task;
-    class Session;
+    struct Session;
 
     Dispatch& dispatch_;
     std::deque<SimulatedExchange> exchanges_;
