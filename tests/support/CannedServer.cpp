@@ -5,44 +5,12 @@
 #include <unistd.h>
 
 #include <array>
+#include <cstdio>
 #include <cstdlib>
-#include <string_view>
 #include <utility>
 #include <vector>
 
 namespace korvane {
-
-namespace {
-
-constexpr int kBacklog = 512;
-
-/// Whether a request has come with all of its body.
-bool isWhole(const std::string& request) {
-    constexpr std::string_view kLength = "Content-Length: ";
-    const std::size_t head = request.find("\r\n\r\n");
-    if (head == std::string::npos) return false;
-    const std::size_t length = request.find(kLength);
-    const unsigned long body = length < head ? std::stoul(request.substr(length + kLength.size())) : 0;
-    return request.size() >= head + 4 + body;
-}
-
-/// @return false once the client has closed.
-bool receive(int connection, std::string& text) {
-    std::array<char, 4096> buffer{};
-    const ssize_t count = recv(connection, buffer.data(), buffer.size(), 0);
-    if (count > 0) text.append(buffer.data(), static_cast<std::size_t>(count));
-    return count > 0;
-}
-
-void send(int connection, std::string_view text) {
-    while (!text.empty()) {
-        const ssize_t count = ::send(connection, text.data(), text.size(), MSG_NOSIGNAL);
-        if (count <= 0) return;
-        text.remove_prefix(static_cast<std::size_t>(count));
-    }
-}
-
-} // namespace
 
 CannedServer::CannedServer(std::string answer, std::size_t held)
     : answer_(std::move(answer)), held_(held), listener_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
@@ -52,7 +20,7 @@ CannedServer::CannedServer(std::string answer, std::size_t held)
     socklen_t length = sizeof address;
     auto* const plain = reinterpret_cast<sockaddr*>(&address);
     if (bind(listener_, plain, length) != 0 || getsockname(listener_, plain, &length) != 0 ||
-        listen(listener_, kBacklog) != 0)
+        listen(listener_, SOMAXCONN) != 0)
         std::abort();
     port_ = ntohs(address.sin_port);
     thread_ = std::thread([this] { serve(); });
@@ -79,11 +47,15 @@ void CannedServer::serve() {
 
 /// The request is read to its end: a connection that is closed before would take the answer with it.
 void CannedServer::answer(int connection) const {
-    std::string request;
-    while (!isWhole(request) && receive(connection, request)) {
-    }
-    send(connection, answer_);
-    close(connection);
+    std::FILE* const request = fdopen(connection, "r");
+    std::array<char, 4096> line{};
+    long body = 0;
+    while (std::fgets(line.data(), line.size(), request) && line[0] != '\r')
+        static_cast<void>(std::sscanf(line.data(), "Content-Length: %ld", &body));
+    while (body > 0 && std::fgetc(request) != EOF)
+        --body;
+    send(connection, answer_.data(), answer_.size(), MSG_NOSIGNAL);
+    std::fclose(request);
 }
 
 } // namespace korvane

@@ -5,9 +5,8 @@
 
 #include <httplib.h>
 
-#include <condition_variable>
+#include <atomic>
 #include <cstdlib>
-#include <ctime>
 #include <mutex>
 #include <thread>
 
@@ -21,86 +20,69 @@ constexpr const char* kKey = KORVANE_SERVER_KEY;
 /// An open connection holds a thread, and a server's end waits for connections that idle.
 constexpr std::size_t kThreads = 48;
 
-std::unique_ptr<httplib::Server> makeServer(LocalServer::Transport transport) {
-    if (transport == LocalServer::Transport::tls)
-        return std::make_unique<httplib::SSLServer>(kCertificate, kKey);
+std::unique_ptr<httplib::Server> makeServer(bool isTls) {
+    if (isTls) return std::make_unique<httplib::SSLServer>(kCertificate, kKey);
     return std::make_unique<httplib::Server>();
-}
-
-ReceivedRequest asReceived(const httplib::Request& request) {
-    ReceivedRequest received{request.method, request.path, {}, request.body, request.remote_port};
-    for (const auto& [name, value] : request.headers)
-        received.headers[lowercased(name)] = value;
-    return received;
 }
 
 } // namespace
 
 struct LocalServer::State {
-    explicit State(Transport transport) : isTls(transport == Transport::tls), server(makeServer(transport)) {}
+    explicit State(bool itsTls) : isTls(itsTls) {}
 
     void answer(const httplib::Request& request, httplib::Response& response);
-    void beSilent();
 
     const bool isTls;
+    const std::unique_ptr<httplib::Server> server = makeServer(isTls);
+    const int port = server->bind_to_any_port("127.0.0.1");
     std::mutex mutex;
-    std::condition_variable changed;
-    std::vector<ReceivedRequest> received;
-    bool isSilent = false;
-    bool isOver = false;
-    std::unique_ptr<httplib::Server> server;
-    int port = 0;
+    std::vector<ReceivedRequest> received; // under the mutex
+    std::atomic_bool isSilent = false;
+    std::atomic_bool isOver = false;
     std::thread thread;
 };
 
 void LocalServer::State::answer(const httplib::Request& request, httplib::Response& response) {
+    ReceivedRequest got{request.method, request.path, {}, request.body, request.remote_port};
+    for (const auto& [name, value] : request.headers)
+        got.headers[lowercased(name)] = value;
     {
         const std::lock_guard lock(mutex);
-        received.push_back(asReceived(request));
+        received.push_back(std::move(got));
     }
     const auto parameter = [&request](const char* name) { return request.get_param_value(name); };
     const std::string& path = request.path;
     if (path == "/echo") response.set_content(request.body.empty() ? "nothing" : request.body, "text/plain");
     if (path == "/broken") response.set_content("broken", "text/plain");
     if (path == "/broken") response.status = 500;
-    if (path == "/missing") response.status = 404;
-    if (path == "/silence") beSilent();
     if (path == "/redirect") response.set_redirect(parameter("to"), std::stoi(parameter("status")));
     if (path == "/size") response.set_content(std::string(std::stoul(parameter("bytes")), 'x'), "text/plain");
+    if (path == "/silence") {
+        isSilent = true;
+        isSilent.notify_all();
+        isOver.wait(false);
+    }
     if (path != "/cut") return;
     response.set_content_provider(100, "text/plain", [](std::size_t, std::size_t, httplib::DataSink& sink) {
         return sink.write("0123456789", 10) && false;
     });
 }
 
-void LocalServer::State::beSilent() {
-    std::unique_lock lock(mutex);
-    isSilent = true;
-    changed.notify_all();
-    changed.wait(lock, [this] { return isOver; });
-}
-
-LocalServer::LocalServer(Transport transport) : state_(std::make_unique<State>(transport)) {
-    const auto handler = [state = state_.get()](const httplib::Request& request,
-                                                httplib::Response& response) {
-        state->answer(request, response);
-    };
-    state_->server->Get(".*", handler).Post(".*", handler);
-    state_->server->new_task_queue = [] { return new httplib::ThreadPool(kThreads); };
-    state_->server->set_keep_alive_timeout(kKeepAlive.count());
-    state_->port = state_->server->bind_to_any_port("127.0.0.1");
+LocalServer::LocalServer(Transport transport) : state_(new State(transport == Transport::tls)) {
+    httplib::Server& server = *state_->server;
     if (state_->port <= 0) std::abort();
-    state_->thread = std::thread([state = state_.get()] { state->server->listen_after_bind(); });
-    while (!state_->server->is_running())
+    const auto handler = [this](const auto& request, auto& response) { state_->answer(request, response); };
+    server.Get(".*", handler).Post(".*", handler);
+    server.new_task_queue = [] { return new httplib::ThreadPool(kThreads); };
+    server.set_keep_alive_timeout(kKeepAlive.count());
+    state_->thread = std::thread([&server] { server.listen_after_bind(); });
+    while (!server.is_running())
         std::this_thread::yield();
 }
 
 LocalServer::~LocalServer() {
-    {
-        const std::lock_guard lock(state_->mutex);
-        state_->isOver = true;
-        state_->changed.notify_all();
-    }
+    state_->isOver = true;
+    state_->isOver.notify_all();
     state_->server->stop();
     state_->thread.join();
 }
@@ -120,8 +102,7 @@ std::string LocalServer::redirectingUrl(const std::string& to, int status) const
 }
 
 void LocalServer::awaitSilence() {
-    std::unique_lock lock(state_->mutex);
-    state_->changed.wait(lock, [this] { return state_->isSilent; });
+    state_->isSilent.wait(false);
 }
 
 std::string LocalServer::authority() {

@@ -21,7 +21,7 @@ struct ReceivedRequest {
 
 /// An HTTP or HTTPS server on a free port of 127.0.0.1. Its paths:
 /// - `/echo` answers the body, or "nothing" without one; `/empty` answers no byte; `/broken` answers 500 and
-///   "broken"; `/missing` answers 404 and no byte;
+///   "broken";
 /// - `/size?bytes=N` answers N bytes; `/redirect?status=N&to=URL` answers N and no byte;
 /// - `/cut` promises 100 bytes and closes after 10; `/silence` answers nothing while the server lives.
 class LocalServer {

@@ -40,40 +40,6 @@ std::vector<Region> writableRegions() {
     return regions;
 }
 
-/// Memory of the scan's own: a piece of the process's, and behind it the secret itself.
-class Window {
-public:
-    Window(int memory, ByteView masked) : memory_(memory), size_(masked.size()) {
-        void* const pages =
-            mmap(nullptr, kWindow + size_, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-        if (pages == MAP_FAILED) throw std::system_error(errno, std::generic_category(), "mmap");
-        bytes_ = static_cast<std::uint8_t*>(pages);
-        std::ranges::transform(masked, bytes_ + kWindow, [](std::uint8_t byte) { return byte ^ kMask; });
-    }
-    Window(const Window&) = delete;
-    Window& operator=(const Window&) = delete;
-    ~Window() { munmap(bytes_, kWindow + size_); }
-
-    /// How often the secret begins in the first `kWindow` bytes of a place but for those that the next
-    /// window, which overlaps this one, looks at.
-    [[nodiscard]] std::size_t copiesAt(std::uint64_t place, std::uint64_t end) const {
-        const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(kWindow, end - place));
-        const ssize_t got = pread(memory_, bytes_, wanted, static_cast<off_t>(place));
-        std::size_t found = 0;
-        for (const std::uint8_t* at = bytes_; got > 0; ++at, ++found) {
-            const auto left = static_cast<std::size_t>(bytes_ + got - at);
-            at = static_cast<const std::uint8_t*>(memmem(at, left, bytes_ + kWindow, size_));
-            if (!at) break;
-        }
-        return found;
-    }
-
-private:
-    int memory_;
-    std::size_t size_;
-    std::uint8_t* bytes_;
-};
-
 } // namespace
 
 Bytes maskedForScan(ByteView secret) {
@@ -83,17 +49,29 @@ Bytes maskedForScan(ByteView secret) {
     return masked;
 }
 
+/// Each window overlaps the next one by all of the secret but a byte, so that a copy is in one of them whole.
 std::size_t copiesInMemory(ByteView masked) {
-    const std::vector<Region> regions = writableRegions(); // before the window, which is none of them
+    const std::vector<Region> regions = writableRegions(); // before the scan's own memory, which is none
+    const std::size_t size = masked.size();
+    void* const own =
+        mmap(nullptr, kWindow + size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     const int memory = open("/proc/self/mem", O_RDONLY | O_CLOEXEC);
-    if (memory < 0) throw std::system_error(errno, std::generic_category(), "/proc/self/mem");
+    if (own == MAP_FAILED || memory < 0) throw std::system_error(errno, std::generic_category(), "memory");
+    auto* const window = static_cast<std::uint8_t*>(own);
+    std::uint8_t* const secret = window + kWindow;
+    std::ranges::transform(masked, secret, [](std::uint8_t byte) { return byte ^ kMask; });
     std::size_t found = 0;
-    {
-        const Window window(memory, masked);
-        for (const auto& [begin, end] : regions)
-            for (std::uint64_t place = begin; place < end; place += kWindow - masked.size() + 1)
-                found += window.copiesAt(place, end);
-    }
+    for (const auto& [begin, end] : regions)
+        for (std::uint64_t place = begin; place < end; place += kWindow - size + 1) {
+            const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(kWindow, end - place));
+            const ssize_t got = pread(memory, window, wanted, static_cast<off_t>(place));
+            const std::uint8_t* const last = window + std::max<ssize_t>(got, 0);
+            const std::uint8_t* at = window;
+            for (const void* hit = nullptr;
+                 (hit = memmem(at, static_cast<std::size_t>(last - at), secret, size)); ++found)
+                at = static_cast<const std::uint8_t*>(hit) + 1;
+        }
+    munmap(own, kWindow + size);
     close(memory);
     return found;
 }

@@ -22,10 +22,6 @@ JSON PlayedAcs::payload() const {
     return {{"acsEphemPubKey", key}, {"sdkEphemPubKey", key}, {"acsURL", "https://acs.example/challenge"}};
 }
 
-std::string PlayedAcs::signedContent(const JSON& payload, SignatureAlgorithm algorithm) const {
-    return signedBy(leaf, {leaf.base64()}, payload, algorithm);
-}
-
 std::string PlayedAcs::signedBy(const TestIdentity& signer, const std::vector<std::string>& x5c,
                                 const JSON& payload, SignatureAlgorithm algorithm) {
     JWSHeader header(algorithm);

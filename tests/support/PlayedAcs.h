@@ -31,8 +31,9 @@ struct PlayedAcs {
     [[nodiscard]] JSON payload() const;
 
     /// Signed by the leaf, with its certificate alone as "x5c".
-    [[nodiscard]] std::string signedContent(const JSON& payload,
-                                            SignatureAlgorithm algorithm = SignatureAlgorithm::ES256) const;
+    [[nodiscard]] std::string signedContent(const JSON& payload) const {
+        return signedBy(leaf, {leaf.base64()}, payload);
+    }
     [[nodiscard]] std::string signedContent() const { return signedContent(payload()); }
 
     /// A message sealed under the session's key, as the body of an answer.

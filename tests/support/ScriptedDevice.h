@@ -25,11 +25,8 @@ struct DeviceScript {
     std::vector<std::pair<std::string, std::vector<std::string>>> fonts{
         {"Courier", {"Courier", "Courier-Bold"}}};
     double systemFontSize = 14;
-    /// The size is appended to it.
-    std::string systemFontDescription = "system font of size ";
 
     std::vector<std::string> availableIdentifiers{"en_GB", "fr"};
-    std::vector<std::string> preferredLanguages{"en-GB", "fr-CA"};
     std::optional<std::string> timeZoneAbbreviation = "CET";
 
     int locationStatus = 0;
@@ -101,88 +98,76 @@ private:
         return found == map.end() ? std::nullopt : std::optional(found->second);
     }
 
-    [[nodiscard]] std::string systemName() const override { return "iOS"; }
-    [[nodiscard]] std::string systemVersion() const override { return "14.4"; }
-    [[nodiscard]] std::string name() const override { return script_.deviceName; }
-    [[nodiscard]] std::optional<std::string> identifierForVendor() const override {
-        return script_.identifierForVendor;
-    }
-    [[nodiscard]] UIUserInterfaceIdiom userInterfaceIdiom() const override {
-        return script_.userInterfaceIdiom;
-    }
-    [[nodiscard]] UIDeviceOrientation orientation() const override { return script_.orientation; }
+    std::string systemName() const override { return "iOS"; }
+    std::string systemVersion() const override { return "14.4"; }
+    std::string name() const override { return script_.deviceName; }
+    std::optional<std::string> identifierForVendor() const override { return script_.identifierForVendor; }
+    UIUserInterfaceIdiom userInterfaceIdiom() const override { return script_.userInterfaceIdiom; }
+    UIDeviceOrientation orientation() const override { return script_.orientation; }
 
-    [[nodiscard]] CGRect bounds() const override { return script_.bounds; }
-    [[nodiscard]] bool isCaptured() const override { return script_.isCaptured; }
+    CGRect bounds() const override { return script_.bounds; }
+    bool isCaptured() const override { return script_.isCaptured; }
 
-    [[nodiscard]] std::vector<std::string> familyNames() const override {
+    std::vector<std::string> familyNames() const override {
         std::vector<std::string> names;
         for (const auto& [family, fonts] : script_.fonts)
             names.push_back(family);
         return names;
     }
-    [[nodiscard]] std::vector<std::string> fontNamesForFamilyName(const std::string& family) const override {
+    std::vector<std::string> fontNamesForFamilyName(const std::string& family) const override {
         for (const auto& [name, fonts] : script_.fonts)
             if (name == family) return fonts;
         return {};
     }
-    [[nodiscard]] double systemFontSize() const override { return script_.systemFontSize; }
-    [[nodiscard]] double labelFontSize() const override { return 17; }
-    [[nodiscard]] double buttonFontSize() const override { return 18; }
-    [[nodiscard]] double smallSystemFontSize() const override { return 12; }
-    [[nodiscard]] std::string systemFontDescription(double size) const override {
-        return script_.systemFontDescription + std::to_string(std::lround(size));
+    double systemFontSize() const override { return script_.systemFontSize; }
+    double labelFontSize() const override { return 17; }
+    double buttonFontSize() const override { return 18; }
+    double smallSystemFontSize() const override { return 12; }
+    std::string systemFontDescription(double size) const override {
+        return "system font of size " + std::to_string(std::lround(size));
     }
 
-    [[nodiscard]] Locale current() const override { return {"en_GB"}; }
-    [[nodiscard]] std::vector<std::string> availableIdentifiers() const override {
-        return script_.availableIdentifiers;
-    }
-    [[nodiscard]] std::vector<std::string> preferredLanguages() const override {
-        return script_.preferredLanguages;
-    }
-    [[nodiscard]] std::optional<std::string> abbreviation() const override {
-        return script_.timeZoneAbbreviation;
-    }
+    Locale current() const override { return {"en_GB"}; }
+    std::vector<std::string> availableIdentifiers() const override { return script_.availableIdentifiers; }
+    std::vector<std::string> preferredLanguages() const override { return {"en-GB", "fr-CA"}; }
+    std::optional<std::string> abbreviation() const override { return script_.timeZoneAbbreviation; }
 
-    [[nodiscard]] CLAuthorizationStatus authorizationStatus() const override {
+    CLAuthorizationStatus authorizationStatus() const override {
         return static_cast<CLAuthorizationStatus>(script_.locationStatus);
     }
-    [[nodiscard]] std::optional<CLLocation> location() const override {
+    std::optional<CLLocation> location() const override {
         ++script_.locationReads;
         return script_.location;
     }
-    [[nodiscard]] std::string advertisingIdentifier() const override { return script_.advertisingIdentifier; }
+    std::string advertisingIdentifier() const override { return script_.advertisingIdentifier; }
 
-    [[nodiscard]] std::optional<JSON> valueForKey(const std::string& key) const override {
+    std::optional<JSON> valueForKey(const std::string& key) const override {
         return find(script_.defaults, key);
     }
     void setObject(const JSON& object, const std::string& key) override { script_.defaults[key] = object; }
     bool synchronize() override { return ++script_.synchronizations > 0; }
 
-    [[nodiscard]] std::optional<std::string> appStoreReceiptURL() const override {
-        return script_.receiptURL;
-    }
-    [[nodiscard]] std::optional<std::string> URLForResource(const std::string& name,
-                                                            const std::string& extension) const override {
+    std::optional<std::string> appStoreReceiptURL() const override { return script_.receiptURL; }
+    std::optional<std::string> URLForResource(const std::string& name,
+                                              const std::string& extension) const override {
         return FolderBundle(script_.mainBundlePath).URLForResource(name, extension);
     }
-    [[nodiscard]] std::string bundlePath() const override { return script_.mainBundlePath; }
-    [[nodiscard]] std::optional<std::vector<std::string>>
+    std::string bundlePath() const override { return script_.mainBundlePath; }
+    std::optional<std::vector<std::string>>
     stringsForInfoDictionaryKey(const std::string& key) const override {
         return find(script_.infoDictionary, key);
     }
 
-    [[nodiscard]] std::vector<NetworkInterface> list() const override { return script_.interfaces; }
-    [[nodiscard]] std::string machine() const override { return script_.machine; }
-    [[nodiscard]] std::optional<std::string> environmentVariable(const std::string& name) const override {
+    std::vector<NetworkInterface> list() const override { return script_.interfaces; }
+    std::string machine() const override { return script_.machine; }
+    std::optional<std::string> environmentVariable(const std::string& name) const override {
         return find(script_.environment, name);
     }
 
-    [[nodiscard]] bool isJailbroken() const override { return script_.isJailbroken; }
-    [[nodiscard]] bool isEmulator() const override { return script_.isEmulator; }
-    [[nodiscard]] bool isDebuggerAttached() const override { return script_.isDebuggerAttached; }
-    [[nodiscard]] bool isOSVersionSupported() const override { return script_.isOSVersionSupported; }
+    bool isJailbroken() const override { return script_.isJailbroken; }
+    bool isEmulator() const override { return script_.isEmulator; }
+    bool isDebuggerAttached() const override { return script_.isDebuggerAttached; }
+    bool isOSVersionSupported() const override { return script_.isOSVersionSupported; }
 
     mutable DeviceScript script_;
     FixedAdvances textMeasurer_;

@@ -1,6 +1,5 @@
 #include "tests/support/SimulatedAcs.h"
 
-#include "Crypt/DataExtensions.h"
 #include "Crypt/JWE.h"
 #include "tests/support/Messages.h"
 
@@ -14,23 +13,18 @@ const PlayedAcs& played() {
     return acs;
 }
 
-/// What a screen of a kind says.
-JSON screenMembers(const std::string& uiType) {
-    JSON all = JSON::object({{"acsUiType", uiType}});
-    const auto add = [&all](const char* members) { all.update(JSON::parse(members)); };
-    if (uiType == "05") {
-        const std::string page = "<form action='https://emv3ds/challenge' method='POST'></form>";
-        all["acsHTML"] = base64URLEncodedString(asBytes(page));
-        return all;
-    }
-    add(R"({"challengeInfoHeader":"Confirm your payment",
-            "challengeInfoText":"Your bank wants to know that it is you."})");
-    if (uiType == "04") add(R"({"oobContinueLabel":"Continue","challengeAddInfo":"Welcome back."})");
-    if (uiType < "04") add(R"({"challengeInfoLabel":"Your answer","submitAuthenticationLabel":"Submit"})");
-    if (uiType == "01") add(R"({"resendInformationLabel":"Send again"})");
-    if (uiType == "02" || uiType == "03")
-        add(R"({"challengeSelectInfo":[{"phone":"Phone"},{"mail":"Mail"},{"letter":"Letter"}]})");
-    return all;
+/// What is other about a screen of a kind than about a text challenge, as a patch (RFC 7396). The page is
+/// `<form action='https://emv3ds/challenge' method='POST'></form>`.
+const char* screenPatch(const std::string& uiType) {
+    if (uiType == "01") return R"({"resendInformationLabel":"Send again"})";
+    if (uiType < "04")
+        return R"({"challengeSelectInfo":[{"phone":"Phone"},{"mail":"Mail"},{"letter":"Letter"}]})";
+    if (uiType == "04")
+        return R"({"challengeInfoLabel":null,"submitAuthenticationLabel":null,
+                   "oobContinueLabel":"Continue","challengeAddInfo":"Welcome back."})";
+    return R"({"challengeInfoHeader":null,"challengeInfoLabel":null,"challengeInfoText":null,
+               "submitAuthenticationLabel":null,
+               "acsHTML":"PGZvcm0gYWN0aW9uPSdodHRwczovL2VtdjNkcy9jaGFsbGVuZ2UnIG1ldGhvZD0nUE9TVCc-PC9mb3JtPg"})";
 }
 
 } // namespace
@@ -69,20 +63,23 @@ ScriptedAnswer SimulatedAcs::respond(const URLRequest& request) {
     return answer ? answer(*this) : ScriptedAnswer{std::nullopt, std::nullopt, std::nullopt};
 }
 
+JSON SimulatedAcs::addressed(JSON message) const {
+    message["acsCounterAtoS"] = requests_.back().sdkCounterStoA;
+    message["messageVersion"] = messageVersion_;
+    message["sdkTransID"] = sdkTransID_;
+    return message;
+}
+
 JSON SimulatedAcs::ending(const std::string& transStatus) const {
-    JSON json = finalCResJSON();
-    json["acsCounterAtoS"] = requests_.back().sdkCounterStoA;
-    json["messageVersion"] = messageVersion_;
-    json["sdkTransID"] = sdkTransID_;
+    JSON json = addressed(finalCResJSON());
     json["transStatus"] = transStatus;
     return json;
 }
 
 JSON SimulatedAcs::screen(const std::string& uiType) const {
-    JSON json = ending("");
-    json.erase("transStatus");
-    json["challengeCompletionInd"] = "N";
-    json.update(screenMembers(uiType));
+    JSON json = addressed(validCResJSON());
+    json["acsUiType"] = uiType;
+    json.merge_patch(JSON::parse(screenPatch(uiType)));
     return json;
 }
 

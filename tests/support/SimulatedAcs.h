@@ -54,6 +54,8 @@ public:
 
 private:
     [[nodiscard]] ScriptedAnswer respond(const URLRequest& request);
+    /// The message as one that answers the latest request.
+    [[nodiscard]] JSON addressed(JSON message) const;
 
     std::string sdkTransID_;
     std::string messageVersion_;

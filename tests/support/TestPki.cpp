@@ -5,7 +5,7 @@
 #include <openssl/core_names.h>
 #include <openssl/err.h>
 #include <openssl/evp.h>
-#include <openssl/param_build.h>
+#include <openssl/params.h>
 #include <openssl/x509.h>
 #include <openssl/x509v3.h>
 
@@ -31,22 +31,16 @@ using Certificate = Owned<X509, X509_free>;
 /// An RSA key like any other, whose exponents then become 1.
 Key rsaOfOne() {
     const Key ordinary(EVP_RSA_gen(2048U));
-    const Owned<OSSL_PARAM_BLD, OSSL_PARAM_BLD_free> builder(OSSL_PARAM_BLD_new());
-    std::vector<Owned<BIGNUM, BN_free>> numbers;
-    for (const char* name : {OSSL_PKEY_PARAM_RSA_N, OSSL_PKEY_PARAM_RSA_FACTOR1, OSSL_PKEY_PARAM_RSA_FACTOR2,
-                             OSSL_PKEY_PARAM_RSA_COEFFICIENT1}) {
-        BIGNUM* number = nullptr;
-        EVP_PKEY_get_bn_param(ordinary.get(), name, &number);
-        OSSL_PARAM_BLD_push_BN(builder.get(), name, numbers.emplace_back(number).get());
-    }
+    OSSL_PARAM* numbers = nullptr;
+    EVP_PKEY_todata(ordinary.get(), EVP_PKEY_KEYPAIR, &numbers);
+    const Owned<OSSL_PARAM, OSSL_PARAM_free> owner(numbers);
     for (const char* name : {OSSL_PKEY_PARAM_RSA_E, OSSL_PKEY_PARAM_RSA_D, OSSL_PKEY_PARAM_RSA_EXPONENT1,
                              OSSL_PKEY_PARAM_RSA_EXPONENT2})
-        OSSL_PARAM_BLD_push_BN(builder.get(), name, BN_value_one());
-    const Owned<OSSL_PARAM, OSSL_PARAM_free> parameters(OSSL_PARAM_BLD_to_param(builder.get()));
+        OSSL_PARAM_set_ulong(OSSL_PARAM_locate(numbers, name), 1);
     const Owned<EVP_PKEY_CTX, EVP_PKEY_CTX_free> context(EVP_PKEY_CTX_new_from_name(nullptr, "RSA", nullptr));
     EVP_PKEY* key = nullptr;
     EVP_PKEY_fromdata_init(context.get());
-    EVP_PKEY_fromdata(context.get(), &key, EVP_PKEY_KEYPAIR, parameters.get());
+    EVP_PKEY_fromdata(context.get(), &key, EVP_PKEY_KEYPAIR, numbers);
     return Key(key);
 }
 
