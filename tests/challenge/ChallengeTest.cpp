@@ -7,6 +7,8 @@
 
 #include <gmock/gmock.h>
 
+#include <array>
+
 namespace korvane {
 namespace {
 
@@ -77,21 +79,6 @@ TEST_F(ChallengeTest, PageIsLoadedOnceAndTheNextOneChangesInItsPlace) {
     EXPECT_FALSE(page->externalAppWasPresented);
 }
 
-TEST_F(ChallengeTest, TimeoutIsLogged) {
-    start({"02"});
-    const RecordingLogger log;
-    runFor(298);
-    EXPECT_THAT(heard, ElementsAre("timedout"));
-    const std::string site = "Sdk/Transaction/ChallengeStart.cpp "
-                             "doChallenge(challengeParameters:challengeStatusReceiver:timeout:): ";
-    EXPECT_THAT(log.lines(), Contains(site + "Do challenge with parmeters tdsServerTransactionId=" +
-                                      parameters->get3DSServerTransactionId() +
-                                      ", acsTransactionId=" + parameters->getAcsTransactionId() +
-                                      ", acsRefNumber=3DS_LOA_ACS_TEST, tdsRequestorAppURL=nil"));
-    EXPECT_THAT(log.lines(), Contains(site + "Timeout expiry reached for the transaction as defined in "
-                                             "Section 5.5."));
-}
-
 /// Holds the work of the challenge's timer up, which writes a line before it tells of the time.
 class HoldingLogger final : public IKorvaneLogger {
 public:
@@ -133,22 +120,17 @@ TEST_F(ChallengeTest, ErroAboutTheTimeDoesNotHoldTheMainQueue) {
 }
 
 TEST_F(ChallengeTest, ForeignTextForgesNoLogLineAndIsCutForTheApplication) {
-    const struct {
-        std::string status;
-        std::string logged;
-        std::string told;
-    } rows[] = {
-        {"Y\nforged\u009b", "Y\\u000aforged\\u009b", "Y\nforged\u009b"},
-        {std::string(1001, 'x'), std::string(1000, 'x'), std::string(1000, 'x')},
-    };
     const std::string text = "Can not recognize transStatus. Got value ";
+    const std::string most(1000, 'x');
     const RecordingLogger log;
-    for (const auto& row : rows) {
+    for (const auto& [status, logged, told] :
+         {std::array<std::string, 3>{"Y\nforged\u009b", "Y\\u000aforged\\u009b", "Y\nforged\u009b"},
+          {most + "x", most, most}}) {
         create();
-        start({"04"}, row.status);
+        start({"04"}, status);
         goOn();
-        EXPECT_THAT(heard, ElementsAre("runtimeError(-1, " + text + row.told + ".)"));
-        EXPECT_THAT(log.lines(), Contains(EndsWith("processCResResult(_:): " + text + row.logged + ".")));
+        EXPECT_THAT(heard, ElementsAre("runtimeError(-1, " + text + told + ".)"));
+        EXPECT_THAT(log.lines(), Contains(EndsWith("processCResResult(_:): " + text + logged + ".")));
     }
     create();
     parameters->setAcsSignedContent("a.b\nforged");

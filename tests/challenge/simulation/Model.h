@@ -37,8 +37,6 @@ public:
     /// Whether nothing runs that could bring another screen.
     [[nodiscard]] bool isQuiet() const { return running_ == 0; }
     [[nodiscard]] const Record& record() const { return record_; }
-    /// The endings that the rules allow, one more for each that follows another.
-    [[nodiscard]] std::size_t allowedEndings() const { return allowedEndings_; }
 
     // What the cardholder does to the top screen.
 
@@ -102,8 +100,6 @@ public:
                 listens_ = false;
                 ended_ = root_;
                 tell(runtimeError("Html form made incorrect call."));
-                // The time of the challenge goes on, and may be told.
-                ++allowedEndings_;
                 dismiss({});
             });
         });
@@ -150,20 +146,14 @@ private:
         cancel(challengeTimer_);
         onMain([this, self = hold(), ending] {
             tell(ending);
-            if (plan_.triesAgain && !std::exchange(triesAgain_, true)) {
-                ++allowedEndings_;
-                start();
-            }
+            if (plan_.triesAgain && !std::exchange(triesAgain_, true)) start();
         });
     }
 
     /// Without screens the story goes on, to an ending of its own.
     void challengeTimedOut() {
         tell("timedout");
-        if (!hasRoot()) {
-            ++allowedEndings_;
-            return;
-        }
+        if (!hasRoot()) return;
         ended_ = root_;
         dismiss([this, self = hold()] {
             isInterrupted_ = true;
@@ -341,7 +331,6 @@ private:
     std::size_t requests_ = 0;
     int counter_ = 0;
     int running_ = 0;
-    std::size_t allowedEndings_ = 1;
     bool isInterrupted_ = false;
     bool triesAgain_ = false;
     bool startsWithPage_ = false;

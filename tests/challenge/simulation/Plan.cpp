@@ -1,7 +1,5 @@
 #include "tests/challenge/simulation/Plan.h"
 
-#include "Crypt/JWS.h"
-
 #include <algorithm>
 #include <array>
 
@@ -19,13 +17,6 @@ void changeSignature(ChallengeParameters& parameters) {
     changed = changed == 'A' ? 'B' : 'A';
 }
 
-void signByStranger(ChallengeParameters& parameters) {
-    static const TestIdentity stranger = selfSigned({});
-    const JWS jws(*parameters.acsSignedContent);
-    parameters.acsSignedContent =
-        PlayedAcs::signedBy(stranger, {stranger.base64()}, JSON::parse(asText(jws.payload().data())));
-}
-
 const std::array kStartFaults{
     StartFault{[](ChallengeParameters&) {}, "", false},
     StartFault{[](ChallengeParameters& parameters) { parameters.acsSignedContent.reset(); },
@@ -33,7 +24,9 @@ const std::array kStartFaults{
     StartFault{[](ChallengeParameters& parameters) { parameters.acsSignedContent = "a.b"; },
                kNoContent + generic("JOSEError error 5"), false},
     StartFault{changeSignature, kNotVerified + generic("JOSEError error 9"), true},
-    StartFault{signByStranger, kNotVerified + "SecTrust cert chain validation fail.", true},
+    StartFault{
+        [](ChallengeParameters& parameters) { parameters.acsSignedContent = PlayedAcs{}.signedContent(); },
+        kNotVerified + "SecTrust cert chain validation fail.", true},
     StartFault{[](ChallengeParameters& parameters) { parameters.acsTransactionId.reset(); },
                "Can not get init CReq data: " + generic("SdkError error 0"), false,
                kNoContent + "InvalidInputException: Can not get private key from ephemeral KeyPair."},
@@ -50,9 +43,6 @@ PlannedScreen makeScreen(Chance& chance, bool isPage) {
     PlannedScreen screen;
     screen.uiType = isPage ? "05" : chance.oneOf<const char*>({"01", "01", "02", "03", "04"});
     screen.asksForWhitelisting = chance.percent(40);
-    screen.hasResend = chance.percent(80);
-    screen.hasSections = chance.percent(30);
-    screen.hasWarning = chance.percent(10);
     screen.isUndecodable = isPage && chance.percent(3);
     return screen;
 }
@@ -110,7 +100,6 @@ Plan::Plan(std::uint64_t itsSeed) : seed(itsSeed), startFault(kStartFaults.data(
     turns = makeTurns(chance);
     if (chance.percent(4)) dismissal = chance.between(0.5, 40);
     temper = static_cast<Temper>(chance.below(kTempers));
-    typesOnKeys = chance.percent(4);
     triesAgain = chance.percent(50) && keepsTransaction && !startFault->text.empty();
 }
 

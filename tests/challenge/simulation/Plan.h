@@ -55,8 +55,6 @@ struct Plan {
     /// When the application takes the screens away.
     std::optional<Time> dismissal;
     Temper temper = Temper::patient;
-    /// Whether codes are typed on the keyboard's keys.
-    bool typesOnKeys = false;
 
     explicit Plan(std::uint64_t itsSeed);
 

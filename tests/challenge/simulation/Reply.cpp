@@ -69,13 +69,6 @@ JSON messageOf(const PlannedScreen& screen, const SimulatedAcs& acs) {
     if (screen.isUndecodable) message["acsHTML"] = "A";
     if (screen.isPage()) message["acsHTMLRefresh"] = "PHA-YmFjazwvcD4";
     if (screen.asksForWhitelisting) message["whitelistingInfoText"] = "Trust this shop?";
-    if (!screen.hasResend) message.erase("resendInformationLabel");
-    if (screen.hasWarning) message["challengeInfoTextIndicator"] = "Y";
-    if (screen.hasSections)
-        message.update(JSON::object({{"whyInfoLabel", "Why?"},
-                                     {"whyInfoText", "Since the law wants it."},
-                                     {"expandInfoLabel", "More"},
-                                     {"expandInfoText", "There is more to say, and here it is said."}}));
     if (screen.logos > 0)
         message["psImage"] = imageURLs(screen.hasBadLogo ? "no address" : "https://acs.example/scheme.png");
     if (screen.logos > 1) message["issuerImage"] = imageURLs("https://acs.example/bank.png");

@@ -12,9 +12,6 @@ struct PlannedScreen {
     /// "01" to "05".
     std::string uiType = "01";
     bool asksForWhitelisting = false;
-    bool hasResend = true;
-    bool hasSections = false;
-    bool hasWarning = false;
     /// The page is no Base64URL text.
     bool isUndecodable = false;
     /// How many images go with it, the scheme's first; only those of a first response count.

@@ -88,7 +88,6 @@ private:
         application_.platform.runUntilIdle();
         model_.leave();
         findDifference();
-        findBrokenRules();
         const LeftAlive left = application_.platform.leftAlive();
         const std::pair<const char*, std::size_t> counts[] = {
             {"changes of the screens beside the main queue", application_.strayChanges},
@@ -109,26 +108,6 @@ private:
         const auto [one, other] = std::ranges::mismatch(record_, model_.record());
         if (one != record_.end() || other != model_.record().end())
             fault("record: " + textAt(record_, one) + " instead of " + textAt(model_.record(), other));
-    }
-
-    /// What holds of every record whatever the model says.
-    void findBrokenRules() {
-        std::size_t endings = 0;
-        std::size_t requests = 0;
-        bool isInterrupted = false;
-        for (const Line& line : record_) {
-            const bool isRequest = line.text.starts_with("ACS: {");
-            const bool isInterruption = line.text.starts_with("ACS: Erro 402");
-            if (isInterrupted && (isRequest || isInterruption))
-                fault("after an interruption: " + textOf(line));
-            isInterrupted = isInterrupted || isInterruption;
-            const std::string counter = R"("sdkCounterStoA":"00)" + std::to_string(requests) + "\"";
-            if (isRequest && line.text.find(counter) == std::string::npos)
-                fault("counter " + std::to_string(requests) + ": " + textOf(line));
-            if (isRequest) ++requests;
-            if (line.text.starts_with("application: ") && ++endings > model_.allowedEndings())
-                fault("an ending too many: " + textOf(line));
-        }
     }
 
     /// Each transaction has another identifier, which is told by a name.
