@@ -1,4 +1,3 @@
-#include "Platform/View/UIApplication.h"
 #include "Ui/Screens/ChallengeOobNativeViewController.h"
 #include "Ui/Screens/ChallengeTextNativeViewController.h"
 #include "Ui/Screens/ChallengeWebViewController.h"
@@ -15,7 +14,6 @@ namespace {
 using testing::Contains;
 using testing::ElementsAre;
 using testing::EndsWith;
-using testing::IsEmpty;
 
 /// What the simulation does not look at. How starts, actions, turns and endings follow
 /// each other is its part.
@@ -77,38 +75,6 @@ TEST_F(ChallengeTest, PageIsLoadedOnceAndTheNextOneChangesInItsPlace) {
     EXPECT_EQ(top<ChallengeWebViewController>(), page);
     EXPECT_EQ(page->challengeWebView->loadCount(), 2);
     EXPECT_FALSE(page->externalAppWasPresented);
-}
-
-/// Holds the work of the challenge's timer up, which writes a line before it tells of the time.
-class HoldingLogger final : public IKorvaneLogger {
-public:
-    HoldingLogger(Dispatch& dispatch, Seconds time) : gate_(dispatch.makeSemaphore(0)), time_(time) {}
-
-    void log(const std::string& message, const char*, const char*, unsigned) override {
-        if (message.starts_with("Do challenge")) static_cast<void>(gate_->wait(time_));
-    }
-
-private:
-    std::shared_ptr<DispatchSemaphore> gate_;
-    Seconds time_;
-};
-
-/// The answer comes half a second after the timer's work has begun, and the screens take 0.35 s to go.
-TEST_F(ChallengeTest, TimeThatIsOverBesideTheEndingIsNotToldAsWell) {
-    UIApplication::shared().setPlaysAnimations(true);
-    for (const double held : {0.7, 2.0}) {
-        SCOPED_TRACE(held);
-        create();
-        start({"04"});
-        Logger::shared().setDebug(std::make_shared<HoldingLogger>(platform.dispatch(), Seconds{held}));
-        runFor(296.5);
-        goOn();
-        runFor(3);
-        Logger::shared().setDebug(nullptr);
-        EXPECT_THAT(heard, ElementsAre(EndsWith(", Y)")));
-        EXPECT_THAT(acs.errors(), IsEmpty());
-    }
-    UIApplication::shared().setPlaysAnimations(false);
 }
 
 TEST_F(ChallengeTest, ErroAboutTheTimeDoesNotHoldTheMainQueue) {

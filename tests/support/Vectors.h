@@ -9,6 +9,12 @@
 
 namespace korvane {
 
+/// A JSON file below `tests/vectors`.
+[[nodiscard]] JSON readVectors(const std::string& path);
+
+/// The bytes of the hexadecimal member `name`.
+[[nodiscard]] Bytes hexMember(const JSON& object, const char* name);
+
 /// What one published test must come to here.
 enum class VectorOutcome {
     accept,
@@ -27,10 +33,12 @@ struct WycheproofTest {
     std::string why; // the reason of the overrides, or an empty text
 
     /// A text member of the test.
-    [[nodiscard]] const std::string& text(const char* member) const;
+    [[nodiscard]] const std::string& text(const char* member) const {
+        return test.at(member).get_ref<const std::string&>();
+    }
 
     /// A hexadecimal member of the test, as bytes.
-    [[nodiscard]] Bytes bytes(const char* member) const;
+    [[nodiscard]] Bytes bytes(const char* member) const { return hexMember(test, member); }
 };
 
 /// Performs one test and tells whether its input was taken; a raised `Failure` is a refusal.
@@ -41,18 +49,14 @@ using WycheproofCheck = std::function<bool(const WycheproofTest&)>;
 using WycheproofGroup = std::function<WycheproofCheck(const JSON& group)>;
 
 /// Runs all tests of a file of `wycheproof/`, with the outcomes that `overrides.json` changes, save those
-/// that it calls vacuous, and expects the outcomes. The checks themselves answer for what accepting must
-/// yield.
+/// that it calls vacuous, and expects the outcomes and that the file has as many tests as it says. The checks
+/// themselves answer for what accepting must yield.
 void runWycheproof(const std::string& file, const WycheproofGroup& makeCheck);
-void runWycheproof(const std::string& file, const WycheproofCheck& check);
+inline void runWycheproof(const std::string& file, const WycheproofCheck& check) {
+    runWycheproof(file, [&check](const JSON&) { return check; });
+}
 
 /// Runs `check` over the rows of a file of `rfc/`, which has exactly `count`.
 void runRFC(const std::string& file, std::size_t count, const std::function<void(const JSON& row)>& check);
-
-/// A JSON file below `tests/vectors`.
-[[nodiscard]] JSON readVectors(const std::string& path);
-
-/// The bytes of the hexadecimal member `name`.
-[[nodiscard]] Bytes hexMember(const JSON& object, const char* name);
 
 } // namespace korvane

@@ -71,11 +71,13 @@ private:
                                    screen->view()->viewWithTag(ExternalProgressDialog::kTag) != nullptr);
     }
 
-    void compare() {
+    /// @return whether the screen is the model's.
+    [[nodiscard]] bool compare() const {
         const std::string actual = shown();
         const std::string expected = model_.shown();
         if (actual != expected) complain_("the screen shows " + actual + " instead of " + expected);
         if (model_.isMainHeld()) complain_("the main queue is free while an exchange should hold it");
+        return actual == expected;
     }
 
     // When.
@@ -88,10 +90,7 @@ private:
         if (++looks_ > kMostLooks) return;
         if (now() == due_) {
             model_.runTo(now());
-            if (!model_.isBlurred()) {
-                compare();
-                act();
-            }
+            if (!model_.isBlurred() && compare()) act();
         }
         const bool isOver = emptyLooks_ > 0 && (!seen_.empty() || now() > kLatestScreen);
         if (!isOver) lookLater();

@@ -91,10 +91,7 @@ private:
         const LeftAlive left = application_.platform.leftAlive();
         const std::pair<const char*, std::size_t> counts[] = {
             {"changes of the screens beside the main queue", application_.strayChanges},
-            {"items left alive", left.items},
-            {"timers left alive", left.timers},
-            {"requests left alive", left.tasks},
-            {"blocked for ever", left.blocked},
+            {"pieces of work left alive", left.items + left.timers + left.tasks + left.blocked},
             {"controllers left alive", cardholder_.seenAlive()},
             {"challenges left alive", application_.receiver.expired() ? 0 : 1}};
         for (const auto& [name, count] : counts)
