@@ -23,8 +23,8 @@ const char* screenPatch(const std::string& uiType) {
         return R"({"challengeInfoLabel":null,"submitAuthenticationLabel":null,
                    "oobContinueLabel":"Continue","challengeAddInfo":"Welcome back."})";
     return R"({"challengeInfoHeader":null,"challengeInfoLabel":null,"challengeInfoText":null,
-               "submitAuthenticationLabel":null,
-               "acsHTML":"PGZvcm0gYWN0aW9uPSdodHRwczovL2VtdjNkcy9jaGFsbGVuZ2UnIG1ldGhvZD0nUE9TVCc-PC9mb3JtPg"})";
+               "submitAuthenticationLabel":null,"acsHTML":
+               "PGZvcm0gYWN0aW9uPSdodHRwczovL2VtdjNkcy9jaGFsbGVuZ2UnIG1ldGhvZD0nUE9TVCc-PC9mb3JtPg"})";
 }
 
 } // namespace
