@@ -47,7 +47,7 @@ struct DeviceScript {
     bool isOSVersionSupported = true;
 
     /// The user defaults, and how often they were saved.
-    std::map<std::string, JSON> defaults;
+    std::map<std::string, std::string> defaults;
     int synchronizations = 0;
 
     /// How often the location itself was read.
@@ -141,10 +141,10 @@ private:
     }
     std::string advertisingIdentifier() const override { return script_.advertisingIdentifier; }
 
-    std::optional<JSON> valueForKey(const std::string& key) const override {
+    std::optional<std::string> valueForKey(const std::string& key) const override {
         return find(script_.defaults, key);
     }
-    void setObject(const JSON& object, const std::string& key) override { script_.defaults[key] = object; }
+    void setObject(const std::string& object, const std::string& key) override { script_.defaults[key] = object; }
     bool synchronize() override { return ++script_.synchronizations > 0; }
 
     std::optional<std::string> appStoreReceiptURL() const override { return script_.receiptURL; }
