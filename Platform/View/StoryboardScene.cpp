@@ -177,8 +177,6 @@ void StoryboardScene::setItems(UINavigationBar& bar, const JSON& descriptions) {
         if (!description.is_object()) fail(Case::propertyInvalid, "an item is no object");
         const auto item = std::make_shared<UINavigationItem>();
         if (const JSON* const title = member(description, "title")) item->setTitle(text(*title, "title"));
-        if (const JSON* const left = member(description, "left"))
-            item->setLeftBarButtonItem(std::make_shared<UIBarButtonItem>(makeView(*left)));
         if (const JSON* const right = member(description, "right"))
             item->setRightBarButtonItem(std::make_shared<UIBarButtonItem>(makeView(*right)));
         items.push_back(item);

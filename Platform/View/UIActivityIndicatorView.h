@@ -21,11 +21,6 @@ public:
     [[nodiscard]] bool isAnimating() const noexcept { return isAnimating_; }
     virtual void startAnimating() { setAnimating(true); }
     virtual void stopAnimating() { setAnimating(false); }
-    [[nodiscard]] bool hidesWhenStopped() const noexcept { return hidesWhenStopped_; }
-    void setHidesWhenStopped(bool hides) {
-        hidesWhenStopped_ = hides;
-        setAnimating(isAnimating_);
-    }
     [[nodiscard]] const std::optional<UIColor>& color() const noexcept { return color_; }
     void setColor(std::optional<UIColor> color) { assign(color_, std::move(color), UIViewChange::paint); }
 
@@ -34,12 +29,11 @@ public:
 private:
     void setAnimating(bool isAnimating) {
         assign(isAnimating_, isAnimating, UIViewChange::paint);
-        setHidden(hidesWhenStopped_ && !isAnimating_);
+        setHidden(!isAnimating_);
     }
 
     std::optional<UIColor> color_;
     bool isAnimating_ = false;
-    bool hidesWhenStopped_ = true;
 };
 
 } // namespace korvane

@@ -29,20 +29,17 @@ void UIApplication::remove(const std::shared_ptr<UIWindow>& window) {
     std::erase(windows_, window);
 }
 
-bool UIApplication::setFirstResponder(const std::shared_ptr<UIResponder>& responder) {
+void UIApplication::setFirstResponder(const std::shared_ptr<UIResponder>& responder) {
     const auto old = firstResponder_.lock();
-    if (old == responder) return true;
-    if (old && !old->canResignFirstResponder()) return false;
+    if (old == responder) return;
     firstResponder_ = responder;
     showInput(responder.get());
     if (old) old->didResignFirstResponder();
     if (responder && firstResponder_.lock() == responder) responder->didBecomeFirstResponder();
-    return true;
 }
 
 void UIApplication::showInput(const UIResponder* responder) {
     const auto input = responder ? responder->inputView() : nullptr;
-    const auto accessory = responder ? responder->inputAccessoryView() : nullptr;
     const auto* view = dynamic_cast<const UIView*>(responder);
     const auto window = view && view->window() ? view->window() : keyWindow();
     const auto before = inputWindow_.lock();
@@ -50,12 +47,12 @@ void UIApplication::showInput(const UIResponder* responder) {
     if (before && (!input || before != window)) {
         inputWindow_.reset();
         const CGRect frame = before->inputFrame();
-        before->showInput(nullptr, nullptr);
+        before->showInput(nullptr);
         center.post({UIResponder::keyboardWillHideNotification, frame});
     }
     if (!input || !window) return;
     inputWindow_ = window;
-    window->showInput(input, accessory);
+    window->showInput(input);
     center.post({UIResponder::keyboardWillShowNotification, window->inputFrame()});
 }
 

@@ -74,7 +74,7 @@ private:
     friend class UIWindow;
 
     void makeKey(const std::shared_ptr<UIWindow>& window);
-    bool setFirstResponder(const std::shared_ptr<UIResponder>& responder);
+    void setFirstResponder(const std::shared_ptr<UIResponder>& responder);
     /// Shows what a responder wants to be typed on; null, or one that wants nothing, hides it.
     void showInput(const UIResponder* responder);
     /// The end of the platform comes: nothing is shown any more.

@@ -15,11 +15,7 @@ enum class ControlEvent {
     touchDragOutside,
     touchUpInside,
     touchUpOutside,
-    touchCancel,
-    valueChanged,
-    editingDidBegin,
-    editingChanged,
-    editingDidEnd
+    touchCancel
 };
 
 /// What a control looks like; the first that holds of disabled, highlighted, selected counts.

@@ -8,7 +8,7 @@ namespace korvane {
 
 namespace {
 
-/// The room between what is at an end and the bar's edge, and beside the title.
+/// The room between what is at the end and the bar's edge, and beside the title.
 constexpr double kMargin = 8;
 
 /// How much a long title shrinks before it is cut short.
@@ -31,12 +31,6 @@ void UINavigationItem::changed() {
 void UINavigationItem::setTitle(std::string title) {
     if (title == title_) return;
     title_ = std::move(title);
-    changed();
-}
-
-void UINavigationItem::setLeftBarButtonItem(std::shared_ptr<UIBarButtonItem> item) {
-    if (item == left_) return;
-    left_ = std::move(item);
     changed();
 }
 
@@ -84,34 +78,30 @@ void UINavigationBar::setTitleTextAttributes(const UITitleTextAttributes& attrib
 void UINavigationBar::showTopItem() {
     const auto item = topItem();
     titleLabel_->setText(item ? item->title() : "");
-    const auto show = [this](std::shared_ptr<UIView>& place, const std::shared_ptr<UIBarButtonItem>& button) {
-        const auto view = button ? button->customView() : nullptr;
-        if (view == place) return;
-        if (place && place->superview().get() == this) place->removeFromSuperview();
-        place = view;
-        if (view) addSubview(view);
-        // A bar has one height, whatever the user's size of text.
-        if (const auto* control = dynamic_cast<const UIButton*>(view.get()))
-            control->titleLabel()->setAdjustsFontForContentSizeCategory(false);
-    };
-    show(leftView_, item ? item->leftBarButtonItem() : nullptr);
-    show(rightView_, item ? item->rightBarButtonItem() : nullptr);
+    showAtEnd(item && item->rightBarButtonItem() ? item->rightBarButtonItem()->customView() : nullptr);
     setNeedsLayout();
 }
 
-/// The ends come first, and the title gets the room between them, around the middle.
+void UINavigationBar::showAtEnd(const std::shared_ptr<UIView>& view) {
+    if (view == rightView_) return;
+    if (rightView_ && rightView_->superview().get() == this) rightView_->removeFromSuperview();
+    rightView_ = view;
+    if (view) addSubview(view);
+    // A bar has one height, whatever the user's size of text.
+    if (const auto* control = dynamic_cast<const UIButton*>(view.get()))
+        control->titleLabel()->setAdjustsFontForContentSizeCategory(false);
+}
+
+/// The end comes first, and the title gets the room beside it, around the middle.
 void UINavigationBar::layoutSubviews() {
     UIView::layoutSubviews();
     const CGSize bar = bounds().size;
     double taken = kMargin;
-    const auto place = [&](UIView& view, bool isLeft) {
-        const CGSize size = sizeOf(view, bar.height);
-        view.setFrame(
-            {{isLeft ? kMargin : bar.width - kMargin - size.width, (bar.height - size.height) / 2}, size});
-        taken = std::max(taken, size.width + 2 * kMargin);
-    };
-    if (leftView_) place(*leftView_, true);
-    if (rightView_) place(*rightView_, false);
+    if (rightView_) {
+        const CGSize size = sizeOf(*rightView_, bar.height);
+        rightView_->setFrame({{bar.width - kMargin - size.width, (bar.height - size.height) / 2}, size});
+        taken = size.width + 2 * kMargin;
+    }
     titleLabel_->setFrame({{taken, 0}, {std::max(0.0, bar.width - 2 * taken), bar.height}});
 }
 

@@ -14,7 +14,7 @@ namespace korvane {
 
 class UINavigationItem;
 
-/// A place at the end of a bar: a view of its user's making. Main queue only.
+/// The place at the end of a bar: a view of its user's making. Main queue only.
 class UIBarButtonItem final : public NSObject {
 public:
     explicit UIBarButtonItem(std::shared_ptr<UIView> customView) : customView_(std::move(customView)) {}
@@ -32,8 +32,6 @@ public:
 
     [[nodiscard]] const std::string& title() const noexcept { return title_; }
     void setTitle(std::string title);
-    [[nodiscard]] const std::shared_ptr<UIBarButtonItem>& leftBarButtonItem() const noexcept { return left_; }
-    void setLeftBarButtonItem(std::shared_ptr<UIBarButtonItem> item);
     [[nodiscard]] const std::shared_ptr<UIBarButtonItem>& rightBarButtonItem() const noexcept {
         return right_;
     }
@@ -45,7 +43,6 @@ private:
     void changed();
 
     std::string title_;
-    std::shared_ptr<UIBarButtonItem> left_;
     std::shared_ptr<UIBarButtonItem> right_;
     std::function<void()> onChange_; // set by the bar that shows the item
 };
@@ -57,7 +54,7 @@ struct UITitleTextAttributes {
     friend bool operator==(const UITitleTextAttributes&, const UITitleTextAttributes&) = default;
 };
 
-/// A bar with a title in the middle and a view at each end. Main queue only.
+/// A bar with a title in the middle and a view at its end. Main queue only.
 class KORVANE_EXPORT UINavigationBar : public UIView {
 public:
     /// The platform's height of a bar, in points.
@@ -84,8 +81,6 @@ public:
     }
     [[nodiscard]] bool isTranslucent() const noexcept { return isTranslucent_; }
     void setTranslucent(bool isTranslucent) { assign(isTranslucent_, isTranslucent, UIViewChange::paint); }
-    [[nodiscard]] bool hidesShadow() const noexcept { return hidesShadow_; }
-    void setHidesShadow(bool hides) { assign(hidesShadow_, hides, UIViewChange::paint); }
 
     [[nodiscard]] const std::shared_ptr<UILabel>& titleLabel() const noexcept { return titleLabel_; }
 
@@ -94,15 +89,14 @@ public:
 
 private:
     void showTopItem();
+    void showAtEnd(const std::shared_ptr<UIView>& view);
 
     std::vector<std::shared_ptr<UINavigationItem>> items_;
     std::shared_ptr<UILabel> titleLabel_;
-    std::shared_ptr<UIView> leftView_;
     std::shared_ptr<UIView> rightView_;
     UITitleTextAttributes attributes_;
     std::optional<UIColor> barTintColor_;
     bool isTranslucent_ = true;
-    bool hidesShadow_ = false;
 };
 
 } // namespace korvane

@@ -28,12 +28,12 @@ bool UIResponder::isFirstResponder() const {
 bool UIResponder::becomeFirstResponder() {
     if (isFirstResponder()) return true;
     if (!canBecomeFirstResponder()) return false;
-    return UIApplication::shared().setFirstResponder(
-        std::static_pointer_cast<UIResponder>(shared_from_this()));
+    UIApplication::shared().setFirstResponder(std::static_pointer_cast<UIResponder>(shared_from_this()));
+    return true;
 }
 
-bool UIResponder::resignFirstResponder() {
-    return !isFirstResponder() || UIApplication::shared().setFirstResponder(nullptr);
+void UIResponder::resignFirstResponder() {
+    if (isFirstResponder()) UIApplication::shared().setFirstResponder(nullptr);
 }
 
 CGPoint UITouch::location(const UIView* inView) const {

@@ -32,19 +32,17 @@ public:
     virtual void touchesCancelled(const UITouches& touches);
 
     [[nodiscard]] virtual bool canBecomeFirstResponder() { return false; }
-    [[nodiscard]] virtual bool canResignFirstResponder() { return true; }
     [[nodiscard]] bool isFirstResponder() const;
 
     /// Takes the first place from whoever has it, and shows this responder's input view.
-    /// @return false if this one may not take it or the other does not give it up; nothing has changed then.
+    /// @return false if this one may not take it; nothing has changed then.
     virtual bool becomeFirstResponder();
 
-    /// Gives the first place up and hides the input view. True also for a responder that does not have it.
-    virtual bool resignFirstResponder();
+    /// Gives the first place up, if this one has it, and hides the input view.
+    void resignFirstResponder();
 
-    /// What is shown at the foot of the window while this is the first responder, and above it.
+    /// What is shown at the foot of the window while this is the first responder.
     [[nodiscard]] virtual std::shared_ptr<UIView> inputView() const { return nullptr; }
-    [[nodiscard]] virtual std::shared_ptr<UIView> inputAccessoryView() const { return nullptr; }
 
 protected:
     friend class UIApplication;
@@ -60,9 +58,9 @@ public:
     virtual ~UIKeyInput() = default;
 
     [[nodiscard]] virtual bool hasText() const = 0;
-    /// Puts text in place of the selection.
+    /// Puts text behind what is there.
     virtual void insertText(const std::string& text) = 0;
-    /// Deletes the selection, or else the user-perceived character before it.
+    /// Deletes the last user-perceived character.
     virtual void deleteBackward() = 0;
 };
 

@@ -13,26 +13,18 @@ namespace korvane {
 
 namespace {
 
-bool isCodePointStart(const std::string& text, std::size_t at) {
-    return at == text.size() || (static_cast<unsigned char>(text[at]) & 0xC0U) != 0x80U;
+bool isCodePointStart(std::string_view text, std::size_t at) {
+    return (static_cast<unsigned char>(text[at]) & 0xC0U) != 0x80U;
 }
 
-/// Where the user-perceived character begins that ends at `end`, above 0.
-std::size_t characterStart(const std::string& text, std::size_t end) {
-    const std::string_view before = std::string_view(text).substr(0, end);
-    const std::size_t characters = characterCount(before);
-    std::size_t start = end - 1;
+/// Where the last user-perceived character of a text begins that is not empty.
+std::size_t lastCharacterStart(std::string_view text) {
+    const std::size_t characters = characterCount(text);
+    std::size_t start = text.size() - 1;
     while (start > 0 &&
-           (!isCodePointStart(text, start) || characterCount(before.substr(0, start)) >= characters))
+           (!isCodePointStart(text, start) || characterCount(text.substr(0, start)) >= characters))
         --start;
     return start;
-}
-
-/// Whether no character of the text spans the place.
-bool isBetweenCharacters(const std::string& text, std::size_t at) {
-    if (at > text.size() || !isCodePointStart(text, at)) return false;
-    const std::string_view all = text;
-    return characterCount(all.substr(0, at)) + characterCount(all.substr(at)) == characterCount(all);
 }
 
 /// What breaks a line, wherever text is drawn: the longest first.
@@ -74,44 +66,19 @@ void UITextField::store(std::string& text) {
 
 void UITextField::setText(std::string text) {
     store(text);
-    selectedRange_ = {this->text().size(), 0};
-}
-
-bool UITextField::setSelectedRange(UITextRange range) {
-    if (range.length > text().size() || range.location > text().size() - range.length) return false;
-    if (!isBetweenCharacters(text(), range.location)) return false;
-    if (!isBetweenCharacters(text(), range.location + range.length)) return false;
-    assign(selectedRange_, range, UIViewChange::paint);
-    return true;
 }
 
 void UITextField::insertText(const std::string& text) {
-    replace(selectedRange_, text);
+    std::string changed;
+    changed.reserve(this->text().size() + text.size()); // so that it leaves no buffers behind
+    changed.append(this->text()).append(text);
+    store(changed);
 }
 
 void UITextField::deleteBackward() {
-    UITextRange range = selectedRange_;
-    if (range.length == 0) {
-        if (range.location == 0) return;
-        range.location = characterStart(text(), selectedRange_.location);
-        range.length = selectedRange_.location - range.location;
-    }
-    replace(range, {});
-}
-
-/// The event comes last: it may end the field.
-void UITextField::replace(UITextRange range, const std::string& with) {
-    const auto asked = delegate();
-    if (asked && !asked->textField(*this, range, with)) return;
-    const std::string& present = text();
-    const std::size_t end = range.location + range.length;
-    if (end > present.size()) return; // the delegate set another text
-    std::string changed;
-    changed.reserve(present.size() - range.length + with.size()); // so that it leaves no buffers behind
-    changed.append(present, 0, range.location).append(with).append(present, end);
+    if (!hasText()) return;
+    std::string changed(text(), 0, lastCharacterStart(text()));
     store(changed);
-    selectedRange_ = {range.location + with.size(), 0};
-    sendActions(ControlEvent::editingChanged);
 }
 
 void UITextField::setInputView(std::shared_ptr<UIView> view) {
@@ -120,19 +87,8 @@ void UITextField::setInputView(std::shared_ptr<UIView> view) {
     if (window() && isFirstResponder()) UIApplication::shared().showInput(this);
 }
 
-void UITextField::setInputAccessoryView(std::shared_ptr<UIView> view) {
-    if (view == inputAccessoryView_) return;
-    inputAccessoryView_ = std::move(view);
-    if (window() && isFirstResponder()) UIApplication::shared().showInput(this);
-}
-
 bool UITextField::canBecomeFirstResponder() {
     return isEnabled() && window() != nullptr;
-}
-
-bool UITextField::canResignFirstResponder() {
-    const auto asked = delegate();
-    return !asked || asked->textFieldShouldEndEditing(*this);
 }
 
 bool UITextField::becomeFirstResponder() {
@@ -151,15 +107,11 @@ void UITextField::touchesEnded(const UITouches& touches) {
 
 void UITextField::didBecomeFirstResponder() {
     setNeedsDisplay();
-    if (const auto listener = delegate()) listener->textFieldDidBeginEditing(*this);
     NotificationCenter::defaultCenter().post({textDidBeginEditingNotification});
-    sendActions(ControlEvent::editingDidBegin);
 }
 
 void UITextField::didResignFirstResponder() {
     setNeedsDisplay();
-    if (const auto listener = delegate()) listener->textFieldDidEndEditing(*this);
-    sendActions(ControlEvent::editingDidEnd);
 }
 
 CGSize UITextField::sizeThatFits(CGSize /*size*/) const {

@@ -30,13 +30,6 @@ enum class UIKeyboardType : int {
 
 enum class UITextBorderStyle { none, line, bezel, roundedRect };
 
-/// A stretch of a text in bytes of UTF-8, which begins and ends between user-perceived characters.
-struct UITextRange {
-    std::size_t location = 0;
-    std::size_t length = 0;
-    friend bool operator==(const UITextRange&, const UITextRange&) = default;
-};
-
 /// A text as a field shows it: on one line, with "\u21B5" in place of each line break, so that it is seen.
 /// Whoever cleanses the text cleanses this too.
 KORVANE_EXPORT [[nodiscard]] std::string onOneLine(std::string_view text);
@@ -47,14 +40,6 @@ public:
 
     /// Asked before the field becomes the first responder; the place to give it an input view.
     virtual bool textFieldShouldBeginEditing(UITextField& /*textField*/) { return true; }
-    virtual void textFieldDidBeginEditing(UITextField& /*textField*/) {}
-    virtual bool textFieldShouldEndEditing(UITextField& /*textField*/) { return true; }
-    virtual void textFieldDidEndEditing(UITextField& /*textField*/) {}
-    /// Asked before typing changes the text.
-    virtual bool textField(UITextField& /*textField*/, UITextRange /*shouldChangeCharactersIn*/,
-                           const std::string& /*replacementString*/) {
-        return true;
-    }
 };
 
 /// A line of text that can be typed. What was typed is cleansed from memory when other text takes its place
@@ -73,7 +58,6 @@ public:
     [[nodiscard]] std::shared_ptr<UITextFieldDelegate> delegate() const { return delegate_.lock(); }
     void setDelegate(std::weak_ptr<UITextFieldDelegate> delegate) { delegate_ = std::move(delegate); }
 
-    /// Sets the text and puts the insertion point behind it. No event is sent.
     void setText(std::string text) override;
     [[nodiscard]] const std::string& placeholder() const noexcept { return placeholder_; }
     void setPlaceholder(std::string text) { assign(placeholder_, std::move(text), UIViewChange::content); }
@@ -85,13 +69,7 @@ public:
     [[nodiscard]] UITextBorderStyle borderStyle() const noexcept { return borderStyle_; }
     void setBorderStyle(UITextBorderStyle style) { assign(borderStyle_, style, UIViewChange::content); }
 
-    [[nodiscard]] UITextRange selectedRange() const noexcept { return selectedRange_; }
-    /// A range that the text does not have, or that splits a character, is refused.
-    /// @return whether the range is now the selection.
-    bool setSelectedRange(UITextRange range);
-
     [[nodiscard]] bool hasText() const override { return !text().empty(); }
-    /// Both send `ControlEvent::editingChanged` once the text is another.
     void insertText(const std::string& text) override;
     void deleteBackward() override;
 
@@ -99,11 +77,8 @@ public:
     /// Takes the place of the present one at once if the field is the first responder. The view's owner is
     /// not this field alone: a controller's view is held by its controller too.
     void setInputView(std::shared_ptr<UIView> view);
-    [[nodiscard]] std::shared_ptr<UIView> inputAccessoryView() const override { return inputAccessoryView_; }
-    void setInputAccessoryView(std::shared_ptr<UIView> view);
 
     [[nodiscard]] bool canBecomeFirstResponder() override;
-    [[nodiscard]] bool canResignFirstResponder() override;
     /// Asks the delegate first.
     bool becomeFirstResponder() override;
     /// A tap begins editing.
@@ -121,14 +96,11 @@ protected:
     [[nodiscard]] std::string defaultAccessibilityLabel() const override { return placeholder_; }
 
 private:
-    void replace(UITextRange range, const std::string& with);
     void store(std::string& text);
 
     std::weak_ptr<UITextFieldDelegate> delegate_;
     std::string placeholder_;
-    UITextRange selectedRange_;
     std::shared_ptr<UIView> inputView_;
-    std::shared_ptr<UIView> inputAccessoryView_;
     UIKeyboardType keyboardType_ = UIKeyboardType::defaultType;
     UITextBorderStyle borderStyle_ = UITextBorderStyle::none;
     bool isSecureTextEntry_ = false;

@@ -68,12 +68,9 @@ public:
     [[nodiscard]] const CGRect& bounds() const noexcept { return bounds_; }
     void setBounds(const CGRect& bounds);
     [[nodiscard]] CGPoint center() const noexcept;
-    void setCenter(CGPoint center);
-    /// From the own coordinates to another view's, or to the window's with null; and back. The
-    /// views are of one tree.
+    /// From the own coordinates to another view's, or to the window's with null. The views are of one tree.
     [[nodiscard]] CGPoint convertTo(const UIView* view, CGPoint point) const;
     [[nodiscard]] CGRect convertTo(const UIView* view, const CGRect& rect) const;
-    [[nodiscard]] CGPoint convertFrom(const UIView* view, CGPoint point) const;
     /// Where a finger would touch the view, in the window's coordinates.
     [[nodiscard]] CGPoint middleInWindow() const;
     /// How far what the system covers of the window reaches into this view.
@@ -90,7 +87,6 @@ public:
     void addSubview(std::shared_ptr<UIView> view);
     void insertSubview(std::shared_ptr<UIView> view, std::size_t atIndex);
     void bringSubviewToFront(const std::shared_ptr<UIView>& view);
-    void sendSubviewToBack(const std::shared_ptr<UIView>& view);
     /// Constraints of the superview with this view go too.
     void removeFromSuperview();
     /// Free for the users of the view; 0 at first.
@@ -124,7 +120,6 @@ public:
     /// `sizeThatFits` for a width and any height, remembered until the content changes.
     [[nodiscard]] CGSize fittingSize(double width) const;
     [[nodiscard]] CGSize intrinsicContentSize() const { return fittingSize(kUnbounded); }
-    void sizeToFit();
     /// The content would like another size than before.
     void invalidateIntrinsicContentSize();
     /// All content in this tree would: the screen has another size, or text has. Trees that are not shown

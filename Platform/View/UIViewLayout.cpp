@@ -34,10 +34,6 @@ CGPoint UIView::center() const noexcept {
     return {origin_.x + bounds_.size.width / 2, origin_.y + bounds_.size.height / 2};
 }
 
-void UIView::setCenter(CGPoint center) {
-    setFrame({{center.x - bounds_.size.width / 2, center.y - bounds_.size.height / 2}, bounds_.size});
-}
-
 CGPoint UIView::originInRoot() const {
     CGPoint point;
     for (const UIView* view = this; view->superview_; view = view->superview_) {
@@ -55,11 +51,6 @@ CGPoint UIView::convertTo(const UIView* view, CGPoint point) const {
 
 CGRect UIView::convertTo(const UIView* view, const CGRect& rect) const {
     return {convertTo(view, rect.origin), rect.size};
-}
-
-CGPoint UIView::convertFrom(const UIView* view, CGPoint point) const {
-    const CGPoint zero = convertTo(view, CGPoint{});
-    return {point.x - zero.x, point.y - zero.y};
 }
 
 CGPoint UIView::middleInWindow() const {
@@ -201,10 +192,6 @@ void UIView::forgetSizes(std::uint64_t era) {
 
 void UIView::invalidateTree() {
     forgetSizes(++sizesEra());
-}
-
-void UIView::sizeToFit() {
-    setFrame({origin_, sizeThatFits(bounds_.size)});
 }
 
 void UIView::invalidateIntrinsicContentSize() {

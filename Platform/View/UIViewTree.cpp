@@ -82,10 +82,6 @@ void UIView::bringSubviewToFront(const std::shared_ptr<UIView>& view) {
     if (view->superview_ == this && subviews_.back() != view) moveSubview(*view, kOnTop);
 }
 
-void UIView::sendSubviewToBack(const std::shared_ptr<UIView>& view) {
-    if (view->superview_ == this && subviews_.front() != view) moveSubview(*view, 0);
-}
-
 void UIView::removeFromSuperview() {
     if (!superview_) return;
     const bool wasShown = root().kind() == UIViewKind::window;

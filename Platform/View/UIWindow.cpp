@@ -77,7 +77,6 @@ void UIWindow::clear() {
     while (!subviews().empty())
         subviews().back()->removeFromSuperview();
     input_.reset();
-    accessory_.reset();
 }
 
 void UIWindow::setSafeAreaInsets(const UIEdgeInsets& insets) {
@@ -119,8 +118,7 @@ void UIWindow::layoutSubviews() {
 
 CGRect UIWindow::inputFrame() const {
     if (!input_) return {};
-    const double height =
-        CGRectGetMaxY(input_->frame()) - (accessory_ ? accessory_ : input_)->frame().origin.y;
+    const double height = input_->frame().size.height;
     return {{0, bounds().size.height - height}, {bounds().size.width, height}};
 }
 
@@ -134,16 +132,10 @@ void UIWindow::layOutInput() {
     const double height = isInputSized_ && wanted > 0 ? wanted : usual;
     input_->setFrame({{0, own.height - height}, {own.width, height}});
     bringSubviewToFront(input_);
-    if (!accessory_) return;
-    const double above = accessory_->fittingSize(own.width).height;
-    accessory_->setFrame({{0, own.height - height - above}, {own.width, above}});
-    bringSubviewToFront(accessory_);
 }
 
 /// Replaces what is shown at the foot; a keyboard's controller appears and disappears with its view.
-void UIWindow::showInput(const std::shared_ptr<UIView>& input, const std::shared_ptr<UIView>& accessory) {
-    const auto oldAccessory = std::exchange(accessory_, accessory);
-    if (oldAccessory && oldAccessory != accessory) oldAccessory->removeFromSuperview();
+void UIWindow::showInput(const std::shared_ptr<UIView>& input) {
     const auto old = std::exchange(input_, input);
     if (old && old != input) {
         const auto controller = old->viewController();
@@ -157,10 +149,7 @@ void UIWindow::showInput(const std::shared_ptr<UIView>& input, const std::shared
     const auto controller = input->viewController();
     if (old != input) isInputSized_ = input->bounds().size.height > 0;
     if (controller) controller->beginAppearanceTransition(true, UIAnimated::yes);
-    UIView::animate(kInputTransition, [&] {
-        addSubview(input);
-        if (accessory) addSubview(accessory);
-    });
+    UIView::animate(kInputTransition, [&] { addSubview(input); });
     layoutIfNeeded();
     if (controller) controller->endAppearanceTransition();
 }

@@ -88,7 +88,7 @@ private:
     void deliver(UITouchPhase phase, const UITouches& touches);
     [[nodiscard]] static Recognizers recognize(const UITouches& touches);
     [[nodiscard]] bool reaches(const UIView& view);
-    void showInput(const std::shared_ptr<UIView>& input, const std::shared_ptr<UIView>& accessory);
+    void showInput(const std::shared_ptr<UIView>& input);
     void layOutInput();
     void becomeVisible();
     void clear();
@@ -104,7 +104,6 @@ private:
     bool isVisible_ = false;
     bool isInputSized_ = false; // the input view came with a height of its own
     std::shared_ptr<UIView> input_;
-    std::shared_ptr<UIView> accessory_;
 };
 
 } // namespace korvane

@@ -94,17 +94,13 @@ void updateTextField(QQuickItem& part, const UIView& view) {
     const auto& field = static_cast<const UITextField&>(view);
     const UIUserInterfaceStyle style = styleOf(view);
     QString text = drawnLine(field.text());
-    QString before = drawnLine(std::string_view(field.text()).substr(0, field.selectedRange().location));
-    if (field.isSecureTextEntry()) {
-        text.fill(kDot);
-        before.fill(kDot);
-    }
+    if (field.isSecureTextEntry()) text.fill(kDot);
     setText(part, {}, field.shownFont(), asColor(field.textColor(), style), field.textAlignment());
     part.setProperty("text", text);
     part.setProperty("placeholder", drawnLine(field.placeholder()));
     part.setProperty("placeholderColor", asColor(UIColor::placeholderText(), style));
     part.setProperty("caretColor", asColor(field.tintColor(), style));
-    part.setProperty("caretPlace", QFontMetricsF(drawnFont(field.shownFont())).horizontalAdvance(before));
+    part.setProperty("caretPlace", QFontMetricsF(drawnFont(field.shownFont())).horizontalAdvance(text));
     part.setProperty("editing", field.isFirstResponder());
     part.setProperty("bordered", field.borderStyle() != UITextBorderStyle::none);
     part.setProperty("lineColor", asColor(UIColor::separator(), style));
@@ -126,8 +122,7 @@ void updateBar(QQuickItem& part, const UIView& view) {
     part.setProperty("above", std::max(0.0, place.origin.y));
     part.setProperty("before", std::max(0.0, place.origin.x));
     part.setProperty("behind", window ? window->bounds().size.width - CGRectGetMaxX(place) : 0);
-    part.setProperty("lineColor",
-                     bar.hidesShadow() ? QColor(Qt::transparent) : asColor(UIColor::separator(), style));
+    part.setProperty("lineColor", asColor(UIColor::separator(), style));
 }
 
 void updateCell(QQuickItem& part, const UIView& view) {
