@@ -70,28 +70,24 @@ void UIControl::touchesBegan(const UITouches& /*touches*/) {
     if (!isEnabled_) return;
     isTracking_ = true;
     setHighlighted(true);
-    sendActions(ControlEvent::touchDown);
 }
 
 void UIControl::touchesMoved(const UITouches& touches) {
     if (!isTracking_) return;
-    const bool isInside = isWithinReach(touches);
-    setHighlighted(isInside);
-    sendActions(isInside ? ControlEvent::touchDragInside : ControlEvent::touchDragOutside);
+    setHighlighted(isWithinReach(touches));
 }
 
 void UIControl::touchesEnded(const UITouches& touches) {
     if (!isTracking_) return;
     isTracking_ = false;
     setHighlighted(false);
-    sendActions(isWithinReach(touches) ? ControlEvent::touchUpInside : ControlEvent::touchUpOutside);
+    if (isWithinReach(touches)) sendActions(ControlEvent::touchUpInside);
 }
 
 void UIControl::touchesCancelled(const UITouches& /*touches*/) {
     if (!isTracking_) return;
     isTracking_ = false;
     setHighlighted(false);
-    sendActions(ControlEvent::touchCancel);
 }
 
 } // namespace korvane

@@ -8,15 +8,8 @@
 
 namespace korvane {
 
-/// What a control reports.
-enum class ControlEvent {
-    touchDown,
-    touchDragInside,
-    touchDragOutside,
-    touchUpInside,
-    touchUpOutside,
-    touchCancel
-};
+/// What a control reports: a finger that came down on it has gone up on it.
+enum class ControlEvent { touchUpInside };
 
 /// What a control looks like; the first that holds of disabled, highlighted, selected counts.
 enum class ControlState { normal, highlighted, selected, disabled };
