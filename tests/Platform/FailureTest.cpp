@@ -32,17 +32,5 @@ TEST(Logging, TextIsBuiltForALoggerAlone) {
     EXPECT_THAT(logger.lines(), ElementsAre("tests/Platform/FailureTest.cpp f(_:): 1"));
 }
 
-/// An application's logger may end with a line.
-struct LastWords final : IKorvaneLogger {
-    ~LastWords() override { KORVANE_LOG("deinit()", "last words"); }
-    void log(const std::string&, const char*, const char*, unsigned) override {}
-};
-
-TEST(Logging, LoggerThatIsReplacedMayLogAtItsEnd) {
-    Logger::shared().setDebug(std::make_shared<LastWords>());
-    const RecordingLogger log;
-    EXPECT_THAT(log.lines(), ElementsAre(HasSubstr("last words")));
-}
-
 } // namespace
 } // namespace korvane

@@ -108,31 +108,5 @@ TEST(SecKeyImport, RsaExponentsThatMakeAnythingASignatureAreRefused) {
     EXPECT_FALSE(isMade([&] { return ofOne.privateKey(); }));
 }
 
-TEST(SecKeyImport, FailuresTellNoErrorThatStoodThereBefore) {
-    const ForeignOpenSSLError foreign;
-    Bytes der = readPemAsDer(path("p256"));
-    der.push_back(0);
-    try {
-        static_cast<void>(SecKeyCreateWithPKCS8(der));
-        ADD_FAILURE() << "raised nothing";
-    } catch (const CFError& error) {
-        EXPECT_EQ(error.localizedDescription(), "The bytes are not one key.");
-    }
-    EXPECT_TRUE(ForeignOpenSSLError::stands());
-}
-
-TEST(SecKeyAlgorithms, TypeAndClassMustSuit) {
-    const SecKey ec = SecKeyCreateRandomKey(kEc, 256);
-    const SecKey rsa = SecKeyCreateWithPEM(readFile(path("rsa")));
-    const auto es256 = kSecKeyAlgorithmECDSASignatureMessageX962SHA256;
-    EXPECT_TRUE(SecKeyIsAlgorithmSupported(ec, kSecKeyOperationTypeSign, es256));
-    EXPECT_FALSE(SecKeyIsAlgorithmSupported(ec, kSecKeyOperationTypeVerify, es256));
-    EXPECT_FALSE(SecKeyIsAlgorithmSupported(rsa, kSecKeyOperationTypeSign, es256));
-    EXPECT_FALSE(
-        SecKeyIsAlgorithmSupported(rsa, kSecKeyOperationTypeSign, kSecKeyAlgorithmRSAEncryptionOAEPSHA256));
-    EXPECT_ANY_THROW(static_cast<void>(SecKeyCreateSignature(SecKeyCopyPublicKey(ec), es256, {})));
-    EXPECT_ANY_THROW(static_cast<void>(SecKeyCopyKeyExchangeResult(ec, SecKeyCreateRandomKey(kEc, 384))));
-}
-
 } // namespace
 } // namespace korvane

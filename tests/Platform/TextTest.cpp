@@ -7,9 +7,6 @@
 namespace korvane {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 TEST(CharacterCount, CountsWhatAReaderSees) {
     for (const auto& [text, count] : std::initializer_list<std::pair<const char*, std::size_t>>{
              {"", 0},
@@ -45,13 +42,6 @@ TEST(FirstCharacters, AreWholeCodePoints) {
     EXPECT_EQ(firstCharacters("abc", 3), "abc");
     EXPECT_EQ(firstCharacters("\u00e9\U0001F600x", 2), "\u00e9\U0001F600");
     EXPECT_EQ(firstCharacters("\x80\x80", 1), "\uFFFD") << "octets that begin nothing";
-}
-
-TEST(RegularExpressions, GroupsComeWithTheirMatches) {
-    EXPECT_THAT(regularExpressionMatches("(a)(b)?", "ab-a"),
-                ElementsAre(ElementsAre("ab", "a", "b"), ElementsAre("a", "a", "")));
-    EXPECT_THAT(regularExpressionMatches("(", "("), IsEmpty());
-    EXPECT_THAT(regularExpressionMatches("^a$", "a\n"), ElementsAre(ElementsAre("a")));
 }
 
 TEST(URLParsing, TakesWhatAUriMayHold) {

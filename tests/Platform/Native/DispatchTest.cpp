@@ -1,16 +1,12 @@
 #include "Platform/Native/NativePlatform.h"
-#include "Ui/Screens/TopController.h"
 #include "tests/support/SimulatedPlatform.h"
 
 #include <gmock/gmock.h>
-
-#include <pthread.h>
 
 #include <algorithm>
 #include <atomic>
 #include <optional>
 #include <stdexcept>
-#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -202,92 +198,6 @@ TEST(NativeDispatch, MainQueueRunsInOrderOnTheThreadThatRunsIt) {
     main.async([&] { order.push_back(2); });
     platform.runMain();
     EXPECT_THAT(order, ElementsAre(1, 2, 3, 4));
-
-    platform.stopMain();
-    platform.runMain(); // and comes back
-}
-
-TEST(NativeDispatch, MainThreadWaitsForNoMainQueueWhetherThatRunsOrNot) {
-    NativePlatform platform;
-    DispatchQueue& main = platform.dispatch().mainQueue();
-    const auto asks = [&] { return main.isCurrent() && !getTopController(); };
-    platform.runMainUntil(asks);
-    EXPECT_TRUE(asks());
-    std::thread([&] {
-        EXPECT_FALSE(main.isCurrent());
-        platform.runMainUntil(asks);
-    }).join();
-    EXPECT_FALSE(main.isCurrent());
-}
-
-/// No thread can be made in its lifetime: their stacks would be larger than all addresses.
-class NoMoreThreads {
-public:
-    NoMoreThreads() {
-        pthread_getattr_default_np(&usual_);
-        pthread_attr_t huge = usual_;
-        pthread_attr_setstacksize(&huge, std::size_t{1} << 50U);
-        pthread_setattr_default_np(&huge);
-    }
-    NoMoreThreads(const NoMoreThreads&) = delete;
-    NoMoreThreads& operator=(const NoMoreThreads&) = delete;
-    ~NoMoreThreads() { pthread_setattr_default_np(&usual_); }
-
-private:
-    pthread_attr_t usual_{};
-};
-
-TEST(NativeDispatch, WorkWaitsForTheThreadsThatThereAreWhereNoneCanBeMade) {
-    NativePlatform platform;
-    Dispatch& dispatch = platform.dispatch();
-    const auto ended = dispatch.makeSemaphore(0);
-    const auto signal = [ended] { ended->signal(); };
-    const auto queue = dispatch.makeSerialQueue("patient");
-    const NoMoreThreads limit;
-    ASSERT_THROW(std::thread([] {}).join(), std::system_error);
-    for (int count = 0; count < 3; ++count)
-        dispatch.globalQueue().async(signal);
-    queue->async(signal);
-    dispatch.globalQueue().asyncAfter(Seconds{0.01}, item(signal));
-    std::optional<std::string> error;
-    const auto task = [&](auto, auto text) {
-        error = std::move(text);
-        ended->signal();
-    };
-    platform.makeURLSession({})->dataTask({*URL::make("http://127.0.0.1/")}, task)->resume();
-    for (int count = 0; count < 6; ++count)
-        ASSERT_EQ(ended->wait(kLong), DispatchTimeoutResult::success);
-    EXPECT_NE(error.value_or(""), "");
-}
-
-TEST(NativeDispatch, TimerRepeatsUntilItIsInvalidated) {
-    NativePlatform platform;
-    Dispatch& dispatch = platform.dispatch();
-    const Seconds start = dispatch.now();
-    const auto held = std::make_shared<int>(0);
-    const std::weak_ptr<Timer> timer = Timer::scheduledTimer(dispatch, Seconds{0.005}, [held] { ++*held; });
-    platform.runMainUntil([&] { return *held == 3; });
-    EXPECT_GE((dispatch.now() - start).count(), 0.015);
-
-    timer.lock()->invalidate();
-    EXPECT_EQ(held.use_count(), 1);
-    bool isLater = false;
-    dispatch.mainQueue().asyncAfter(Seconds{0.03}, item([&] { isLater = true; }));
-    platform.runMainUntil([&] { return isLater; });
-    EXPECT_EQ(*held, 3);
-    EXPECT_TRUE(timer.expired()); // a beat that was queued before has held it until its turn
-}
-
-TEST(SimulatedDispatch, TimerKeepsItsBeatWhenARunComesLate) {
-    SimulatedPlatform platform;
-    std::vector<double> times;
-    const auto timer = Timer::scheduledTimer(platform.dispatch(), Seconds{2}, [&] {
-        times.push_back(platform.now().count());
-        if (times.size() == 1) static_cast<void>(platform.dispatch().makeSemaphore(0)->wait(Seconds{5}));
-    });
-    platform.runFor(Seconds{11});
-    EXPECT_THAT(times, ElementsAre(2, 8, 10));
-    timer->invalidate();
 }
 
 TEST(NativeDispatch, EndOfThePlatformFreesWhatWaitsAndLetsGoWhoWaitsForTheMainQueue) {

@@ -1,5 +1,4 @@
 #include "Platform/Security/SecTrust.h"
-#include "tests/support/RecordingLogger.h"
 #include "tests/support/TestPki.h"
 
 #include <gmock/gmock.h>
@@ -36,22 +35,6 @@ TEST(NativeThreads, OneKeyAndOneChainServeMany) {
         thread.join();
     EXPECT_EQ(good, 100);
     EXPECT_EQ(&SecCertificateCopyKey(leaf)->material(), &SecCertificateCopyKey(leaf)->material());
-}
-
-TEST(NativeThreads, LoggersComeAndGoWhileOthersLog) {
-    std::atomic<bool> isDone = false;
-    std::thread writer([&isDone] {
-        while (!isDone)
-            KORVANE_LOG("f()", "line");
-    });
-    std::size_t lines = 0;
-    for (int count = 0; count < 200 || lines == 0; ++count) {
-        const RecordingLogger log;
-        lines += log.lines().size();
-    }
-    isDone = true;
-    writer.join();
-    EXPECT_GT(lines, 0U);
 }
 
 } // namespace

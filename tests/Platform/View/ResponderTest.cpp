@@ -96,7 +96,7 @@ TEST_F(Responder, AKeyboardTypesCharactersIntoTheFirstResponder) {
     }
 }
 
-TEST_F(Responder, ShowsEveryLineBreakOnItsOneLine) {
+TEST(TextField, ShowsEveryLineBreakOnItsOneLine) {
     const std::pair<const char*, const char*> rows[] = {
         {"12\n34", "12\u21B534"},
         {"1\r\n\n", "1\u21B5\u21B5"},
@@ -104,9 +104,6 @@ TEST_F(Responder, ShowsEveryLineBreakOnItsOneLine) {
         {"\u00851\u2028\u2029\u2030", "\u21B51\u21B5\u21B5\u2030"}};
     for (const auto& [text, line] : rows) {
         EXPECT_EQ(onOneLine(text), line);
-        field->setText(text);
-        other->setText(line);
-        EXPECT_EQ(field->intrinsicContentSize(), other->intrinsicContentSize());
     }
 }
 
