@@ -6,11 +6,9 @@
 
 #include <gmock/gmock.h>
 
-#include <array>
 #include <atomic>
 #include <cstdlib>
 #include <filesystem>
-#include <vector>
 
 namespace korvane {
 namespace {
@@ -233,26 +231,6 @@ TEST_F(NativeURLSession, CancelEndsARunningTaskAtOnceAndEachTaskEndsOnce) {
         outcome();
     }
     EXPECT_EQ(calls_, 1 + kRacing);
-}
-
-/// As many exchanges as may wait at once are all sent before the first is answered.
-TEST_F(NativeURLSession, ExchangesThatHoldAllWorkersGetTheirAnswers) {
-    constexpr std::size_t kAtOnce = 64;
-    for (const std::size_t count : {kAtOnce, std::size_t{200}}) {
-        const CannedServer server("HTTP/1.1 200 OK\r\nConnection: close\r\n\r\nanswer", kAtOnce);
-        std::vector<HttpAnswer> answers(count);
-        for (HttpAnswer& answer : answers)
-            platform_.dispatch().globalQueue().async([&] {
-                answer = HttpClient(server.url()).sendCReqData(toBytes("sealed"));
-                ended_->signal();
-            });
-        for (std::size_t index = 0; index < count; ++index)
-            ASSERT_EQ(ended_->wait(kLong), DispatchTimeoutResult::success);
-        for (const HttpAnswer& answer : answers) {
-            EXPECT_EQ(answer.data, toBytes("answer"));
-            EXPECT_EQ(answer.errorDescription, std::nullopt);
-        }
-    }
 }
 
 TEST(NativeURLSessionEnd, ExchangesUnderWayAndThoseBegunLaterEndWithAnError) {

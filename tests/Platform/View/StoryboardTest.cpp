@@ -41,6 +41,17 @@ protected:
     const std::shared_ptr<NSBundle> bundle = NSBundle::bundleWithPath(folder.path());
 };
 
+std::string scene(const std::string& view) {
+    return R"({"scenes": {"pay": {"class": "PayController", "view": )" + view + "}}}";
+}
+
+std::string constrained(const std::string& equations) {
+    return scene(R"({"subviews": [{"id": "a", "tag": 1, "frame": [5, 6, 30, 20]},
+                                  {"id": "b", "tag": 2, "frame": [5, 6, 30, 20]}],
+                     "constraints": [)" +
+                 equations + "]}");
+}
+
 TEST_F(Storyboard, AControllerComesWithItsViewsOutletsAndConstraints) {
     const auto controller = pay(kPay);
     EXPECT_EQ(controller->amount->font(), UIFont::systemFont(10, 0.3));
@@ -53,15 +64,46 @@ TEST_F(Storyboard, AControllerComesWithItsViewsOutletsAndConstraints) {
     EXPECT_EQ(cell->viewWithTag(1000)->frame().size.width, 20);
 }
 
+TEST_F(Storyboard, EquationsPlaceViewsInWhateverOrderTheyAreGiven) {
+    window->setSafeAreaInsets({40, 0, 80, 0}); // of 320 by 480
+    static constexpr CGRect kPlace{{5, 6}, {30, 20}};
+    const struct {
+        const char* equations;
+        CGRect a, b = kPlace;
+    } rows[] = {
+        // Both edges give the length; of two equations for one edge the later counts.
+        {R"("a.leading = self.leading + 7", "a.leading = self.leading + 8", "a.trailing = self.trailing - 8")",
+         {{8, 6}, {304, 20}}},
+        {R"("a.trailing = self.trailing", "a.width = 50", "a.bottom = self.bottom - 1", "a.height = 9")",
+         {{270, 470}, {50, 9}}},
+        {R"("b.top = a.bottom + 7", "b.height = a.width + 1", "b.leading = a.trailing + 2",
+            "a.top = self.top + 3", "a.width = a.height", "a.height = 60")",
+         {{5, 3}, {60, 60}},
+         {{67, 70}, {30, 61}}},
+        {R"("b.leading = a.trailing + 10")", kPlace, {{45, 6}, {30, 20}}},
+        {R"("a.height = 90")", {{5, 6}, {30, 90}}},
+        {R"("a.leading = self.leading + 200", "a.trailing = self.trailing - 200")", {{200, 6}, {0, 20}}},
+        {R"("a.top = safeArea.top + 1", "b.bottom = safeArea.bottom", "b.height = safeArea.height")",
+         {{5, 41}, {30, 20}},
+         {{5, 40}, {30, 360}}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.equations);
+        const auto controller = pay(constrained(row.equations));
+        window->setRootViewController(controller);
+        window->layoutIfNeeded();
+        const auto a = controller->view()->viewWithTag(1), b = controller->view()->viewWithTag(2);
+        EXPECT_EQ(a->frame(), row.a);
+        EXPECT_EQ(b->frame(), row.b);
+        a->removeFromSuperview();
+        b->removeFromSuperview();
+        EXPECT_TRUE(controller->view()->constraints().empty()) << "they go with their views";
+    }
+}
+
 /// Whoever changes the file is told where its fault is; nothing of it is shown.
 TEST_F(Storyboard, FaultsAreToldByName) {
     using enum UIStoryboardErrorCase;
-    const auto scene = [](const std::string& view) {
-        return R"({"scenes": {"pay": {"class": "PayController", "view": )" + view + "}}}";
-    };
-    const auto constrained = [&](const std::string& constraint) {
-        return scene(R"({"subviews": [{"id": "a"}, {"id": "b"}], "constraints": [")" + constraint + "\"]}");
-    };
     const struct {
         std::string json;
         UIStoryboardErrorCase kind;
@@ -74,9 +116,9 @@ TEST_F(Storyboard, FaultsAreToldByName) {
         {scene(R"({"backgroundColor": "mauve"})"), propertyInvalid, "mauve"},
         {scene(R"({"class": "UIImageView", "image": "nowhere"})"), propertyInvalid, "nowhere"},
         {scene(R"({"class": "UILabel", "outlet": "pay"})"), outletUnknown, "pay"},
-        {constrained("c.top = self.top"), constraintInvalid, "pay"},
-        {constrained("a.top = self.top + b"), constraintInvalid, "self.top + b"},
-        {constrained(R"(a.top = b.bottom", "b.top = a.bottom)"), constraintInvalid, "circle"},
+        {constrained(R"("c.top = self.top")"), constraintInvalid, "pay"},
+        {constrained(R"("a.top = self.top + b")"), constraintInvalid, "self.top + b"},
+        {constrained(R"("a.top = b.bottom", "b.top = a.bottom")"), constraintInvalid, "circle"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.json);
