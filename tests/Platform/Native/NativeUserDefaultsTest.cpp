@@ -114,20 +114,5 @@ TEST_F(UserDefaults, ProcessesThatWriteAtOnceLoseNothing) {
             EXPECT_EQ(elsewhere(key(process, index)), JSON(index));
 }
 
-/// What was everybody's is the first program's, and nobody else's.
-TEST_F(UserDefaults, FileOfTheUserBecomesTheProgramsThatComesFirst) {
-    const fs::path users = file.parent_path() / "users.json", other = root / "other" / "defaults.json";
-    const auto valueOf = [&](const fs::path& program) {
-        return NativeUserDefaults(NativeUserDefaults::Place{program, users}).valueForKey("a");
-    };
-    write(R"({"a":"old"})");
-    fs::rename(file, users);
-    EXPECT_EQ(valueOf(file), JSON("old"));
-    EXPECT_EQ(elsewhere("a"), JSON("old"));
-    EXPECT_EQ(valueOf(other), std::nullopt);
-    std::ofstream(users) << R"({"a":"of an earlier version"})";
-    EXPECT_EQ(valueOf(file), JSON("old"));
-}
-
 } // namespace
 } // namespace korvane

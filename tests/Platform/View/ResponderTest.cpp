@@ -17,11 +17,10 @@ struct Keyboard : UIInputViewController {
 
 struct Delegate : UITextFieldDelegate {
     bool textFieldShouldBeginEditing(UITextField& field) override {
-        if (givenInput) field.setInputView(givenInput);
-        return mayBegin;
+        field.setInputView(input);
+        return true;
     }
-    std::shared_ptr<UIView> givenInput;
-    bool mayBegin = true;
+    std::shared_ptr<UIView> input;
 };
 
 class Responder : public ViewTest {
@@ -36,7 +35,6 @@ protected:
 
     CGRect frame;
     std::shared_ptr<UITextField> field = add<UITextField>(rootView(), {{10, 10}, {100, 30}});
-    std::shared_ptr<UITextField> other = add<UITextField>(rootView(), {{10, 60}, {100, 30}});
     std::shared_ptr<Keyboard> keyboard =
         std::make_shared<Keyboard>([this](const std::string& what) { tell(what); });
     std::shared_ptr<Delegate> delegate = std::make_shared<Delegate>();
@@ -45,7 +43,7 @@ protected:
 };
 
 TEST_F(Responder, ATapShowsTheInputViewUntilEditingEnds) {
-    delegate->givenInput = keyboard->view();
+    delegate->input = keyboard->view();
     window->setSafeAreaInsets({0, 0, 34, 0});
     window->sendTouch({1, UITouchPhase::began, {20, 20}});
     window->sendTouch({1, UITouchPhase::ended, {20, 20}});
@@ -58,21 +56,6 @@ TEST_F(Responder, ATapShowsTheInputViewUntilEditingEnds) {
     root->present(std::make_shared<UIViewController>(), UIAnimated::no);
     EXPECT_EQ(taken(), "keyboard gone, hides") << "its field has left the window";
     EXPECT_EQ(UIApplication::shared().firstResponder(), nullptr);
-}
-
-TEST_F(Responder, OneFieldGivesWayToAnotherThatMayBegin) {
-    delegate->mayBegin = false;
-    EXPECT_FALSE(field->becomeFirstResponder());
-    other->setEnabled(false);
-    EXPECT_FALSE(other->becomeFirstResponder());
-    delegate->mayBegin = true;
-    other->setEnabled(true);
-    field->setInputView(keyboard->view());
-    EXPECT_TRUE(field->becomeFirstResponder());
-    EXPECT_TRUE(other->becomeFirstResponder());
-    EXPECT_EQ(taken(), "keyboard comes, shows, keyboard gone, hides") << "the other one has no input view";
-    other->setInputView(keyboard->view());
-    EXPECT_EQ(taken(), "keyboard comes, shows") << "while it is being typed into";
 }
 
 TEST_F(Responder, AKeyboardTypesCharactersIntoTheFirstResponder) {
