@@ -8,8 +8,8 @@
 
 namespace korvane {
 
-/// A failure of the platform's key services: the domain of the failing service, its number, and its own
-/// words.
+/// A failure of the platform's key services: the domain of the failing service, its
+/// number, and its own words.
 class CFError : public Failure {
 public:
     static constexpr std::string_view kOSStatusDomain = "NSOSStatusErrorDomain";

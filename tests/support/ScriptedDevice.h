@@ -144,7 +144,9 @@ private:
     std::optional<std::string> valueForKey(const std::string& key) const override {
         return find(script_.defaults, key);
     }
-    void setObject(const std::string& object, const std::string& key) override { script_.defaults[key] = object; }
+    void setObject(const std::string& object, const std::string& key) override {
+        script_.defaults[key] = object;
+    }
     bool synchronize() override { return ++script_.synchronizations > 0; }
 
     std::optional<std::string> appStoreReceiptURL() const override { return script_.receiptURL; }

@@ -6,9 +6,9 @@
 
 namespace korvane {
 
-/// A scripted device with queues in virtual time and a scripted network. The same seed gives the same run.
-/// The test's body stands on the main queue, whose other work runs while the body calls one of the `run`
-/// functions.
+/// A scripted device with queues in virtual time and a scripted network. The same seed gives the same
+/// run. The test's body stands on the main queue, whose other work runs while the body calls one of
+/// the `run` functions.
 class SimulatedPlatform final : public ScriptedDevice {
 public:
     explicit SimulatedPlatform(std::uint64_t seed = 1) : dispatch_(seed) {}
@@ -31,8 +31,8 @@ public:
     /// @return false if everything was done before.
     bool runUntil(const std::function<bool()>& condition) { return dispatch_.drive(condition); }
 
-    /// Runs all that happens in a span of time; longer if work of the main queue that is blocked then has to
-    /// end.
+    /// Runs all that happens in a span of time; longer if work of the main queue that is
+    /// blocked then has to end.
     void runFor(Seconds span) {
         dispatch_.drive([] { return false; }, span);
     }

@@ -9,8 +9,8 @@ namespace korvane::simulation {
 
 namespace {
 
-/// @return whether the story of a seed went as it must. A story that did not is told, and one that is played
-/// alone.
+/// @return whether the story of a seed went as it must. A story that did not is told, and one
+/// that is played alone.
 bool playSeed(std::uint64_t seed, bool isAlone) {
     const Plan plan(seed);
     const auto [lines, faults] = Story::play(plan);
