@@ -1,10 +1,11 @@
 #include "Ui/Screens/ChallengeSelectNativeViewController.h"
+#include "Ui/Screens/FontRule.h"
 #include "tests/Ui/ScreenSupport.h"
 
 namespace korvane {
 namespace {
 
-using testing::Contains;
+using testing::ElementsAre;
 using testing::EndsWith;
 
 const UIColor kRed = UIColor::red();
@@ -19,14 +20,6 @@ TEST(HexColour, SixDigitsGiveAColourAndOtherLengthsNone) {
         EXPECT_EQ(hexStringToUIColor(text), color) << text;
 }
 
-TEST(CustomisationConstraints, AreKeptByTheirControl) {
-    UiCustomizationConstraints all;
-    for (int object = 0; object <= static_cast<int>(UiObject::nextButton); ++object)
-        all.setConstraints(static_cast<UiObject>(object), {.top = object});
-    for (int object = 0; object <= static_cast<int>(UiObject::nextButton); ++object)
-        EXPECT_EQ(all.getConstraints(static_cast<UiObject>(object)).top, object);
-}
-
 class Customised : public ScreenTest {
 protected:
     Customised() { look = std::make_shared<UiCustomization>(); }
@@ -39,31 +32,41 @@ protected:
     }
 };
 
+TEST_F(Customised, AFontIsTheOneThatIsNamedWithItsControlsWeightOrNone) {
+    const RecordingLogger log;
+    const std::tuple<FontValues, std::optional<double>, std::optional<UIFont>> rows[] = {
+        {{{}, 31, 300}, 0.5, std::nullopt},
+        {{"System", 31, {}}, 0.5, UIFont::systemFont(31, 0.5)},
+        {{"System", {}, 300}, 0.5, UIFont::systemFont(14, 0.3)},
+        {{"System", 31, 300}, {}, UIFont::systemFont(31)}, // a control without weights
+        {{"Courier", 31, 300}, 0.5, UIFont::make("Courier", 31)},
+        {{"Nowhere", 31, 300}, 0.5, std::nullopt}};
+    for (const auto& [values, weight, font] : rows)
+        EXPECT_EQ(customFont(values, weight, "header label"), font);
+    EXPECT_THAT(log.lines(), ElementsAre(EndsWith("Can not find header label font with name Nowhere")));
+}
+
 TEST_F(Customised, EachButtonTakesTheLookOfItsTypeAndVerifyGoesOverSubmit) {
-    struct Row {
-        const char* button;
-        ButtonType type;
-        UiType kind;
-    };
     using enum ButtonType;
-    const Row rows[] = {{"cancel", CANCEL, UiType::TEXT},
-                        {"submitButton", SUBMIT, UiType::TEXT},
-                        {"submitButton", VERIFY, UiType::TEXT}, // over the one before
-                        {"resendButton", RESEND, UiType::TEXT},
-                        {"nextButton", NEXT, UiType::SINGLE_SELECT},
-                        {"nextButton", NEXT, UiType::MULTI_SELECT},
-                        {"continueButton", CONTINUE, UiType::OOB},
-                        {"whyInfoButton", CUST_WHY_INFO, UiType::OOB},
-                        {"extInfoButton", CUST_EXT_INFO, UiType::OOB}};
+    const std::tuple<const char*, ButtonType, UiType> rows[] = {
+        {"cancel", CANCEL, UiType::TEXT},
+        {"submitButton", SUBMIT, UiType::TEXT},
+        {"submitButton", VERIFY, UiType::TEXT}, // over the one before
+        {"resendButton", RESEND, UiType::TEXT},
+        {"nextButton", NEXT, UiType::SINGLE_SELECT},
+        {"nextButton", NEXT, UiType::MULTI_SELECT},
+        {"continueButton", CONTINUE, UiType::OOB},
+        {"whyInfoButton", CUST_WHY_INFO, UiType::OOB},
+        {"extInfoButton", CUST_EXT_INFO, UiType::OOB}};
     const FontValues font{"Courier", 31, 300};
     int radius = 0;
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.button);
+    for (const auto& [name, type, kind] : rows) {
+        SCOPED_TRACE(name);
         const auto own =
             std::make_shared<ButtonCustomization>(font, kRed, kBlue, ++radius, 3, kRed, kBlack, kBlue);
-        look->setButtonCustomization(own, row.type);
-        const auto screen = show(screenCRes(row.kind));
-        ChallengeButton& shown = button(*screen, row.button);
+        look->setButtonCustomization(own, type);
+        const auto screen = show(screenCRes(kind));
+        ChallengeButton& shown = button(*screen, name);
         EXPECT_EQ(shown.titleLabel()->font(), UIFont::make("Courier", 31)->withWeight(0.3));
         EXPECT_EQ(shown.cornerRadius(), radius);
         EXPECT_EQ(shown.borderWidth(), 3);
@@ -93,40 +96,6 @@ TEST_F(Customised, AButtonsFontFallsBackToTheSystemsAndKeepsTheWeight) {
     }
 }
 
-TEST_F(Customised, TheBarTakesFontColoursAndTextsAndTheScreenItsBackground) {
-    look->setBackgroundCustomization(std::make_shared<BackgroundCustomization>());
-    look->getBackgroundCustomization()->setBackgroundColor(kRed);
-    const RecordingLogger log;
-    for (const char* name : {"Courier", "Nowhere"}) {
-        const FontValues values{name, 20, {}};
-        look->setToolbarCusomization(
-            std::make_shared<ToolbarCustomization>(values, kRed, kBlue, "Shop", "Leave"));
-        const auto screen = show(screenCRes(UiType::TEXT));
-        const UILabel& title = *screen->toolBar->titleLabel();
-        EXPECT_EQ(title.font(), UIFont::make(name, 20).value_or(UIFont::systemFont(20)));
-        EXPECT_EQ(title.textColor(), kRed);
-        EXPECT_EQ(title.text(), "Shop");
-        EXPECT_EQ(screen->toolBar->barTintColor(), kBlue);
-        EXPECT_EQ(screen->vTopArea->backgroundColor(), kBlue);
-        EXPECT_EQ(button(*screen, "cancel").title(ControlState::highlighted), "Leave");
-        EXPECT_EQ(screen->view()->backgroundColor(), kRed);
-    }
-    EXPECT_THAT(log.lines(), Contains(EndsWith("Can not find title font with name Nowhere")));
-}
-
-/// Red text in one font, wherever the application can have it.
-std::shared_ptr<UiCustomization> textsIn(const FontValues& font) {
-    auto all = std::make_shared<UiCustomization>();
-    all->setLabelCustomization(std::make_shared<LabelCustomization>(FontValues{}, kRed, font, kRed));
-    all->setTextBoxCustomization(std::make_shared<TextBoxCustomization>());
-    all->getTextBoxCustomization()->setTextFont(font);
-    all->getTextBoxCustomization()->textColor = kRed;
-    using enum CustTextViewType;
-    for (const auto type : {WHITELISTING_TEXT, WHY_INFO_TEXT, EXT_INFO_TEXT, CHALLENGE_INFO_TEXT})
-        all->setCustTextCustomization(std::make_shared<CustTextCustomization>(font, kRed, kBlue), type);
-    return all;
-}
-
 std::pair<UIFont, std::optional<UIColor>> fontAndColor(const UIView& view) {
     if (const auto* label = dynamic_cast<const UILabel*>(&view)) return {label->font(), label->textColor()};
     if (const auto* field = dynamic_cast<const UITextField*>(&view))
@@ -136,51 +105,49 @@ std::pair<UIFont, std::optional<UIColor>> fontAndColor(const UIView& view) {
     return {button.titleLabel()->font(), button.titleColor(ControlState::normal)};
 }
 
-TEST_F(Customised, OneFontRuleHoldsForEveryTextAndItsColourReachesIt) {
-    struct Row {
-        const char* view;
-        UiType kind;
-        std::string subject; // in the log
-        bool hasWeight = true;
-    };
-    const Row rows[] = {{"challengeInfoHeader", UiType::OOB, "challenge info header label"},
-                        {"challengeInfoLabel", UiType::TEXT, "text challengeInfoLabel label"},
-                        {"challengeInfoLabel", UiType::MULTI_SELECT, "multiselect challengeInfoLabel label"},
-                        {"otp", UiType::TEXT, "otp text text field"},
-                        {"whitelistingInfo", UiType::OOB, "whitelistingTextCustomization label", false},
-                        {"whyInfo", UiType::OOB, "whyInfoTextCustomization text field"},
-                        {"extInfo", UiType::OOB, "extInfoTextCustomization text field"},
-                        {"challengeInfoText", UiType::OOB, "otp text text field"}};
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.subject);
-        const RecordingLogger log;
-        const auto shown = [&] {
-            return fontAndColor(viewNamed(*show(screenCRes(row.kind))->view(), row.view));
-        };
-        look = nullptr;
-        const UIFont own = shown().first;
-        const std::pair<FontValues, UIFont> fonts[] = {
-            {{{}, 31, 300}, own},
-            {{"System", 31, {}}, UIFont::systemFont(31, row.hasWeight ? own.weight() : 0)},
-            {{"System", {}, 300}, UIFont::systemFont(14, row.hasWeight ? 0.3 : 0)},
-            {{"Courier", 31, 300}, *UIFont::make("Courier", 31)},
-            {{"Nowhere", 31, {}}, own}};
-        for (const auto& [values, font] : fonts) {
-            look = textsIn(values);
-            EXPECT_EQ(shown(), std::pair(font, std::optional(kRed)));
-        }
-        EXPECT_THAT(log.lines(),
-                    Contains(EndsWith("Can not find " + row.subject + " font with name Nowhere")));
-    }
+TEST_F(Customised, EveryTextTakesItsFontAndColour) {
+    const FontValues font{"Courier", 31, {}};
+    look->setLabelCustomization(std::make_shared<LabelCustomization>(FontValues{}, kRed, font, kRed));
+    const auto box = std::make_shared<TextBoxCustomization>();
+    box->setTextFont(font);
+    box->textColor = kRed;
+    look->setTextBoxCustomization(box);
+    using enum CustTextViewType;
+    for (const auto type : {WHITELISTING_TEXT, WHY_INFO_TEXT, EXT_INFO_TEXT, CHALLENGE_INFO_TEXT})
+        look->setCustTextCustomization(std::make_shared<CustTextCustomization>(font, kRed, kBlue), type);
+    const std::pair<const char*, UiType> rows[] = {{"challengeInfoHeader", UiType::OOB},
+                                                   {"challengeInfoLabel", UiType::TEXT},
+                                                   {"challengeInfoLabel", UiType::MULTI_SELECT},
+                                                   {"otp", UiType::TEXT},
+                                                   {"whitelistingInfo", UiType::OOB},
+                                                   {"whyInfo", UiType::OOB},
+                                                   {"extInfo", UiType::OOB},
+                                                   {"challengeInfoText", UiType::OOB}};
+    for (const auto& [view, kind] : rows)
+        EXPECT_EQ(fontAndColor(viewNamed(*show(screenCRes(kind))->view(), view)),
+                  std::pair(*UIFont::make("Courier", 31), std::optional(kRed)))
+            << view;
 }
 
-TEST_F(Customised, TheFieldTakesEveryValueOfItsBoxAndItsBorderAgainWhenTheTraitsChange) {
+TEST_F(Customised, TheBarTheFieldAndTheScreenTakeEveryValueAndTheFieldsBorderStays) {
     const auto box = std::make_shared<TextBoxCustomization>();
     box->borderWidth = 3;
     box->cornerRadius = 9;
     box->backgroundColor = box->borderColor = box->cursorColor = kRed;
     look->setTextBoxCustomization(box);
+    look->setToolbarCusomization(
+        std::make_shared<ToolbarCustomization>(FontValues{"Nowhere", 20, {}}, kRed, kBlue, "Shop", "Leave"));
+    look->setBackgroundCustomization(std::make_shared<BackgroundCustomization>());
+    look->getBackgroundCustomization()->setBackgroundColor(kRed);
     const auto screen = show<ChallengeTextNativeViewController>(screenCRes(UiType::TEXT));
+    const UILabel& title = *screen->toolBar->titleLabel();
+    EXPECT_EQ(title.font(), UIFont::systemFont(20));
+    EXPECT_EQ(title.textColor(), kRed);
+    EXPECT_EQ(title.text(), "Shop");
+    EXPECT_EQ(screen->toolBar->barTintColor(), kBlue);
+    EXPECT_EQ(screen->vTopArea->backgroundColor(), kBlue);
+    EXPECT_EQ(button(*screen, "cancel").title(ControlState::highlighted), "Leave");
+    EXPECT_EQ(screen->view()->backgroundColor(), kRed);
     UITextField& field = *screen->otp.get();
     EXPECT_EQ(field.layer().borderWidth(), 3);
     EXPECT_EQ(field.layer().cornerRadius(), 9);
@@ -191,7 +158,7 @@ TEST_F(Customised, TheFieldTakesEveryValueOfItsBoxAndItsBorderAgainWhenTheTraits
     EXPECT_EQ(field.layer().borderColor(), kRed);
 }
 
-TEST_F(Customised, EachImageTakesTheApplicationsPlaceAndAMissingArrowIsEmpty) {
+TEST_F(Customised, TheApplicationsImagesTakeTheirPlaces) {
     const std::shared_ptr<const NSBundle> bundle = NSBundle::bundleWithPath(
         std::string(KORVANE_MAIN_BUNDLE) + "/Frameworks/Korvane.framework/KorvaneResources.bundle");
     using enum CustImageType;
@@ -208,7 +175,7 @@ TEST_F(Customised, EachImageTakesTheApplicationsPlaceAndAMissingArrowIsEmpty) {
     EXPECT_EQ(screen->warningImage->image()->name(), "velka_sdk_kb_Backspace");
     EXPECT_EQ(screen->checkedWhitelistingCheckBox.get()->name(), "CheckedCheckbox");
     EXPECT_EQ(screen->uncheckedWhitelistingCheckBox.get()->name(), "UncheckedCheckbox");
-    EXPECT_EQ(screen->arrowUp.get()->color(), UIColor::clear());
+    EXPECT_EQ(screen->arrowUp.get()->color(), UIColor::clear()) << "missing";
     EXPECT_EQ(screen->arrowDown.get()->name(), "velka_sdk_kb_ShiftOff");
     EXPECT_EQ(screen->arrowDown.get()->renderingMode(), UIImageRenderingMode::alwaysTemplate);
     EXPECT_EQ(screen->whyInfoButton->tintColor(), kRed);
@@ -216,30 +183,25 @@ TEST_F(Customised, EachImageTakesTheApplicationsPlaceAndAMissingArrowIsEmpty) {
 }
 
 TEST_F(Customised, InsetsPlaceASectionsArrowAndTitle) {
+    using Inset = std::optional<double>;
     struct Row {
-        std::optional<double> rightImage, leftImage, leftTitle;
-        double beforeRight, behindTitle; // where the image lies, by the one that is not 0
+        Inset rightImage, leftImage, leftTitle;
+        double fromEnd, fromTitle; // where the arrow lies, by the one that is not 0
         double titleLeft;
     };
-    const Row rows[] = {{{}, {}, {}, 20, 0, 5},
-                        {12, {}, {}, 32, 0, 5},
-                        {{}, 6, {}, 0, 6, -20},
-                        {{}, 6, 4, 0, 10, -16},
-                        {12, 6, {}, 32, 0, -20}};
-    for (const Row& row : rows) {
-        SCOPED_TRACE(&row - rows);
+    for (const auto& [rightImage, leftImage, leftTitle, fromEnd, fromTitle, titleLeft] :
+         {Row{{}, {}, {}, 20, 0, 5}, {{}, 6, 4, 0, 10, -16}, {12, 6, {}, 32, 0, -20}}) {
         const auto section = std::make_shared<ButtonCustomization>();
-        section->rightImageInset = row.rightImage;
-        section->leftImageInset = row.leftImage;
-        section->leftTitleInset = row.leftTitle;
+        section->rightImageInset = rightImage;
+        section->leftImageInset = leftImage;
+        section->leftTitleInset = leftTitle;
         look->setButtonCustomization(section, ButtonType::CUST_WHY_INFO);
         const auto screen = show(screenCRes(UiType::OOB));
         const UIButton& shown = *screen->whyInfoButton.get();
-        const double title = shown.titleLabel()->frame().size.width;
-        EXPECT_EQ(shown.imageEdgeInsets().left, row.behindTitle > 0
-                                                    ? title + row.behindTitle
-                                                    : shown.bounds().size.width - row.beforeRight);
-        EXPECT_EQ(shown.titleEdgeInsets().left, row.titleLeft);
+        EXPECT_EQ(shown.imageEdgeInsets().left, fromTitle > 0
+                                                    ? shown.titleLabel()->frame().size.width + fromTitle
+                                                    : shown.bounds().size.width - fromEnd);
+        EXPECT_EQ(shown.titleEdgeInsets().left, titleLeft);
     }
 }
 

@@ -1,20 +1,11 @@
 #include "Ui/Screens/ChallengeOobNativeViewController.h"
-#include "tests/Ui/Gallery.h"
+#include "tests/Ui/ScreenSupport.h"
 
 namespace korvane {
 namespace {
 
-using testing::ElementsAre;
-
 using Native = ChallengeNativeViewController;
-
-CRes bareCRes(UiType kind) {
-    CRes cRes = screenCRes(kind);
-    for (auto part : {&CRes::challengeInfoHeader, &CRes::challengeInfoLabel, &CRes::whyInfoLabel,
-                      &CRes::expandInfoLabel, &CRes::resendInformationLabel})
-        (cRes.*part).reset();
-    return cRes;
-}
+using Oob = ChallengeOobNativeViewController;
 
 class NativeScreen : public ScreenTest {};
 
@@ -53,7 +44,7 @@ TEST_F(NativeScreen, OpeningScrollsOnlyAsFarAsTheScreenIsTooShortAndClosingDoesN
 }
 
 TEST_F(NativeScreen, EveryAppearanceBeginsClosedAndUncheckedToTheEye) {
-    const auto screen = show(fullCRes(UiType::OOB));
+    const auto screen = show(screenCRes(UiType::OOB));
     const auto box = [&] { return screen->whitelistingInfo->image(ControlState::normal); };
     tap(*screen->whyInfoButton.get());
     tap(*screen->whitelistingInfo.get());
@@ -67,110 +58,86 @@ TEST_F(NativeScreen, EveryAppearanceBeginsClosedAndUncheckedToTheEye) {
     EXPECT_EQ(screen->getWhitelistingDataEntry(), YesNoSelector::Y) << "the answer stays";
 }
 
-TEST_F(NativeScreen, APressBeforeTheScreenHasAppearedSendsTheAnswerThatStandsWhenItIsSent) {
-    UIApplication::shared().setPlaysAnimations(true);
-    for (const bool isAsked : {false, true}) {
-        present(std::make_shared<UIViewController>());
-        const CRes cRes = (isAsked ? fullCRes : screenCRes)(UiType::OOB);
-        const auto screen = std::dynamic_pointer_cast<ChallengeOobNativeViewController>(
-            factory().getViewControllerContainer(cRes).controllersMap().at(Orientation::PORTRAIT));
-        stack->setViewControllers({screen}, UIAnimated::yes);
-        ASSERT_FALSE(screen->hasAppeared());
-        tap(*screen->continueButton.get());
-        platform.runFor(Seconds(0.9));
-        tap(*screen->whitelistingInfo.get());
+TEST_F(NativeScreen, AReturnShowsTheFurtherTextInPlaceOfTextAndWarningWithTheRoomThatItNeeds) {
+    CRes cRes = longCRes(UiType::OOB);
+    const std::optional<std::string> rows[] = {std::nullopt, "You may go on now.", std::string(900, 'n')};
+    for (const auto& further : rows) {
+        cRes.challengeAddInfo = further;
+        const auto container = factory().getViewControllerContainer(cRes);
+        const auto screen = show<Oob>(container);
+        const UITextView& text = *screen->challengeInfoText.get();
+        UIApplication::shared().didBecomeActive();
+        EXPECT_EQ(text.text(), *cRes.challengeInfoText) << "nobody has been away";
+        UIApplication::shared().willResignActive();
+        UIApplication::shared().didBecomeActive();
         settle();
-        EXPECT_THAT(std::exchange(actions->calls, {}),
-                    ElementsAre(isAsked ? "oobContinue(/Y) on global" : "oobContinue() on global"));
+        EXPECT_EQ(text.text(), further.value_or(*cRes.challengeInfoText));
+        EXPECT_EQ(screen->warningWidthConstraint->constant(), further ? 0 : 45);
+        EXPECT_EQ(text.frame().size.height, text.contentSize().height + 20);
+        EXPECT_EQ(screen->scrollView->contentSize().height, CGRectGetMaxY(screen->extInfo->frame()));
+        const auto& twin = dynamic_cast<Oob&>(*container.controllersMap().at(Orientation::LANDSCAPE));
+        EXPECT_EQ(twin.challengeInfoText->text(), *cRes.challengeInfoText) << "it is not on the screen";
     }
 }
 
 TEST_F(NativeScreen, WhatFollowsAnotherWidthOrSizeOfTextCanBeReadToItsEnd) {
-    struct Row {
-        const char* name;
-        CGSize size;
-        double textScale = 1, leading = 45;
+    const auto expectFitting = [this](Native& screen) {
+        settle();
+        const auto& text = *screen.challengeInfoText.get();
+        EXPECT_EQ(text.frame().size.height,
+                  text.contentSize().height + (screen.challengeInfoLabel->isHidden() ? 40 : 20));
+        const CGSize asked = screen.whitelistingInfo->frame().size;
+        EXPECT_GE(asked.height, screen.whitelistingInfo->fittingSize(asked.width).height);
+        const double opened = screen.whyInfo->frame().size.height;
+        EXPECT_TRUE(opened == 0 || opened == screen.whyInfo->contentSize().height);
+        EXPECT_EQ(screen.scrollView->contentSize().height, CGRectGetMaxY(screen.extInfo->frame()));
     };
-    const Row rows[] = {{"narrowed by the application", {390, 844}, 1, 150},
-                        {"narrower", {320, 844}},
-                        {"larger text", {390, 844}, 2},
-                        {"both", {320, 568}, 1.5}};
-    for (const auto make : {longCRes, bareCRes})
-        for (const Row& row : rows) {
-            SCOPED_TRACE(row.name);
-            resize({390, 844});
-            UIApplication::shared().setTextScale(1);
-            places = std::make_shared<UiCustomizationConstraints>();
-            places->setConstraints(UiObject::challengeInfoText, {.leading = row.leading});
-            const auto container = factory().getViewControllerContainer(make(UiType::OOB));
-            const auto screen = show(container);
-            screen->inverseWhyInfoDisplaying();
-            const auto expectFitting = [&](Native& one) {
-                settle();
-                const auto& text = *one.challengeInfoText.get();
-                EXPECT_EQ(text.frame().size.height, text.contentSize().height + (make == bareCRes ? 40 : 20));
-                const auto& question = *one.whitelistingInfo.get();
-                const CGSize asked = question.frame().size;
-                EXPECT_TRUE(make == bareCRes || asked.height >= question.fittingSize(asked.width).height);
-                EXPECT_EQ(one.scrollView->contentSize().height, CGRectGetMaxY(one.extInfo->frame()));
-            };
-            expectFitting(*screen);
-            UIApplication::shared().setTextScale(row.textScale);
-            resize(row.size);
-            expectFitting(*screen);
-            EXPECT_EQ(screen->whyInfo->frame().size.height, screen->whyInfo->contentSize().height);
-            stack->pushViewController(container.controllersMap().at(Orientation::LANDSCAPE), UIAnimated::no);
-            expectFitting(dynamic_cast<Native&>(*stack->topViewController()));
-        }
+    for (const bool hasLabel : {true, false}) {
+        resize({390, 844});
+        UIApplication::shared().setTextScale(1);
+        places = std::make_shared<UiCustomizationConstraints>();
+        places->setConstraints(UiObject::challengeInfoText, {.leading = 150});
+        CRes cRes = longCRes(UiType::OOB);
+        if (!hasLabel) cRes.challengeInfoLabel.reset();
+        const auto container = factory().getViewControllerContainer(cRes);
+        const auto screen = show(container);
+        screen->inverseWhyInfoDisplaying();
+        expectFitting(*screen);
+        UIApplication::shared().setTextScale(1.5);
+        resize({320, 844});
+        expectFitting(*screen);
+        const auto twin = container.controllersMap().at(Orientation::LANDSCAPE);
+        stack->pushViewController(twin, UIAnimated::no);
+        expectFitting(dynamic_cast<Native&>(*twin));
+    }
 }
 
 TEST_F(NativeScreen, ConstantsOfTheApplicationReachTheControlsAtEveryLayout) {
     struct Row {
         UiObject object;
         const char* view;
-        std::optional<double> UiConstraints::*side;
+        UiConstraints asked;
         double value;
-        const char* neighbour = nullptr; // null for the screen's edge
+        const char* neighbour = nullptr; // what it lies below or behind; null for a height
     };
-    const auto top = &UiConstraints::top, height = &UiConstraints::height, leading = &UiConstraints::leading;
-    const Row rows[] = {{UiObject::psLogo, "psLogo", &UiConstraints::trailing, -40},
-                        {UiObject::challengeInfoHeader, "challengeInfoHeader", top, 33, "bankLogo"},
-                        {UiObject::challengeInfoText, "challengeInfoText", leading, 12, "warningImage"},
-                        {UiObject::challengeInfoText, "challengeInfoText", height, 70},
-                        {UiObject::challengeInfoLabel, "challengeInfoLabel", top, 31, "challengeInfoText"},
-                        {UiObject::submitButton, "submitButton", top, 29, "otp"},
-                        {UiObject::whitelistingInfo, "whitelistingInfo", height, 15},
-                        {UiObject::extInfo, "extInfo", height, 88}};
+    const Row rows[] = {
+        {UiObject::challengeInfoHeader, "challengeInfoHeader", {.top = 33}, 33, "bankLogo"},
+        {UiObject::challengeInfoText, "challengeInfoText", {.leading = 12}, 12, "warningImage"},
+        {UiObject::challengeInfoLabel, "challengeInfoLabel", {.top = 31}, 31, "challengeInfoText"},
+        {UiObject::submitButton, "submitButton", {.top = 29}, 29, "otp"},
+        {UiObject::challengeInfoText, "challengeInfoText", {.height = 70}, 70},
+        {UiObject::whitelistingInfo, "whitelistingInfo", {.height = 15}, 15},
+        {UiObject::extInfo, "extInfo", {.height = 88}, 88}};
     for (const Row& row : rows) {
         SCOPED_TRACE(row.view);
-        UiConstraints constraints;
-        constraints.*row.side = row.value;
         places = std::make_shared<UiCustomizationConstraints>();
-        places->setConstraints(row.object, constraints);
+        places->setConstraints(row.object, row.asked);
         const auto screen = show(longCRes(UiType::TEXT));
         const CGRect frame = viewNamed(*screen->view(), row.view).frame();
         const CGRect other = row.neighbour ? viewNamed(*screen->view(), row.neighbour).frame() : CGRect{};
-        const double measured = row.side == height    ? frame.size.height
-                                : row.side == top     ? frame.origin.y - CGRectGetMaxY(other)
-                                : row.side == leading ? frame.origin.x - CGRectGetMaxX(other)
-                                                      : CGRectGetMaxX(frame) - 390;
-        EXPECT_EQ(measured, row.value);
-    }
-}
-
-TEST_F(NativeScreen, WithoutATransactionButtonsShowASpinnerAndNothingElse) {
-    const std::pair<UiType, const char*> rows[] = {{UiType::TEXT, "submitButton"},
-                                                   {UiType::TEXT, "resendButton"},
-                                                   {UiType::MULTI_SELECT, "nextButton"},
-                                                   {UiType::OOB, "continueButton"}};
-    for (const auto& [kind, button] : rows) {
-        const auto screen = show(screenCRes(kind));
-        if (kind == UiType::TEXT) dynamic_cast<UITextField&>(viewNamed(*screen->view(), "otp")).setText("1");
-        stack->transaction = nullptr;
-        screen->interruptChallenge();
-        tap(dynamic_cast<UIControl&>(viewNamed(*screen->view(), button)));
-        settle();
-        EXPECT_NE(screen->spinner, nullptr) << button;
+        EXPECT_EQ(row.value, row.asked.height ? frame.size.height
+                             : row.asked.top  ? frame.origin.y - CGRectGetMaxY(other)
+                                              : frame.origin.x - CGRectGetMaxX(other));
     }
 }
 

@@ -70,24 +70,18 @@ TEST_F(Root, TheTopControllerIsFoundFromAnyQueueForASpinnerWithoutAController) {
 /// Without a list of the application's all but the flat ones count, as whole challenges show.
 TEST_F(Root, TheOrientationFollowsTheDeviceAsFarAsTheApplicationDoes) {
     using enum UIDeviceOrientation;
-    struct Row {
-        UIDeviceOrientation device;
-        const char* allowed;
-        std::optional<Orientation> orientation;
-    };
-    const Row rows[] = {
-
+    const std::tuple<UIDeviceOrientation, const char*, std::optional<Orientation>> rows[] = {
         {portrait, "Portrait", Orientation::PORTRAIT},
         {portrait, "LandscapeLeft", std::nullopt},
         {faceDown, "Portrait", std::nullopt},
         {landscapeLeft, "LandscapeLeft", Orientation::LANDSCAPE},
         {landscapeLeft, "LandscapeRight", std::nullopt},
         {landscapeRight, "LandscapeRight", Orientation::LANDSCAPE}};
-    for (const Row& row : rows) {
-        platform.script().orientation = row.device;
+    for (const auto& [device, allowed, orientation] : rows) {
+        platform.script().orientation = device;
         platform.script().infoDictionary["UISupportedInterfaceOrientations"] =
-            std::vector{"UIInterfaceOrientation" + std::string(row.allowed)};
-        EXPECT_EQ(getOrientation(), row.orientation) << &row - rows;
+            std::vector{"UIInterfaceOrientation" + std::string(allowed)};
+        EXPECT_EQ(getOrientation(), orientation) << allowed;
     }
 }
 

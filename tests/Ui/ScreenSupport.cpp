@@ -29,6 +29,25 @@ CRes screenCRes(UiType kind) {
     cRes.challengeAddInfo = "You may go on now.";
     cRes.challengeSelectInfo = {{{"phone", "Phone *** 12"}}, {{"mail", "Mail a***@b.c"}}, {{"app", "App"}}};
     cRes.acsHTML = encodedPage("<p>page</p>");
+    cRes.whitelistingInfoText = "Ask less often when I pay in this shop";
+    cRes.challengeInfoTextIndicator = "Y";
+    return cRes;
+}
+
+CRes longCRes(UiType kind) {
+    std::string words;
+    while (words.size() < 350)
+        words += "words of a bank ";
+    const auto text = [&words](std::size_t length) { return words.substr(0, length - 1) + "."; };
+    CRes cRes = screenCRes(kind);
+    for (auto label :
+         {&CRes::challengeInfoHeader, &CRes::challengeInfoLabel, &CRes::whyInfoLabel, &CRes::expandInfoLabel,
+          &CRes::submitAuthenticationLabel, &CRes::resendInformationLabel, &CRes::oobContinueLabel})
+        cRes.*label = text(45);
+    cRes.challengeInfoText = text(350);
+    cRes.whyInfoText = cRes.expandInfoText = text(256);
+    cRes.whitelistingInfoText = text(64);
+    cRes.challengeSelectInfo.emplace(8, StringTable{{"key", text(45)}});
     return cRes;
 }
 

@@ -47,8 +47,9 @@ private:
     }
 };
 
-/// A response for one kind of screen, with every optional part present but whitelisting and the warning.
+/// Responses with everything that a kind of screen can show, and with the longest texts.
 [[nodiscard]] CRes screenCRes(UiType kind);
+[[nodiscard]] CRes longCRes(UiType kind);
 
 /// A text in Base64URL, as the ACS sends pages.
 [[nodiscard]] std::string encodedPage(std::string_view page);

@@ -4,28 +4,20 @@
 namespace korvane {
 namespace {
 
-using testing::ElementsAre;
-
 using Screen = ChallengeSelectNativeViewController;
 
 class SelectScreen : public ScreenTest {};
 
 TEST_F(SelectScreen, TheListIsAsLongAsItsRows) {
-    struct Row {
-        Orientation orientation;
-        std::optional<std::size_t> options;
-        double height;
-    };
-    const Row rows[] = {{Orientation::PORTRAIT, 40, 1600},
-                        {Orientation::LANDSCAPE, 3, 90},
-                        {Orientation::LANDSCAPE, std::nullopt, 0}};
     for (const UiType kind : {UiType::SINGLE_SELECT, UiType::MULTI_SELECT})
-        for (const Row& row : rows) {
+        for (const std::size_t options : {0U, 3U, 40U}) {
             CRes cRes = screenCRes(kind);
             cRes.challengeSelectInfo.reset();
-            if (row.options) cRes.challengeSelectInfo.emplace(*row.options, StringTable{{"k", "Label"}});
-            const auto screen = show<Screen>(cRes, row.orientation);
-            EXPECT_EQ(screen->tableView->frame().size.height, row.height) << rawValue(kind);
+            if (options > 0) cRes.challengeSelectInfo.emplace(options, StringTable{{"k", "Label"}});
+            const double height = static_cast<double>(options);
+            for (const auto& [way, row] :
+                 {std::pair(Orientation::PORTRAIT, 40), {Orientation::LANDSCAPE, 30}})
+                EXPECT_EQ(show<Screen>(cRes, way)->tableView->frame().size.height, height * row);
         }
 }
 
@@ -47,7 +39,7 @@ TEST_F(SelectScreen, OptionsShowTheirFirstEntryAndTheLastTappedOneCountsWithAllO
     }
     tap(*screen->nextButton.get());
     settle();
-    EXPECT_THAT(actions->calls, ElementsAre("data(a) on global"));
+    EXPECT_THAT(actions->calls, testing::ElementsAre("data(a/N) on global"));
 }
 
 } // namespace

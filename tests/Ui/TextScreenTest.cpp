@@ -1,4 +1,4 @@
-#include "tests/Ui/Gallery.h"
+#include "tests/Ui/ScreenSupport.h"
 
 namespace korvane {
 namespace {
@@ -50,23 +50,22 @@ TEST_F(TextScreen, OneTapBesideTheFieldEndsEditingAndPressesTheButtonUnderIt) {
         window->press(*screen->submitButton.get()); // the spinner lies over it
         settle();
         EXPECT_THAT(std::exchange(actions->calls, {}),
-                    ElementsAre("data(12) on main", "resendOtp() on main"));
+                    ElementsAre("data(12/N) on main", "resendOtp() on main"));
     }
 }
 
 TEST_F(TextScreen, TheFieldStaysInSightAboveTheKeyboardOfAnyWindow) {
     struct Row {
-        const char* name;
         CGSize from, to;
         double keys;
         UIEdgeInsets safeArea = {};
     };
-    const Row rows[] = {{"lower", {700, 900}, {700, 500}, 162},
-                        {"higher", {320, 480}, {320, 900}, 216},
-                        {"covers from now on", {320, 900}, {320, 480}, 216},
-                        {"between the system's own", {390, 844}, {390, 560}, 216, {47, 0, 34, 0}}};
+    const Row rows[] = {{{700, 900}, {700, 500}, 162},
+                        {{320, 480}, {320, 900}, 216},
+                        {{320, 900}, {320, 480}, 216}, // covers the field from now on
+                        {{390, 844}, {390, 560}, 216, {47, 0, 34, 0}}};
     for (const Row& row : rows) {
-        SCOPED_TRACE(row.name);
+        SCOPED_TRACE(row.to.height);
         resize(row.from, row.safeArea);
         const auto screen = show<Screen>(screenCRes(UiType::TEXT));
         edit(*screen);

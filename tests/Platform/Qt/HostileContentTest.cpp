@@ -31,19 +31,12 @@ QImage yellow(QSize size) {
     return picture;
 }
 
-class HostileContent : public QtScreenTest {
-protected:
-    /// What the process works, in milliseconds: unlike time, it does not pass while others work.
-    static double workOf(const std::function<void()>& action) {
-        const std::clock_t before = std::clock();
-        action();
-        return static_cast<double>(std::clock() - before) * 1000 / CLOCKS_PER_SEC;
-    }
-};
+class HostileContent : public QtScreenTest {};
 
 TEST_F(HostileContent, TextsOfAnyLengthDoNotHoldTheScreenUp) {
-    // Ten times what it takes, and less than one such text takes that is drawn whole.
-    constexpr double kMostWork = 5000;
+    // Ten times what it takes, and less than one such text takes that is drawn whole. Unlike time, work does
+    // not pass while other processes have theirs.
+    constexpr std::clock_t kMostWork = 5 * CLOCKS_PER_SEC;
     const std::pair<const char*, std::string> rows[] = {
         {"one word", repeated("w", 128 << 10)},
         {"one character of joined emoji", repeated("\U0001F469\u200D", 37000)},
@@ -53,35 +46,23 @@ TEST_F(HostileContent, TextsOfAnyLengthDoNotHoldTheScreenUp) {
     for (const auto& [name, piece] : rows)
         for (const UiType kind : {UiType::TEXT, UiType::SINGLE_SELECT}) {
             SCOPED_TRACE(name);
-            CRes cRes = fullCRes(kind);
+            CRes cRes = screenCRes(kind);
             char letter = 'a'; // each text is another
             for (const auto text :
                  {&CRes::challengeInfoHeader, &CRes::challengeInfoLabel, &CRes::challengeInfoText,
                   &CRes::whyInfoLabel, &CRes::whyInfoText, &CRes::submitAuthenticationLabel})
                 cRes.*text = std::string(1, letter++) + piece;
             cRes.challengeSelectInfo.emplace(6, StringTable{{"key", piece}});
-            EXPECT_LT(workOf([&] { show(cRes); }), kMostWork);
+            const std::clock_t before = std::clock();
+            show(cRes);
+            EXPECT_LT(std::clock() - before, kMostWork);
         }
-}
-
-TEST_F(HostileContent, ALongTextIsDrawnAndMeasuredAsFarAsAnEllipsis) {
-    CRes cRes = fullCRes(UiType::TEXT);
-    cRes.challengeInfoText = repeated("word ", 20000);
-    const auto screen = showAs<ChallengeTextNativeViewController>(cRes);
-    EXPECT_EQ(screen->challengeInfoText->text(), cRes.challengeInfoText) << "what is kept";
-    const auto texts = textsOf(*screen->challengeInfoText.get());
-    ASSERT_EQ(texts.size(), 1U);
-    const QString drawn = texts.front()->property("text").toString();
-    EXPECT_EQ(drawn.size(), 4000);
-    EXPECT_TRUE(drawn.endsWith(u"word…"));
-    EXPECT_NEAR(screen->challengeInfoText->contentSize().height,
-                texts.front()->property("contentHeight").toDouble(), 30);
 }
 
 TEST_F(HostileContent, ALogoIsDrawnInItsColoursOnceItIsThere) {
     for (const char* format : {"PNG", "JPEG"}) {
         SCOPED_TRACE(format);
-        const auto screen = showAs<ChallengeNativeViewController>(fullCRes(UiType::OOB));
+        const auto screen = showAs<ChallengeNativeViewController>(screenCRes(UiType::OOB));
         screen->bankLogo->setImage(UIImage::make(encoded(yellow({300, 100}), format)));
         const QPoint middle = middleOf(*screen->bankLogo.get());
         EXPECT_TRUE(waitFor([&] {

@@ -11,9 +11,9 @@
 
 namespace korvane {
 
-QtScreenTest::QtScreenTest(CGSize size) : glass(QTest::createTouchDevice()) {
+QtScreenTest::QtScreenTest() : glass(QTest::createTouchDevice()) {
     isEnablePreventScreenCapture = false; // or else no picture shows anything
-    scene.resize(static_cast<int>(size.width), static_cast<int>(size.height));
+    scene.resize(390, 844);
     host->setDark(false);
     scene.show();
     settle();
@@ -53,7 +53,7 @@ void QtScreenTest::settle() {
     }));
 }
 
-void QtScreenTest::resize(const GalleryScreen& to) {
+void QtScreenTest::resize(const Telephone& to) {
     scene.resize(static_cast<int>(to.size.width), static_cast<int>(to.size.height));
     host->uiWindow()->setSafeAreaInsets(to.safeArea);
     settle();
@@ -72,6 +72,17 @@ std::shared_ptr<ChallengeViewController> QtScreenTest::show(const CRes& cRes) {
     root->present(stack, UIAnimated::no);
     settle();
     return std::dynamic_pointer_cast<ChallengeViewController>(controller);
+}
+
+std::vector<const UIView*> QtScreenTest::leavesOf(const UIView& view) {
+    std::vector<const UIView*> leaves;
+    for (const auto& inner : view.subviews()) {
+        if (inner->isHidden() || inner->alpha() == 0) continue;
+        const bool isLeaf = inner->subviews().empty() || isAny<UIControl, UITextView, KeyboardButton>(*inner);
+        for (const UIView* leaf : isLeaf ? std::vector<const UIView*>{inner.get()} : leavesOf(*inner))
+            leaves.push_back(leaf);
+    }
+    return leaves;
 }
 
 std::vector<QQuickItem*> QtScreenTest::textsOf(const UIView& view) const {
