@@ -136,12 +136,12 @@ TEST_F(Customised, TheBarTheFieldAndTheScreenTakeEveryValueAndTheFieldsBorderSta
     box->backgroundColor = box->borderColor = box->cursorColor = kRed;
     look->setTextBoxCustomization(box);
     look->setToolbarCusomization(
-        std::make_shared<ToolbarCustomization>(FontValues{"Nowhere", 20, {}}, kRed, kBlue, "Shop", "Leave"));
+        std::make_shared<ToolbarCustomization>(FontValues{"Courier", 20, {}}, kRed, kBlue, "Shop", "Leave"));
     look->setBackgroundCustomization(std::make_shared<BackgroundCustomization>());
     look->getBackgroundCustomization()->setBackgroundColor(kRed);
     const auto screen = show<ChallengeTextNativeViewController>(screenCRes(UiType::TEXT));
     const UILabel& title = *screen->toolBar->titleLabel();
-    EXPECT_EQ(title.font(), UIFont::systemFont(20));
+    EXPECT_EQ(title.font(), UIFont::make("Courier", 20));
     EXPECT_EQ(title.textColor(), kRed);
     EXPECT_EQ(title.text(), "Shop");
     EXPECT_EQ(screen->toolBar->barTintColor(), kBlue);
