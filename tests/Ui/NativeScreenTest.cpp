@@ -43,8 +43,8 @@ TEST_F(NativeScreen, OpeningScrollsOnlyAsFarAsTheScreenIsTooShortAndClosingDoesN
     }
 }
 
-TEST_F(NativeScreen, EveryAppearanceBeginsClosedAndUncheckedToTheEye) {
-    const auto screen = show(screenCRes(UiType::OOB));
+TEST_F(NativeScreen, EveryAppearanceBeginsClosedAndUncheckedToTheEyeAndTheFirstAloneNoticesAReturn) {
+    const auto screen = show<Oob>(screenCRes(UiType::OOB));
     const auto box = [&] { return screen->whitelistingInfo->image(ControlState::normal); };
     tap(*screen->whyInfoButton.get());
     tap(*screen->whitelistingInfo.get());
@@ -56,6 +56,8 @@ TEST_F(NativeScreen, EveryAppearanceBeginsClosedAndUncheckedToTheEye) {
     EXPECT_EQ(screen->whyInfoButton->image(ControlState::normal), screen->arrowDown.get());
     EXPECT_EQ(box(), screen->uncheckedWhitelistingCheckBox.get());
     EXPECT_EQ(screen->getWhitelistingDataEntry(), YesNoSelector::Y) << "the answer stays";
+    UIApplication::shared().willResignActive();
+    EXPECT_FALSE(screen->externalAppWasPresented);
 }
 
 TEST_F(NativeScreen, AReturnShowsTheFurtherTextInPlaceOfTextAndWarningWithTheRoomThatItNeeds) {
@@ -138,6 +140,21 @@ TEST_F(NativeScreen, ConstantsOfTheApplicationReachTheControlsAtEveryLayout) {
         EXPECT_EQ(row.value, row.asked.height ? frame.size.height
                              : row.asked.top  ? frame.origin.y - CGRectGetMaxY(other)
                                               : frame.origin.x - CGRectGetMaxX(other));
+    }
+}
+
+TEST_F(NativeScreen, WithoutATransactionButtonsShowASpinnerAndNothingElse) {
+    for (const auto& [kind, button] : {std::pair(UiType::TEXT, "submitButton"),
+                                       {UiType::TEXT, "resendButton"},
+                                       {UiType::MULTI_SELECT, "nextButton"},
+                                       {UiType::OOB, "continueButton"}}) {
+        const auto screen = show(screenCRes(kind));
+        if (kind == UiType::TEXT) dynamic_cast<UITextField&>(viewNamed(*screen->view(), "otp")).setText("1");
+        stack->transaction = nullptr;
+        screen->interruptChallenge();
+        tap(dynamic_cast<UIControl&>(viewNamed(*screen->view(), button)));
+        settle();
+        EXPECT_NE(screen->spinner, nullptr) << button;
     }
 }
 
