@@ -57,7 +57,7 @@ class Pictures : public QtScreenTest {
 protected:
     Pictures() { UIApplication::shared().setPlaysAnimations(false); }
 
-    /// Views that overlap or lie beyond the screen's sides, and buttons without room.
+    /// Views that overlap or lie beyond the screen's sides, and buttons and texts without room.
     [[nodiscard]] static std::vector<std::string> misplaced(const UIView& screen) {
         std::vector<std::string> faults;
         std::vector<std::pair<std::string, QRectF>> leaves;
@@ -72,6 +72,9 @@ protected:
             const auto* button = dynamic_cast<const UIButton*>(leaf);
             if (button && !button->currentTitle().empty() && !hasRoom(*button))
                 faults.push_back(name + " has no room for its title and image");
+            const auto* text = dynamic_cast<const UITextView*>(leaf);
+            if (text && text->contentSize().height > text->bounds().size.height)
+                faults.push_back(name + " has no room for its text");
             leaves.emplace_back(name, place);
         }
         if (leaves.empty()) faults.emplace_back("the screen is empty");
