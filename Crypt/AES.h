@@ -14,12 +14,21 @@ enum class AESErrorCase {
     invalidAlgorithm,
 };
 
+[[nodiscard]] constexpr std::string_view rawValue(AESErrorCase value) {
+    using enum AESErrorCase;
+    switch (value) {
+    case encryptingFailed: return "encryptingFailed";
+    case decryptingFailed: return "decryptingFailed";
+    case keyLengthNotSatisfied: return "keyLengthNotSatisfied";
+    case cannotPerformOperationOnEmptyDataBuffer: return "cannotPerformOperationOnEmptyDataBuffer";
+    case invalidAlgorithm: return "invalidAlgorithm";
+    }
+    return kNoRawValue;
+}
+
 template <>
 struct FailureTraits<AESErrorCase> {
     static constexpr std::string_view domain = "AESError";
-    static constexpr std::array<std::string_view, 5> cases{
-        "encryptingFailed", "decryptingFailed", "keyLengthNotSatisfied",
-        "cannotPerformOperationOnEmptyDataBuffer", "invalidAlgorithm"};
     using Value = FailureValue;
 };
 

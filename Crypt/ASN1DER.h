@@ -29,6 +29,17 @@ enum class ASN1DERParsingErrorCase {
     incorrectTLVLength,
 };
 
+[[nodiscard]] constexpr std::string_view rawValue(ASN1DERParsingErrorCase value) {
+    using enum ASN1DERParsingErrorCase;
+    switch (value) {
+    case incorrectTypeTag: return "incorrectTypeTag";
+    case incorrectLengthFieldLength: return "incorrectLengthFieldLength";
+    case incorrectValueLength: return "incorrectValueLength";
+    case incorrectTLVLength: return "incorrectTLVLength";
+    }
+    return kNoRawValue;
+}
+
 struct TagMismatch {
     std::uint8_t actualTag;
     std::uint8_t expectedTag;
@@ -38,8 +49,6 @@ struct TagMismatch {
 template <>
 struct FailureTraits<ASN1DERParsingErrorCase> {
     static constexpr std::string_view domain = "ASN1DERParsingError";
-    static constexpr std::array<std::string_view, 4> cases{"incorrectTypeTag", "incorrectLengthFieldLength",
-                                                           "incorrectValueLength", "incorrectTLVLength"};
     using Value = std::variant<std::monostate, Description, TagMismatch>;
 };
 

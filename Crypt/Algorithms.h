@@ -2,7 +2,7 @@
 
 #include "Crypt/JWKParameters.h"
 #include "Platform/Bytes.h"
-#include "Platform/RawValue.h"
+#include "Platform/EnumTable.h"
 #include "Platform/Security/CommonCrypto.h"
 #include "Platform/Security/SecKey.h"
 
@@ -16,10 +16,14 @@ namespace korvane {
 /// Digests.
 enum class Hash { SHA256, SHA384, SHA512 };
 
-template <>
-struct RawValues<Hash> {
-    static constexpr std::array<std::string_view, 3> texts{"SHA-256", "SHA-384", "SHA-512"};
-};
+[[nodiscard]] constexpr std::string_view rawValue(Hash value) {
+    switch (value) {
+    case Hash::SHA256: return "SHA-256";
+    case Hash::SHA384: return "SHA-384";
+    case Hash::SHA512: return "SHA-512";
+    }
+    return kNoRawValue;
+}
 
 [[nodiscard]] std::size_t bitLength(Hash hash);
 [[nodiscard]] std::size_t digestByteLength(Hash hash);
@@ -30,10 +34,13 @@ struct RawValues<Hash> {
 /// The HMACs of the content encryptions.
 enum class HMACAlgorithm { SHA512, SHA256 };
 
-template <>
-struct RawValues<HMACAlgorithm> {
-    static constexpr std::array<std::string_view, 2> texts{"SHA512", "SHA256"};
-};
+[[nodiscard]] constexpr std::string_view rawValue(HMACAlgorithm value) {
+    switch (value) {
+    case HMACAlgorithm::SHA512: return "SHA512";
+    case HMACAlgorithm::SHA256: return "SHA256";
+    }
+    return kNoRawValue;
+}
 
 /// Bytes of the untruncated tag.
 [[nodiscard]] std::size_t outputLength(HMACAlgorithm algorithm);
@@ -56,12 +63,23 @@ enum class KeyManagementAlgorithm {
 
 enum class KeyManagementFamily { RSA, AES, direct, EC };
 
-template <>
-struct RawValues<KeyManagementAlgorithm> {
-    static constexpr std::array<std::string_view, 11> texts{
-        "RSA1_5", "RSA-OAEP", "RSA-OAEP-256",   "A128KW",         "A192KW",        "A256KW",
-        "dir",    "ECDH-ES",  "ECDH-ES+A128KW", "ECDH-ES+A192KW", "ECDH-ES+A256KW"};
-};
+[[nodiscard]] constexpr std::string_view rawValue(KeyManagementAlgorithm value) {
+    using enum KeyManagementAlgorithm;
+    switch (value) {
+    case RSA1_5: return "RSA1_5";
+    case RSAOAEP: return "RSA-OAEP";
+    case RSAOAEP256: return "RSA-OAEP-256";
+    case A128KW: return "A128KW";
+    case A192KW: return "A192KW";
+    case A256KW: return "A256KW";
+    case direct: return "dir";
+    case ECDH_ES: return "ECDH-ES";
+    case ECDH_ES_A128KW: return "ECDH-ES+A128KW";
+    case ECDH_ES_A192KW: return "ECDH-ES+A192KW";
+    case ECDH_ES_A256KW: return "ECDH-ES+A256KW";
+    }
+    return kNoRawValue;
+}
 
 [[nodiscard]] std::span<const KeyManagementAlgorithm> allKeyManagementAlgorithms();
 [[nodiscard]] KeyManagementFamily family(KeyManagementAlgorithm algorithm);
@@ -87,10 +105,13 @@ struct RawValues<KeyManagementAlgorithm> {
 /// The rows of "enc" (RFC 7518 section 5.1).
 enum class ContentEncryptionAlgorithm { A256CBCHS512, A128CBCHS256 };
 
-template <>
-struct RawValues<ContentEncryptionAlgorithm> {
-    static constexpr std::array<std::string_view, 2> texts{"A256CBC-HS512", "A128CBC-HS256"};
-};
+[[nodiscard]] constexpr std::string_view rawValue(ContentEncryptionAlgorithm value) {
+    switch (value) {
+    case ContentEncryptionAlgorithm::A256CBCHS512: return "A256CBC-HS512";
+    case ContentEncryptionAlgorithm::A128CBCHS256: return "A128CBC-HS256";
+    }
+    return kNoRawValue;
+}
 
 /// Bits of the whole content key.
 [[nodiscard]] std::size_t keyBitSize(ContentEncryptionAlgorithm algorithm);
@@ -119,11 +140,21 @@ struct ContentKeys {
 /// The rows of "alg" of a JWS (RFC 7518 section 3.1).
 enum class SignatureAlgorithm { RS256, RS384, RS512, PS256, PS384, PS512, ES256, ES384, ES512 };
 
-template <>
-struct RawValues<SignatureAlgorithm> {
-    static constexpr std::array<std::string_view, 9> texts{"RS256", "RS384", "RS512", "PS256", "PS384",
-                                                           "PS512", "ES256", "ES384", "ES512"};
-};
+[[nodiscard]] constexpr std::string_view rawValue(SignatureAlgorithm value) {
+    using enum SignatureAlgorithm;
+    switch (value) {
+    case RS256: return "RS256";
+    case RS384: return "RS384";
+    case RS512: return "RS512";
+    case PS256: return "PS256";
+    case PS384: return "PS384";
+    case PS512: return "PS512";
+    case ES256: return "ES256";
+    case ES384: return "ES384";
+    case ES512: return "ES512";
+    }
+    return kNoRawValue;
+}
 
 /// The platform's algorithm of the RS and PS rows.
 [[nodiscard]] std::optional<SecKeyAlgorithm> rsaSecKeyAlgorithm(SignatureAlgorithm algorithm);

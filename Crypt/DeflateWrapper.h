@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Platform/Bytes.h"
-#include "Platform/RawValue.h"
+#include "Platform/EnumTable.h"
 #include "Platform/Security/Compression.h"
 
 #include <memory>
@@ -13,10 +13,13 @@ namespace korvane {
 /// The values of "zip" (RFC 7516 section 4.1.3), and none at all.
 enum class CompressionAlgorithm { DEFLATE, NONE };
 
-template <>
-struct RawValues<CompressionAlgorithm> {
-    static constexpr std::array<std::string_view, 2> texts{"DEF", "NONE"};
-};
+[[nodiscard]] constexpr std::string_view rawValue(CompressionAlgorithm value) {
+    switch (value) {
+    case CompressionAlgorithm::DEFLATE: return "DEF";
+    case CompressionAlgorithm::NONE: return "NONE";
+    }
+    return kNoRawValue;
+}
 
 /// Compresses and restores whole payloads.
 class CompressorProtocol {

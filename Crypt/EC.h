@@ -27,24 +27,29 @@ enum class ECErrorCase {
     couldNotAllocateMemoryForSignature,
 };
 
+[[nodiscard]] constexpr std::string_view rawValue(ECErrorCase value) {
+    using enum ECErrorCase;
+    switch (value) {
+    case invalidJWK: return "invalidJWK";
+    case deriveKeyFail: return "deriveKeyFail";
+    case signingFailed: return "signingFailed";
+    case verifyingFailed: return "verifyingFailed";
+    case encryptingFailed: return "encryptingFailed";
+    case decryptingFailed: return "decryptingFailed";
+    case localAuthenticationFailed: return "localAuthenticationFailed";
+    case unknownOrUnsupportedAlgorithm: return "unknownOrUnsupportedAlgorithm";
+    case invalidKeySize: return "invalidKeySize";
+    case wrapKeyFail: return "wrapKeyFail";
+    case unwrapKeyFail: return "unwrapKeyFail";
+    case invalidCurveDigestAlgorithm: return "invalidCurveDigestAlgorithm";
+    case couldNotAllocateMemoryForSignature: return "couldNotAllocateMemoryForSignature";
+    }
+    return kNoRawValue;
+}
+
 template <>
 struct FailureTraits<ECErrorCase> {
     static constexpr std::string_view domain = "ECError";
-    static constexpr std::array<std::string_view, 13> cases{
-        "invalidJWK",
-        "deriveKeyFail",
-        "signingFailed",
-        "verifyingFailed",
-        "encryptingFailed",
-        "decryptingFailed",
-        "localAuthenticationFailed",
-        "unknownOrUnsupportedAlgorithm",
-        "invalidKeySize",
-        "wrapKeyFail",
-        "unwrapKeyFail",
-        "invalidCurveDigestAlgorithm",
-        "couldNotAllocateMemoryForSignature",
-    };
     using Value = FailureValue;
 };
 

@@ -62,10 +62,16 @@ private:
 
 enum class ECKeyPairErrorCase { generateECKeyPairFail };
 
+[[nodiscard]] constexpr std::string_view rawValue(ECKeyPairErrorCase value) {
+    switch (value) {
+    case ECKeyPairErrorCase::generateECKeyPairFail: return "generateECKeyPairFail";
+    }
+    return kNoRawValue;
+}
+
 template <>
 struct FailureTraits<ECKeyPairErrorCase> {
     static constexpr std::string_view domain = "ECKeyPairError";
-    static constexpr std::array<std::string_view, 1> cases{"generateECKeyPairFail"};
     using Value = FailureValue;
 };
 

@@ -7,10 +7,16 @@ namespace korvane {
 
 enum class HMACErrorCase { inputMustBeGreaterThanZero };
 
+[[nodiscard]] constexpr std::string_view rawValue(HMACErrorCase value) {
+    switch (value) {
+    case HMACErrorCase::inputMustBeGreaterThanZero: return "inputMustBeGreaterThanZero";
+    }
+    return kNoRawValue;
+}
+
 template <>
 struct FailureTraits<HMACErrorCase> {
     static constexpr std::string_view domain = "HMACError";
-    static constexpr std::array<std::string_view, 1> cases{"inputMustBeGreaterThanZero"};
     using Value = FailureValue;
 };
 

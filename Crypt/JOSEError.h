@@ -35,38 +35,43 @@ enum class JOSEErrorCase {
     thumbprintSerialization,
 };
 
+[[nodiscard]] constexpr std::string_view rawValue(JOSEErrorCase value) {
+    using enum JOSEErrorCase;
+    switch (value) {
+    case signingFailed: return "signingFailed";
+    case verifyingFailed: return "verifyingFailed";
+    case encryptingFailed: return "encryptingFailed";
+    case decryptingFailed: return "decryptingFailed";
+    case wrongDataEncoding: return "wrongDataEncoding";
+    case invalidCompactSerializationComponentCount: return "invalidCompactSerializationComponentCount";
+    case componentNotValidBase64URL: return "componentNotValidBase64URL";
+    case componentCouldNotBeInitializedFromData: return "componentCouldNotBeInitializedFromData";
+    case localAuthenticationFailed: return "localAuthenticationFailed";
+    case signatureInvalid: return "signatureInvalid";
+    case couldNotConstructJWK: return "couldNotConstructJWK";
+    case modulusNotBase64URLUIntEncoded: return "modulusNotBase64URLUIntEncoded";
+    case exponentNotBase64URLUIntEncoded: return "exponentNotBase64URLUIntEncoded";
+    case privateExponentNotBase64URLUIntEncoded: return "privateExponentNotBase64URLUIntEncoded";
+    case symmetricKeyNotBase64URLEncoded: return "symmetricKeyNotBase64URLEncoded";
+    case xNotBase64URLUIntEncoded: return "xNotBase64URLUIntEncoded";
+    case yNotBase64URLUIntEncoded: return "yNotBase64URLUIntEncoded";
+    case privateKeyNotBase64URLUIntEncoded: return "privateKeyNotBase64URLUIntEncoded";
+    case invalidCurveType: return "invalidCurveType";
+    case compressedCurvePointsUnsupported: return "compressedCurvePointsUnsupported";
+    case invalidCurvePointOctetLength: return "invalidCurvePointOctetLength";
+    case compressionFailed: return "compressionFailed";
+    case decompressionFailed: return "decompressionFailed";
+    case compressionAlgorithmNotSupported: return "compressionAlgorithmNotSupported";
+    case rawDataMustBeGreaterThanZero: return "rawDataMustBeGreaterThanZero";
+    case compressedDataMustBeGreaterThanZero: return "compressedDataMustBeGreaterThanZero";
+    case thumbprintSerialization: return "thumbprintSerialization";
+    }
+    return kNoRawValue;
+}
+
 template <>
 struct FailureTraits<JOSEErrorCase> {
     static constexpr std::string_view domain = "JOSEError";
-    static constexpr std::array<std::string_view, 27> cases{
-        "signingFailed",
-        "verifyingFailed",
-        "encryptingFailed",
-        "decryptingFailed",
-        "wrongDataEncoding",
-        "invalidCompactSerializationComponentCount",
-        "componentNotValidBase64URL",
-        "componentCouldNotBeInitializedFromData",
-        "localAuthenticationFailed",
-        "signatureInvalid",
-        "couldNotConstructJWK",
-        "modulusNotBase64URLUIntEncoded",
-        "exponentNotBase64URLUIntEncoded",
-        "privateExponentNotBase64URLUIntEncoded",
-        "symmetricKeyNotBase64URLEncoded",
-        "xNotBase64URLUIntEncoded",
-        "yNotBase64URLUIntEncoded",
-        "privateKeyNotBase64URLUIntEncoded",
-        "invalidCurveType",
-        "compressedCurvePointsUnsupported",
-        "invalidCurvePointOctetLength",
-        "compressionFailed",
-        "decompressionFailed",
-        "compressionAlgorithmNotSupported",
-        "rawDataMustBeGreaterThanZero",
-        "compressedDataMustBeGreaterThanZero",
-        "thumbprintSerialization",
-    };
     using Value = FailureValue;
 };
 
@@ -85,20 +90,25 @@ enum class JWKErrorCase {
     invalidECCurveType,
 };
 
+[[nodiscard]] constexpr std::string_view rawValue(JWKErrorCase value) {
+    using enum JWKErrorCase;
+    switch (value) {
+    case cannotExtractRSAPublicKeyComponents: return "cannotExtractRSAPublicKeyComponents";
+    case cannotExtractRSAPrivateKeyComponents: return "cannotExtractRSAPrivateKeyComponents";
+    case notAPublicKey: return "notAPublicKey";
+    case notAPrivateKey: return "notAPrivateKey";
+    case cannotConvertToSecKeyChildClasses: return "cannotConvertToSecKeyChildClasses";
+    case modulusNotBase64URLUIntEncoded: return "modulusNotBase64URLUIntEncoded";
+    case exponentNotBase64URLUIntEncoded: return "exponentNotBase64URLUIntEncoded";
+    case privateExponentNotBase64URLUIntEncoded: return "privateExponentNotBase64URLUIntEncoded";
+    case invalidECCurveType: return "invalidECCurveType";
+    }
+    return kNoRawValue;
+}
+
 template <>
 struct FailureTraits<JWKErrorCase> {
     static constexpr std::string_view domain = "JWKError";
-    static constexpr std::array<std::string_view, 9> cases{
-        "cannotExtractRSAPublicKeyComponents",
-        "cannotExtractRSAPrivateKeyComponents",
-        "notAPublicKey",
-        "notAPrivateKey",
-        "cannotConvertToSecKeyChildClasses",
-        "modulusNotBase64URLUIntEncoded",
-        "exponentNotBase64URLUIntEncoded",
-        "privateExponentNotBase64URLUIntEncoded",
-        "invalidECCurveType",
-    };
     using Value = FailureValue;
 };
 
@@ -111,12 +121,20 @@ enum class JWEErrorCase {
     hmacNotAuthenticated,
 };
 
+[[nodiscard]] constexpr std::string_view rawValue(JWEErrorCase value) {
+    using enum JWEErrorCase;
+    switch (value) {
+    case keyManagementAlgorithmMismatch: return "keyManagementAlgorithmMismatch";
+    case contentEncryptionAlgorithmMismatch: return "contentEncryptionAlgorithmMismatch";
+    case keyLengthNotSatisfied: return "keyLengthNotSatisfied";
+    case hmacNotAuthenticated: return "hmacNotAuthenticated";
+    }
+    return kNoRawValue;
+}
+
 template <>
 struct FailureTraits<JWEErrorCase> {
     static constexpr std::string_view domain = "JWEError";
-    static constexpr std::array<std::string_view, 4> cases{"keyManagementAlgorithmMismatch",
-                                                           "contentEncryptionAlgorithmMismatch",
-                                                           "keyLengthNotSatisfied", "hmacNotAuthenticated"};
     using Value = FailureValue;
 };
 
@@ -124,10 +142,17 @@ using JWEError = TypedFailure<JWEErrorCase>;
 
 enum class JWSErrorCase { algorithmMismatch, cannotComputeSigningInput };
 
+[[nodiscard]] constexpr std::string_view rawValue(JWSErrorCase value) {
+    switch (value) {
+    case JWSErrorCase::algorithmMismatch: return "algorithmMismatch";
+    case JWSErrorCase::cannotComputeSigningInput: return "cannotComputeSigningInput";
+    }
+    return kNoRawValue;
+}
+
 template <>
 struct FailureTraits<JWSErrorCase> {
     static constexpr std::string_view domain = "JWSError";
-    static constexpr std::array<std::string_view, 2> cases{"algorithmMismatch", "cannotComputeSigningInput"};
     using Value = FailureValue;
 };
 

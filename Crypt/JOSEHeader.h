@@ -19,11 +19,17 @@ enum class HeaderParsingErrorCase {
     headerIsNotValidJSONObject,
 };
 
+[[nodiscard]] constexpr std::string_view rawValue(HeaderParsingErrorCase value) {
+    switch (value) {
+    case HeaderParsingErrorCase::requiredHeaderParameterMissing: return "requiredHeaderParameterMissing";
+    case HeaderParsingErrorCase::headerIsNotValidJSONObject: return "headerIsNotValidJSONObject";
+    }
+    return kNoRawValue;
+}
+
 template <>
 struct FailureTraits<HeaderParsingErrorCase> {
     static constexpr std::string_view domain = "HeaderParsingError";
-    static constexpr std::array<std::string_view, 2> cases{"requiredHeaderParameterMissing",
-                                                           "headerIsNotValidJSONObject"};
     using Value = FailureValue;
 };
 

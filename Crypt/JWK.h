@@ -133,10 +133,16 @@ struct Thumbprint {
 
 enum class ThumbprintErrorCase { inputMustBeGreaterThanZero };
 
+[[nodiscard]] constexpr std::string_view rawValue(ThumbprintErrorCase value) {
+    switch (value) {
+    case ThumbprintErrorCase::inputMustBeGreaterThanZero: return "inputMustBeGreaterThanZero";
+    }
+    return kNoRawValue;
+}
+
 template <>
 struct FailureTraits<ThumbprintErrorCase> {
     static constexpr std::string_view domain = "ThumbprintError";
-    static constexpr std::array<std::string_view, 1> cases{"inputMustBeGreaterThanZero"};
     using Value = FailureValue;
 };
 

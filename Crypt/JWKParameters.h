@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/RawValue.h"
+#include "Platform/EnumTable.h"
 
 #include <array>
 #include <cstddef>
@@ -13,10 +13,14 @@ namespace korvane {
 /// RFC 7518 section 6.1.
 enum class JWKKeyType { RSA, OCT, EC };
 
-template <>
-struct RawValues<JWKKeyType> {
-    static constexpr std::array<std::string_view, 3> texts{"RSA", "oct", "EC"};
-};
+[[nodiscard]] constexpr std::string_view rawValue(JWKKeyType value) {
+    switch (value) {
+    case JWKKeyType::RSA: return "RSA";
+    case JWKKeyType::OCT: return "oct";
+    case JWKKeyType::EC: return "EC";
+    }
+    return kNoRawValue;
+}
 
 /// The parameters that any JWK may have (RFC 7517 section 4).
 namespace JWKParameter {
@@ -76,10 +80,14 @@ inline constexpr std::string_view d = "d";
 /// RFC 7518 section 6.2.1.1.
 enum class ECCurveType { P256, P384, P521 };
 
-template <>
-struct RawValues<ECCurveType> {
-    static constexpr std::array<std::string_view, 3> texts{"P-256", "P-384", "P-521"};
-};
+[[nodiscard]] constexpr std::string_view rawValue(ECCurveType value) {
+    switch (value) {
+    case ECCurveType::P256: return "P-256";
+    case ECCurveType::P384: return "P-384";
+    case ECCurveType::P521: return "P-521";
+    }
+    return kNoRawValue;
+}
 
 /// Bits of the field: 256, 384, 521.
 [[nodiscard]] std::size_t keyBitLength(ECCurveType curve);
@@ -105,10 +113,12 @@ enum class ECCompression : std::uint8_t {
 /// The digests that a thumbprint can be made with.
 enum class JWKThumbprintAlgorithm { SHA256 };
 
-template <>
-struct RawValues<JWKThumbprintAlgorithm> {
-    static constexpr std::array<std::string_view, 1> texts{"SHA256"};
-};
+[[nodiscard]] constexpr std::string_view rawValue(JWKThumbprintAlgorithm value) {
+    switch (value) {
+    case JWKThumbprintAlgorithm::SHA256: return "SHA256";
+    }
+    return kNoRawValue;
+}
 
 /// Bytes of the digest.
 [[nodiscard]] std::size_t outputLenght(JWKThumbprintAlgorithm algorithm);

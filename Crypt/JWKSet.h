@@ -18,12 +18,22 @@ enum class JWKTypeErrorCase {
     typeIsUnknown,
 };
 
+[[nodiscard]] constexpr std::string_view rawValue(JWKTypeErrorCase value) {
+    using enum JWKTypeErrorCase;
+    switch (value) {
+    case typeIsECPrivate: return "typeIsECPrivate";
+    case typeIsECPublic: return "typeIsECPublic";
+    case typeIsRSAPublic: return "typeIsRSAPublic";
+    case typeIsRSAPrivate: return "typeIsRSAPrivate";
+    case typeIsSymmetric: return "typeIsSymmetric";
+    case typeIsUnknown: return "typeIsUnknown";
+    }
+    return kNoRawValue;
+}
+
 template <>
 struct FailureTraits<JWKTypeErrorCase> {
     static constexpr std::string_view domain = "JWKTypeError";
-    static constexpr std::array<std::string_view, 6> cases{"typeIsECPrivate", "typeIsECPublic",
-                                                           "typeIsRSAPublic", "typeIsRSAPrivate",
-                                                           "typeIsSymmetric", "typeIsUnknown"};
     using Value = FailureValue;
 };
 

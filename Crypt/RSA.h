@@ -17,16 +17,23 @@ enum class RSAErrorCase {
     cipherTextLenghtNotSatisfied,
 };
 
+[[nodiscard]] constexpr std::string_view rawValue(RSAErrorCase value) {
+    using enum RSAErrorCase;
+    switch (value) {
+    case signingFailed: return "signingFailed";
+    case verifyingFailed: return "verifyingFailed";
+    case encryptingFailed: return "encryptingFailed";
+    case decryptingFailed: return "decryptingFailed";
+    case algorithmNotSupported: return "algorithmNotSupported";
+    case plainTextLengthNotSatisfied: return "plainTextLengthNotSatisfied";
+    case cipherTextLenghtNotSatisfied: return "cipherTextLenghtNotSatisfied";
+    }
+    return kNoRawValue;
+}
+
 template <>
 struct FailureTraits<RSAErrorCase> {
     static constexpr std::string_view domain = "RSAError";
-    static constexpr std::array<std::string_view, 7> cases{"signingFailed",
-                                                           "verifyingFailed",
-                                                           "encryptingFailed",
-                                                           "decryptingFailed",
-                                                           "algorithmNotSupported",
-                                                           "plainTextLengthNotSatisfied",
-                                                           "cipherTextLenghtNotSatisfied"};
     using Value = FailureValue;
 };
 

@@ -12,10 +12,17 @@ enum class SecureRandomErrorCase {
     countMustBeGreaterThanZero,
 };
 
+[[nodiscard]] constexpr std::string_view rawValue(SecureRandomErrorCase value) {
+    switch (value) {
+    case SecureRandomErrorCase::failed: return "failed";
+    case SecureRandomErrorCase::countMustBeGreaterThanZero: return "countMustBeGreaterThanZero";
+    }
+    return kNoRawValue;
+}
+
 template <>
 struct FailureTraits<SecureRandomErrorCase> {
     static constexpr std::string_view domain = "SecureRandomError";
-    static constexpr std::array<std::string_view, 2> cases{"failed", "countMustBeGreaterThanZero"};
     using Value = FailureValue;
 };
 

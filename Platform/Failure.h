@@ -1,9 +1,9 @@
 #pragma once
 
 #include "Platform/Bytes.h"
+#include "Platform/EnumTable.h"
 #include "Platform/Export.h"
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <exception>
@@ -48,22 +48,23 @@ KORVANE_EXPORT [[nodiscard]] std::string failureName(std::string_view domain, st
 /// What a family of failures may carry, unless its `FailureTraits` name a type of their own.
 using FailureValue = std::variant<std::monostate, Description, std::int64_t, std::string, Bytes>;
 
-/// To be specialised beside each enumeration of failures: `domain`, `cases` (names in the
-/// enumeration's order), `Value`.
+/// To be specialised beside each enumeration of failures, whose `rawValue` is the name of a case: `domain`,
+/// `Value`.
 template <class Case>
 struct FailureTraits;
 
-/// One raised failure of the family that the enumeration `Case` lists; the enumeration's
-/// order is the case index.
-template <class Case>
+/// One raised failure of the family that the enumeration `Case` lists; the enumeration's order is the case
+/// index.
+template <HasRawValues Case>
 class TypedFailure : public Failure {
 public:
+    static_assert(EnumTable<Case>::size > 0);
+
     using Traits = FailureTraits<Case>;
     using Value = typename Traits::Value;
 
     explicit TypedFailure(Case kind, Value value = {})
-        : kind_(kind), value_(std::move(value)),
-          name_(failureName(Traits::domain, Traits::cases[static_cast<std::size_t>(kind)])) {}
+        : kind_(kind), value_(std::move(value)), name_(failureName(Traits::domain, rawValue(kind))) {}
 
     [[nodiscard]] Case kind() const noexcept { return kind_; }
 

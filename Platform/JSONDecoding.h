@@ -14,11 +14,20 @@ namespace korvane {
 /// Why a record could not be decoded from JSON.
 enum class DecodingErrorCase { typeMismatch, valueNotFound, keyNotFound, dataCorrupted };
 
+[[nodiscard]] constexpr std::string_view rawValue(DecodingErrorCase value) {
+    using enum DecodingErrorCase;
+    switch (value) {
+    case typeMismatch: return "typeMismatch";
+    case valueNotFound: return "valueNotFound";
+    case keyNotFound: return "keyNotFound";
+    case dataCorrupted: return "dataCorrupted";
+    }
+    return kNoRawValue;
+}
+
 template <>
 struct FailureTraits<DecodingErrorCase> {
     static constexpr std::string_view domain = "DecodingError";
-    static constexpr std::array<std::string_view, 4> cases{"typeMismatch", "valueNotFound", "keyNotFound",
-                                                           "dataCorrupted"};
     using Value = FailureValue;
 };
 

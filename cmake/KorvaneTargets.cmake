@@ -1,11 +1,12 @@
 # How the layers are made: one object library per top-level folder, each allowed to see only the layers that it names,
 # all of them joined into the one library `korvane`.
 
-# Flags that every target of this project compiles and links with.
+# Flags that every target of this project compiles and links with. A switch that forgets a case of its enumeration is an
+# error always: the tables of cases rest on it (Platform/EnumTable.h).
 add_library(korvane_flags INTERFACE)
 target_compile_features(korvane_flags INTERFACE cxx_std_20)
 target_compile_options(korvane_flags INTERFACE
-    -Wall -Wextra -Wpedantic -Wconversion -Wshadow
+    -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror=switch
     "-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=")
 if(KORVANE_SANITIZE)
     target_compile_options(korvane_flags INTERFACE

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/RawValue.h"
+#include "Platform/EnumTable.h"
 
 #include <array>
 #include <optional>
@@ -60,11 +60,21 @@ enum class CustomKeyboardIdentifier {
     ShiftOnce
 };
 
-template <>
-struct RawValues<CustomKeyboardIdentifier> {
-    static constexpr std::array<std::string_view, 10> texts{"Space",   "Backspace", "Globe",   "Return",
-                                                            "Numbers", "Letters",   "Symbols", "ShiftOff",
-                                                            "ShiftOn", "ShiftOnce"};
-};
+[[nodiscard]] constexpr std::string_view rawValue(CustomKeyboardIdentifier value) {
+    using enum CustomKeyboardIdentifier;
+    switch (value) {
+    case Space: return "Space";
+    case Backspace: return "Backspace";
+    case Globe: return "Globe";
+    case Return: return "Return";
+    case Numbers: return "Numbers";
+    case Letters: return "Letters";
+    case Symbols: return "Symbols";
+    case ShiftOff: return "ShiftOff";
+    case ShiftOn: return "ShiftOn";
+    case ShiftOnce: return "ShiftOnce";
+    }
+    return kNoRawValue;
+}
 
 } // namespace korvane

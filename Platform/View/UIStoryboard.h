@@ -22,12 +22,23 @@ enum class UIStoryboardErrorCase {
     constraintInvalid
 };
 
+[[nodiscard]] constexpr std::string_view rawValue(UIStoryboardErrorCase value) {
+    using enum UIStoryboardErrorCase;
+    switch (value) {
+    case resourceMissing: return "resourceMissing";
+    case resourceBroken: return "resourceBroken";
+    case identifierMissing: return "identifierMissing";
+    case classUnknown: return "classUnknown";
+    case propertyInvalid: return "propertyInvalid";
+    case outletUnknown: return "outletUnknown";
+    case constraintInvalid: return "constraintInvalid";
+    }
+    return kNoRawValue;
+}
+
 template <>
 struct FailureTraits<UIStoryboardErrorCase> {
     static constexpr std::string_view domain = "UIStoryboardError";
-    static constexpr std::array<std::string_view, 7> cases{
-        "resourceMissing", "resourceBroken", "identifierMissing", "classUnknown",
-        "propertyInvalid", "outletUnknown",  "constraintInvalid"};
     using Value = FailureValue;
 };
 

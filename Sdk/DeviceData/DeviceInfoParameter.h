@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/RawValue.h"
+#include "Platform/EnumTable.h"
 
 namespace korvane {
 
@@ -37,13 +37,41 @@ enum class DeviceInfoParameter {
     APPS_RECIPT,
 };
 
-template <>
-struct RawValues<DeviceInfoParameter> {
-    static constexpr std::array<std::string_view, 29> texts{
-        "C001", "C002", "C003", "C004", "C005", "C006", "C007", "C008", "C009", "C010",
-        "C011", "C012", "C013", "C014", "C015", "I001", "I002", "I003", "I004", "I005",
-        "I006", "I007", "I008", "I009", "I010", "I011", "I012", "I013", "I014"};
-};
+[[nodiscard]] constexpr std::string_view rawValue(DeviceInfoParameter value) {
+    using enum DeviceInfoParameter;
+    switch (value) {
+    case PLATFORM: return "C001";
+    case DEVICE_MODEL: return "C002";
+    case OS_NAME: return "C003";
+    case OS_VERSION: return "C004";
+    case LOCALE: return "C005";
+    case TIME_ZONE: return "C006";
+    case ADVERTISING_ID: return "C007";
+    case SCREEN_RESOLUTION: return "C008";
+    case DEVICE_NAME: return "C009";
+    case IP_ADDRESS: return "C010";
+    case LATITUDE: return "C011";
+    case LONGITUDE: return "C012";
+    case WTF_PARAM: return "C013";
+    case SDK_APP_ID: return "C014";
+    case SDK_VERSION: return "C015";
+    case IDENTIFIER_FOR_VENDOR: return "I001";
+    case USER_INTERFACE_IDIOM: return "I002";
+    case FONT_FAMILY_NAMES: return "I003";
+    case FONT_NAMES_FOR_FAMILY_NAME: return "I004";
+    case SYSTEM_FONT: return "I005";
+    case LABEL_FONT_SIZE: return "I006";
+    case BUTTON_FONT_SIZE: return "I007";
+    case SMALL_SYSTEM_FONT_SIZE: return "I008";
+    case SYSTEM_FONT_SIZE: return "I009";
+    case SYSTEM_LOCALE: return "I010";
+    case AVAILABLE_LOCALES: return "I011";
+    case PREFERRED_LANGUAGES: return "I012";
+    case DEFAULT_TIME_ZONE: return "I013";
+    case APPS_RECIPT: return "I014";
+    }
+    return kNoRawValue;
+}
 
 /// Why a parameter has no value.
 enum class ParameterUnavailableReason {
@@ -53,9 +81,15 @@ enum class ParameterUnavailableReason {
     VALUE_IS_EMPTY_OR_BLANK,
 };
 
-template <>
-struct RawValues<ParameterUnavailableReason> {
-    static constexpr std::array<std::string_view, 4> texts{"RE01", "RE02", "RE03", "RE04"};
-};
+[[nodiscard]] constexpr std::string_view rawValue(ParameterUnavailableReason value) {
+    using enum ParameterUnavailableReason;
+    switch (value) {
+    case MARKET_OR_REGIONAL_RESTRICTION: return "RE01";
+    case PLATFORM_NOT_SUPPORTED: return "RE02";
+    case COLLECTION_NOT_POSSIBLE_WITHOUT_USER_PERMISSION: return "RE03";
+    case VALUE_IS_EMPTY_OR_BLANK: return "RE04";
+    }
+    return kNoRawValue;
+}
 
 } // namespace korvane

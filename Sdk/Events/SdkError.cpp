@@ -3,7 +3,7 @@
 namespace korvane {
 
 std::string SdkError::localizedDescription() const {
-    return std::string(Traits::cases[static_cast<std::size_t>(caseIndex())]) + ": " + message();
+    return std::string(rawValue(kind())) + ": " + message();
 }
 
 } // namespace korvane

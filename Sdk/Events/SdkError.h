@@ -18,12 +18,22 @@ enum class SdkErrorCase {
     SDKRuntimeException,
 };
 
+[[nodiscard]] constexpr std::string_view rawValue(SdkErrorCase value) {
+    using enum SdkErrorCase;
+    switch (value) {
+    case InvalidInputException: return "InvalidInputException";
+    case InvalidAcsResponseException: return "InvalidAcsResponseException";
+    case httpRequestException: return "httpRequestException";
+    case SDKAlreadyInitializedException: return "SDKAlreadyInitializedException";
+    case SDKNotInitializedException: return "SDKNotInitializedException";
+    case SDKRuntimeException: return "SDKRuntimeException";
+    }
+    return kNoRawValue;
+}
+
 template <>
 struct FailureTraits<SdkErrorCase> {
     static constexpr std::string_view domain = "SdkError";
-    static constexpr std::array<std::string_view, 6> cases{
-        "InvalidInputException",          "InvalidAcsResponseException", "httpRequestException",
-        "SDKAlreadyInitializedException", "SDKNotInitializedException",  "SDKRuntimeException"};
     using Value = FailureValue;
 };
 

@@ -28,10 +28,16 @@ enum class ParsingErrorCase {
     duplicateKeyException, // Description: the repeated names, joined by ","
 };
 
+[[nodiscard]] constexpr std::string_view rawValue(ParsingErrorCase value) {
+    switch (value) {
+    case ParsingErrorCase::duplicateKeyException: return "duplicateKeyException";
+    }
+    return kNoRawValue;
+}
+
 template <>
 struct FailureTraits<ParsingErrorCase> {
     static constexpr std::string_view domain = "ParsingError";
-    static constexpr std::array<std::string_view, 1> cases{"duplicateKeyException"};
     using Value = FailureValue;
 };
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/RawValue.h"
+#include "Platform/EnumTable.h"
 
 namespace korvane {
 
@@ -15,31 +15,57 @@ enum class ChallengeCancelationInd {
     TRANSACTION_TIMED_OUT_AT_SDK,
 };
 
-template <>
-struct RawValues<ChallengeCancelationInd> {
-    static constexpr std::array<std::string_view, 7> texts{"01", "03", "04", "05", "06", "07", "08"};
-};
+[[nodiscard]] constexpr std::string_view rawValue(ChallengeCancelationInd value) {
+    using enum ChallengeCancelationInd;
+    switch (value) {
+    case CARDHOLDER_SELECTED_CANCEL: return "01";
+    case TRANSACTION_TIMED_OUT_DECOUPLED_AUTHENTICATION: return "03";
+    case TRANSACTION_TIMED_OUT_AT_ACS_OTHER_TIMEOUTS: return "04";
+    case TRANSACTION_TIMED_OUT_AT_ACS_FIRST_CREQ_NOT_RECEIVED_BY_ACS: return "05";
+    case TRANSACTION_ERROR: return "06";
+    case UNKNOWN: return "07";
+    case TRANSACTION_TIMED_OUT_AT_SDK: return "08";
+    }
+    return kNoRawValue;
+}
 
 enum class YesNoSelector { Y, N };
 
-template <>
-struct RawValues<YesNoSelector> {
-    static constexpr std::array<std::string_view, 2> texts{"Y", "N"};
-};
+[[nodiscard]] constexpr std::string_view rawValue(YesNoSelector value) {
+    switch (value) {
+    case YesNoSelector::Y: return "Y";
+    case YesNoSelector::N: return "N";
+    }
+    return kNoRawValue;
+}
 
 enum class ChallengeWindowSize { XS, S, M, L, FULL_SCREEN };
 
-template <>
-struct RawValues<ChallengeWindowSize> {
-    static constexpr std::array<std::string_view, 5> texts{"01", "02", "03", "04", "05"};
-};
+[[nodiscard]] constexpr std::string_view rawValue(ChallengeWindowSize value) {
+    using enum ChallengeWindowSize;
+    switch (value) {
+    case XS: return "01";
+    case S: return "02";
+    case M: return "03";
+    case L: return "04";
+    case FULL_SCREEN: return "05";
+    }
+    return kNoRawValue;
+}
 
 /// The five kinds of challenge.
 enum class UiType { TEXT, SINGLE_SELECT, MULTI_SELECT, OOB, HTML_OTHER };
 
-template <>
-struct RawValues<UiType> {
-    static constexpr std::array<std::string_view, 5> texts{"01", "02", "03", "04", "05"};
-};
+[[nodiscard]] constexpr std::string_view rawValue(UiType value) {
+    using enum UiType;
+    switch (value) {
+    case TEXT: return "01";
+    case SINGLE_SELECT: return "02";
+    case MULTI_SELECT: return "03";
+    case OOB: return "04";
+    case HTML_OTHER: return "05";
+    }
+    return kNoRawValue;
+}
 
 } // namespace korvane

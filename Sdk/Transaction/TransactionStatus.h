@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/RawValue.h"
+#include "Platform/EnumTable.h"
 
 namespace korvane {
 
@@ -16,9 +16,19 @@ enum class TransactionStatus {
     INFORMATIONAL_ONLY,
 };
 
-template <>
-struct RawValues<TransactionStatus> {
-    static constexpr std::array<std::string_view, 8> texts{"Y", "N", "U", "A", "C", "D", "R", "I"};
-};
+[[nodiscard]] constexpr std::string_view rawValue(TransactionStatus value) {
+    using enum TransactionStatus;
+    switch (value) {
+    case AUTHENTICATION_SUCCESSFUL: return "Y";
+    case NOT_AUTHENTICATED: return "N";
+    case AUTHENTICATION_COULD_NOT_BE_PERFORMED: return "U";
+    case ATTEMPTS_PROCESSING_PERFORMED: return "A";
+    case CHALLENGE_REQUIRED: return "C";
+    case DECOUPLED_CHALLENGE_REQUIRED: return "D";
+    case ACCOUNT_VERIFICATION_REJECTED: return "R";
+    case INFORMATIONAL_ONLY: return "I";
+    }
+    return kNoRawValue;
+}
 
 } // namespace korvane

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/RawValue.h"
+#include "Platform/EnumTable.h"
 
 #include <optional>
 
@@ -9,10 +9,13 @@ namespace korvane {
 /// The two ways in which a screen can lie.
 enum class Orientation { LANDSCAPE, PORTRAIT };
 
-template <>
-struct RawValues<Orientation> {
-    static constexpr std::array<std::string_view, 2> texts{"LANDSCAPE", "PORTRAIT"};
-};
+[[nodiscard]] constexpr std::string_view rawValue(Orientation value) {
+    switch (value) {
+    case Orientation::LANDSCAPE: return "LANDSCAPE";
+    case Orientation::PORTRAIT: return "PORTRAIT";
+    }
+    return kNoRawValue;
+}
 
 /// How the device is held, as far as the application's settings ("UISupportedInterfaceOrientations", if it
 /// has any) let its screens follow. No value for a device that lies flat, upside down or in a way that the

@@ -98,7 +98,7 @@ void Session::begin() {
         transaction_ = service_.createTransaction(options_.directoryServer, options_.messageVersion);
         events_.write(requestEvent(transaction_->getAuthenticationRequestParameters()));
     } catch (const SdkError& error) {
-        const std::string kind(FailureTraits<SdkErrorCase>::cases[static_cast<std::size_t>(error.kind())]);
+        const std::string kind(rawValue(error.kind()));
         events_.write({{"event", "sdkError"}, {"kind", kind}, {"message", error.message()}});
         stop();
         return;

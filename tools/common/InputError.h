@@ -21,6 +21,23 @@ enum class InputErrorCase {
     wrongKey,
 };
 
+[[nodiscard]] constexpr std::string_view rawValue(InputErrorCase value) {
+    using enum InputErrorCase;
+    switch (value) {
+    case notJSON: return "notJSON";
+    case lineTooLong: return "lineTooLong";
+    case unknownOp: return "unknownOp";
+    case unknownMember: return "unknownMember";
+    case missingMember: return "missingMember";
+    case wrongType: return "wrongType";
+    case outOfRange: return "outOfRange";
+    case notBase64: return "notBase64";
+    case unknownAlgorithm: return "unknownAlgorithm";
+    case wrongKey: return "wrongKey";
+    }
+    return kNoRawValue;
+}
+
 } // namespace korvane::tools
 
 namespace korvane {
@@ -28,9 +45,6 @@ namespace korvane {
 template <>
 struct FailureTraits<tools::InputErrorCase> {
     static constexpr std::string_view domain = "InputError";
-    static constexpr std::array<std::string_view, 10> cases{
-        "notJSON",   "lineTooLong", "unknownOp", "unknownMember",    "missingMember",
-        "wrongType", "outOfRange",  "notBase64", "unknownAlgorithm", "wrongKey"};
     using Value = FailureValue;
 };
 
