@@ -9,6 +9,7 @@ namespace korvane {
 namespace {
 
 struct HashRow {
+    Hash hash;
     std::size_t bitLength;
     CCHmacAlgorithm ccHmacAlgorithm;
     SecretBytes (*digestFunc)(ByteView);
@@ -22,24 +23,27 @@ SecretBytes digestBy(ByteView data) {
 }
 
 constexpr std::array<HashRow, 3> kHashes{{
-    {256, CCHmacAlgorithm::kCCHmacAlgSHA256, digestBy<32, CC_SHA256>},
-    {384, CCHmacAlgorithm::kCCHmacAlgSHA384, digestBy<48, CC_SHA384>},
-    {512, CCHmacAlgorithm::kCCHmacAlgSHA512, digestBy<64, CC_SHA512>},
+    {Hash::SHA256, 256, CCHmacAlgorithm::kCCHmacAlgSHA256, digestBy<32, CC_SHA256>},
+    {Hash::SHA384, 384, CCHmacAlgorithm::kCCHmacAlgSHA384, digestBy<48, CC_SHA384>},
+    {Hash::SHA512, 512, CCHmacAlgorithm::kCCHmacAlgSHA512, digestBy<64, CC_SHA512>},
 }};
+static_assert(hasRowsOfAllCases(kHashes, &HashRow::hash));
 
 const HashRow& rowOf(Hash hash) {
     return kHashes[static_cast<std::size_t>(hash)];
 }
 
 struct HMACRow {
+    HMACAlgorithm algorithm;
     std::size_t outputLength;
     CCHmacAlgorithm ccAlgorithm;
 };
 
 constexpr std::array<HMACRow, 2> kHMACs{{
-    {64, CCHmacAlgorithm::kCCHmacAlgSHA512},
-    {32, CCHmacAlgorithm::kCCHmacAlgSHA256},
+    {HMACAlgorithm::SHA512, 64, CCHmacAlgorithm::kCCHmacAlgSHA512},
+    {HMACAlgorithm::SHA256, 32, CCHmacAlgorithm::kCCHmacAlgSHA256},
 }};
+static_assert(hasRowsOfAllCases(kHMACs, &HMACRow::algorithm));
 
 const HMACRow& rowOf(HMACAlgorithm algorithm) {
     return kHMACs[static_cast<std::size_t>(algorithm)];
@@ -74,6 +78,7 @@ constexpr std::array<KeyManagementRow, 11> kKeyManagement{{
     {KM::ECDH_ES_A192KW, EC, kNone, 0, kNone, KM::A192KW},
     {KM::ECDH_ES_A256KW, EC, kNone, 0, kNone, KM::A256KW},
 }};
+static_assert(hasRowsOfAllCases(kKeyManagement, &KeyManagementRow::algorithm));
 
 constexpr auto kKeyManagementCases = [] {
     std::array<KM, kKeyManagement.size()> cases{};
@@ -98,6 +103,7 @@ constexpr std::array<ContentEncryptionRow, 2> kContentEncryption{{
     {ContentEncryptionAlgorithm::A256CBCHS512, 64, 32, HMACAlgorithm::SHA512, 32},
     {ContentEncryptionAlgorithm::A128CBCHS256, 32, 16, HMACAlgorithm::SHA256, 16},
 }};
+static_assert(hasRowsOfAllCases(kContentEncryption, &ContentEncryptionRow::algorithm));
 
 const ContentEncryptionRow& rowOf(ContentEncryptionAlgorithm algorithm) {
     return kContentEncryption[static_cast<std::size_t>(algorithm)];
@@ -122,6 +128,7 @@ constexpr std::array<SignatureRow, 9> kSignatures{{
     {SA::ES384, kSecKeyAlgorithmECDSASignatureMessageX962SHA384, ECCurveType::P384},
     {SA::ES512, kSecKeyAlgorithmECDSASignatureMessageX962SHA512, ECCurveType::P521},
 }};
+static_assert(hasRowsOfAllCases(kSignatures, &SignatureRow::algorithm));
 
 const SignatureRow& rowOf(SA algorithm) {
     return kSignatures[static_cast<std::size_t>(algorithm)];

@@ -10,6 +10,7 @@ namespace {
 constexpr std::array<std::string_view, 4> kNumbers{ECParameter::curve, ECParameter::x, ECParameter::y,
                                                    ECParameter::privateKey};
 constexpr JWKForm kForm{JWKKeyType::EC, kNumbers, ECParameter::privateKey, "Key Type parameter wrong.", true};
+static_assert(kForm.privateNumber == kNumbers.back());
 
 /// Raises another failure than a public key, which has `invalidCurveType`.
 std::string_view requiredCurve(const std::string& crv) {

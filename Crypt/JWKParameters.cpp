@@ -12,6 +12,7 @@ struct CurveRow {
 
 constexpr std::array<CurveRow, 3> kCurves{
     {{ECCurveType::P256, 256, 32}, {ECCurveType::P384, 384, 48}, {ECCurveType::P521, 521, 66}}};
+static_assert(hasRowsOfAllCases(kCurves, &CurveRow::curve));
 
 const CurveRow& rowOf(ECCurveType curve) {
     return kCurves[static_cast<std::size_t>(curve)];

@@ -10,6 +10,7 @@ constexpr std::array<std::string_view, 3> kNumbers{RSAParameter::modulus, RSAPar
                                                    RSAParameter::privateExponent};
 constexpr JWKForm kForm{JWKKeyType::RSA, kNumbers, RSAParameter::privateExponent, "Key Type parameter wrong.",
                         true};
+static_assert(kForm.privateNumber == kNumbers.back());
 
 } // namespace
 

@@ -136,6 +136,12 @@ constexpr std::array<ParameterRow, 28> kParameters{{
     {APPS_RECIPT, [](Device& d) { return receipt(d.platform.mainBundle()); }},
 }};
 
+/// The platform stands in the data from the start; each of the others is collected, and once.
+static_assert(std::ranges::all_of(EnumTable<DeviceInfoParameter>::rows, [](const auto& row) {
+    const auto count = std::ranges::count(kParameters, row.value, &ParameterRow::parameter);
+    return count == (row.value == PLATFORM ? 0 : 1);
+}));
+
 void put(DeviceInfoParameter parameter, Outcome outcome, DeviceData& data) {
     const std::string key(rawValue(parameter));
     if (auto* value = std::get_if<std::string>(&outcome)) {
