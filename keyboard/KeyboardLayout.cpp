@@ -4,7 +4,6 @@
 #include "keyboard/HalfPoints.h"
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 namespace korvane {
@@ -128,20 +127,23 @@ KeyboardButtonTouch* KeyboardLayout::entry(const UITouch& touch) {
 }
 
 void KeyboardLayout::report(UITouchPhase phase, const UITouches& touches) {
-    using Report = void (KeyboardLayoutDelegate::*)(KeyboardLayout&, const UITouches&);
-    static constexpr std::array<Report, 4> kReports{&KeyboardLayoutDelegate::keyboardLayoutDidTouchesBegin,
-                                                    &KeyboardLayoutDelegate::keyboardLayoutDidTouchesMove,
-                                                    &KeyboardLayoutDelegate::keyboardLayoutDidTouchesEnd,
-                                                    &KeyboardLayoutDelegate::keyboardLayoutDidTouchesCancel};
     const auto listener = delegate();
-    if (listener) ((*listener).*kReports[static_cast<std::size_t>(phase)])(*this, touches);
+    if (!listener) return;
+    switch (phase) {
+    case UITouchPhase::began: listener->keyboardLayoutDidTouchesBegin(*this, touches); break;
+    case UITouchPhase::moved: listener->keyboardLayoutDidTouchesMove(*this, touches); break;
+    case UITouchPhase::ended: listener->keyboardLayoutDidTouchesEnd(*this, touches); break;
+    case UITouchPhase::cancelled: listener->keyboardLayoutDidTouchesCancel(*this, touches); break;
+    }
 }
 
 void KeyboardLayout::follow(UITouchPhase phase, const std::shared_ptr<UITouch>& touch) {
-    using Step = void (KeyboardLayout::*)(const std::shared_ptr<UITouch>&);
-    static constexpr std::array<Step, 4> kSteps{&KeyboardLayout::begin, &KeyboardLayout::move,
-                                                &KeyboardLayout::end, &KeyboardLayout::cancel};
-    (this->*kSteps[static_cast<std::size_t>(phase)])(touch);
+    switch (phase) {
+    case UITouchPhase::began: begin(touch); break;
+    case UITouchPhase::moved: move(touch); break;
+    case UITouchPhase::ended: end(touch); break;
+    case UITouchPhase::cancelled: cancel(touch); break;
+    }
 }
 
 void KeyboardLayout::handle(UITouchPhase phase, const UITouches& touches) {

@@ -3,7 +3,6 @@
 
 #include <openssl/rsa.h>
 
-#include <algorithm>
 #include <array>
 
 namespace korvane {
@@ -19,7 +18,6 @@ enum class Purpose { encryption, signature, exchange };
 /// One algorithm: what it is for, the type of its keys, its RSA padding (0 for EC) and its
 /// digest (null: none).
 struct AlgorithmRow {
-    SecKeyAlgorithm algorithm;
     Purpose purpose;
     SecKeyType type;
     int padding;
@@ -29,52 +27,52 @@ struct AlgorithmRow {
 constexpr auto kRsa = SecKeyType::kSecAttrKeyTypeRSA;
 constexpr auto kEc = SecKeyType::kSecAttrKeyTypeEC;
 
-constexpr std::array<AlgorithmRow, 13> kAlgorithms{{
-    {kSecKeyAlgorithmRSAEncryptionPKCS1, Purpose::encryption, kRsa, RSA_PKCS1_PADDING, nullptr},
-    {kSecKeyAlgorithmRSAEncryptionOAEPSHA1, Purpose::encryption, kRsa, RSA_PKCS1_OAEP_PADDING, "SHA1"},
-    {kSecKeyAlgorithmRSAEncryptionOAEPSHA256, Purpose::encryption, kRsa, RSA_PKCS1_OAEP_PADDING, "SHA256"},
-    {kSecKeyAlgorithmRSASignatureMessagePKCS1v15SHA256, Purpose::signature, kRsa, RSA_PKCS1_PADDING,
-     "SHA256"},
-    {kSecKeyAlgorithmRSASignatureMessagePKCS1v15SHA384, Purpose::signature, kRsa, RSA_PKCS1_PADDING,
-     "SHA384"},
-    {kSecKeyAlgorithmRSASignatureMessagePKCS1v15SHA512, Purpose::signature, kRsa, RSA_PKCS1_PADDING,
-     "SHA512"},
-    {kSecKeyAlgorithmRSASignatureMessagePSSSHA256, Purpose::signature, kRsa, RSA_PKCS1_PSS_PADDING, "SHA256"},
-    {kSecKeyAlgorithmRSASignatureMessagePSSSHA384, Purpose::signature, kRsa, RSA_PKCS1_PSS_PADDING, "SHA384"},
-    {kSecKeyAlgorithmRSASignatureMessagePSSSHA512, Purpose::signature, kRsa, RSA_PKCS1_PSS_PADDING, "SHA512"},
-    {kSecKeyAlgorithmECDSASignatureMessageX962SHA256, Purpose::signature, kEc, 0, "SHA256"},
-    {kSecKeyAlgorithmECDSASignatureMessageX962SHA384, Purpose::signature, kEc, 0, "SHA384"},
-    {kSecKeyAlgorithmECDSASignatureMessageX962SHA512, Purpose::signature, kEc, 0, "SHA512"},
-    {kSecKeyAlgorithmECDHKeyExchangeStandard, Purpose::exchange, kEc, 0, nullptr},
-}};
-
-const AlgorithmRow& rowOf(SecKeyAlgorithm algorithm) {
-    return *std::find_if(kAlgorithms.begin(), kAlgorithms.end(),
-                         [algorithm](const AlgorithmRow& row) { return row.algorithm == algorithm; });
+AlgorithmRow rowOf(SecKeyAlgorithm algorithm) {
+    switch (algorithm) {
+    case kSecKeyAlgorithmRSAEncryptionPKCS1: return {Purpose::encryption, kRsa, RSA_PKCS1_PADDING, nullptr};
+    case kSecKeyAlgorithmRSAEncryptionOAEPSHA1:
+        return {Purpose::encryption, kRsa, RSA_PKCS1_OAEP_PADDING, "SHA1"};
+    case kSecKeyAlgorithmRSAEncryptionOAEPSHA256:
+        return {Purpose::encryption, kRsa, RSA_PKCS1_OAEP_PADDING, "SHA256"};
+    case kSecKeyAlgorithmRSASignatureMessagePKCS1v15SHA256:
+        return {Purpose::signature, kRsa, RSA_PKCS1_PADDING, "SHA256"};
+    case kSecKeyAlgorithmRSASignatureMessagePKCS1v15SHA384:
+        return {Purpose::signature, kRsa, RSA_PKCS1_PADDING, "SHA384"};
+    case kSecKeyAlgorithmRSASignatureMessagePKCS1v15SHA512:
+        return {Purpose::signature, kRsa, RSA_PKCS1_PADDING, "SHA512"};
+    case kSecKeyAlgorithmRSASignatureMessagePSSSHA256:
+        return {Purpose::signature, kRsa, RSA_PKCS1_PSS_PADDING, "SHA256"};
+    case kSecKeyAlgorithmRSASignatureMessagePSSSHA384:
+        return {Purpose::signature, kRsa, RSA_PKCS1_PSS_PADDING, "SHA384"};
+    case kSecKeyAlgorithmRSASignatureMessagePSSSHA512:
+        return {Purpose::signature, kRsa, RSA_PKCS1_PSS_PADDING, "SHA512"};
+    case kSecKeyAlgorithmECDSASignatureMessageX962SHA256: return {Purpose::signature, kEc, 0, "SHA256"};
+    case kSecKeyAlgorithmECDSASignatureMessageX962SHA384: return {Purpose::signature, kEc, 0, "SHA384"};
+    case kSecKeyAlgorithmECDSASignatureMessageX962SHA512: return {Purpose::signature, kEc, 0, "SHA512"};
+    case kSecKeyAlgorithmECDHKeyExchangeStandard: return {Purpose::exchange, kEc, 0, nullptr};
+    }
+    fatalError("A number that is no key algorithm.");
 }
 
 /// One operation: what it is for, the class of its key, and how OpenSSL is told to begin.
 struct OperationRow {
-    SecKeyOperationType operation;
     Purpose purpose;
     SecKeyClass keyClass;
     int (*begin)(EVP_PKEY_CTX*);
 };
 
-constexpr std::array<OperationRow, 5> kOperations{{
-    {kSecKeyOperationTypeSign, Purpose::signature, SecKeyClass::kSecAttrKeyClassPrivate, EVP_PKEY_sign_init},
-    {kSecKeyOperationTypeVerify, Purpose::signature, SecKeyClass::kSecAttrKeyClassPublic,
-     EVP_PKEY_verify_init},
-    {kSecKeyOperationTypeEncrypt, Purpose::encryption, SecKeyClass::kSecAttrKeyClassPublic,
-     EVP_PKEY_encrypt_init},
-    {kSecKeyOperationTypeDecrypt, Purpose::encryption, SecKeyClass::kSecAttrKeyClassPrivate,
-     EVP_PKEY_decrypt_init},
-    {kSecKeyOperationTypeKeyExchange, Purpose::exchange, SecKeyClass::kSecAttrKeyClassPrivate,
-     EVP_PKEY_derive_init},
-}};
+constexpr auto kPublic = SecKeyClass::kSecAttrKeyClassPublic;
+constexpr auto kPrivate = SecKeyClass::kSecAttrKeyClassPrivate;
 
-const OperationRow& rowOf(SecKeyOperationType operation) {
-    return kOperations[static_cast<std::size_t>(operation)];
+OperationRow rowOf(SecKeyOperationType operation) {
+    switch (operation) {
+    case kSecKeyOperationTypeSign: return {Purpose::signature, kPrivate, EVP_PKEY_sign_init};
+    case kSecKeyOperationTypeVerify: return {Purpose::signature, kPublic, EVP_PKEY_verify_init};
+    case kSecKeyOperationTypeEncrypt: return {Purpose::encryption, kPublic, EVP_PKEY_encrypt_init};
+    case kSecKeyOperationTypeDecrypt: return {Purpose::encryption, kPrivate, EVP_PKEY_decrypt_init};
+    case kSecKeyOperationTypeKeyExchange: return {Purpose::exchange, kPrivate, EVP_PKEY_derive_init};
+    }
+    fatalError("A number that is no key operation.");
 }
 
 bool setDigest(EVP_PKEY_CTX* context, const AlgorithmRow& row) {
@@ -154,8 +152,8 @@ KeyContext SecKey::Material::context(SecKeyOperationType operation, SecKeyAlgori
 
 bool SecKeyIsAlgorithmSupported(const SecKey& key, SecKeyOperationType operation, SecKeyAlgorithm algorithm) {
     const SecKeyAttributes& attributes = key.material().attributes;
-    const AlgorithmRow& row = rowOf(algorithm);
-    const OperationRow& wanted = rowOf(operation);
+    const AlgorithmRow row = rowOf(algorithm);
+    const OperationRow wanted = rowOf(operation);
     return row.type == attributes.kSecAttrKeyType && row.purpose == wanted.purpose &&
            wanted.keyClass == attributes.kSecAttrKeyClass;
 }

@@ -3,28 +3,27 @@
 #include "Platform/Failure.h"
 #include "Platform/View/UIView.h"
 
-#include <array>
-
 namespace korvane {
 
-namespace {
-
-/// In the order of their numbers, from `top` on.
-constexpr std::array<std::string_view, 6> kNames{"top", "bottom", "leading", "trailing", "width", "height"};
-
-constexpr int kFirst = static_cast<int>(NSLayoutAttribute::top);
-
-} // namespace
-
 std::string_view name(NSLayoutAttribute attribute) {
-    if (attribute == NSLayoutAttribute::notAnAttribute) return "nothing";
-    return kNames[static_cast<std::size_t>(static_cast<int>(attribute) - kFirst)];
+    switch (attribute) {
+    case NSLayoutAttribute::notAnAttribute: return "nothing";
+    case NSLayoutAttribute::top: return "top";
+    case NSLayoutAttribute::bottom: return "bottom";
+    case NSLayoutAttribute::leading: return "leading";
+    case NSLayoutAttribute::trailing: return "trailing";
+    case NSLayoutAttribute::width: return "width";
+    case NSLayoutAttribute::height: return "height";
+    }
+    return {};
 }
 
-std::optional<NSLayoutAttribute> layoutAttributeNamed(std::string_view name) {
-    for (std::size_t index = 0; index < kNames.size(); ++index)
-        if (kNames[index] == name) return static_cast<NSLayoutAttribute>(static_cast<int>(index) + kFirst);
-    return std::nullopt;
+std::optional<NSLayoutAttribute> layoutAttributeNamed(std::string_view text) {
+    for (int number = static_cast<int>(NSLayoutAttribute::top);; ++number) {
+        const auto attribute = static_cast<NSLayoutAttribute>(number);
+        if (name(attribute).empty()) return std::nullopt;
+        if (name(attribute) == text) return attribute;
+    }
 }
 
 std::shared_ptr<NSLayoutConstraint> NSLayoutConstraint::make(const Side& first, const Side& second,

@@ -1,6 +1,6 @@
 #include "Sdk/Events/KorvaneError.h"
 
-#include <array>
+#include <optional>
 #include <string_view>
 #include <utility>
 
@@ -8,40 +8,48 @@ namespace korvane {
 
 namespace {
 
-struct ErrorRow {
-    ProtocolErrorCode code;
+struct Texts {
     std::string_view description;
     std::string_view details;
 };
 
-using enum ProtocolErrorCode;
-
-constexpr std::array<ErrorRow, 8> kErrors{{
-    {messageNotRecognised, "Message not recognised", "Invalid Message Type"},
-    {elementMissing, "A message element required as defined in Table A.1 is missing from the message.",
-     "List of missing fields."},
-    {criticalExtension, "Critical message extension not recognised.",
-     "List of ids of not recognised message extensions."},
-    {elementInvalid, "Data element not in the required format or value is invalid as defined in Table A.1",
-     "List of erroneous fields."},
-    {elementRepeated, "Valid data element presents more than once in the message.",
-     "List of erroneous fields."},
-    {transactionUnknown, "Transaction ID received is not valid for the receiving component.",
-     "The Transaction ID received was invalid."},
-    {notDecrypted, "Data could not be decrypted by the receiving system due to technical or other reason.",
-     "Data could not decrypt."},
-    {timedOut, "Transaction timed-out.",
-     "Timeout expiry reached for the transaction as defined in Section 5.5."},
-}};
+/// The texts of a code; a number that the protocol has no code for has none.
+std::optional<Texts> textsOf(ProtocolErrorCode code) {
+    using enum ProtocolErrorCode;
+    switch (code) {
+    case messageNotRecognised: return Texts{"Message not recognised", "Invalid Message Type"};
+    case elementMissing:
+        return Texts{"A message element required as defined in Table A.1 is missing from the message.",
+                     "List of missing fields."};
+    case criticalExtension:
+        return Texts{"Critical message extension not recognised.",
+                     "List of ids of not recognised message extensions."};
+    case elementInvalid:
+        return Texts{"Data element not in the required format or value is invalid as defined in Table A.1",
+                     "List of erroneous fields."};
+    case elementRepeated:
+        return Texts{"Valid data element presents more than once in the message.",
+                     "List of erroneous fields."};
+    case transactionUnknown:
+        return Texts{"Transaction ID received is not valid for the receiving component.",
+                     "The Transaction ID received was invalid."};
+    case notDecrypted:
+        return Texts{"Data could not be decrypted by the receiving system due to technical or other reason.",
+                     "Data could not decrypt."};
+    case timedOut:
+        return Texts{"Transaction timed-out.",
+                     "Timeout expiry reached for the transaction as defined in Section 5.5."};
+    }
+    return std::nullopt;
+}
 
 constexpr int kSystemFailure = 404;
 
 } // namespace
 
 KorvaneError KorvaneError::getErrorByCode(int code) {
-    for (const ErrorRow& row : kErrors)
-        if (static_cast<int>(row.code) == code)
-            return {code, std::string(row.description), std::string(row.details)};
+    if (const auto texts = textsOf(ProtocolErrorCode{code}))
+        return {code, std::string(texts->description), std::string(texts->details)};
     return {kSystemFailure, "Permanent system failure.", "Unknown code " + std::to_string(code)};
 }
 

@@ -8,39 +8,33 @@ namespace {
 
 using Neighbour = const UIView*;
 
+/// An edge or a length of the view: its new constant, and what stands beside the edge.
 struct Side {
-    std::optional<double> UiConstraints::*value;
     NSLayoutAttribute attribute;
-    bool isLength = false;
-};
+    std::optional<double> constant;
+    Neighbour neighbour = nullptr;
 
-/// In the order in which they are applied.
-constexpr std::array<Side, 6> kSides{{
-    {&UiConstraints::leading, NSLayoutAttribute::leading},
-    {&UiConstraints::trailing, NSLayoutAttribute::trailing},
-    {&UiConstraints::top, NSLayoutAttribute::top},
-    {&UiConstraints::bottom, NSLayoutAttribute::bottom},
-    {&UiConstraints::height, NSLayoutAttribute::height, true},
-    {&UiConstraints::width, NSLayoutAttribute::width, true},
-}};
+    [[nodiscard]] bool isLength() const {
+        return attribute == NSLayoutAttribute::width || attribute == NSLayoutAttribute::height;
+    }
+};
 
 /// Whether the other side of a constraint is the neighbour; without one, the superview or its safe area, and
 /// for a length also nothing.
-bool isBoundTo(const NSLayoutConstraint& constraint, Neighbour neighbour, UIView& superview,
-               const Side& side) {
+bool isBoundTo(const NSLayoutConstraint& constraint, UIView& superview, const Side& side) {
     const auto item = constraint.secondItem();
-    if (neighbour) return item.get() == neighbour;
-    if (!item) return side.isLength;
+    if (side.neighbour) return item.get() == side.neighbour;
+    if (!item) return side.isLength();
     return item.get() == &superview || item == superview.safeAreaLayoutGuide();
 }
 
-void applyConstant(UIView& superview, const UIView& view, const Side& side, Neighbour neighbour,
-                   double constant) {
+void applyConstant(UIView& superview, const UIView& view, const Side& side) {
+    if (!side.constant) return;
     for (const auto& constraint : superview.constraints()) {
         if (constraint->firstItem().get() != &view || constraint->firstAttribute() != side.attribute)
             continue;
-        if (!isBoundTo(*constraint, neighbour, superview, side)) continue;
-        constraint->setConstant(constant);
+        if (!isBoundTo(*constraint, superview, side)) continue;
+        constraint->setConstant(*side.constant);
         return;
     }
 }
@@ -50,13 +44,16 @@ void applyConstant(UIView& superview, const UIView& view, const Side& side, Neig
 void ChallengeViewController::applyConstraints(UIView& superview, const UIView& view, const UIView* topView,
                                                const UIView* bottomView, const UIView* leftView,
                                                const UIView* rightView, const UiConstraints& constraints) {
-    const std::array<Neighbour, kSides.size()> neighbours{leftView,   rightView, topView,
-                                                          bottomView, nullptr,   nullptr};
-    for (std::size_t index = 0; index < kSides.size(); ++index) {
-        const Side& side = kSides[index];
-        if (const auto& value = constraints.*side.value)
-            applyConstant(superview, view, side, neighbours[index], *value);
-    }
+    const std::array<Side, 6> sides{{
+        {NSLayoutAttribute::leading, constraints.leading, leftView},
+        {NSLayoutAttribute::trailing, constraints.trailing, rightView},
+        {NSLayoutAttribute::top, constraints.top, topView},
+        {NSLayoutAttribute::bottom, constraints.bottom, bottomView},
+        {NSLayoutAttribute::height, constraints.height},
+        {NSLayoutAttribute::width, constraints.width},
+    }};
+    for (const Side& side : sides)
+        applyConstant(superview, view, side);
 }
 
 } // namespace korvane

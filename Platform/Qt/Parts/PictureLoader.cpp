@@ -4,20 +4,27 @@
 #include <QImageReader>
 
 #include <algorithm>
-#include <array>
 
 namespace korvane {
 
 namespace {
-
-/// In the order of `UIImageFormat`.
-constexpr std::array<const char*, 4> kFormatNames{"png", "jpeg", "gif", "svg"};
 
 /// Of the screens' two logos, each may take its time.
 constexpr int kThreads = 2;
 
 /// Logos are some hundred pixels long on the densest screens.
 constexpr int kLongestSide = 1024;
+
+/// The name of a format for Qt.
+const char* nameOf(UIImageFormat format) {
+    switch (format) {
+    case UIImageFormat::png: return "png";
+    case UIImageFormat::jpeg: return "jpeg";
+    case UIImageFormat::gif: return "gif";
+    case UIImageFormat::svg: return "svg";
+    }
+    return nullptr;
+}
 
 } // namespace
 
@@ -27,7 +34,7 @@ QImage decoded(const EncodedImage& picture, QSize pixels) {
     QByteArray bytes = QByteArray::fromRawData(reinterpret_cast<const char*>(picture.bytes.data()),
                                                static_cast<qsizetype>(picture.bytes.size()));
     QBuffer buffer(&bytes);
-    QImageReader reader(&buffer, kFormatNames[static_cast<std::size_t>(picture.head.format)]);
+    QImageReader reader(&buffer, nameOf(picture.head.format));
     reader.setAutoDetectImageFormat(false);
     const bool isDrawing = picture.head.format == UIImageFormat::svg;
     const QSize told = QSizeF(picture.head.size.width, picture.head.size.height).toSize();
