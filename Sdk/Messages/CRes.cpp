@@ -33,60 +33,22 @@ void read(const JSONField& field, std::optional<Value>& target) {
     if (!field.isNull()) read(field, target.emplace());
 }
 
-/// A field of the record: its name, whether it must be there, and how it is read.
-struct FieldRow {
-    std::string_view name;
-    bool isRequired;
-    void (*read)(const JSONField&, CRes&);
-};
-
-template <class Value>
-constexpr bool isOptional(std::optional<Value> CRes::*) {
-    return true;
+constexpr std::size_t sizeOf(const CRes::Field& field) {
+    return std::visit([]<class Value>(Value CRes::*) { return sizeof(Value); }, field.member);
 }
 
-constexpr bool isOptional(std::string CRes::*) {
-    return false;
-}
-
-template <auto Member>
-constexpr FieldRow row(std::string_view name) {
-    return {name, !isOptional(Member), [](const JSONField& field, CRes& cres) { read(field, cres.*Member); }};
-}
-
-/// In the order in which the fields are read, which decides what failure is told first.
-constexpr std::array<FieldRow, 30> kFields{
-    row<&CRes::threeDSServerTransID>("threeDSServerTransID"),
-    row<&CRes::acsCounterAtoS>("acsCounterAtoS"),
-    row<&CRes::acsTransID>("acsTransID"),
-    row<&CRes::acsHTML>("acsHTML"),
-    row<&CRes::acsHTMLRefresh>("acsHTMLRefresh"),
-    row<&CRes::acsUiType>("acsUiType"),
-    row<&CRes::challengeCompletionInd>("challengeCompletionInd"),
-    row<&CRes::challengeInfoHeader>("challengeInfoHeader"),
-    row<&CRes::challengeInfoLabel>("challengeInfoLabel"),
-    row<&CRes::challengeInfoText>("challengeInfoText"),
-    row<&CRes::challengeInfoTextIndicator>("challengeInfoTextIndicator"),
-    row<&CRes::challengeSelectInfo>("challengeSelectInfo"),
-    row<&CRes::expandInfoLabel>("expandInfoLabel"),
-    row<&CRes::expandInfoText>("expandInfoText"),
-    row<&CRes::issuerImage>("issuerImage"),
-    row<&CRes::messageExtension>("messageExtension"),
-    row<&CRes::messageType>("messageType"),
-    row<&CRes::messageVersion>("messageVersion"),
-    row<&CRes::oobAppURL>("oobAppURL"),
-    row<&CRes::oobAppLabel>("oobAppLabel"),
-    row<&CRes::oobContinueLabel>("oobContinueLabel"),
-    row<&CRes::psImage>("psImage"),
-    row<&CRes::resendInformationLabel>("resendInformationLabel"),
-    row<&CRes::sdkTransID>("sdkTransID"),
-    row<&CRes::submitAuthenticationLabel>("submitAuthenticationLabel"),
-    row<&CRes::whitelistingInfoText>("whitelistingInfoText"),
-    row<&CRes::whyInfoLabel>("whyInfoLabel"),
-    row<&CRes::whyInfoText>("whyInfoText"),
-    row<&CRes::transStatus>("transStatus"),
-    row<&CRes::challengeAddInfo>("challengeAddInfo"),
-};
+/// Whether the rows are those of the record: no name and no member stands in two of them, and their members
+/// fill it.
+constexpr bool haveAllFields = [] {
+    std::size_t size = 0;
+    for (const CRes::Field& field : CRes::fields()) {
+        size += sizeOf(field);
+        for (const CRes::Field& other : CRes::fields())
+            if (&other != &field && (other.name == field.name || other.member == field.member)) return false;
+    }
+    return size == sizeof(CRes);
+}();
+static_assert(haveAllFields);
 
 /// The values of the record's fields as they came, with the number of times that each name came.
 struct Gathered {
@@ -99,12 +61,12 @@ struct Gathered {
             const SecretJSON gone(std::move(value));
     }
 
-    std::array<JSON, kFields.size()> values;
-    std::array<int, kFields.size()> counts{};
+    std::array<JSON, CRes::fields().size()> values;
+    std::array<int, CRes::fields().size()> counts{};
 
     void add(std::string_view name, JSON&& value) {
-        for (std::size_t index = 0; index < kFields.size(); ++index)
-            if (kFields[index].name == name && ++counts[index] == 1) {
+        for (std::size_t index = 0; index < CRes::fields().size(); ++index)
+            if (CRes::fields()[index].name == name && ++counts[index] == 1) {
                 values[index] = std::move(value);
                 return;
             }
@@ -113,8 +75,8 @@ struct Gathered {
 
     [[nodiscard]] std::vector<std::string> repeatedNames() const {
         std::vector<std::string> names;
-        for (std::size_t index = 0; index < kFields.size(); ++index)
-            if (counts[index] > 1) names.emplace_back(kFields[index].name);
+        for (std::size_t index = 0; index < CRes::fields().size(); ++index)
+            if (counts[index] > 1) names.emplace_back(CRes::fields()[index].name);
         return names;
     }
 };
@@ -155,13 +117,15 @@ CRes CRes::decode(std::string_view json) {
         throw ParsingError(ParsingErrorCase::duplicateKeyException, Description{repeated});
     }
     CRes cres;
-    for (std::size_t index = 0; index < kFields.size(); ++index) {
-        const FieldRow& row = kFields[index];
-        if (gathered.counts[index] > 0)
-            row.read(JSONField(gathered.values[index], row.name), cres);
-        else if (row.isRequired)
+    for (std::size_t index = 0; index < fields().size(); ++index) {
+        const Field& field = fields()[index];
+        if (gathered.counts[index] > 0) {
+            const JSONField value(gathered.values[index], field.name);
+            std::visit([&](auto member) { read(value, cres.*member); }, field.member);
+        } else if (field.isRequired()) {
             throw DecodingError(DecodingErrorCase::keyNotFound,
-                                "\"" + std::string(row.name) + "\" is missing.", {std::string(row.name)});
+                                "\"" + std::string(field.name) + "\" is missing.", {std::string(field.name)});
+        }
     }
     return cres;
 }

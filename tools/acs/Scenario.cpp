@@ -13,8 +13,6 @@ namespace korvane::acs {
 
 namespace {
 
-using Names = std::span<const std::string_view>;
-
 constexpr std::array<std::string_view, 7> kScenarioMembers{
     "description", "signature", "threeDSRequestorAppURL", "authentication", "steps", "success", "failure"};
 constexpr std::array<std::string_view, 6> kStepMembers{"screen",   "retry",      "accepts",
@@ -27,44 +25,19 @@ constexpr std::array<std::string_view, 5> kAnswerMembers{"challengeDataEntry", "
                                                          "challengeNoEntry", "oobContinue",
                                                          "whitelistingDataEntry"};
 
-/// Members of a CRes that the ACS sets itself.
-constexpr std::array<std::string_view, 7> kOwnMembers{
-    "threeDSServerTransID",   "acsCounterAtoS", "acsTransID",    "sdkTransID",
-    "challengeCompletionInd", "messageType",    "messageVersion"};
-
-constexpr std::array<std::string_view, 23> kScreenMembers{"acsHTML",
-                                                          "acsHTMLRefresh",
-                                                          "acsUiType",
-                                                          "challengeInfoHeader",
-                                                          "challengeInfoLabel",
-                                                          "challengeInfoText",
-                                                          "challengeInfoTextIndicator",
-                                                          "challengeSelectInfo",
-                                                          "expandInfoLabel",
-                                                          "expandInfoText",
-                                                          "issuerImage",
-                                                          "messageExtension",
-                                                          "oobAppURL",
-                                                          "oobAppLabel",
-                                                          "oobContinueLabel",
-                                                          "psImage",
-                                                          "resendInformationLabel",
-                                                          "submitAuthenticationLabel",
-                                                          "whitelistingInfoText",
-                                                          "whyInfoLabel",
-                                                          "whyInfoText",
-                                                          "transStatus",
-                                                          "challengeAddInfo"};
+/// What every CRes has, the ACS sets itself; the rest is a screen's.
+std::vector<std::string_view> screenMembers() {
+    std::vector<std::string_view> names;
+    for (const CRes::Field& field : CRes::fields())
+        if (!field.isRequired()) names.push_back(field.name);
+    return names;
+}
 
 constexpr std::array<SignatureAlgorithm, 3> kSignatures{SignatureAlgorithm::PS256, SignatureAlgorithm::RS256,
                                                         SignatureAlgorithm::ES256};
 
 constexpr std::size_t kMostAttempts = 1000;
 constexpr double kMostSeconds = 600;
-
-bool contains(Names names, std::string_view name) {
-    return std::find(names.begin(), names.end(), name) != names.end();
-}
 
 /// The index that a step of a decoder's path names; a member may bear a name of that kind too.
 std::optional<std::size_t> indexOf(std::string_view key) {
@@ -88,10 +61,10 @@ std::string scenarioPath(std::string path, const std::vector<std::string>& codin
 /// Reads the members of a CRes as the library will, so that a slip in a screen shows here
 /// and not in a challenge.
 JSON readScreen(const ScenarioText& text, const ScenarioValue& value) {
-    value.requireKnown(kScreenMembers);
+    value.requireKnown(screenMembers());
     JSON message = value.json();
-    for (const std::string_view name : kOwnMembers)
-        message[std::string(name)] = "";
+    for (const CRes::Field& field : CRes::fields())
+        if (field.isRequired()) message[std::string(field.name)] = "";
     try {
         static_cast<void>(CRes::decode(message.dump()));
     } catch (const DecodingError& error) {
@@ -107,9 +80,8 @@ void checkParameter(const ScenarioValue& value, const FaultParameter& parameter)
     case FaultParameter::Type::seconds: static_cast<void>(value.amount(kMostSeconds)); return;
     case FaultParameter::Type::object: static_cast<void>(value.object()); return;
     }
-    const bool isMessageMember = parameter.name == "member";
-    if (isMessageMember && !contains(kOwnMembers, value.string()) &&
-        !contains(kScreenMembers, value.string()))
+    const auto isNamed = [&value](const CRes::Field& field) { return field.name == value.string(); };
+    if (parameter.name == "member" && std::ranges::none_of(CRes::fields(), isNamed))
         value.fail("names no member of a CRes.");
 }
 
