@@ -33,6 +33,16 @@ struct Judged {
 /// One rule: adds the names that it finds at fault.
 using Rule = void (*)(const Judged&, Names&);
 
+template <class Value>
+constexpr const CRes::Field& rowOf(Value CRes::*member) {
+    return *std::ranges::find(CRes::fields(), CRes::Field::Member(member), &CRes::Field::member);
+}
+
+template <class Value>
+void tell(Names& names, Value CRes::*member) {
+    names.emplace_back(rowOf(member).name);
+}
+
 bool isMissing(const OptionalText& text) {
     return !text || text->empty();
 }
@@ -53,98 +63,109 @@ std::optional<KorvaneError> errorOf(ProtocolErrorCode code, const Names& names) 
     return KorvaneError::withDetails(code, joined(names));
 }
 
-/// A required text that is empty.
-template <std::string CRes::*Field>
-void requireText(const Judged& judged, Names& names, const char* name) {
-    if ((judged.cres.*Field).empty()) names.emplace_back(name);
+template <std::string CRes::*Member>
+void requireText(const Judged& judged, Names& names) {
+    if ((judged.cres.*Member).empty()) tell(names, Member);
+}
+
+void requireStatus(const Judged& judged, Names& names) {
+    if (isMissing(judged.cres.transStatus)) tell(names, &CRes::transStatus);
+}
+
+void requireTypeAtFirst(const Judged& judged, Names& names) {
+    if (judged.container.initCRes && !judged.cres.acsUiType) tell(names, &CRes::acsUiType);
+}
+
+template <OptionalText CRes::*Member>
+void refuseEmpty(const Judged& judged, Names& names) {
+    if (isPresentAndEmpty(judged.cres.*Member)) tell(names, Member);
+}
+
+void requireTypeOrStatus(const Judged& judged, Names& names) {
+    if (judged.cres.acsUiType || judged.cres.transStatus) return;
+    tell(names, &CRes::acsUiType);
+    tell(names, &CRes::transStatus);
+}
+
+void requireHtml(const Judged& judged, Names& names) {
+    if (judged.isOneOf({UiType::HTML_OTHER}) && isMissing(judged.cres.acsHTML)) tell(names, &CRes::acsHTML);
+}
+
+void refuseEmptyRefresh(const Judged& judged, Names& names) {
+    if (judged.isOneOf({UiType::HTML_OTHER})) refuseEmpty<&CRes::acsHTMLRefresh>(judged, names);
 }
 
 /// Of a screen that needs its button, its label and some texts: without the label, the label alone is told.
-void requireScreenTexts(Names& names, const OptionalText& button, const char* buttonName,
-                        std::initializer_list<std::pair<const char*, const OptionalText*>> texts) {
-    if (isMissing(button)) {
-        names.emplace_back(buttonName);
-        return;
-    }
-    for (const auto& [name, text] : texts)
-        if (isMissing(*text)) names.emplace_back(name);
+void requireTexts(const CRes& cres, Names& names, OptionalText CRes::*button,
+                  std::initializer_list<OptionalText CRes::*> texts) {
+    if (isMissing(cres.*button)) return tell(names, button);
+    for (const auto text : texts)
+        if (isMissing(cres.*text)) tell(names, text);
 }
 
-constexpr std::array kRequiredAlways{
-    Rule([](const Judged& j, Names& n) {
-        requireText<&CRes::threeDSServerTransID>(j, n, "threeDSServerTransID");
-    }),
-    Rule([](const Judged& j, Names& n) { requireText<&CRes::acsTransID>(j, n, "acsTransID"); }),
-    Rule([](const Judged& j, Names& n) { requireText<&CRes::sdkTransID>(j, n, "sdkTransID"); }),
-    Rule([](const Judged& j, Names& n) { requireText<&CRes::acsCounterAtoS>(j, n, "acsCounterAtoS"); }),
-    Rule([](const Judged& j, Names& n) {
-        requireText<&CRes::challengeCompletionInd>(j, n, "challengeCompletionInd");
-    }),
-    Rule([](const Judged& j, Names& n) { requireText<&CRes::messageVersion>(j, n, "messageVersion"); }),
+void requireOobTexts(const Judged& judged, Names& names) {
+    if (judged.isOneOf({UiType::OOB}))
+        requireTexts(judged.cres, names, &CRes::oobContinueLabel,
+                     {&CRes::challengeInfoHeader, &CRes::challengeInfoText});
+}
+
+void requireEntryTexts(const Judged& judged, Names& names) {
+    if (judged.isOneOf({UiType::TEXT, UiType::SINGLE_SELECT, UiType::MULTI_SELECT}))
+        requireTexts(judged.cres, names, &CRes::submitAuthenticationLabel,
+                     {&CRes::challengeInfoHeader, &CRes::challengeInfoLabel, &CRes::challengeInfoText});
+}
+
+void requireChoices(const Judged& judged, Names& names) {
+    const auto& choices = judged.cres.challengeSelectInfo;
+    if (judged.isOneOf({UiType::SINGLE_SELECT, UiType::MULTI_SELECT}) && (!choices || choices->empty()))
+        tell(names, &CRes::challengeSelectInfo);
+}
+
+constexpr std::array<Rule, 6> kRequiredAlways{
+    requireText<&CRes::threeDSServerTransID>,
+    requireText<&CRes::acsTransID>,
+    requireText<&CRes::sdkTransID>,
+    requireText<&CRes::acsCounterAtoS>,
+    requireText<&CRes::challengeCompletionInd>,
+    requireText<&CRes::messageVersion>,
 };
 
-constexpr std::array kRequiredOfFinal{
-    Rule([](const Judged& j, Names& n) {
-        if (isMissing(j.cres.transStatus)) n.emplace_back("transStatus");
-    }),
+constexpr std::array<Rule, 1> kRequiredOfFinal{requireStatus};
+
+constexpr std::array<Rule, 9> kRequiredOfScreens{
+    requireTypeAtFirst,  refuseEmpty<&CRes::acsUiType>,
+    requireTypeOrStatus, refuseEmpty<&CRes::transStatus>,
+    requireHtml,         refuseEmptyRefresh,
+    requireOobTexts,     requireEntryTexts,
+    requireChoices,
 };
 
-constexpr std::array kRequiredOfScreens{
-    Rule([](const Judged& j, Names& n) {
-        if (j.container.initCRes && !j.cres.acsUiType) n.emplace_back("acsUiType");
-    }),
-    Rule([](const Judged& j, Names& n) {
-        if (isPresentAndEmpty(j.cres.acsUiType)) n.emplace_back("acsUiType");
-    }),
-    Rule([](const Judged& j, Names& n) {
-        if (!j.cres.acsUiType && !j.cres.transStatus) n.insert(n.end(), {"acsUiType", "transStatus"});
-    }),
-    Rule([](const Judged& j, Names& n) {
-        if (isPresentAndEmpty(j.cres.transStatus)) n.emplace_back("transStatus");
-    }),
-    Rule([](const Judged& j, Names& n) {
-        if (j.isOneOf({UiType::HTML_OTHER}) && isMissing(j.cres.acsHTML)) n.emplace_back("acsHTML");
-    }),
-    Rule([](const Judged& j, Names& n) {
-        if (j.isOneOf({UiType::HTML_OTHER}) && isPresentAndEmpty(j.cres.acsHTMLRefresh))
-            n.emplace_back("acsHTMLRefresh");
-    }),
-    Rule([](const Judged& j, Names& n) {
-        if (j.isOneOf({UiType::OOB}))
-            requireScreenTexts(n, j.cres.oobContinueLabel, "oobContinueLabel",
-                               {{"challengeInfoHeader", &j.cres.challengeInfoHeader},
-                                {"challengeInfoText", &j.cres.challengeInfoText}});
-    }),
-    Rule([](const Judged& j, Names& n) {
-        if (j.isOneOf({UiType::TEXT, UiType::SINGLE_SELECT, UiType::MULTI_SELECT}))
-            requireScreenTexts(n, j.cres.submitAuthenticationLabel, "submitAuthenticationLabel",
-                               {{"challengeInfoHeader", &j.cres.challengeInfoHeader},
-                                {"challengeInfoLabel", &j.cres.challengeInfoLabel},
-                                {"challengeInfoText", &j.cres.challengeInfoText}});
-    }),
-    Rule([](const Judged& j, Names& n) {
-        const bool isEmpty = !j.cres.challengeSelectInfo || j.cres.challengeSelectInfo->empty();
-        if (j.isOneOf({UiType::SINGLE_SELECT, UiType::MULTI_SELECT}) && isEmpty)
-            n.emplace_back("challengeSelectInfo");
-    }),
-};
-
-constexpr std::size_t kLongestHtml = 100000;
 constexpr std::size_t kLongestExtensionData = 8059;
 constexpr std::size_t kLongestExtensionText = 64;
 constexpr std::size_t kMostExtensions = 10;
 
-/// A text of 1 to `Longest` characters.
-template <OptionalText CRes::*Field, std::size_t Longest>
-void limitText(const Judged& judged, Names& names, const char* name) {
-    const OptionalText& text = judged.cres.*Field;
-    if (text && (text->empty() || characterCount(*text) > Longest)) names.emplace_back(name);
+/// A text of one character to the most that its field may have.
+template <OptionalText CRes::*Member>
+void limitText(const Judged& judged, Names& names) {
+    constexpr std::size_t kLongest = rowOf(Member).longest.value();
+    const OptionalText& text = judged.cres.*Member;
+    if (text && (text->empty() || characterCount(*text) > kLongest)) tell(names, Member);
 }
 
-template <OptionalText CRes::*Field>
-void limitHtml(const Judged& judged, Names& names, const char* name) {
-    const OptionalText& text = judged.cres.*Field;
-    if (text && (!validateBase64url(*text) || characterCount(*text) > kLongestHtml)) names.emplace_back(name);
+template <OptionalText CRes::*Member>
+void limitHtml(const Judged& judged, Names& names) {
+    constexpr std::size_t kLongest = rowOf(Member).longest.value();
+    const OptionalText& text = judged.cres.*Member;
+    if (text && (!validateBase64url(*text) || characterCount(*text) > kLongest)) tell(names, Member);
+}
+
+void checkType(const Judged& judged, Names& names) {
+    if (judged.cres.acsUiType && !judged.uiType) tell(names, &CRes::acsUiType);
+}
+
+void limitExtensionCount(const Judged& judged, Names& names) {
+    const auto& extensions = judged.cres.messageExtension;
+    if (extensions && extensions->size() > kMostExtensions) tell(names, &CRes::messageExtension);
 }
 
 /// 8-4-4-4-12 hexadecimal digits of either case (RFC 4122 section 3).
@@ -170,65 +191,52 @@ void limitExtensions(const Judged& judged, Names& names) {
 }
 
 void refuseStatusAtFirst(const Judged& judged, Names& names) {
-    if (judged.container.initCRes && judged.cres.transStatus) names.emplace_back("transStatus");
+    if (judged.container.initCRes && judged.cres.transStatus) tell(names, &CRes::transStatus);
 }
 
 void checkVersion(const Judged& judged, Names& names) {
-    if (judged.cres.messageVersion != judged.container.messageVersion) names.emplace_back("messageVersion");
+    if (judged.cres.messageVersion != judged.container.messageVersion) tell(names, &CRes::messageVersion);
 }
 
-void checkServerTransaction(const Judged& judged, Names& names) {
-    if (!isCanonicalUUID(judged.cres.threeDSServerTransID)) names.emplace_back("threeDSServerTransID");
-}
-
-void checkAcsTransaction(const Judged& judged, Names& names) {
-    if (!isCanonicalUUID(judged.cres.acsTransID)) names.emplace_back("acsTransID");
+template <std::string CRes::*Member>
+void checkUUID(const Judged& judged, Names& names) {
+    if (!isCanonicalUUID(judged.cres.*Member)) tell(names, Member);
 }
 
 void checkCompletion(const Judged& judged, Names& names) {
     if (!fromRawValue<YesNoSelector>(judged.cres.challengeCompletionInd))
-        names.emplace_back("challengeCompletionInd");
+        tell(names, &CRes::challengeCompletionInd);
 }
 
-constexpr std::array<Rule, 6> kValuesOfFinal{refuseStatusAtFirst,    limitExtensions,     checkVersion,
-                                             checkServerTransaction, checkAcsTransaction, checkCompletion};
+void checkTextIndicator(const Judged& judged, Names& names) {
+    const OptionalText& indicator = judged.cres.challengeInfoTextIndicator;
+    if (indicator && !fromRawValue<YesNoSelector>(*indicator)) tell(names, &CRes::challengeInfoTextIndicator);
+}
 
-constexpr std::array kValuesOfScreens{
-    Rule([](const Judged& j, Names& n) { limitHtml<&CRes::acsHTMLRefresh>(j, n, "acsHTMLRefresh"); }),
-    Rule([](const Judged& j, Names& n) {
-        if (j.cres.acsUiType && !j.uiType) n.emplace_back("acsUiType");
-    }),
-    Rule([](const Judged& j, Names& n) {
-        limitText<&CRes::challengeInfoHeader, 45>(j, n, "challengeInfoHeader");
-    }),
-    Rule([](const Judged& j, Names& n) { limitText<&CRes::oobAppURL, 256>(j, n, "oobAppURL"); }),
-    Rule([](const Judged& j, Names& n) { limitText<&CRes::oobAppLabel, 256>(j, n, "oobAppLabel"); }),
-    Rule([](const Judged& j, Names& n) {
-        limitText<&CRes::resendInformationLabel, 45>(j, n, "resendInformationLabel");
-    }),
-    Rule([](const Judged& j, Names& n) { limitHtml<&CRes::acsHTML>(j, n, "acsHTML"); }),
-    Rule([](const Judged& j, Names& n) { limitText<&CRes::oobContinueLabel, 45>(j, n, "oobContinueLabel"); }),
-    Rule([](const Judged& j, Names& n) {
-        limitText<&CRes::submitAuthenticationLabel, 45>(j, n, "submitAuthenticationLabel");
-    }),
-    Rule([](const Judged& j, Names& n) {
-        limitText<&CRes::whitelistingInfoText, 64>(j, n, "whitelistingInfoText");
-    }),
-    Rule([](const Judged& j, Names& n) {
-        if (j.cres.messageExtension && j.cres.messageExtension->size() > kMostExtensions)
-            n.emplace_back("messageExtension");
-    }),
-    Rule(refuseStatusAtFirst),
-    Rule(limitExtensions),
-    Rule(checkVersion),
-    Rule(checkServerTransaction),
-    Rule(checkAcsTransaction),
-    Rule([](const Judged& j, Names& n) {
-        const OptionalText& indicator = j.cres.challengeInfoTextIndicator;
-        if (indicator && !fromRawValue<YesNoSelector>(*indicator))
-            n.emplace_back("challengeInfoTextIndicator");
-    }),
-    Rule(checkCompletion),
+constexpr std::array<Rule, 6> kValuesOfFinal{
+    refuseStatusAtFirst,          limitExtensions, checkVersion, checkUUID<&CRes::threeDSServerTransID>,
+    checkUUID<&CRes::acsTransID>, checkCompletion,
+};
+
+constexpr std::array<Rule, 18> kValuesOfScreens{
+    limitHtml<&CRes::acsHTMLRefresh>,
+    checkType,
+    limitText<&CRes::challengeInfoHeader>,
+    limitText<&CRes::oobAppURL>,
+    limitText<&CRes::oobAppLabel>,
+    limitText<&CRes::resendInformationLabel>,
+    limitHtml<&CRes::acsHTML>,
+    limitText<&CRes::oobContinueLabel>,
+    limitText<&CRes::submitAuthenticationLabel>,
+    limitText<&CRes::whitelistingInfoText>,
+    limitExtensionCount,
+    refuseStatusAtFirst,
+    limitExtensions,
+    checkVersion,
+    checkUUID<&CRes::threeDSServerTransID>,
+    checkUUID<&CRes::acsTransID>,
+    checkTextIndicator,
+    checkCompletion,
 };
 
 /// A signed decimal number of the machine's word, with either sign or none.
