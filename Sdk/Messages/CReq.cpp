@@ -4,14 +4,48 @@ namespace korvane {
 
 namespace {
 
-template <class Enumeration>
-void addIfPresent(JSONObjectWriter& writer, std::string_view name, const std::optional<Enumeration>& value) {
-    if (value) writer.addString(name, rawValue(*value));
+/// The fields with their names, in the order in which they are written and read.
+template <class Request, class Visit>
+void forEachField(Request& request, Visit visit) {
+    visit("threeDSRequestorAppURL", request.threeDSRequestorAppURL);
+    visit("threeDSServerTransID", request.threeDSServerTransID);
+    visit("acsTransID", request.acsTransID);
+    visit("challengeCancel", request.challengeCancel);
+    visit("challengeDataEntry", request.challengeDataEntry);
+    visit("challengeHTMLDataEntry", request.challengeHTMLDataEntry);
+    visit("challengeNoEntry", request.challengeNoEntry);
+    visit("challengeWindowSize", request.challengeWindowSize);
+    visit("messageExtension", request.messageExtension);
+    visit("messageType", request.messageType);
+    visit("messageVersion", request.messageVersion);
+    visit("oobContinue", request.oobContinue);
+    visit("resendChallenge", request.resendChallenge);
+    visit("sdkTransID", request.sdkTransID);
+    visit("sdkCounterStoA", request.sdkCounterStoA);
+    visit("whitelistingDataEntry", request.whitelistingDataEntry);
 }
 
-template <class Text>
-void addTextIfPresent(JSONObjectWriter& writer, std::string_view name, const std::optional<Text>& value) {
-    if (value) writer.addString(name, *value);
+void add(JSONObjectWriter& writer, std::string_view name, const std::string& text) {
+    writer.addString(name, text);
+}
+
+void add(JSONObjectWriter& writer, std::string_view name, bool flag) {
+    writer.addBoolean(name, flag);
+}
+
+void add(JSONObjectWriter& writer, std::string_view name,
+         const std::vector<MessageExtensionAttribute>& extensions) {
+    writer.addJSON(name, jsonOf(extensions));
+}
+
+template <HasRawValues Enumeration>
+void add(JSONObjectWriter& writer, std::string_view name, Enumeration value) {
+    writer.addString(name, rawValue(value));
+}
+
+template <class Value>
+void add(JSONObjectWriter& writer, std::string_view name, const std::optional<Value>& value) {
+    if (value) add(writer, name, *value);
 }
 
 /// Room enough to write the request without a buffer left behind: a character takes six at most.
@@ -26,51 +60,48 @@ std::size_t longestLength(const CReq& cReq) {
     return kNamesAndValuesOfOurs + kLongestEscape * length;
 }
 
-std::optional<std::string> stringIfPresent(const JSONField& object, std::string_view name) {
-    const auto field = object.memberIfPresent(name);
-    return field ? std::optional(field->string()) : std::nullopt;
+void read(const JSONField& field, std::string& text) {
+    text = field.string();
 }
 
-template <class Enumeration>
-std::optional<Enumeration> caseIfPresent(const JSONField& object, std::string_view name) {
-    const auto text = stringIfPresent(object, name);
-    if (!text) return std::nullopt;
-    const auto value = fromRawValue<Enumeration>(*text);
+void read(const JSONField& field, SecretString& text) {
+    text = SecretString(field.string());
+}
+
+void read(const JSONField& field, bool& flag) {
+    flag = field.boolean();
+}
+
+void read(const JSONField& field, std::vector<MessageExtensionAttribute>& extensions) {
+    for (const JSONField& element : field.elements())
+        extensions.push_back(MessageExtensionAttribute::decode(element));
+}
+
+template <class Value>
+void take(const JSONField& object, std::string_view name, Value& value) {
+    read(object.member(name), value);
+}
+
+template <class Value>
+void take(const JSONField& object, std::string_view name, std::optional<Value>& value) {
+    if (const auto field = object.memberIfPresent(name)) read(*field, value.emplace());
+}
+
+template <HasRawValues Enumeration>
+void take(const JSONField& object, std::string_view name, std::optional<Enumeration>& value) {
+    const auto field = object.memberIfPresent(name);
+    if (!field) return;
+    value = fromRawValue<Enumeration>(field->string());
     if (!value)
         throw DecodingError(DecodingErrorCase::dataCorrupted,
                             "\"" + std::string(name) + "\" has an unknown value.", {std::string(name)});
-    return value;
-}
-
-std::optional<std::vector<MessageExtensionAttribute>> extensionsIfPresent(const JSONField& object) {
-    const auto field = object.memberIfPresent("messageExtension");
-    if (!field) return std::nullopt;
-    std::vector<MessageExtensionAttribute> extensions;
-    for (const JSONField& element : field->elements())
-        extensions.push_back(MessageExtensionAttribute::decode(element));
-    return extensions;
 }
 
 } // namespace
 
 SecretString CReq::jsonString() const {
     JSONObjectWriter writer(longestLength(*this));
-    addTextIfPresent(writer, "threeDSRequestorAppURL", threeDSRequestorAppURL);
-    writer.addString("threeDSServerTransID", threeDSServerTransID);
-    writer.addString("acsTransID", acsTransID);
-    addIfPresent(writer, "challengeCancel", challengeCancel);
-    addTextIfPresent(writer, "challengeDataEntry", challengeDataEntry);
-    addTextIfPresent(writer, "challengeHTMLDataEntry", challengeHTMLDataEntry);
-    addIfPresent(writer, "challengeNoEntry", challengeNoEntry);
-    addIfPresent(writer, "challengeWindowSize", challengeWindowSize);
-    if (messageExtension) writer.addJSON("messageExtension", jsonOf(*messageExtension));
-    writer.addString("messageType", messageType);
-    writer.addString("messageVersion", messageVersion);
-    if (oobContinue) writer.addBoolean("oobContinue", *oobContinue);
-    addIfPresent(writer, "resendChallenge", resendChallenge);
-    writer.addString("sdkTransID", sdkTransID);
-    writer.addString("sdkCounterStoA", sdkCounterStoA);
-    addIfPresent(writer, "whitelistingDataEntry", whitelistingDataEntry);
+    forEachField(*this, [&writer](std::string_view name, const auto& value) { add(writer, name, value); });
     return std::move(writer).finish();
 }
 
@@ -78,22 +109,7 @@ CReq CReq::decode(ByteView json) {
     const JSON value = decodeObject(asText(json));
     const JSONField object(value);
     CReq creq;
-    creq.threeDSRequestorAppURL = stringIfPresent(object, "threeDSRequestorAppURL");
-    creq.threeDSServerTransID = object.member("threeDSServerTransID").string();
-    creq.acsTransID = object.member("acsTransID").string();
-    creq.challengeCancel = caseIfPresent<ChallengeCancelationInd>(object, "challengeCancel");
-    creq.challengeDataEntry = stringIfPresent(object, "challengeDataEntry");
-    creq.challengeHTMLDataEntry = stringIfPresent(object, "challengeHTMLDataEntry");
-    creq.challengeNoEntry = caseIfPresent<YesNoSelector>(object, "challengeNoEntry");
-    creq.challengeWindowSize = caseIfPresent<ChallengeWindowSize>(object, "challengeWindowSize");
-    creq.messageExtension = extensionsIfPresent(object);
-    creq.messageType = object.member("messageType").string();
-    creq.messageVersion = object.member("messageVersion").string();
-    if (const auto field = object.memberIfPresent("oobContinue")) creq.oobContinue = field->boolean();
-    creq.resendChallenge = caseIfPresent<YesNoSelector>(object, "resendChallenge");
-    creq.sdkTransID = object.member("sdkTransID").string();
-    creq.sdkCounterStoA = object.member("sdkCounterStoA").string();
-    creq.whitelistingDataEntry = caseIfPresent<YesNoSelector>(object, "whitelistingDataEntry");
+    forEachField(creq, [&object](std::string_view name, auto& field) { take(object, name, field); });
     return creq;
 }
 
