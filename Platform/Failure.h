@@ -48,13 +48,13 @@ KORVANE_EXPORT [[nodiscard]] std::string failureName(std::string_view domain, st
 /// What a family of failures may carry, unless its `FailureTraits` name a type of their own.
 using FailureValue = std::variant<std::monostate, Description, std::int64_t, std::string, Bytes>;
 
-/// To be specialised beside each enumeration of failures, whose `rawValue` is the name of a case: `domain`,
-/// `Value`.
+/// To be specialised beside each enumeration of failures, whose `rawValue` is the name of a
+/// case: `domain`, `Value`.
 template <class Case>
 struct FailureTraits;
 
-/// One raised failure of the family that the enumeration `Case` lists; the enumeration's order is the case
-/// index.
+/// One raised failure of the family that the enumeration `Case` lists; the enumeration's
+/// order is the case index.
 template <HasRawValues Case>
 class TypedFailure : public Failure {
 public:

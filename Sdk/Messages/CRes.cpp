@@ -37,8 +37,8 @@ constexpr std::size_t sizeOf(const CRes::Field& field) {
     return std::visit([]<class Value>(Value CRes::*) { return sizeof(Value); }, field.member);
 }
 
-/// Whether the rows are those of the record: no name and no member stands in two of them, and their members
-/// fill it.
+/// Whether the rows are those of the record: no name and no member stands in two of them, and
+/// their members fill it.
 constexpr bool haveAllFields = [] {
     std::size_t size = 0;
     for (const CRes::Field& field : CRes::fields()) {

@@ -104,9 +104,9 @@ struct CRes {
     /// the last two.
     [[nodiscard]] static constexpr const auto& fields() { return kFields; }
 
-    /// Decodes one JSON text. Names of this record that stand twice at the top level are looked for first;
-    /// then the fields are read in the order of their rows. The first failure ends it. Unknown names are
-    /// ignored.
+    /// Decodes one JSON text. Names of this record that stand twice at the top level are looked for
+    /// first; then the fields are read in the order of their rows. The first failure ends it.
+    /// Unknown names are ignored.
     /// @throws ParsingError duplicateKeyException; DecodingError naming the field by its path.
     [[nodiscard]] static CRes decode(std::string_view json);
 

@@ -1,6 +1,5 @@
 #include "examples/checkout/Payment.h"
 
-#include "Platform/JSON.h"
 #include "Platform/Platform.h"
 
 #include <utility>

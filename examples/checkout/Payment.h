@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/JSON.h"
 #include "Sdk/Service/ThreeDS2Service.h"
 #include "examples/checkout/Acs.h"
 #include "examples/checkout/Cards.h"

@@ -29,8 +29,8 @@ bool isAny(const UIView& view) {
     return ((dynamic_cast<const Views*>(&view) != nullptr) || ...);
 }
 
-/// A telephone that is drawn: screens come over its root in a challenge's stack, and fingers touch the
-/// window.
+/// A telephone that is drawn: screens come over its root in a challenge's stack, and
+/// fingers touch the window.
 class QtScreenTest : public testing::Test {
 protected:
     QtScreenTest();
