@@ -163,7 +163,7 @@ struct OpenChannel {
     OpenChannel(std::shared_ptr<InstantPlatform> instant, std::size_t size)
         : platform(std::move(instant)),
           exchange(std::make_shared<Exchange>(
-              kVersion, kReferenceNumber,
+              MessageVersion::v2_2_0, kReferenceNumber,
               std::make_unique<KeysContainer>(
                   TransactionCerts{acs.leaf.der, acs.root.der, CertAlgorithm::EC, kDirectoryServerID}))) {
         const auto sdkKey = ECPublicKey::decode(JSON::parse(exchange->ephemeralPublicKey().value()));

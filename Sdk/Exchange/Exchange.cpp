@@ -25,9 +25,9 @@ std::optional<std::string> ephemeralPublicKeyIfPossible(KeysContainer& keysConta
 
 } // namespace
 
-Exchange::Exchange(std::string messageVersion, std::string sdkReferenceNum,
+Exchange::Exchange(MessageVersion messageVersion, std::string sdkReferenceNum,
                    std::unique_ptr<KeysContainer> keysContainer)
-    : messageVersion_(std::move(messageVersion)), sdkReferenceNum_(std::move(sdkReferenceNum)),
+    : messageVersion_(rawValue(messageVersion)), sdkReferenceNum_(std::move(sdkReferenceNum)),
       sdkTransactionID_(makeUUIDString()), keysContainer_(std::move(keysContainer)),
       ephemeralPublicKey_(ephemeralPublicKeyIfPossible(*keysContainer_)) {}
 

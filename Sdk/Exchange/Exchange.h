@@ -7,6 +7,7 @@
 #include "Sdk/Exchange/HttpClient.h"
 #include "Sdk/Messages/CReq.h"
 #include "Sdk/Messages/ChallengeParameters.h"
+#include "Sdk/Messages/MessageVersion.h"
 #include "Sdk/SecureChannel/KeysContainer.h"
 
 #include <atomic>
@@ -29,8 +30,7 @@ enum class CResPosition { initial, later };
 /// what threads share are atomics and `SharedField`s.
 class Exchange final : public std::enable_shared_from_this<Exchange> {
 public:
-    /// @param messageVersion  "2.1.0" or "2.2.0".
-    Exchange(std::string messageVersion, std::string sdkReferenceNum,
+    Exchange(MessageVersion messageVersion, std::string sdkReferenceNum,
              std::unique_ptr<KeysContainer> keysContainer);
     Exchange(const Exchange&) = delete;
     Exchange& operator=(const Exchange&) = delete;

@@ -8,8 +8,6 @@
 #include "Sdk/Events/SdkError.h"
 #include "Sdk/Transaction/TransactionArguments.h"
 
-#include <algorithm>
-#include <array>
 #include <optional>
 #include <string_view>
 
@@ -21,13 +19,13 @@ using enum SdkErrorCase;
 
 constexpr const char* kSdkVersion = "1.0.0";
 constexpr const char* kSdkReferenceNum = "3DS_LOA_SDK_QXRV_020200_00417";
-constexpr std::array<std::string_view, 2> kMessageVersions{"2.1.0", "2.2.0"};
 
 constexpr const char* kCreate = "createTransaction(directoryServerID:messageVersion:)";
 
-void requireMessageVersion(const std::string& version) {
-    if (std::find(kMessageVersions.begin(), kMessageVersions.end(), version) == kMessageVersions.end())
-        KORVANE_RAISE(kCreate, InvalidInputException, "Message version " + version + " not supported");
+MessageVersion requiredMessageVersion(const std::string& text) {
+    const auto version = fromRawValue<MessageVersion>(text);
+    if (!version) KORVANE_RAISE(kCreate, InvalidInputException, "Message version " + text + " not supported");
+    return *version;
 }
 
 std::string sealed(std::string_view document, KeysContainer& keysContainer) {
@@ -135,13 +133,13 @@ std::vector<Warning> ThreeDS2Service::getWarnings() const {
 std::shared_ptr<Transaction> ThreeDS2Service::createTransaction(const std::string& directoryServerID,
                                                                 const std::string& messageVersion) const {
     auto keysContainer = state_->makeKeysContainer(directoryServerID);
-    requireMessageVersion(messageVersion);
+    const MessageVersion version = requiredMessageVersion(messageVersion);
     std::string sdkAppID = appID(Platform::current());
     std::string deviceData = sealed(state_->documentWith(sdkAppID), *keysContainer);
     return Transaction::make({.deviceData = std::move(deviceData),
                               .sdkAppID = std::move(sdkAppID),
                               .sdkReferenceNum = kSdkReferenceNum,
-                              .messageVersion = messageVersion,
+                              .messageVersion = version,
                               .keysContainer = std::move(keysContainer),
                               .look = state_->look});
 }

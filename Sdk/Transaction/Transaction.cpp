@@ -14,8 +14,7 @@ namespace korvane {
 struct Transaction::Parts {
     explicit Parts(TransactionArguments arguments)
         : deviceData(std::move(arguments.deviceData)), sdkAppID(std::move(arguments.sdkAppID)),
-          exchange(std::make_shared<Exchange>(std::move(arguments.messageVersion),
-                                              std::move(arguments.sdkReferenceNum),
+          exchange(std::make_shared<Exchange>(arguments.messageVersion, std::move(arguments.sdkReferenceNum),
                                               std::move(arguments.keysContainer))),
           flow(ChallengeFlow::make(exchange, std::move(arguments.look))) {}
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Sdk/Messages/MessageVersion.h"
 #include "Sdk/SecureChannel/KeysContainer.h"
 #include "Sdk/Transaction/ChallengeFlow.h"
 
@@ -15,8 +16,7 @@ struct TransactionArguments {
     /// Identifies the application's installation.
     std::string sdkAppID;
     std::string sdkReferenceNum;
-    /// "2.1.0" or "2.2.0".
-    std::string messageVersion;
+    MessageVersion messageVersion = MessageVersion::v2_2_0;
     std::unique_ptr<KeysContainer> keysContainer;
     ChallengeLook look = {};
 };

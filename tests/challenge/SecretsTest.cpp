@@ -77,7 +77,7 @@ void playChallenge(Secrets& secrets) {
     application.take(Transaction::make({.deviceData = "sealed",
                                         .sdkAppID = "application",
                                         .sdkReferenceNum = kReferenceNumber,
-                                        .messageVersion = "2.2.0",
+                                        .messageVersion = MessageVersion::v2_2_0,
                                         .keysContainer = std::move(keys)}));
     secrets.contentKey = maskedForScan(application.acs.key());
     {

@@ -96,8 +96,8 @@ void converse() {
     const TransactionCerts certs{identities.deviceData.der, identities.root.der,
                                  choice["algorithm"] == "RSA" ? CertAlgorithm::RSA : CertAlgorithm::EC,
                                  kDirectoryServerID};
-    const auto exchange =
-        std::make_shared<Exchange>("2.2.0", kReferenceNumber, std::make_unique<KeysContainer>(certs));
+    const auto exchange = std::make_shared<Exchange>(MessageVersion::v2_2_0, kReferenceNumber,
+                                                     std::make_unique<KeysContainer>(certs));
     writeLine(requestLine(deviceData(certs), *exchange, identities));
 
     takeParameters(*exchange, readLine());

@@ -16,8 +16,9 @@ TEST(NativeTransaction, ValuesOfTheRequestStayTheSameBesideTheAgreement) {
     ChallengeParameters parameters = validParameters();
     parameters.setAcsSignedContent(acs.signedContent());
     for (int round = 0; round < 20; ++round) {
-        const auto exchange = std::make_shared<Exchange>(
-            "2.2.0", kReferenceNumber, std::make_unique<KeysContainer>(certsWithRoot(acs.root)));
+        const auto exchange =
+            std::make_shared<Exchange>(MessageVersion::v2_2_0, kReferenceNumber,
+                                       std::make_unique<KeysContainer>(certsWithRoot(acs.root)));
         exchange->setChallengeParameters(std::make_shared<ChallengeParameters>(parameters));
         const auto key = [&exchange] { return exchange->ephemeralPublicKey().value(); };
         const std::string published = key();

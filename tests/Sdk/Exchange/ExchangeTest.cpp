@@ -30,7 +30,7 @@ protected:
     }
 
     [[nodiscard]] std::shared_ptr<Exchange> makeExchange() {
-        auto exchange = std::make_shared<Exchange>("2.2.0", kReferenceNumber,
+        auto exchange = std::make_shared<Exchange>(MessageVersion::v2_2_0, kReferenceNumber,
                                                    std::make_unique<KeysContainer>(certsWithRoot(acs_.root)));
         exchange->setTimedOut([this] { ++timeouts_; });
         return exchange;

@@ -20,7 +20,7 @@ protected:
         return Transaction::make({.deviceData = "sealed device",
                                   .sdkAppID = "application",
                                   .sdkReferenceNum = "reference",
-                                  .messageVersion = "2.1.0",
+                                  .messageVersion = MessageVersion::v2_1_0,
                                   .keysContainer = std::make_unique<KeysContainer>(certsWithRoot(root_))});
     }
 
@@ -75,7 +75,7 @@ TEST_F(TransactionTest, ScreensMayBeLetGoAfterTheirPlatform) {
 
 TEST_F(TransactionTest, WhatWasEnteredIsKeptThoughItsRequestCannotBeBuilt) {
     const auto flow =
-        ChallengeFlow::make(std::make_shared<Exchange>("2.1.0", "reference",
+        ChallengeFlow::make(std::make_shared<Exchange>(MessageVersion::v2_1_0, "reference",
                                                        std::make_unique<KeysContainer>(certsWithRoot(root_))),
                             {});
     flow->sendChallengeDataToAcs("1234", std::nullopt);
