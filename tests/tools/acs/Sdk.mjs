@@ -23,13 +23,12 @@ function tagOf(key, header, iv, ciphertext) {
   return crypto.createHmac("sha256", key.subarray(0, 16)).update(Buffer.concat(parts)).digest().subarray(0, 16);
 }
 
-export function seal(text, key, members, encryptedKey = "") {
+export function seal(text, key, members) {
   const header = base64url(JSON.stringify({ enc: "A128CBC-HS256", ...members }));
   const iv = crypto.randomBytes(16);
   const cipher = crypto.createCipheriv("aes-128-cbc", key.subarray(16), iv);
   const ciphertext = Buffer.concat([cipher.update(text), cipher.final()]);
-  return [header, base64url(encryptedKey), base64url(iv), base64url(ciphertext),
-    base64url(tagOf(key, header, iv, ciphertext))].join(".");
+  return [header, "", base64url(iv), base64url(ciphertext), base64url(tagOf(key, header, iv, ciphertext))].join(".");
 }
 
 export function open(compact, key) {
