@@ -156,13 +156,6 @@ suite("rubbish", () => {
 });
 
 suite("the process", () => {
-  test("a challenge is forgotten after its time", () => withSdk("text", async (sdk) => {
-    const begin = performance.now();
-    let answer;
-    do answer = await sdk.postRaw("x"); while (answer.status === 200 && performance.now() - begin < 10000);
-    assert.deepEqual([answer.status, JSON.parse(answer.body).errorCode], [404, "301"]);
-  }, "--forget-after", "0.05"));
-
   test("a signal ends it at once while an answer is withheld", () => withSdk("faultNoAnswer", async (sdk, acs) => {
     const cut = assert.rejects(sdk.postRaw(sdk.sealed(sdk.creq())));
     await acs.event(({ fault }) => fault !== undefined);
