@@ -53,8 +53,8 @@ TEST(SecTrust, ChainsUpToTheAnchorAreTrustedAndBrokenOnesRefused) {
     const auto small = below([](auto& fields) { fields.key = TestKeyType::rsa1024; });
     const auto ofOne = below([](auto& fields) { fields.key = TestKeyType::rsaOfOne; });
     const auto silent = below([](auto& fields) {
-        fields.keyUsage = "keyCertSign";
-        fields.basicConstraints = TestBasicConstraints::absent;
+        fields.extensions = {{"keyUsage", "keyCertSign"}};
+        fields.basicConstraints.clear();
     });
     static constexpr const char* kPolicy = "DER:3007300506032A0304"; // the one policy 1.2.3.4
     const auto strict = below([](auto& fields) {
@@ -72,7 +72,8 @@ TEST(SecTrust, ChainsUpToTheAnchorAreTrustedAndBrokenOnesRefused) {
     constexpr const char* kForeignRoot = "self-signed certificate in certificate chain";
     constexpr const char* kWeakLeaf = "EE certificate key too weak";
     constexpr const char* kWeakAuthority = "CA certificate key too weak";
-    const TestIdentity unknown = root.issue({.hasUnknownCriticalExtension = true});
+    // Nothing that judges chains knows what a comment would demand.
+    const TestIdentity unknown = root.issue({.extensions = {{"nsComment", "critical,DER:0401AA"}}});
     const struct {
         const char* name;
         Chain chain;

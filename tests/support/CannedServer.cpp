@@ -8,12 +8,11 @@
 #include <cstdio>
 #include <cstdlib>
 #include <utility>
-#include <vector>
 
 namespace korvane {
 
-CannedServer::CannedServer(std::string answer, std::size_t held)
-    : answer_(std::move(answer)), held_(held), listener_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+CannedServer::CannedServer(std::string answer)
+    : answer_(std::move(answer)), listener_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
@@ -32,30 +31,16 @@ CannedServer::~CannedServer() {
     close(listener_);
 }
 
-void CannedServer::serve() {
-    std::vector<int> waiting;
-    std::size_t accepted = 0;
-    for (int connection = 0; (connection = accept(listener_, nullptr, nullptr)) >= 0;) {
-        waiting.push_back(connection);
-        if (++accepted < held_) continue;
-        for (const int each : std::exchange(waiting, {}))
-            this->answer(each);
-    }
-    for (const int each : waiting)
-        close(each);
-}
-
 /// The request is read to its end: a connection that is closed before would take the answer with it.
-void CannedServer::answer(int connection) const {
-    std::FILE* const request = fdopen(connection, "r");
-    std::array<char, 4096> line{};
-    long body = 0;
-    while (std::fgets(line.data(), line.size(), request) && line[0] != '\r')
-        static_cast<void>(std::sscanf(line.data(), "Content-Length: %ld", &body));
-    while (body > 0 && std::fgetc(request) != EOF)
-        --body;
-    send(connection, answer_.data(), answer_.size(), MSG_NOSIGNAL);
-    std::fclose(request);
+void CannedServer::serve() const {
+    for (int connection = 0; (connection = accept(listener_, nullptr, nullptr)) >= 0;) {
+        std::FILE* const request = fdopen(connection, "r");
+        std::array<char, 4096> line{};
+        while (std::fgets(line.data(), line.size(), request) && line[0] != '\r') {
+        }
+        send(connection, answer_.data(), answer_.size(), MSG_NOSIGNAL);
+        std::fclose(request);
+    }
 }
 
 } // namespace korvane

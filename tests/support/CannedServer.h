@@ -1,18 +1,15 @@
 #pragma once
 
-#include <cstddef>
 #include <string>
 #include <thread>
 
 namespace korvane {
 
-/// A server on a free port of 127.0.0.1 that gives every connection the same bytes and closes it: answers
-/// that no web server library would write, and many at once. Where more requests follow, the answer has to
-/// say "Connection: close".
+/// A server on a free port of 127.0.0.1 that gives every request without a body the same bytes and closes the
+/// connection: answers that no web server library would write.
 class CannedServer {
 public:
-    /// @param held  so many connections wait for one another before the first is answered.
-    explicit CannedServer(std::string answer, std::size_t held = 1);
+    explicit CannedServer(std::string answer);
     CannedServer(const CannedServer&) = delete;
     CannedServer& operator=(const CannedServer&) = delete;
     ~CannedServer();
@@ -20,12 +17,10 @@ public:
     [[nodiscard]] std::string url() const { return "http://127.0.0.1:" + std::to_string(port_) + "/"; }
 
 private:
-    void serve();
-    void answer(int connection) const;
+    void serve() const;
 
     const std::string answer_;
-    const std::size_t held_;
-    int listener_;
+    const int listener_;
     int port_ = 0;
     std::thread thread_;
 };

@@ -14,7 +14,6 @@ namespace korvane {
 
 /// What a scripted device answers: a telephone, of which a test changes what it is about.
 struct DeviceScript {
-    std::string deviceName = "Ada's phone";
     std::optional<std::string> identifierForVendor = "6BA7B810-9DAD-41D1-80B4-00C04FD430C8";
     UIUserInterfaceIdiom userInterfaceIdiom = UIUserInterfaceIdiom::phone;
     CGRect bounds{{0, 0}, {375, 667}};
@@ -26,7 +25,6 @@ struct DeviceScript {
         {"Courier", {"Courier", "Courier-Bold"}}};
     double systemFontSize = 14;
 
-    std::vector<std::string> availableIdentifiers{"en_GB", "fr"};
     std::optional<std::string> timeZoneAbbreviation = "CET";
 
     int locationStatus = 0;
@@ -100,7 +98,7 @@ private:
 
     std::string systemName() const override { return "iOS"; }
     std::string systemVersion() const override { return "14.4"; }
-    std::string name() const override { return script_.deviceName; }
+    std::string name() const override { return "Ada's phone"; }
     std::optional<std::string> identifierForVendor() const override { return script_.identifierForVendor; }
     UIUserInterfaceIdiom userInterfaceIdiom() const override { return script_.userInterfaceIdiom; }
     UIDeviceOrientation orientation() const override { return script_.orientation; }
@@ -128,7 +126,7 @@ private:
     }
 
     Locale current() const override { return {"en_GB"}; }
-    std::vector<std::string> availableIdentifiers() const override { return script_.availableIdentifiers; }
+    std::vector<std::string> availableIdentifiers() const override { return {"en_GB", "fr"}; }
     std::vector<std::string> preferredLanguages() const override { return {"en-GB", "fr-CA"}; }
     std::optional<std::string> abbreviation() const override { return script_.timeZoneAbbreviation; }
 

@@ -3,28 +3,20 @@
 #include "Crypt/DataExtensions.h"
 
 #include <openssl/core_names.h>
-#include <openssl/err.h>
 #include <openssl/evp.h>
 #include <openssl/params.h>
 #include <openssl/x509.h>
 #include <openssl/x509v3.h>
 
 #include <memory>
+#include <type_traits>
 
 namespace korvane {
 
 namespace {
 
-template <auto Free>
-struct Freeing {
-    template <class Object>
-    void operator()(Object* object) const {
-        Free(object);
-    }
-};
-
 template <class Object, auto Free>
-using Owned = std::unique_ptr<Object, Freeing<Free>>;
+using Owned = std::unique_ptr<Object, std::integral_constant<decltype(Free), Free>>;
 using Key = Owned<EVP_PKEY, EVP_PKEY_free>;
 using Certificate = Owned<X509, X509_free>;
 
@@ -79,16 +71,10 @@ void addExtension(X509* certificate, int nid, const char* value) {
 }
 
 void addExtensions(X509* certificate, const CertificateFields& fields) {
-    if (fields.basicConstraints == TestBasicConstraints::authority)
-        addExtension(certificate, NID_basic_constraints, "critical,CA:TRUE");
-    if (fields.basicConstraints == TestBasicConstraints::endEntity)
-        addExtension(certificate, NID_basic_constraints, "critical,CA:FALSE");
-    if (!fields.keyUsage.empty()) addExtension(certificate, NID_key_usage, fields.keyUsage.c_str());
+    if (!fields.basicConstraints.empty())
+        addExtension(certificate, NID_basic_constraints, fields.basicConstraints.c_str());
     for (const auto& [name, value] : fields.extensions)
         addExtension(certificate, OBJ_sn2nid(name.c_str()), value.c_str());
-    // Nothing that judges chains knows what a comment would demand.
-    if (fields.hasUnknownCriticalExtension)
-        addExtension(certificate, NID_netscape_comment, "critical,DER:0401AA");
 }
 
 /// @param issuer  null for a certificate that signs itself.
@@ -135,7 +121,7 @@ TestIdentity selfSigned(const CertificateFields& fields) {
 CertificateFields authority(const std::string& commonName) {
     CertificateFields fields;
     fields.commonName = commonName;
-    fields.basicConstraints = TestBasicConstraints::authority;
+    fields.basicConstraints = "critical,CA:TRUE";
     return fields;
 }
 
@@ -144,18 +130,6 @@ std::vector<TestIdentity> authorities(std::size_t intermediates) {
     while (made.size() <= intermediates)
         made.push_back(made.back().issue(authority("Intermediate " + std::to_string(made.size()))));
     return made;
-}
-
-ForeignOpenSSLError::ForeignOpenSSLError() {
-    ERR_raise(ERR_LIB_EVP, EVP_R_BAD_DECRYPT);
-}
-
-ForeignOpenSSLError::~ForeignOpenSSLError() {
-    ERR_clear_error();
-}
-
-bool ForeignOpenSSLError::stands() {
-    return ERR_GET_REASON(ERR_peek_last_error()) == EVP_R_BAD_DECRYPT;
 }
 
 } // namespace korvane

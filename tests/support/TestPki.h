@@ -13,21 +13,17 @@ namespace korvane {
 /// `rsaOfOne` has 1 for its exponents, so that a padded text is its own signature.
 enum class TestKeyType { p256, p384, rsa2048, rsa1024, rsaOfOne, ed25519 };
 
-enum class TestBasicConstraints { absent, endEntity, authority };
-
 /// What a certificate says. Good for a leaf by default; a test changes what it is about.
 struct CertificateFields {
     std::string commonName = "ACS";
     TestKeyType key = TestKeyType::p256;
-    TestBasicConstraints basicConstraints = TestBasicConstraints::endEntity;
+    /// As OpenSSL writes it; empty for none.
+    std::string basicConstraints = "critical,CA:FALSE";
     /// The validity in days from now.
     int firstDay = -1;
     int lastDay = 365;
     /// The digest of the signature.
     std::string digest = "SHA256";
-    bool hasUnknownCriticalExtension = false;
-    /// As OpenSSL writes it ("keyCertSign"); empty for none.
-    std::string keyUsage = {};
     /// Further extensions: name and value, as OpenSSL writes them.
     std::vector<std::pair<std::string, std::string>> extensions = {};
 };
@@ -53,17 +49,5 @@ struct TestIdentity {
 
 /// A root at the front, and `intermediates` authorities below it, each under the one before.
 [[nodiscard]] std::vector<TestIdentity> authorities(std::size_t intermediates);
-
-/// An error in OpenSSL's queue, as an application leaves one that uses OpenSSL too.
-class ForeignOpenSSLError {
-public:
-    ForeignOpenSSLError();
-    ForeignOpenSSLError(const ForeignOpenSSLError&) = delete;
-    ForeignOpenSSLError& operator=(const ForeignOpenSSLError&) = delete;
-    ~ForeignOpenSSLError();
-
-    /// Whether it is the newest one still.
-    [[nodiscard]] static bool stands();
-};
 
 } // namespace korvane
