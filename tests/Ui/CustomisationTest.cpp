@@ -1,11 +1,10 @@
 #include "Ui/Screens/ChallengeSelectNativeViewController.h"
-#include "Ui/Screens/FontRule.h"
 #include "tests/Ui/ScreenSupport.h"
 
 namespace korvane {
 namespace {
 
-using testing::ElementsAre;
+using testing::Contains;
 using testing::EndsWith;
 
 const UIColor kRed = UIColor::red();
@@ -31,20 +30,6 @@ protected:
                              : viewNamed(*screen.viewIfLoaded(), name));
     }
 };
-
-TEST_F(Customised, AFontIsTheOneThatIsNamedWithItsControlsWeightOrNone) {
-    const RecordingLogger log;
-    const std::tuple<FontValues, std::optional<double>, std::optional<UIFont>> rows[] = {
-        {{{}, 31, 300}, 0.5, std::nullopt},
-        {{"System", 31, {}}, 0.5, UIFont::systemFont(31, 0.5)},
-        {{"System", {}, 300}, 0.5, UIFont::systemFont(14, 0.3)},
-        {{"System", 31, 300}, {}, UIFont::systemFont(31)}, // a control without weights
-        {{"Courier", 31, 300}, 0.5, UIFont::make("Courier", 31)},
-        {{"Nowhere", 31, 300}, 0.5, std::nullopt}};
-    for (const auto& [values, weight, font] : rows)
-        EXPECT_EQ(customFont(values, weight, "header label"), font);
-    EXPECT_THAT(log.lines(), ElementsAre(EndsWith("Can not find header label font with name Nowhere")));
-}
 
 TEST_F(Customised, EachButtonTakesTheLookOfItsTypeAndVerifyGoesOverSubmit) {
     using enum ButtonType;
@@ -82,10 +67,12 @@ TEST_F(Customised, EachButtonTakesTheLookOfItsTypeAndVerifyGoesOverSubmit) {
 }
 
 TEST_F(Customised, AButtonsFontFallsBackToTheSystemsAndKeepsTheWeight) {
+    const RecordingLogger log;
     const UIFont own = button(*show(screenCRes(UiType::TEXT)), "submitButton").titleLabel()->font();
     const std::pair<FontValues, UIFont> rows[] = {
         {{}, own},
         {{{}, {}, 400}, UIFont::systemFont(14, 0.4)},
+        {{"System", {}, 300}, UIFont::systemFont(14, 0.3)},
         {{"System", 20, 200}, UIFont::systemFont(20, 0.2)},
         {{"Nowhere", 20, {}}, UIFont::systemFont(20, own.weight())}};
     for (const auto& [values, font] : rows) {
@@ -94,6 +81,7 @@ TEST_F(Customised, AButtonsFontFallsBackToTheSystemsAndKeepsTheWeight) {
         look->setButtonCustomization(submit, ButtonType::SUBMIT);
         EXPECT_EQ(button(*show(screenCRes(UiType::TEXT)), "submitButton").titleLabel()->font(), font);
     }
+    EXPECT_THAT(log.lines(), Contains(EndsWith("font with name Nowhere")));
 }
 
 std::pair<UIFont, std::optional<UIColor>> fontAndColor(const UIView& view) {
@@ -184,13 +172,10 @@ TEST_F(Customised, TheApplicationsImagesTakeTheirPlaces) {
 
 TEST_F(Customised, InsetsPlaceASectionsArrowAndTitle) {
     using Inset = std::optional<double>;
-    struct Row {
-        Inset rightImage, leftImage, leftTitle;
-        double fromEnd, fromTitle; // where the arrow lies, by the one that is not 0
-        double titleLeft;
-    };
-    for (const auto& [rightImage, leftImage, leftTitle, fromEnd, fromTitle, titleLeft] :
-         {Row{{}, {}, {}, 20, 0, 5}, {{}, 6, 4, 0, 10, -16}, {12, 6, {}, 32, 0, -20}}) {
+    // the insets, where the arrow lies by the end or by the title, and where the title lies
+    const std::tuple<Inset, Inset, Inset, Inset, double, double> rows[] = {
+        {{}, {}, {}, 20, 0, 5}, {{}, 6, 4, {}, 10, -16}, {12, 6, {}, 32, 0, -20}};
+    for (const auto& [rightImage, leftImage, leftTitle, fromEnd, fromTitle, titleLeft] : rows) {
         const auto section = std::make_shared<ButtonCustomization>();
         section->rightImageInset = rightImage;
         section->leftImageInset = leftImage;
@@ -198,9 +183,8 @@ TEST_F(Customised, InsetsPlaceASectionsArrowAndTitle) {
         look->setButtonCustomization(section, ButtonType::CUST_WHY_INFO);
         const auto screen = show(screenCRes(UiType::OOB));
         const UIButton& shown = *screen->whyInfoButton.get();
-        EXPECT_EQ(shown.imageEdgeInsets().left, fromTitle > 0
-                                                    ? shown.titleLabel()->frame().size.width + fromTitle
-                                                    : shown.bounds().size.width - fromEnd);
+        EXPECT_EQ(shown.imageEdgeInsets().left, fromEnd ? shown.bounds().size.width - *fromEnd
+                                                        : shown.titleLabel()->frame().size.width + fromTitle);
         EXPECT_EQ(shown.titleEdgeInsets().left, titleLeft);
     }
 }

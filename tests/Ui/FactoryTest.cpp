@@ -57,37 +57,31 @@ TEST_F(Factory, WhatAResponseHasIsReadAndTheRestIsHiddenOnBothTwins) {
 }
 
 TEST_F(Factory, AWarningShowsAsTheIndicatorAndTheApplicationSay) {
-    struct Row {
-        const char* name;
-        const char* indicator;
-        bool hasText, hasWarning, showsIndicator;
-        double width;
-        std::optional<UIColor> color; // the application's
-    };
     const UIColor red = UIColor::red(), blue = UIColor::blue();
-    const Row rows[] = {{"no look", "Y", false, false, true, 45, {}},
-                        {"another value", "N", false, true, true, 0, {}},
-                        {"a text without a warning", "Y", true, false, true, 45, blue},
-                        {"a warning without its image", "Y", false, true, false, 0, red},
-                        {"a warning over a text", "Y", true, true, true, 45, red}};
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.name);
+    // the indicator, whether the application has a text, and a warning with or without its image; what is shown
+    const std::tuple<const char*, bool, std::optional<bool>, double, std::optional<UIColor>> rows[] = {
+        {"Y", false, std::nullopt, 45, {}},
+        {"N", false, true, 0, {}},
+        {"Y", true, std::nullopt, 45, blue},
+        {"Y", false, false, 0, red},
+        {"Y", true, true, 45, red}}; // the warning's look over the text's
+    for (const auto& [indicator, hasText, showsWarning, width, color] : rows) {
+        SCOPED_TRACE(width);
         CRes cRes = screenCRes(UiType::TEXT);
-        cRes.challengeInfoTextIndicator = row.indicator;
+        cRes.challengeInfoTextIndicator = indicator;
         const auto text = std::make_shared<CustTextCustomization>(FontValues{"Courier", 12, {}}, blue, blue);
         text->setCustomText(*cRes.challengeInfoText, "Look at your phone.");
         look = std::make_shared<UiCustomization>();
-        if (row.hasText) look->setCustTextCustomization(text, CustTextViewType::CHALLENGE_INFO_TEXT);
-        if (row.hasWarning)
-            look->setCustWarning(
-                std::make_shared<CustWarning>(row.showsIndicator, false, red, red, std::nullopt));
+        if (hasText) look->setCustTextCustomization(text, CustTextViewType::CHALLENGE_INFO_TEXT);
+        if (showsWarning)
+            look->setCustWarning(std::make_shared<CustWarning>(*showsWarning, false, red, red, std::nullopt));
         const auto screen = made(cRes);
         const UITextView& shown = *screen->challengeInfoText.get();
-        EXPECT_EQ(screen->warningWidthConstraint->constant(), row.width);
-        EXPECT_EQ(shown.text(), row.hasText ? "Look at your phone." : *cRes.challengeInfoText);
-        EXPECT_EQ(shown.font() == UIFont::make("Courier", 12), row.hasText);
-        if (row.color) EXPECT_EQ(shown.textColor(), *row.color);
-        EXPECT_EQ(shown.backgroundColor() == red, row.color == red);
+        EXPECT_EQ(screen->warningWidthConstraint->constant(), width);
+        EXPECT_EQ(shown.text(), hasText ? "Look at your phone." : *cRes.challengeInfoText);
+        EXPECT_EQ(shown.font() == UIFont::make("Courier", 12), hasText);
+        if (color) EXPECT_EQ(shown.textColor(), *color);
+        EXPECT_EQ(shown.backgroundColor() == red, color == red);
         EXPECT_EQ(text->textColor, blue) << "the warning's look is a copy";
         *cRes.challengeInfoText += " ";
         EXPECT_EQ(made(cRes)->challengeInfoText->text(), *cRes.challengeInfoText) << "another text";

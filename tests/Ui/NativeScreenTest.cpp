@@ -115,31 +115,25 @@ TEST_F(NativeScreen, WhatFollowsAnotherWidthOrSizeOfTextCanBeReadToItsEnd) {
 }
 
 TEST_F(NativeScreen, ConstantsOfTheApplicationReachTheControlsAtEveryLayout) {
-    struct Row {
-        UiObject object;
-        const char* view;
-        UiConstraints asked;
-        double value;
-        const char* neighbour = nullptr; // what it lies below or behind; null for a height
-    };
-    const Row rows[] = {
-        {UiObject::challengeInfoHeader, "challengeInfoHeader", {.top = 33}, 33, "bankLogo"},
-        {UiObject::challengeInfoText, "challengeInfoText", {.leading = 12}, 12, "warningImage"},
-        {UiObject::challengeInfoLabel, "challengeInfoLabel", {.top = 31}, 31, "challengeInfoText"},
-        {UiObject::submitButton, "submitButton", {.top = 29}, 29, "otp"},
-        {UiObject::challengeInfoText, "challengeInfoText", {.height = 70}, 70},
-        {UiObject::whitelistingInfo, "whitelistingInfo", {.height = 15}, 15},
-        {UiObject::extInfo, "extInfo", {.height = 88}, 88}};
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.view);
+    using enum UiObject;
+    // the control, what is asked of it, what that comes to, and below or behind which other
+    const std::tuple<UiObject, const char*, UiConstraints, double, const char*> rows[] = {
+        {challengeInfoHeader, "challengeInfoHeader", {.top = 33}, 33, "bankLogo"},
+        {challengeInfoText, "challengeInfoText", {.leading = 12}, 12, "warningImage"},
+        {submitButton, "submitButton", {.top = 29}, 29, "otp"},
+        {challengeInfoText, "challengeInfoText", {.height = 70}, 70, nullptr},
+        {whitelistingInfo, "whitelistingInfo", {.height = 15}, 15, nullptr},
+        {extInfo, "extInfo", {.height = 88}, 88, nullptr}};
+    for (const auto& [object, view, asked, value, neighbour] : rows) {
+        SCOPED_TRACE(view);
         places = std::make_shared<UiCustomizationConstraints>();
-        places->setConstraints(row.object, row.asked);
+        places->setConstraints(object, asked);
         const auto screen = show(longCRes(UiType::TEXT));
-        const CGRect frame = viewNamed(*screen->view(), row.view).frame();
-        const CGRect other = row.neighbour ? viewNamed(*screen->view(), row.neighbour).frame() : CGRect{};
-        EXPECT_EQ(row.value, row.asked.height ? frame.size.height
-                             : row.asked.top  ? frame.origin.y - CGRectGetMaxY(other)
-                                              : frame.origin.x - CGRectGetMaxX(other));
+        const CGRect frame = viewNamed(*screen->view(), view).frame();
+        const CGRect other = neighbour ? viewNamed(*screen->view(), neighbour).frame() : CGRect{};
+        EXPECT_EQ(value, asked.height ? frame.size.height
+                         : asked.top  ? frame.origin.y - CGRectGetMaxY(other)
+                                      : frame.origin.x - CGRectGetMaxX(other));
     }
 }
 

@@ -8,19 +8,6 @@ using Screen = ChallengeSelectNativeViewController;
 
 class SelectScreen : public ScreenTest {};
 
-TEST_F(SelectScreen, TheListIsAsLongAsItsRows) {
-    for (const UiType kind : {UiType::SINGLE_SELECT, UiType::MULTI_SELECT})
-        for (const std::size_t options : {0U, 3U, 40U}) {
-            CRes cRes = screenCRes(kind);
-            cRes.challengeSelectInfo.reset();
-            if (options > 0) cRes.challengeSelectInfo.emplace(options, StringTable{{"k", "Label"}});
-            const double height = static_cast<double>(options);
-            for (const auto& [way, row] :
-                 {std::pair(Orientation::PORTRAIT, 40), {Orientation::LANDSCAPE, 30}})
-                EXPECT_EQ(show<Screen>(cRes, way)->tableView->frame().size.height, height * row);
-        }
-}
-
 TEST_F(SelectScreen, OptionsShowTheirFirstEntryAndTheLastTappedOneCountsWithAllOfItsKey) {
     CRes cRes = screenCRes(UiType::SINGLE_SELECT);
     cRes.challengeSelectInfo = {{{"b", "Second"}, {"a", "First"}}, {}, {{"a", "Again"}}, {{"c", "C"}}};
