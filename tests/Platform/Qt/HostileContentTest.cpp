@@ -72,17 +72,6 @@ TEST_F(HostileContent, ALogoIsDrawnInItsColoursOnceItIsThere) {
     }
 }
 
-TEST_F(HostileContent, BlackAndWhiteDotsOfAPaletteAreGreyFromAfar) {
-    QImage dots(64, 64, QImage::Format_Indexed8);
-    dots.setColorTable({qRgb(0, 0, 0), qRgb(255, 255, 255)});
-    for (int place = 0; place < 64 * 64; ++place)
-        dots.setPixel(place % 64, place / 64, (place % 64 + place / 64) % 2 == 0 ? 0U : 1U);
-    const QImage small = decoded(*UIImage::make(encoded(dots, "PNG"))->encoded(), {16, 16});
-    ASSERT_EQ(small.size(), QSize(16, 16));
-    for (int place = 0; place < 16 * 16; ++place)
-        EXPECT_NEAR(qGray(small.pixel(place % 16, place / 16)), 127.5, 4);
-}
-
 TEST_F(HostileContent, ALogoIsDecodedOnceInTimeAndBesideTheMainQueue) {
     const auto pngOf = [](QSize size) { return encoded(yellow(size), "PNG"); };
     Bytes broken = pngOf({64, 64});

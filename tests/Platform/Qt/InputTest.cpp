@@ -4,8 +4,6 @@
 #include "tests/Platform/Qt/QtScreenTest.h"
 
 #include <QGuiApplication>
-#include <QQmlComponent>
-#include <QQmlEngine>
 #include <QTest>
 #include <QWheelEvent>
 
@@ -75,71 +73,39 @@ TEST_F(Input, TwoFingersTypeTwoKeys) {
 }
 
 TEST_F(Input, AFingerThatIsNoMoreHeardOfTypesNothing) {
-    const std::pair<const char*, std::function<void()>> rows[] = {
-        {"the mouse", [this] { host->ungrabMouse(); }},
-        {"a finger", [this] { host->ungrabTouchPoints(); }},
-        {"the host cannot be used for a while",
-         [this] {
-             host->setEnabled(false);
-             host->setEnabled(true);
-         }},
-        {"the challenge's screens have gone", [this] {
-             host->uiWindow()->rootViewController()->dismiss(UIAnimated::no);
-             settle();
-             EXPECT_FALSE(host->isActive());
-         }}};
-    for (const auto& [name, lose] : rows) {
-        SCOPED_TRACE(name);
+    const std::function<void()> rows[] = {[this] { host->ungrabTouchPoints(); },
+                                          [this] {
+                                              host->setEnabled(false);
+                                              host->setEnabled(true);
+                                          },
+                                          [this] { // the challenge's screens have gone
+                                              host->uiWindow()->rootViewController()->dismiss(UIAnimated::no);
+                                              settle();
+                                              EXPECT_FALSE(host->isActive());
+                                          }};
+    for (const auto& lose : rows) {
+        SCOPED_TRACE(&lose - rows);
         auto text = showField();
         const QPoint place = middleOf(key("Q"));
-        const bool isMouse = name == rows[0].first;
-        isMouse ? QTest::mousePress(&scene, Qt::LeftButton, {}, place) : finger(0, State::Pressed, place);
-        EXPECT_EQ(host->uiWindow()->touchCount(), 1U);
+        finger(0, State::Pressed, place);
         lose();
-        EXPECT_EQ(host->uiWindow()->touchCount(), 0U);
-        isMouse ? QTest::mouseRelease(&scene, Qt::LeftButton, {}, place) : finger(0, State::Released, place);
+        finger(0, State::Released, place);
         if (!host->isActive()) text = showField();
         press("P");
         EXPECT_EQ(text->otp->text(), "P");
     }
 }
 
-TEST_F(Input, WhatScrollsAroundTheHostDoesNotTakeItsFingers) {
-    QQmlEngine engine;
-    QQmlComponent component(&engine);
-    component.setData("import QtQuick\nFlickable { width: 390; height: 844; contentHeight: 2000 }", {});
-    const std::unique_ptr<QObject> made(component.create());
-    auto* const around = qobject_cast<QQuickItem*>(made.get());
-    ASSERT_TRUE(around);
-    around->setParentItem(scene.contentItem());
-    host->setParentItem(qvariant_cast<QQuickItem*>(around->property("contentItem")));
-    showField();
-    const QPoint place = middleOf(key("Q"));
-    QTest::mousePress(&scene, Qt::LeftButton, {}, place);
-    for (int step = 1; step <= 5; ++step)
-        QTest::mouseMove(&scene, place - QPoint(0, 20 * step), 20);
-    drag(place, {0, -20});
-    EXPECT_EQ(host->uiWindow()->touchCount(), 2U);
-    EXPECT_EQ(around->property("contentY").toDouble(), 0);
-    host->setParentItem(scene.contentItem());
-}
-
 TEST_F(Input, HardwareKeysComeBackWithAPressOrANewFirstResponder) {
-    const std::function<void(UITextField&)> rows[] = {
-        [this](UITextField& field) { tap(field); },
-        [this](UITextField& field) { QTest::mouseClick(&scene, Qt::LeftButton, {}, middleOf(field)); },
-        [](UITextField& field) {
-            field.resignFirstResponder();
-            field.becomeFirstResponder();
-        }};
     QQuickItem elsewhere(scene.contentItem());
-    for (const auto& comeBack : rows) {
-        SCOPED_TRACE(&comeBack - rows);
+    for (const bool isPressed : {true, false}) {
+        SCOPED_TRACE(isPressed);
         const auto text = showField();
         elsewhere.forceActiveFocus();
         QTest::keyClick(&scene, '1');
         EXPECT_EQ(text->otp->text(), "");
-        comeBack(*text->otp.get());
+        if (!isPressed) text->otp->resignFirstResponder();
+        isPressed ? tap(*text->otp.get()) : static_cast<void>(text->otp->becomeFirstResponder());
         settle();
         for (const char character : {'2', 'x', 'y'})
             QTest::keyClick(&scene, character);
