@@ -8,18 +8,34 @@ target_compile_features(korvane_flags INTERFACE cxx_std_20)
 target_compile_options(korvane_flags INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror=switch
     "-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=")
+if(KORVANE_LINKER)
+    target_link_options(korvane_flags INTERFACE -fuse-ld=${KORVANE_LINKER})
+endif()
 if(KORVANE_SANITIZE)
     target_compile_options(korvane_flags INTERFACE
         -fsanitize=${KORVANE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(korvane_flags INTERFACE -fsanitize=${KORVANE_SANITIZE})
 endif()
 
-# korvane_precompile(<target>): what nearly every source draws in, parsed once a target. Each header still compiles alone,
-# which a test of the tree proves.
+# korvane_precompile(<target> [<owner>]): what nearly every source draws in, parsed once for an owner, whose file of a
+# hundred megabytes others with the same flags take over. Each header still compiles alone, which a test of the tree
+# proves.
 function(korvane_precompile target)
-    target_precompile_headers(${target} PRIVATE <algorithm> <functional> <memory> <optional> <string> <vector>
-        <nlohmann/json.hpp>)
+    if(ARGC GREATER 1)
+        target_precompile_headers(${target} REUSE_FROM ${ARGV1})
+    else()
+        target_precompile_headers(${target} PRIVATE <algorithm> <functional> <memory> <optional> <string> <vector>
+            <nlohmann/json.hpp>)
+    endif()
 endfunction()
+
+# The owner for all layers. It has none of the definitions that come with a layer's private libraries: a precompiled header
+# is refused where one of its own is missing.
+file(CONFIGURE OUTPUT "${PROJECT_BINARY_DIR}/Precompiled.cpp" CONTENT "")
+add_library(korvane_precompiled OBJECT "${PROJECT_BINARY_DIR}/Precompiled.cpp")
+set_target_properties(korvane_precompiled PROPERTIES POSITION_INDEPENDENT_CODE ON CXX_EXTENSIONS OFF)
+target_link_libraries(korvane_precompiled PRIVATE nlohmann_json::nlohmann_json korvane_flags)
+korvane_precompile(korvane_precompiled)
 
 # korvane_layer(<name> FOLDERS <folder>... SOURCES <file>... [USES <layer>...] [LIBRARIES <private library>...])
 # Includes are written from the tree's root ("Crypt/JWE.h"), but a layer does not see the tree: it sees a folder of links
@@ -38,7 +54,7 @@ function(korvane_layer name)
     target_include_directories(korvane_${name} PUBLIC "$<BUILD_INTERFACE:${root}>")
     target_link_libraries(korvane_${name} PUBLIC nlohmann_json::nlohmann_json
         PRIVATE korvane_flags ${LAYER_LIBRARIES})
-    korvane_precompile(korvane_${name})
+    korvane_precompile(korvane_${name} korvane_precompiled)
     foreach(used IN LISTS LAYER_USES)
         target_link_libraries(korvane_${name} PRIVATE korvane_${used})
     endforeach()

@@ -22,7 +22,7 @@ endif()
 target_compile_options(headers_alone PRIVATE -O0 -g0)
 add_test(NAME tree.headersCompileAlone
     COMMAND "${CMAKE_COMMAND}" --build "${CMAKE_BINARY_DIR}" --target headers_alone)
-set_tests_properties(tree.headersCompileAlone PROPERTIES RUN_SERIAL ON TIMEOUT 900)
+set_tests_properties(tree.headersCompileAlone PROPERTIES RUN_SERIAL ON TIMEOUT 900 LABELS long)
 
 find_program(NODE node REQUIRED)
 add_test(NAME tree.readmeShowsWhatIsCompiled
