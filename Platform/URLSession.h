@@ -61,10 +61,10 @@ protected:
 };
 
 /// Answers whose body is larger than this are a transport failure, in bytes.
-inline constexpr std::size_t kMostResponseBytes = 16 * 1024 * 1024;
+inline constexpr std::size_t kMostResponseBytes = std::size_t{16} * 1024 * 1024;
 
 /// The same for all the head and trailer lines of an answer together.
-inline constexpr std::size_t kMostHeadBytes = 64 * 1024;
+inline constexpr std::size_t kMostHeadBytes = std::size_t{64} * 1024;
 
 /// An HTTP client for http and https. GET and HEAD follow redirects, but not from https to http; any other
 /// request stays where it was sent, and the redirecting answer is its answer. A URL with a user or a password

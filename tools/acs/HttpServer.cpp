@@ -23,7 +23,7 @@ constexpr int kBacklog = 256;
 constexpr std::size_t kLongestPath = 1024;
 
 /// A body that is too long is read on up to here, so that its sender comes to read the answer.
-constexpr std::size_t kMostDiscarded = 16 * 1024 * 1024;
+constexpr std::size_t kMostDiscarded = std::size_t{16} * 1024 * 1024;
 
 constexpr int kNotInTime = -1;
 

@@ -17,7 +17,7 @@ public:
         std::function<Answer(std::string_view method, std::string_view path, std::string_view body)>;
 
     /// Bodies beyond this many bytes, inflated ones included, are refused with 413.
-    static constexpr std::size_t kLongestBody = 1024 * 1024;
+    static constexpr std::size_t kLongestBody = std::size_t{1024} * 1024;
     /// Connections that are served at once; those beyond wait.
     static constexpr std::size_t kConnections = 192;
 

@@ -76,7 +76,7 @@ constexpr std::array<ExtensionRow, 9> kExtensions{{
     {Role::encryption, NID_key_usage, "critical,keyEncipherment,keyAgreement"},
 }};
 
-constexpr long kDay = 24 * 60 * 60;
+constexpr long kDay = 24L * 60 * 60;
 constexpr long kValidity = 3650 * kDay;
 
 void require(bool isDone, const char* what) {
@@ -200,7 +200,7 @@ fs::path withoutTrailingSlash(const fs::path& folder) {
 
 } // namespace
 
-Pki::Pki(fs::path folder) : folder_(withoutTrailingSlash(folder)) {
+Pki::Pki(const fs::path& folder) : folder_(withoutTrailingSlash(folder)) {
     std::error_code error;
     if (!fs::exists(folder_, error) || fs::is_empty(folder_, error)) fill(folder_);
     if (error)

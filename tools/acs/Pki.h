@@ -30,7 +30,7 @@ public:
     /// Fills the folder where it is absent or empty. Two processes may start on one folder:
     /// the first to end wins.
     /// @throws UsageError when the folder cannot be filled.
-    explicit Pki(std::filesystem::path folder);
+    explicit Pki(const std::filesystem::path& folder);
 
     [[nodiscard]] std::filesystem::path file(std::string_view name, std::string_view extension) const;
 

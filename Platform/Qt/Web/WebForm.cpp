@@ -140,7 +140,7 @@ std::string multipart(const std::vector<WebFormField>& fields, const FormEncoder
 std::vector<WebFormField> fieldsFrom(const QJsonArray& told) {
     std::vector<WebFormField> fields;
     fields.reserve(static_cast<std::size_t>(told.size()));
-    for (const QJsonValue& value : told) {
+    for (const auto& value : told) {
         const QJsonValue type = value[QLatin1String("type")];
         fields.push_back({value[QLatin1String("name")].toString(), value[QLatin1String("value")].toString(),
                           type.isString() ? std::optional(type.toString()) : std::nullopt});

@@ -11,7 +11,7 @@
 namespace korvane {
 
 /// A body larger than this is not taken, in bytes; nor is a query.
-inline constexpr std::size_t kMostFormBytes = 1024 * 1024;
+inline constexpr std::size_t kMostFormBytes = std::size_t{1024} * 1024;
 
 /// One entry of a form's data. A file is known by its name, its content is not.
 struct WebFormField {
