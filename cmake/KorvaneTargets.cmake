@@ -33,7 +33,8 @@ endfunction()
 # is refused where one of its own is missing.
 file(CONFIGURE OUTPUT "${PROJECT_BINARY_DIR}/Precompiled.cpp" CONTENT "")
 add_library(korvane_precompiled OBJECT "${PROJECT_BINARY_DIR}/Precompiled.cpp")
-set_target_properties(korvane_precompiled PROPERTIES POSITION_INDEPENDENT_CODE ON CXX_EXTENSIONS OFF)
+set_target_properties(korvane_precompiled PROPERTIES POSITION_INDEPENDENT_CODE ON CXX_EXTENSIONS OFF
+    CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
 target_link_libraries(korvane_precompiled PRIVATE nlohmann_json::nlohmann_json korvane_flags)
 korvane_precompile(korvane_precompiled)
 
