@@ -251,9 +251,8 @@ std::optional<std::int64_t> signedDecimal(std::string_view text) {
 std::optional<KorvaneError> judgeCounter(const Judged& judged) {
     const auto number = signedDecimal(judged.cres.acsCounterAtoS);
     if (!number || *number == judged.container.counter) return std::nullopt;
-    KorvaneError error = KorvaneError::withDetails(ProtocolErrorCode::notDecrypted, "acsCounterAtoS");
-    error.description = "acsCounterAtoS do not match with sdkCounterStoA.";
-    return error;
+    return KorvaneError{static_cast<int>(ProtocolErrorCode::notDecrypted),
+                        "acsCounterAtoS do not match with sdkCounterStoA.", "acsCounterAtoS"};
 }
 
 std::optional<KorvaneError> judgeRequiredFields(const Judged& judged) {
