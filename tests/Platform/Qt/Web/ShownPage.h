@@ -31,12 +31,7 @@ public:
     [[nodiscard]] static std::shared_ptr<ShownPage> make(const std::string& html = "");
     void load(const std::string& html);
     void block(const std::string& address) { view_->setBlockedAddress(address); }
-    /// Puts a text without scripts in the place of the page's own, which takes much less
-    /// time than to load it.
-    void put(const std::string& html);
-
-    /// Plays the cases one after the other, in one page as long as they have no scripts. The
-    /// page's own text must stay.
+    /// Plays the cases one after the other. The page's own text must stay.
     static void expect(const std::vector<PageCase>& cases);
 
     /// The page's own world of scripts, or one that it does not reach: the library's, or the tests'.
