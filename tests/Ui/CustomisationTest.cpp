@@ -115,6 +115,9 @@ TEST_F(Customised, EveryTextTakesItsFontAndColour) {
         EXPECT_EQ(fontAndColor(viewNamed(*show(screenCRes(kind))->view(), view)),
                   std::pair(*UIFont::make("Courier", 31), std::optional(kRed)))
             << view;
+    const FontValues weighted{"System", 31, 600};
+    look->setLabelCustomization(std::make_shared<LabelCustomization>(FontValues{}, kRed, weighted, kRed));
+    EXPECT_EQ(show(screenCRes(UiType::OOB))->challengeInfoHeader->font(), UIFont::systemFont(31, 0.6));
 }
 
 TEST_F(Customised, TheBarTheFieldAndTheScreenTakeEveryValueAndTheFieldsBorderStays) {
