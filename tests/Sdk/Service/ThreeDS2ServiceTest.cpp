@@ -1,6 +1,7 @@
 #include "Sdk/Service/ThreeDS2Service.h"
 
 #include "Crypt/JWE.h"
+#include "Sdk/DeviceData/DeviceInfo.h"
 #include "Sdk/Events/SdkError.h"
 #include "tests/support/Failures.h"
 #include "tests/support/PlayedAcs.h"
