@@ -106,7 +106,7 @@ TEST_F(ScreenReader, TurnsThePagesOfALongListToItsEndAndBack) {
     for (int page = 0; page < 32; ++page) {
         for (Interface* const one : heard())
             if (nameOf(*one).starts_with("Option ")) options.insert(nameOf(*one));
-        if (page == 16) EXPECT_EQ(options.size(), 300U);
+        EXPECT_TRUE(page != 16 || options.size() == 300U);
         const QString action = page < 16 ? Action::scrollDownAction() : Action::scrollUpAction();
         Interface* const list = heardAs(QAccessible::List);
         ASSERT_TRUE(list && list->actionInterface()->actionNames().contains(action));
