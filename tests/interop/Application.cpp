@@ -59,14 +59,12 @@ private:
     const TransactionCerts certs_;
 };
 
-/// What the library tells of this device, sealed.
-std::string deviceData(const TransactionCerts& certs) {
+/// One that has sealed what the library tells of this device. Its end is told on standard output.
+std::shared_ptr<Transaction> createTransaction(const TransactionCerts& certs) {
     ThreeDS2Service service;
     service.setCertProducer(std::make_shared<Producer>(certs));
     service.initialize(std::make_shared<ConfigParameters>(), nullptr, nullptr, Locale{"en_GB"});
-    return service.createTransaction(kDirectoryServerID, "2.2.0")
-        ->getAuthenticationRequestParameters()
-        .getDeviceData();
+    return service.createTransaction(kDirectoryServerID, "2.2.0");
 }
 
 JSON requestLine(const std::string& sealedDevice, const Exchange& exchange, const Identities& identities) {
@@ -98,7 +96,9 @@ void converse() {
                                  kDirectoryServerID};
     const auto exchange = std::make_shared<Exchange>(MessageVersion::v2_2_0, kReferenceNumber,
                                                      std::make_unique<KeysContainer>(certs));
-    writeLine(requestLine(deviceData(certs), *exchange, identities));
+    const auto transaction = createTransaction(certs);
+    writeLine(requestLine(transaction->getAuthenticationRequestParameters().getDeviceData(), *exchange,
+                          identities));
 
     takeParameters(*exchange, readLine());
     exchange->openSecureChannel();
