@@ -25,10 +25,10 @@ TEST(SignedContent, WithoutCertificateTextsOrAnAllowedAlgorithmIsRejected) {
     const PlayedAcs acs;
     const TestIdentity wide = acs.root.issue({.key = TestKeyType::p384});
     const TestIdentity rsa = acs.root.issue({.key = TestKeyType::rsa2048});
-    const Bytes payload = toBytes(acs.payload().dump());
+    const Bytes payload = toBytes(acs.payload().dump()), signature(64);
     const auto under = [&](const JSON& header) {
         const JWSHeader jwsHeader(header);
-        const std::array<DataConvertible, 3> parts{jwsHeader, payload, Bytes(64)};
+        const std::array<DataConvertible, 3> parts{jwsHeader, payload, signature};
         return joinedBase64URL(parts);
     };
     const std::pair<const char*, std::string> rows[] = {
