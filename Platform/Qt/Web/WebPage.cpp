@@ -110,7 +110,7 @@ struct WebPage::Question {
     std::optional<WKNavigationActionPolicy> answer = std::nullopt;
 };
 
-WebPage::WebPage(QQmlEngine& engine, std::shared_ptr<WKWebView> view, QQuickItem* parent)
+WebPage::WebPage(QQmlEngine& engine, const std::shared_ptr<WKWebView>& view, QQuickItem* parent)
     : QQuickItem(parent), view_(view), word_(QUuid::createUuid().toString()),
       gate_(std::make_unique<Gate>()) {
     setFlag(ItemIsFocusScope);

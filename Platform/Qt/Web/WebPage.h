@@ -44,7 +44,7 @@ class WebPage : public QQuickItem {
 
 public:
     /// Fills itself with the engine's item. Holds the view weakly.
-    WebPage(QQmlEngine& engine, std::shared_ptr<WKWebView> view, QQuickItem* parent);
+    WebPage(QQmlEngine& engine, const std::shared_ptr<WKWebView>& view, QQuickItem* parent);
     ~WebPage() override;
 
     /// After a change of the view: shows its page if it is another one than before.
