@@ -1,6 +1,7 @@
 #include "bench/Challenge.h"
 
 #include "Crypt/DataExtensions.h"
+#include "Platform/View/UINavigationController.h"
 #include "Platform/View/UIWindow.h"
 #include "Sdk/Service/ThreeDS2Service.h"
 #include "Ui/Screens/ChallengeOobNativeViewController.h"
