@@ -21,8 +21,11 @@ public:
     makeURLSession(const URLSessionConfiguration& configuration) override;
 
     Bytes answer;
+    std::vector<std::string> localeIdentifiers;
 
 private:
+    [[nodiscard]] std::vector<std::string> availableIdentifiers() const override { return localeIdentifiers; }
+
     TemporaryFolder folder_;
     NativeUserDefaults defaults_{folder_.path() + "/defaults.json"};
 };

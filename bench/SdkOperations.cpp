@@ -6,6 +6,7 @@
 #include "Platform/LetterCase.h"
 #include "Platform/Native/NativePlatform.h"
 #include "Platform/Security/SecTrust.h"
+#include "Sdk/DeviceData/DeviceDataCollection.h"
 #include "Sdk/Exchange/Exchange.h"
 #include "Sdk/Service/ThreeDS2Service.h"
 #include "bench/BareOpenSSL.h"
@@ -41,7 +42,7 @@ std::shared_ptr<InstantPlatform> instantPlatform() {
             fonts.emplace_back(family, native.fonts().fontNamesForFamilyName(family));
     }
     auto platform = std::make_shared<InstantPlatform>();
-    platform->script().availableIdentifiers = std::move(locales);
+    platform->localeIdentifiers = std::move(locales);
     platform->script().fonts = std::move(fonts);
     return platform;
 }
