@@ -59,14 +59,14 @@ void UIView::insertSubview(std::shared_ptr<UIView> view, std::size_t atIndex) {
     if (isDescendant(*view)) fatalError("A view cannot be put into itself.");
     view->removeFromSuperview();
     const auto place = subviews_.begin() + static_cast<std::ptrdiff_t>(std::min(atIndex, subviews_.size()));
-    subviews_.insert(place, view);
-    view->superview_ = this;
+    UIView& inserted = **subviews_.insert(place, std::move(view));
+    inserted.superview_ = this;
     for (UIView* around = this; around; around = around->superview_)
-        around->placeWatchers_ += view->placeWatchers_;
+        around->placeWatchers_ += inserted.placeWatchers_;
     setNeedsLayout();
-    view->setNeedsDisplay();
-    view->spreadPlace();
-    if (root().kind() == UIViewKind::window) view->spreadWindow();
+    inserted.setNeedsDisplay();
+    inserted.spreadPlace();
+    if (root().kind() == UIViewKind::window) inserted.spreadWindow();
 }
 
 void UIView::moveSubview(const UIView& view, std::size_t toIndex) {
