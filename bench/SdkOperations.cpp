@@ -83,10 +83,11 @@ struct Creation {
     }
 };
 
-Operation creationRow(const std::string& name, std::function<AuthenticationRequestParameters()> korvane,
-                      std::function<std::string()> bare) {
-    return {name, kCreateTarget, false, [=] { benchmark::DoNotOptimize(korvane()); },
-            [=] { benchmark::DoNotOptimize(bare()); }};
+Operation creationRow(const std::string& name,
+                      const std::function<AuthenticationRequestParameters()>& korvane,
+                      const std::function<std::string()>& bare) {
+    return {name, kCreateTarget, false, [korvane] { benchmark::DoNotOptimize(korvane()); },
+            [bare] { benchmark::DoNotOptimize(bare()); }};
 }
 
 /// The key pair of the session, a content key under the certificate's key, and the sealing.
@@ -242,7 +243,7 @@ std::vector<Operation> sdkOperations() {
     addRsaCreation(rows, platform);
     addEcCreation(rows, platform);
     addExchange(rows, platform, "4 KB", 4096);
-    addExchange(rows, platform, "130 KB", 130 * 1024);
+    addExchange(rows, platform, "130 KB", std::size_t{130} * 1024);
     addChainCheck(rows, "P-256", TestKeyType::p256);
     addChainCheck(rows, "RSA 2048", TestKeyType::rsa2048);
     return rows;

@@ -122,7 +122,7 @@ void Payment::challenge(const JSON& answer) {
 }
 
 /// The transaction holds this object as its receiver, so that it is let go here.
-void Payment::end(Outcome outcome) {
+void Payment::end(const Outcome& outcome) {
     const auto ended = std::exchange(ended_, nullptr);
     if (!ended) return;
     const auto self = shared_from_this();

@@ -41,7 +41,7 @@ private:
     void authenticate(const AcsSite& site);
     void takeAnswer(const std::optional<Bytes>& body, const std::optional<std::string>& error);
     void challenge(const JSON& answer);
-    void end(Outcome outcome);
+    void end(const Outcome& outcome);
 
     const Card& card_;
     const std::shared_ptr<const UiCustomization> customization_;
