@@ -1,4 +1,5 @@
 #include "Platform/Native/NativePlatform.h"
+#include "Ui/Screens/TopController.h"
 #include "tests/support/SimulatedPlatform.h"
 
 #include <gmock/gmock.h>
@@ -198,6 +199,15 @@ TEST(NativeDispatch, MainQueueRunsInOrderOnTheThreadThatRunsIt) {
     main.async([&] { order.push_back(2); });
     platform.runMain();
     EXPECT_THAT(order, ElementsAre(1, 2, 3, 4));
+}
+
+TEST(NativeDispatch, MainThreadWaitsForNoMainQueueWhetherThatRunsOrNot) {
+    NativePlatform platform;
+    const auto asks = [&] { return platform.dispatch().mainQueue().isCurrent() && !getTopController(); };
+    EXPECT_TRUE(asks());
+    platform.runMainUntil(asks);
+    std::thread([&] { platform.runMainUntil(asks); }).join();
+    EXPECT_FALSE(platform.dispatch().mainQueue().isCurrent());
 }
 
 TEST(NativeDispatch, EndOfThePlatformFreesWhatWaitsAndLetsGoWhoWaitsForTheMainQueue) {

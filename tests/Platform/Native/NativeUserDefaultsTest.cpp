@@ -97,6 +97,19 @@ TEST_F(UserDefaults, AWriteThatFailsHalfwayLeavesTheFileAndKeepsTheValue) {
     })));
 }
 
+/// What was everybody's is the first program's, and nobody else's.
+TEST_F(UserDefaults, FileOfTheUserBecomesTheProgramsThatComesFirst) {
+    const fs::path users = file.parent_path() / "users.json";
+    write(R"({"a":"old"})");
+    fs::rename(file, users);
+    const NativeUserDefaults first(NativeUserDefaults::Place{file, users}),
+        other(NativeUserDefaults::Place{root / "other" / "defaults.json", users});
+    EXPECT_EQ(first.valueForKey("a"), "old");
+    EXPECT_FALSE(fs::exists(users));
+    EXPECT_EQ(elsewhere("a"), "old");
+    EXPECT_EQ(other.valueForKey("a"), std::nullopt);
+}
+
 TEST_F(UserDefaults, ProcessesThatWriteAtOnceLoseNothing) {
     constexpr int kProcesses = 4, kWrites = 40;
     const auto key = [](int process, int index) { return std::to_string(process * kWrites + index); };
