@@ -23,7 +23,8 @@ enum class UIDeviceOrientation : int {
 };
 
 /// The device that the process runs on. No read fails.
-/// Any thread: orientation and identifier are read beside a challenge. Belongs to its platform and lives as long.
+/// Any thread: orientation and identifier are read beside a challenge. Belongs to its platform
+/// and lives as long.
 class KORVANE_EXPORT UIDevice {
 public:
     /// Posted on the main queue when `orientation()` has changed.

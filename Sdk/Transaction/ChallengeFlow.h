@@ -113,6 +113,11 @@ private:
 
     // The state. Any thread.
     void go(State from, State to) noexcept { state_.compare_exchange_strong(from, to); }
+    /// From any state but `interrupted`, which is never left.
+    void enter(State next) noexcept {
+        for (State now = state_; now != State::interrupted;)
+            if (state_.compare_exchange_weak(now, next)) return;
+    }
     [[nodiscard]] bool isInterrupted() const noexcept { return state_ == State::interrupted; }
     [[nodiscard]] bool hasEnded() const noexcept { return state_ == State::ended || isInterrupted(); }
     [[nodiscard]] bool mayTurn() const noexcept;

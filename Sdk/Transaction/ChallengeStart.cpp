@@ -108,9 +108,9 @@ void ChallengeFlow::challengeTimedOut(const DispatchWorkItem& timer) {
         initCReqErrorSendCompletetionSemaphore_->signal();
         return;
     }
-    state_ = State::ended;
+    enter(State::ended);
     screens_->dismiss([self = shared_from_this()] {
-        self->state_ = State::interrupted;
+        self->enter(State::interrupted);
         self->exchange_->interrupt();
         self->exchange_->cancelCResTimer();
         self->tellAcsOfTimeout();

@@ -52,7 +52,7 @@ void ChallengeFlow::completeChallenge(std::function<void()> tell) {
     onMainQueue([self = shared_from_this(), tell = std::move(tell)] {
         self->cancelChallengeTimer();
         if (!self->screens_->stands() || self->hasEnded()) return;
-        self->state_ = State::ended;
+        self->enter(State::ended);
         self->screens_->dismiss(tell);
     });
 }
@@ -63,7 +63,7 @@ void ChallengeFlow::cancelChallengeTimer() {
 
 /// From a screen: its exchange, if one is under way, has no end of its own any more.
 void ChallengeFlow::sendRuntimeErrorToApp(const std::string& text) {
-    if (screens_->stands() && !isInterrupted()) state_ = State::ended;
+    if (screens_->stands()) enter(State::ended);
     endWithRuntimeError(text);
 }
 

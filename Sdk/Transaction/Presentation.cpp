@@ -42,7 +42,7 @@ void ChallengeFlow::presentRootChallengeVc(const CRes& cRes) {
     try {
         updateViewControllerContainer(cRes);
         screens_->present(screens_->firstController(), shared_from_this());
-        if (!isInterrupted()) state_ = State::standing;
+        enter(State::standing);
     } catch (const std::exception& error) {
         cancelChallengeTimer();
         const std::string text = "Got error on challenge VC init from CRes: " + genericDescription(error);
