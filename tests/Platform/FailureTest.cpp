@@ -5,9 +5,13 @@
 
 #include <gmock/gmock.h>
 
+#include <atomic>
+#include <thread>
+
 namespace korvane {
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
@@ -30,6 +34,27 @@ TEST(Logging, TextIsBuiltForALoggerAlone) {
     const RecordingLogger logger;
     log();
     EXPECT_THAT(logger.lines(), ElementsAre("tests/Platform/FailureTest.cpp f(_:): 1"));
+}
+
+/// An application's logger may end with a line.
+struct LastWords final : IKorvaneLogger {
+    ~LastWords() override { KORVANE_LOG("deinit()", "last words"); }
+    void log(const std::string&, const char*, const char*, unsigned) override {}
+};
+
+TEST(NativeLogging, LoggersMayLogAtTheirEndAndComeAndGoWhileOthersLog) {
+    std::atomic<bool> isDone = false;
+    std::thread writer([&isDone] {
+        while (!isDone)
+            KORVANE_LOG("f()", "line");
+    });
+    for (int count = 0; count < 200; ++count) {
+        Logger::shared().setDebug(std::make_shared<LastWords>());
+        const RecordingLogger logger;
+        EXPECT_THAT(logger.lines(), Contains(HasSubstr("last words")));
+    }
+    isDone = true;
+    writer.join();
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+#include "Platform/Native/NativePlatform.h"
 #include "Platform/Security/SecTrust.h"
 #include "tests/support/TestPki.h"
 
@@ -5,6 +6,7 @@
 
 #include <atomic>
 #include <optional>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -35,6 +37,45 @@ TEST(NativeThreads, OneKeyAndOneChainServeMany) {
         thread.join();
     EXPECT_EQ(good, 100);
     EXPECT_EQ(&SecCertificateCopyKey(leaf)->material(), &SecCertificateCopyKey(leaf)->material());
+}
+
+/// No thread can be made in its lifetime: their stacks would be larger than all addresses.
+class NoMoreThreads {
+public:
+    NoMoreThreads() {
+        pthread_getattr_default_np(&usual_);
+        pthread_attr_t huge = usual_;
+        pthread_attr_setstacksize(&huge, std::size_t{1} << 50U);
+        pthread_setattr_default_np(&huge);
+    }
+    NoMoreThreads(const NoMoreThreads&) = delete;
+    NoMoreThreads& operator=(const NoMoreThreads&) = delete;
+    ~NoMoreThreads() { pthread_setattr_default_np(&usual_); }
+
+private:
+    pthread_attr_t usual_{};
+};
+
+TEST(NativeThreads, WorkWaitsForThoseThatThereAreWhereNoneCanBeMade) {
+    NativePlatform platform;
+    Dispatch& dispatch = platform.dispatch();
+    const auto ended = dispatch.makeSemaphore(0);
+    const auto signal = [ended] { ended->signal(); };
+    const NoMoreThreads limit;
+    ASSERT_THROW(std::thread([] {}).join(), std::system_error);
+    for (int count = 0; count < 3; ++count)
+        dispatch.globalQueue().async(signal);
+    dispatch.makeSerialQueue("patient")->async(signal);
+    dispatch.globalQueue().asyncAfter(Seconds{0.01}, std::make_shared<DispatchWorkItem>(signal));
+    std::optional<std::string> error;
+    const auto end = [&](auto, auto text) {
+        error = std::move(text);
+        ended->signal();
+    };
+    platform.makeURLSession({})->dataTask({*URL::make("http://127.0.0.1/")}, end)->resume();
+    for (int count = 0; count < 6; ++count)
+        ASSERT_EQ(ended->wait(Seconds{60}), DispatchTimeoutResult::success);
+    EXPECT_NE(error.value_or(""), "");
 }
 
 } // namespace

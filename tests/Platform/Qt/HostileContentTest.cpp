@@ -72,6 +72,25 @@ TEST_F(HostileContent, ALogoIsDrawnInItsColoursOnceItIsThere) {
     }
 }
 
+/// Indices of a palette are no shades: those between two of them may be any colour.
+TEST_F(HostileContent, APaletteIsScaledInItsColours) {
+    QImage motley({256, 128}, QImage::Format_Indexed8);
+    QList<QRgb> colours;
+    for (int index = 0; index < 256; ++index)
+        colours.append(qRgb(index, 255 - index, index * 3 % 256));
+    motley.setColorTable(colours);
+    for (int x = 0; x < motley.width(); ++x)
+        for (int y = 0; y < motley.height(); ++y)
+            motley.setPixel(x, y, static_cast<uint>(x * 7 + y * 13) % 256);
+    const QSize smaller(90, 40);
+    const QImage expected = motley.convertToFormat(QImage::Format_RGB32)
+                                .scaled(smaller, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    const QImage shown = decoded(*UIImage::make(encoded(motley, "PNG"))->encoded(), smaller);
+    ASSERT_EQ(shown.size(), smaller);
+    for (int x = 0; x < smaller.width(); ++x)
+        EXPECT_NEAR(qBlue(shown.pixel(x, 16)), qBlue(expected.pixel(x, 16)), 2);
+}
+
 TEST_F(HostileContent, ALogoIsDecodedOnceInTimeAndBesideTheMainQueue) {
     const auto pngOf = [](QSize size) { return encoded(yellow(size), "PNG"); };
     Bytes broken = pngOf({64, 64});
