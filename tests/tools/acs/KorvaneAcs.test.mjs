@@ -3,9 +3,11 @@
 import { strict as assert } from "node:assert";
 import { spawnSync } from "node:child_process";
 import * as crypto from "node:crypto";
+import { once } from "node:events";
 import { readFileSync, readdirSync, statSync } from "node:fs";
 import { join } from "node:path";
 import { after, before, suite, test } from "node:test";
+import { setTimeout } from "node:timers/promises";
 import { gzipSync } from "node:zlib";
 
 import { Acs, pki, withAcs, written } from "./Acs.mjs";
@@ -109,6 +111,7 @@ suite("rubbish", () => {
   const dataUnder = (epk) => request({ deviceData: seal("{}", crypto.randomBytes(32), { alg: "dir", epk }) });
   const requests = [
     ["no JSON", () => "\xff{", "101"],
+    ["as many names as there is room for", () => `{"${[...Array(95000).keys()].join('":1,"')}":1}`, "201"],
     ["a depth beyond measure", () => "[".repeat(500000), "101"],
     ["two members missing", request({ sdkAppID: undefined, sdkTransId: undefined }), "201 sdkTransId,sdkAppID"],
     ["a member twice", (sdk) => request({})(sdk).replace("{", '{"sdkAppID":"x",'), "204 sdkAppID"],
@@ -117,7 +120,9 @@ suite("rubbish", () => {
   ];
   for (const [name, body, says] of requests)
     test(`/authenticate: ${name}`, async () => {
+      const begin = performance.now();
       const answer = await acs.post("/authenticate", body(new Sdk(acs)));
+      assert.ok(performance.now() - begin < 5000);
       assert.equal(answer.status, 400);
       expectErro(answer, says, { errorMessageType: "AReq" });
     });
@@ -165,6 +170,15 @@ suite("the process", () => {
     await cut;
   }));
 
+  test("it serves on and ends at a signal although nobody reads its output", () => withAcs("text", async (acs) => {
+    acs.lines.close(); // which also stops its stream
+    for (let round = 0; round < 4; ++round) await (await new Sdk(acs).authenticate()).post({ filler: "x".repeat(780000) });
+    const exit = once(acs.child, "exit");
+    acs.child.kill("SIGTERM");
+    assert.deepEqual(await Promise.race([exit, setTimeout(10000, "still there", { ref: false })]), [0, null]);
+    acs.child.stdout.resume();
+  }));
+
   test("the PKI is kept, and its keys are for the owner alone", async () => {
     const names = readdirSync(pki);
     const read = () => names.map((name) => readFileSync(join(pki, name), "latin1"));
@@ -183,6 +197,7 @@ suite("wrong usage", () => {
   const rows = [
     ["no JSON", '{"steps": [\n  {,\n]}', /:2: This is not JSON/],
     ["a level too many", `["[",\n${"[".repeat(256)}${"]".repeat(256)}\n]`, /:2: This nests deeper than 256/],
+    ["a number that overflows", '{"steps": [],\n"attempts": 1e400}', /:2: This number is too large/],
     ["an unknown member", '{\n"steps": [],\n"stops": []}', /:3: stops: is not known here; known are/],
     ["a pass beyond the attempts", step({ attempts: 2, passesFrom: 3 }), /steps\[0\]\.passesFrom: .* from 1 to 2/],
     ["a fault in the wrong place", fault("foreignRoot"), /fault\.name: names no fault of this place; there are wrongCounter/],
