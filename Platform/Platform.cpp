@@ -34,7 +34,7 @@ UIApplication& Platform::application() noexcept {
 
 Platform& Platform::current() {
     Platform* platform = installed.load(std::memory_order_acquire);
-    if (!platform) fatalError("No platform is installed: make a NativePlatform, or another one, first.");
+    if (!platform) fatalError("No platform is installed: make a HeadlessPlatform, or another one, first.");
     return *platform;
 }
 

@@ -1,6 +1,6 @@
 #include "bench/Footprint.h"
 
-#include "Platform/Native/NativePlatform.h"
+#include "Platform/Headless/HeadlessPlatform.h"
 #include "Sdk/Service/ThreeDS2Service.h"
 #include "bench/Silence.h"
 #include "tests/support/PlayedAcs.h"
@@ -100,7 +100,7 @@ void printMemory(const char* name, const std::shared_ptr<const ConfigParameters>
 void printFootprint() {
     const TemporaryFolder folder;
     ::setenv("XDG_CONFIG_HOME", folder.path().c_str(), 1);
-    const NativePlatform platform;
+    const HeadlessPlatform platform;
     folder.write("device.der", selfSigned({}).der);
     printInitialize(configuration(folder, CertAlgorithm::EC));
     printMemory("EC", configuration(folder, CertAlgorithm::EC));

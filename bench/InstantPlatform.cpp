@@ -1,7 +1,7 @@
 #include "bench/InstantPlatform.h"
 
 #include "Platform/Failure.h"
-#include "Platform/Native/NativePlatform.h"
+#include "Platform/Headless/HeadlessPlatform.h"
 
 namespace korvane::bench {
 

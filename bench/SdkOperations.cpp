@@ -3,8 +3,8 @@
 #include "Crypt/ConcatKDF.h"
 #include "Crypt/EC.h"
 #include "Crypt/JWE.h"
+#include "Platform/Headless/HeadlessPlatform.h"
 #include "Platform/LetterCase.h"
-#include "Platform/Native/NativePlatform.h"
 #include "Platform/Security/SecTrust.h"
 #include "Sdk/DeviceData/DeviceDataCollection.h"
 #include "Sdk/Exchange/Exchange.h"
@@ -36,10 +36,10 @@ std::shared_ptr<InstantPlatform> instantPlatform() {
     std::vector<std::string> locales;
     std::vector<std::pair<std::string, std::vector<std::string>>> fonts;
     {
-        NativePlatform native;
-        locales = native.locales().availableIdentifiers();
-        for (const std::string& family : native.fonts().familyNames())
-            fonts.emplace_back(family, native.fonts().fontNamesForFamilyName(family));
+        HeadlessPlatform machine;
+        locales = machine.locales().availableIdentifiers();
+        for (const std::string& family : machine.fonts().familyNames())
+            fonts.emplace_back(family, machine.fonts().fontNamesForFamilyName(family));
     }
     auto platform = std::make_shared<InstantPlatform>();
     platform->localeIdentifiers = std::move(locales);

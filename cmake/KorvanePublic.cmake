@@ -5,7 +5,7 @@
 # What an application includes; <korvane/korvane.h> includes all of these.
 set(KORVANE_APPLICATION_HEADERS
     Platform/Logger.h
-    Platform/Native/NativePlatform.h
+    Platform/Headless/HeadlessPlatform.h
     Sdk/Events/SdkError.h
     Sdk/Service/ThreeDS2Service.h
     Ui/Customisation/UiCustomization.h

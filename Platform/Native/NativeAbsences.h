@@ -2,30 +2,10 @@
 
 #include "Platform/ASIdentifierManager.h"
 #include "Platform/CLLocationManager.h"
-#include "Platform/UIScreen.h"
-
-#include <mutex>
 
 namespace korvane {
 
-// What a machine without a screen, without a store and without sensors answers.
-
-/// Empty, until it is given a size for screens that nobody looks at.
-class NoScreen final : public UIScreen {
-public:
-    [[nodiscard]] CGRect bounds() const override {
-        const std::scoped_lock lock(mutex_);
-        return bounds_;
-    }
-    void setBounds(const CGRect& bounds) {
-        const std::scoped_lock lock(mutex_);
-        bounds_ = bounds;
-    }
-
-private:
-    mutable std::mutex mutex_;
-    CGRect bounds_;
-};
+// What a machine without a store and without sensors answers.
 
 class NoLocation final : public CLLocationManager {
 public:

@@ -5,7 +5,7 @@
 using namespace korvane;
 
 int main() {
-    NativePlatform platform;
+    HeadlessPlatform platform;
     ThreeDS2Service service;
     service.initialize(std::make_shared<ConfigParameters>(), nullptr, nullptr, Locale{"en-GB"});
     try {

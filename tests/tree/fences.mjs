@@ -14,7 +14,7 @@ const libraries = [
   { name: /^unicode\//, folders: ["Platform"] },
   { name: /^simdjson/, folders: ["Platform"] },
   { name: /^(curl|asio)[./]/, folders: ["Platform/Native"] },
-  { name: /^fontconfig\//, folders: ["Platform/Native"] },
+  { name: /^fontconfig\//, folders: ["Platform/Headless"] },
   { name: /^Q[A-Z]/, folders: ["Platform/Qt", "examples", "tests/Platform/Qt", "tests/examples", "bench/Qt"] },
 ];
 

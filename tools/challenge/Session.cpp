@@ -76,7 +76,7 @@ int pageOf(const ChallengeViewController& screen) {
 
 } // namespace
 
-Session::Session(NativePlatform& platform, Options options, TransactionCerts certificates,
+Session::Session(HeadlessPlatform& platform, Options options, TransactionCerts certificates,
                  EventWriter& events)
     : platform_(platform), options_(std::move(options)), certificates_(std::move(certificates)),
       events_(events) {}

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/Native/NativePlatform.h"
+#include "Platform/Headless/HeadlessPlatform.h"
 #include "Platform/View/UIWindow.h"
 #include "Sdk/Service/ThreeDS2Service.h"
 #include "Ui/Screens/ChallengeViewController.h"
@@ -20,7 +20,7 @@ namespace korvane::challenge {
 /// them. Main queue only.
 class Session final : public ChallengeStatusReceiver, public std::enable_shared_from_this<Session> {
 public:
-    Session(NativePlatform& platform, Options options, TransactionCerts certificates, EventWriter& events);
+    Session(HeadlessPlatform& platform, Options options, TransactionCerts certificates, EventWriter& events);
 
     /// Creates the transaction and begins to read lines. At its end the platform's main loop is stopped.
     void begin();
@@ -56,7 +56,7 @@ private:
     void stopWhenScreensAreGone();
     void stop();
 
-    NativePlatform& platform_;
+    HeadlessPlatform& platform_;
     const Options options_;
     const TransactionCerts certificates_;
     EventWriter& events_;

@@ -58,7 +58,7 @@ TransactionCerts certificatesOf(const Options& options) {
 int run(const Options& options) {
     EventWriter events;
     TransactionCerts certificates = certificatesOf(options);
-    NativePlatform platform;
+    HeadlessPlatform platform;
     if (!options.certificateAuthority.empty())
         platform.addCertificateAuthorities(readAuthorities(options.certificateAuthority));
     const auto session = std::make_shared<Session>(platform, options, std::move(certificates), events);

@@ -1,4 +1,4 @@
-#include "Platform/Native/NativePlatform.h"
+#include "Platform/Headless/HeadlessPlatform.h"
 #include "Ui/Screens/TopController.h"
 #include "tests/support/SimulatedPlatform.h"
 
@@ -32,7 +32,7 @@ protected:
     std::optional<SomePlatform> platform_{std::in_place};
 };
 
-using Platforms = testing::Types<NativePlatform, SimulatedPlatform>;
+using Platforms = testing::Types<HeadlessPlatform, SimulatedPlatform>;
 TYPED_TEST_SUITE(DispatchContract, Platforms);
 
 TYPED_TEST(DispatchContract, SerialQueueRunsOneAtATimeAndInTheOrderOfEachCaller) {
@@ -184,7 +184,7 @@ TYPED_TEST(DispatchContract, ProgrammersFaultsEndTheProcess) {
 }
 
 TEST(NativeDispatch, MainQueueRunsInOrderOnTheThreadThatRunsIt) {
-    NativePlatform platform;
+    HeadlessPlatform platform;
     DispatchQueue& main = platform.dispatch().mainQueue();
     const auto thread = std::this_thread::get_id();
     std::vector<int> order;
@@ -202,7 +202,7 @@ TEST(NativeDispatch, MainQueueRunsInOrderOnTheThreadThatRunsIt) {
 }
 
 TEST(NativeDispatch, MainThreadWaitsForNoMainQueueWhetherThatRunsOrNot) {
-    NativePlatform platform;
+    HeadlessPlatform platform;
     const auto asks = [&] { return platform.dispatch().mainQueue().isCurrent() && !getTopController(); };
     EXPECT_TRUE(asks());
     platform.runMainUntil(asks);
@@ -216,7 +216,7 @@ TEST(NativeDispatch, EndOfThePlatformFreesWhatWaitsAndLetsGoWhoWaitsForTheMainQu
     std::shared_ptr<DispatchQueue> queue;
     std::atomic<int> ended{0};
     {
-        NativePlatform platform;
+        HeadlessPlatform platform;
         Dispatch& dispatch = platform.dispatch();
         queue = dispatch.makeSerialQueue("survivor");
         const auto started = dispatch.makeSemaphore(0);

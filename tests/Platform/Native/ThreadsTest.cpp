@@ -1,4 +1,4 @@
-#include "Platform/Native/NativePlatform.h"
+#include "Platform/Headless/HeadlessPlatform.h"
 #include "Platform/Security/SecTrust.h"
 #include "tests/support/TestPki.h"
 
@@ -57,7 +57,7 @@ private:
 };
 
 TEST(NativeThreads, WorkWaitsForThoseThatThereAreWhereNoneCanBeMade) {
-    NativePlatform platform;
+    HeadlessPlatform platform;
     Dispatch& dispatch = platform.dispatch();
     const auto ended = dispatch.makeSemaphore(0);
     const auto signal = [ended] { ended->signal(); };

@@ -1,4 +1,4 @@
-#include "Platform/Native/NativePlatform.h"
+#include "Platform/Headless/HeadlessPlatform.h"
 #include "Sdk/Exchange/Exchange.h"
 #include "tests/support/Messages.h"
 #include "tests/support/PlayedAcs.h"
@@ -11,7 +11,7 @@ namespace {
 
 /// The application may ask on one thread while the agreement uses the pair up on another.
 TEST(NativeTransaction, ValuesOfTheRequestStayTheSameBesideTheAgreement) {
-    NativePlatform platform;
+    HeadlessPlatform platform;
     const PlayedAcs acs;
     ChallengeParameters parameters = validParameters();
     parameters.setAcsSignedContent(acs.signedContent());

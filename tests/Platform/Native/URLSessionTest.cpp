@@ -1,4 +1,4 @@
-#include "Platform/Native/NativePlatform.h"
+#include "Platform/Headless/HeadlessPlatform.h"
 #include "Sdk/Exchange/HttpClient.h"
 #include "tests/support/CannedServer.h"
 #include "tests/support/Files.h"
@@ -60,7 +60,7 @@ protected:
     Outcome fetch(URLRequest request) { return fetch(*session_, std::move(request)); }
 
     LocalServer server_{LocalServer::Transport::plain};
-    NativePlatform platform_;
+    HeadlessPlatform platform_;
     std::shared_ptr<URLSession> session_ = platform_.makeURLSession({});
     std::shared_ptr<DispatchSemaphore> ended_ = platform_.dispatch().makeSemaphore(0);
     Outcome last_;
@@ -192,7 +192,7 @@ TEST(NativeURLSessionSecrets, AreNotWrittenToTheFileThatTheEnvironmentNames) {
     EXPECT_EXIT(
         {
             LocalServer secure(LocalServer::Transport::tls);
-            NativePlatform platform;
+            HeadlessPlatform platform;
             platform.addCertificateAuthorities(LocalServer::authority());
             const HttpAnswer answer = HttpClient(secure.url("/echo")).sendCReqData(toBytes("sealed"));
             std::_Exit(answer.data == toBytes("sealed") ? 0 : 1);
@@ -239,7 +239,7 @@ TEST(NativeURLSessionEnd, ExchangesUnderWayAndThoseBegunLaterEndWithAnError) {
     std::optional<HttpAnswer> underWay;
     std::optional<HttpAnswer> later;
     {
-        NativePlatform platform;
+        HeadlessPlatform platform;
         platform.dispatch().globalQueue().async([&] {
             const HttpClient client(server.url("/silence"));
             underWay = client.sendCReqData(toBytes("sealed"));

@@ -1,63 +1,63 @@
-#include "Platform/Native/NativePlatform.h"
+#include "Platform/Headless/HeadlessPlatform.h"
 
-#include "Platform/Native/NativeAbsences.h"
+#include "Platform/Headless/HeadlessFonts.h"
+#include "Platform/Headless/HeadlessScreen.h"
 #include "Platform/Native/NativeDevice.h"
 #include "Platform/Native/NativeDispatch.h"
-#include "Platform/Native/NativeFonts.h"
 #include "Platform/View/TextMeasurer.h"
 #include "Platform/View/UIApplication.h"
 
 namespace korvane {
 
-struct NativePlatform::Parts {
+struct HeadlessPlatform::Parts {
     NativeDevice device;
-    NoScreen screen;
-    NativeFonts fonts;
+    HeadlessScreen screen;
+    HeadlessFonts fonts;
     FixedAdvances textMeasurer;
     NativeDispatch dispatch;
 };
 
-NativePlatform::NativePlatform() : parts_(std::make_unique<Parts>()) {}
+HeadlessPlatform::HeadlessPlatform() : parts_(std::make_unique<Parts>()) {}
 
 /// The threads end while the platform is still whole, since their work may ask for it.
-NativePlatform::~NativePlatform() {
+HeadlessPlatform::~HeadlessPlatform() {
     endNetwork();
     parts_->dispatch.end();
 }
 
-UIDevice& NativePlatform::device() {
+UIDevice& HeadlessPlatform::device() {
     return parts_->device;
 }
 
-UIScreen& NativePlatform::mainScreen() {
+UIScreen& HeadlessPlatform::mainScreen() {
     return parts_->screen;
 }
 
-UIFontServices& NativePlatform::fonts() {
+UIFontServices& HeadlessPlatform::fonts() {
     return parts_->fonts;
 }
 
-TextMeasurer& NativePlatform::textMeasurer() {
+TextMeasurer& HeadlessPlatform::textMeasurer() {
     return parts_->textMeasurer;
 }
 
-Dispatch& NativePlatform::dispatch() {
+Dispatch& HeadlessPlatform::dispatch() {
     return parts_->dispatch;
 }
 
-void NativePlatform::runMain() {
+void HeadlessPlatform::runMain() {
     parts_->dispatch.runMain();
 }
 
-void NativePlatform::runMainUntil(const std::function<bool()>& isDone) {
+void HeadlessPlatform::runMainUntil(const std::function<bool()>& isDone) {
     parts_->dispatch.runMainUntil(isDone);
 }
 
-void NativePlatform::stopMain() {
+void HeadlessPlatform::stopMain() {
     parts_->dispatch.stopMain();
 }
 
-void NativePlatform::turn(UIDeviceOrientation orientation, CGSize screen) {
+void HeadlessPlatform::turn(UIDeviceOrientation orientation, CGSize screen) {
     parts_->device.setOrientation(orientation);
     parts_->screen.setBounds({{0, 0}, screen});
     application().deviceDidRotate();

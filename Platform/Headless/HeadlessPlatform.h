@@ -11,10 +11,10 @@ namespace korvane {
 /// The headless platform: the services of the operating system, without a screen. While it lives it is the
 /// platform of the process. The thread that makes it is the main queue's, until another runs that. Its end
 /// ends all exchanges, waits for the work that runs on its queues and drops the rest.
-class KORVANE_EXPORT NativePlatform final : public SystemPlatform {
+class KORVANE_EXPORT HeadlessPlatform final : public SystemPlatform {
 public:
-    NativePlatform();
-    ~NativePlatform() override;
+    HeadlessPlatform();
+    ~HeadlessPlatform() override;
 
     [[nodiscard]] UIDevice& device() override;
     [[nodiscard]] UIScreen& mainScreen() override;

@@ -11,12 +11,12 @@ namespace korvane {
 
 /// The fonts that fontconfig knows; none where it is not set up. They are read once, at the first question
 /// about them. Any thread.
-class NativeFonts final : public UsualFontSizes {
+class HeadlessFonts final : public UsualFontSizes {
 public:
-    NativeFonts();
-    NativeFonts(const NativeFonts&) = delete;
-    NativeFonts& operator=(const NativeFonts&) = delete;
-    ~NativeFonts() override;
+    HeadlessFonts();
+    HeadlessFonts(const HeadlessFonts&) = delete;
+    HeadlessFonts& operator=(const HeadlessFonts&) = delete;
+    ~HeadlessFonts() override;
 
     /// In alphabetical order.
     [[nodiscard]] std::vector<std::string> familyNames() const override;

@@ -1,4 +1,4 @@
-#include "Platform/Native/NativePlatform.h"
+#include "Platform/Headless/HeadlessPlatform.h"
 
 #include <gmock/gmock.h>
 
@@ -15,36 +15,15 @@ namespace {
 using testing::AllOf;
 using testing::Contains;
 using testing::Field;
-using testing::IsEmpty;
 
-TEST(NativePlatform, IsThePlatformOfTheProcessWhileItLives) {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
-    {
-        NativePlatform platform;
-        EXPECT_EQ(&Platform::current(), &platform);
-        EXPECT_DEATH(NativePlatform(), "one platform at a time");
-    }
-    EXPECT_DEATH(static_cast<void>(Platform::current()), "No platform is installed");
-}
-
-TEST(NativePlatform, TellsAboutThisMachine) {
-    NativePlatform platform;
+TEST(NativeServices, TellsAboutThisMachine) {
+    HeadlessPlatform platform;
     EXPECT_THAT(platform.networkInterfaces().list(),
                 Contains(AllOf(Field(&NetworkInterface::name, "lo"), Field(&NetworkInterface::family, 2),
                                Field(&NetworkInterface::address, "127.0.0.1"))));
     setenv("TZ", "KRV-2", 1);
     EXPECT_EQ(platform.timeZone().abbreviation(), "KRV");
     unsetenv("TZ");
-}
-
-TEST(NativePlatform, RunsOnAMachineWithoutFonts) {
-    for (const char* name : {"FONTCONFIG_FILE", "FONTCONFIG_SYSROOT", "HOME", "XDG_CACHE_HOME"})
-        setenv(name, "/nowhere", 1);
-    NativePlatform platform;
-    EXPECT_THAT(platform.fonts().familyNames(), IsEmpty());
-    EXPECT_EQ(platform.fonts().systemFontDescription(1), "font-family: \"\"; font-size: 1.0pt");
-    unsetenv("FONTCONFIG_SYSROOT");
-    unsetenv("FONTCONFIG_FILE");
 }
 
 TEST(NativeLocales, FollowTheEnvironment) {
@@ -63,14 +42,14 @@ TEST(NativeLocales, FollowTheEnvironment) {
         setenv("LANGUAGE", row.language, 1);
         setenv("LC_ALL", row.lcAll, 1);
         setenv("LANG", row.lang, 1);
-        NativePlatform platform;
+        HeadlessPlatform platform;
         EXPECT_EQ(platform.locales().current().identifier, row.current);
         EXPECT_EQ(platform.locales().preferredLanguages(), row.preferred);
     }
 }
 
 TEST(NativeIntegrityChecks, FindADebugger) {
-    NativePlatform platform;
+    HeadlessPlatform platform;
     EXPECT_FALSE(platform.integrityChecks().isDebuggerAttached());
     const pid_t traced = fork();
     if (traced == 0) {

@@ -1,4 +1,4 @@
-#include "Platform/Native/NativeFonts.h"
+#include "Platform/Headless/HeadlessFonts.h"
 
 #include "Platform/DecimalText.h"
 
@@ -52,16 +52,16 @@ std::string sansSerifFamily(FcConfig* config) {
 
 } // namespace
 
-struct NativeFonts::Catalogue {
+struct HeadlessFonts::Catalogue {
     std::map<std::string, std::set<std::string>> families;
     std::string systemFamily;
 };
 
-NativeFonts::NativeFonts() = default;
+HeadlessFonts::HeadlessFonts() = default;
 
-NativeFonts::~NativeFonts() = default;
+HeadlessFonts::~HeadlessFonts() = default;
 
-const NativeFonts::Catalogue& NativeFonts::catalogue() const {
+const HeadlessFonts::Catalogue& HeadlessFonts::catalogue() const {
     std::call_once(once_, [this] {
         auto made = std::make_unique<Catalogue>();
         if (const Config config{FcInitLoadConfigAndFonts()})
@@ -71,21 +71,21 @@ const NativeFonts::Catalogue& NativeFonts::catalogue() const {
     return *catalogue_;
 }
 
-std::vector<std::string> NativeFonts::familyNames() const {
+std::vector<std::string> HeadlessFonts::familyNames() const {
     std::vector<std::string> names;
     for (const auto& [family, fonts] : catalogue().families)
         names.push_back(family);
     return names;
 }
 
-std::vector<std::string> NativeFonts::fontNamesForFamilyName(const std::string& family) const {
+std::vector<std::string> HeadlessFonts::fontNamesForFamilyName(const std::string& family) const {
     const auto& families = catalogue().families;
     const auto found = families.find(family);
     if (found == families.end()) return {};
     return {found->second.begin(), found->second.end()};
 }
 
-std::string NativeFonts::systemFontDescription(double size) const {
+std::string HeadlessFonts::systemFontDescription(double size) const {
     return "font-family: \"" + catalogue().systemFamily + "\"; font-size: " + decimalText(size) + "pt";
 }
 
