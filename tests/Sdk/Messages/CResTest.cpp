@@ -69,9 +69,11 @@ TEST(CResReading, NullCountsAsAbsentWhereAFieldIsOptional) {
 TEST(CResReading, RepeatedNamesOfFieldsAreToldBeforeAnyField) {
     const RecordingLogger log;
     const std::string json = validCResJSON().dump().substr(1);
-    const std::string names = "acsUiType,sdkTransID,transStatus";
+    const std::string names = "acsUiType,sdkTransID,transStatus,challengeAddInfo";
     const auto failure = raisedBy<ParsingErrorCase>([&] {
-        return CRes::decode(R"({"sdkTransID":7,"transStatus":1,"transStatus":2,"acsUiType":[],)" + json);
+        return CRes::decode(R"({"challengeAddInfo":1,"challengeAddInfo":2,"sdkTransID":7,)"
+                            R"("transStatus":1,"transStatus":2,"acsUiType":[],)" +
+                            json);
     });
     ASSERT_TRUE(failure);
     EXPECT_EQ(failure->description(), names);
