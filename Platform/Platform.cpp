@@ -42,7 +42,14 @@ bool Platform::isInstalled() noexcept {
     return installed.load(std::memory_order_acquire) != nullptr;
 }
 
-Platform::Installation::Installation(Platform& platform) : platform_(platform) {
+const PlatformServices& Platform::services() const {
+    if (!services_) fatalError("A platform has its services only while it is installed.");
+    return *services_;
+}
+
+Platform::Installation::Installation(Platform& platform, const PlatformServices& services)
+    : platform_(platform), services_(services) {
+    platform_.services_ = &services_;
     Platform* none = nullptr;
     if (!installed.compare_exchange_strong(none, &platform, std::memory_order_acq_rel))
         fatalError("A process has one platform at a time.");
@@ -51,6 +58,7 @@ Platform::Installation::Installation(Platform& platform) : platform_(platform) {
 Platform::Installation::~Installation() {
     platform_.application().end();
     installed.store(nullptr, std::memory_order_release);
+    platform_.services_ = nullptr;
 }
 
 } // namespace korvane

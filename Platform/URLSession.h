@@ -90,4 +90,18 @@ protected:
     URLSession() = default;
 };
 
+/// Makes sessions. Any thread. Belongs to its platform and lives as long.
+class KORVANE_EXPORT URLSessionMaker {
+public:
+    URLSessionMaker(const URLSessionMaker&) = delete;
+    URLSessionMaker& operator=(const URLSessionMaker&) = delete;
+    virtual ~URLSessionMaker() = default;
+
+    [[nodiscard]] virtual std::shared_ptr<URLSession>
+    makeSession(const URLSessionConfiguration& configuration) = 0;
+
+protected:
+    URLSessionMaker() = default;
+};
+
 } // namespace korvane

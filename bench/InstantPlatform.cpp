@@ -1,7 +1,6 @@
 #include "bench/InstantPlatform.h"
 
 #include "Platform/Failure.h"
-#include "Platform/Headless/HeadlessPlatform.h"
 
 namespace korvane::bench {
 
@@ -76,16 +75,13 @@ private:
 
 } // namespace
 
-InstantPlatform::InstantPlatform() {
+InstantPlatform::InstantPlatform()
+    : dispatch_(std::make_unique<InstantDispatch>()),
+      installation_(*this, servicesWith(*dispatch_, *this, defaults_)) {
     script().identifierForVendor.reset();
 }
 
-Dispatch& InstantPlatform::dispatch() {
-    static InstantDispatch dispatch;
-    return dispatch;
-}
-
-std::shared_ptr<URLSession> InstantPlatform::makeURLSession(const URLSessionConfiguration&) {
+std::shared_ptr<URLSession> InstantPlatform::makeSession(const URLSessionConfiguration&) {
     return std::make_shared<InstantSession>(answer);
 }
 

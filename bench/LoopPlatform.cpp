@@ -120,15 +120,12 @@ private:
 
 } // namespace
 
-LoopPlatform::LoopPlatform() : loop_(std::make_unique<Loop>()) {}
+LoopPlatform::LoopPlatform()
+    : loop_(std::make_unique<Loop>()), installation_(*this, servicesWith(*loop_, *this, *this)) {}
 
 LoopPlatform::~LoopPlatform() = default;
 
-Dispatch& LoopPlatform::dispatch() {
-    return *loop_;
-}
-
-std::shared_ptr<URLSession> LoopPlatform::makeURLSession(const URLSessionConfiguration&) {
+std::shared_ptr<URLSession> LoopPlatform::makeSession(const URLSessionConfiguration&) {
     return std::make_shared<AnsweredSession>(answer);
 }
 

@@ -10,14 +10,10 @@ namespace korvane::bench {
 
 /// A platform on one thread: the work of all queues runs in the order of its time, which passes at once, and
 /// requests are answered while they are sent. The caller stands on the main queue.
-class LoopPlatform final : public ScriptedDevice {
+class LoopPlatform final : public ScriptedDevice, private URLSessionMaker {
 public:
     LoopPlatform();
     ~LoopPlatform() override;
-
-    [[nodiscard]] Dispatch& dispatch() override;
-    [[nodiscard]] std::shared_ptr<URLSession>
-    makeURLSession(const URLSessionConfiguration& configuration) override;
 
     /// The body of the answer to a request.
     std::function<Bytes(const URLRequest& request)> answer;
@@ -28,7 +24,11 @@ public:
 private:
     class Loop;
 
+    [[nodiscard]] std::shared_ptr<URLSession>
+    makeSession(const URLSessionConfiguration& configuration) override;
+
     std::unique_ptr<Loop> loop_;
+    Installation installation_;
 };
 
 } // namespace korvane::bench

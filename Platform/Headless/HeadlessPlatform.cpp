@@ -17,32 +17,18 @@ struct HeadlessPlatform::Parts {
     NativeDispatch dispatch;
 };
 
-HeadlessPlatform::HeadlessPlatform() : parts_(std::make_unique<Parts>()) {}
+HeadlessPlatform::HeadlessPlatform()
+    : parts_(std::make_unique<Parts>()),
+      installation_(*this, servicesWith({.device = parts_->device,
+                                         .mainScreen = parts_->screen,
+                                         .fonts = parts_->fonts,
+                                         .textMeasurer = parts_->textMeasurer,
+                                         .dispatch = parts_->dispatch})) {}
 
 /// The threads end while the platform is still whole, since their work may ask for it.
 HeadlessPlatform::~HeadlessPlatform() {
     endNetwork();
     parts_->dispatch.end();
-}
-
-UIDevice& HeadlessPlatform::device() {
-    return parts_->device;
-}
-
-UIScreen& HeadlessPlatform::mainScreen() {
-    return parts_->screen;
-}
-
-UIFontServices& HeadlessPlatform::fonts() {
-    return parts_->fonts;
-}
-
-TextMeasurer& HeadlessPlatform::textMeasurer() {
-    return parts_->textMeasurer;
-}
-
-Dispatch& HeadlessPlatform::dispatch() {
-    return parts_->dispatch;
 }
 
 void HeadlessPlatform::runMain() {

@@ -16,12 +16,6 @@ public:
     HeadlessPlatform();
     ~HeadlessPlatform() override;
 
-    [[nodiscard]] UIDevice& device() override;
-    [[nodiscard]] UIScreen& mainScreen() override;
-    [[nodiscard]] UIFontServices& fonts() override;
-    [[nodiscard]] TextMeasurer& textMeasurer() override;
-    [[nodiscard]] Dispatch& dispatch() override;
-
     /// Runs the main queue's work on the calling thread until `stopMain()`. One thread at a time.
     void runMain();
 
@@ -39,7 +33,7 @@ private:
     struct Parts;
 
     std::unique_ptr<Parts> parts_;
-    Installation installation_{*this};
+    Installation installation_;
 };
 
 } // namespace korvane

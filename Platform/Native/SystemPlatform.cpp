@@ -11,6 +11,27 @@
 
 namespace korvane {
 
+namespace {
+
+/// Sessions over one engine, which all trust the same further authorities.
+class NativeURLSessionMaker final : public URLSessionMaker {
+public:
+    [[nodiscard]] std::shared_ptr<URLSession>
+    makeSession(const URLSessionConfiguration& configuration) override {
+        URLSessionConfiguration own = configuration;
+        own.additionalCertificateAuthorities += authorities_;
+        return std::make_shared<NativeURLSession>(engine_, own);
+    }
+    void addCertificateAuthorities(const std::string& pem) { authorities_ += "\n" + pem; }
+    void stop() { engine_->stop(); }
+
+private:
+    std::shared_ptr<CurlEngine> engine_ = std::make_shared<CurlEngine>();
+    std::string authorities_;
+};
+
+} // namespace
+
 struct SystemPlatform::Services {
     NativeLocales locales;
     NativeTimeZone timeZone;
@@ -21,62 +42,37 @@ struct SystemPlatform::Services {
     NativeNetworkInterfaces interfaces;
     NativeProcessInfo process;
     NativeIntegrityChecks integrity;
-    std::shared_ptr<CurlEngine> network = std::make_shared<CurlEngine>();
-    std::string authorities;
+    NativeURLSessionMaker urlSessions;
 };
 
 SystemPlatform::SystemPlatform() : services_(std::make_unique<Services>()) {}
 
 SystemPlatform::~SystemPlatform() = default;
 
+PlatformServices SystemPlatform::servicesWith(const FillingServices& own) {
+    return {.device = own.device,
+            .mainScreen = own.mainScreen,
+            .fonts = own.fonts,
+            .textMeasurer = own.textMeasurer,
+            .locales = services_->locales,
+            .timeZone = services_->timeZone,
+            .locationManager = services_->location,
+            .identifierManager = services_->advertising,
+            .userDefaults = services_->defaults,
+            .mainBundle = services_->bundle,
+            .networkInterfaces = services_->interfaces,
+            .processInfo = services_->process,
+            .integrityChecks = services_->integrity,
+            .dispatch = own.dispatch,
+            .urlSessions = services_->urlSessions};
+}
+
 void SystemPlatform::endNetwork() {
-    services_->network->stop();
-}
-
-LocaleServices& SystemPlatform::locales() {
-    return services_->locales;
-}
-
-TimeZone& SystemPlatform::timeZone() {
-    return services_->timeZone;
-}
-
-CLLocationManager& SystemPlatform::locationManager() {
-    return services_->location;
-}
-
-ASIdentifierManager& SystemPlatform::identifierManager() {
-    return services_->advertising;
-}
-
-NSUserDefaults& SystemPlatform::userDefaults() {
-    return services_->defaults;
-}
-
-NSBundle& SystemPlatform::mainBundle() {
-    return services_->bundle;
-}
-
-NetworkInterfaces& SystemPlatform::networkInterfaces() {
-    return services_->interfaces;
-}
-
-NSProcessInfo& SystemPlatform::processInfo() {
-    return services_->process;
-}
-
-IntegrityChecks& SystemPlatform::integrityChecks() {
-    return services_->integrity;
-}
-
-std::shared_ptr<URLSession> SystemPlatform::makeURLSession(const URLSessionConfiguration& configuration) {
-    URLSessionConfiguration own = configuration;
-    own.additionalCertificateAuthorities += services_->authorities;
-    return std::make_shared<NativeURLSession>(services_->network, own);
+    services_->urlSessions.stop();
 }
 
 void SystemPlatform::addCertificateAuthorities(const std::string& pem) {
-    services_->authorities += "\n" + pem;
+    services_->urlSessions.addCertificateAuthorities(pem);
 }
 
 } // namespace korvane

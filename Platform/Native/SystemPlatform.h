@@ -13,25 +13,25 @@ class KORVANE_EXPORT SystemPlatform : public Platform {
 public:
     ~SystemPlatform() override;
 
-    [[nodiscard]] LocaleServices& locales() override;
-    [[nodiscard]] TimeZone& timeZone() override;
-    [[nodiscard]] CLLocationManager& locationManager() override;
-    [[nodiscard]] ASIdentifierManager& identifierManager() override;
-    [[nodiscard]] NSUserDefaults& userDefaults() override;
-    [[nodiscard]] NSBundle& mainBundle() override;
-    [[nodiscard]] NetworkInterfaces& networkInterfaces() override;
-    [[nodiscard]] NSProcessInfo& processInfo() override;
-    [[nodiscard]] IntegrityChecks& integrityChecks() override;
-    [[nodiscard]] std::shared_ptr<URLSession>
-    makeURLSession(const URLSessionConfiguration& configuration) override;
-
     /// Trusts further authorities in every session made from now on, as a test bed needs. Before other
     /// threads use the platform.
     /// @param pem  certificates in PEM, one after the other.
     void addCertificateAuthorities(const std::string& pem);
 
 protected:
+    /// What the system does not give: a filling's own services.
+    struct FillingServices {
+        UIDevice& device;
+        UIScreen& mainScreen;
+        UIFontServices& fonts;
+        TextMeasurer& textMeasurer;
+        Dispatch& dispatch;
+    };
+
     SystemPlatform();
+
+    /// All services: the filling's own and the system's. For the filling's `Installation`.
+    [[nodiscard]] PlatformServices servicesWith(const FillingServices& own);
 
     /// Ends the network: exchanges under way and those to come end with an error, so that no work
     /// waits for them. A filling's first act at its end, while the platform is still whole, since what

@@ -40,7 +40,13 @@ void QtPlatform::prepare() {
     QtWebEngineQuick::initialize();
 }
 
-QtPlatform::QtPlatform() : parts_(std::make_unique<Parts>()) {
+QtPlatform::QtPlatform()
+    : parts_(std::make_unique<Parts>()),
+      installation_(*this, servicesWith({.device = parts_->device,
+                                         .mainScreen = parts_->screen,
+                                         .fonts = parts_->fonts,
+                                         .textMeasurer = parts_->textMeasurer,
+                                         .dispatch = parts_->dispatch})) {
     loadResources();
     qmlRegisterType<ViewItem>("Korvane.Parts", 1, 0, "ViewItem");
     qmlRegisterType<KorvaneHost>("Korvane", 1, 0, "KorvaneHost");
@@ -50,26 +56,6 @@ QtPlatform::QtPlatform() : parts_(std::make_unique<Parts>()) {
 QtPlatform::~QtPlatform() {
     endNetwork();
     parts_->dispatch.end();
-}
-
-UIDevice& QtPlatform::device() {
-    return parts_->device;
-}
-
-UIScreen& QtPlatform::mainScreen() {
-    return parts_->screen;
-}
-
-UIFontServices& QtPlatform::fonts() {
-    return parts_->fonts;
-}
-
-TextMeasurer& QtPlatform::textMeasurer() {
-    return parts_->textMeasurer;
-}
-
-Dispatch& QtPlatform::dispatch() {
-    return parts_->dispatch;
 }
 
 void QtPlatform::setScreenSize(CGSize size) {

@@ -20,12 +20,6 @@ public:
     QtPlatform();
     ~QtPlatform() override;
 
-    [[nodiscard]] UIDevice& device() override;
-    [[nodiscard]] UIScreen& mainScreen() override;
-    [[nodiscard]] UIFontServices& fonts() override;
-    [[nodiscard]] TextMeasurer& textMeasurer() override;
-    [[nodiscard]] Dispatch& dispatch() override;
-
 private:
     friend class KorvaneHost;
 
@@ -35,7 +29,7 @@ private:
     void setScreenSize(CGSize size);
 
     std::unique_ptr<Parts> parts_;
-    Installation installation_{*this};
+    Installation installation_;
 };
 
 } // namespace korvane

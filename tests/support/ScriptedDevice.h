@@ -1,6 +1,5 @@
 #pragma once
 
-#include "Platform/Failure.h"
 #include "Platform/Platform.h"
 #include "Platform/View/TextMeasurer.h"
 
@@ -52,7 +51,7 @@ struct DeviceScript {
     int locationReads = 0;
 };
 
-/// A platform whose every answer a test sets. Test thread only.
+/// What a platform is of whose every answer a test sets: all but queues and network. Test thread only.
 class ScriptedDevice : public Platform,
                        protected UIDevice,
                        protected UIScreen,
@@ -69,24 +68,25 @@ class ScriptedDevice : public Platform,
 public:
     [[nodiscard]] DeviceScript& script() noexcept { return script_; }
 
-    [[nodiscard]] UIDevice& device() override { return *this; }
-    [[nodiscard]] UIScreen& mainScreen() override { return *this; }
-    [[nodiscard]] UIFontServices& fonts() override { return *this; }
-    [[nodiscard]] TextMeasurer& textMeasurer() override { return textMeasurer_; }
-    [[nodiscard]] LocaleServices& locales() override { return *this; }
-    [[nodiscard]] TimeZone& timeZone() override { return *this; }
-    [[nodiscard]] CLLocationManager& locationManager() override { return *this; }
-    [[nodiscard]] ASIdentifierManager& identifierManager() override { return *this; }
-    [[nodiscard]] NSUserDefaults& userDefaults() override { return *this; }
-    [[nodiscard]] NSBundle& mainBundle() override { return *this; }
-    [[nodiscard]] NetworkInterfaces& networkInterfaces() override { return *this; }
-    [[nodiscard]] NSProcessInfo& processInfo() override { return *this; }
-    [[nodiscard]] IntegrityChecks& integrityChecks() override { return *this; }
-
-    /// A device alone has neither queues nor a network (`fatalError`): see SimulatedPlatform.
-    [[nodiscard]] Dispatch& dispatch() override { fatalError("A scripted device has no queues."); }
-    [[nodiscard]] std::shared_ptr<URLSession> makeURLSession(const URLSessionConfiguration&) override {
-        fatalError("A scripted device has no network.");
+protected:
+    /// The device's services with what a device alone has not. For the `Installation` of the platform.
+    [[nodiscard]] PlatformServices servicesWith(Dispatch& dispatch, URLSessionMaker& urlSessions,
+                                                NSUserDefaults& userDefaults) {
+        return {.device = *this,
+                .mainScreen = *this,
+                .fonts = *this,
+                .textMeasurer = textMeasurer_,
+                .locales = *this,
+                .timeZone = *this,
+                .locationManager = *this,
+                .identifierManager = *this,
+                .userDefaults = userDefaults,
+                .mainBundle = *this,
+                .networkInterfaces = *this,
+                .processInfo = *this,
+                .integrityChecks = *this,
+                .dispatch = dispatch,
+                .urlSessions = urlSessions};
     }
 
 private:
@@ -171,7 +171,6 @@ private:
 
     mutable DeviceScript script_;
     FixedAdvances textMeasurer_;
-    Installation installation_{*this};
 };
 
 } // namespace korvane

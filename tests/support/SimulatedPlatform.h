@@ -16,12 +16,6 @@ public:
     /// Blocked work ends while queues and network are still there.
     ~SimulatedPlatform() override { dispatch_.end(); }
 
-    [[nodiscard]] Dispatch& dispatch() override { return dispatch_; }
-    [[nodiscard]] std::shared_ptr<URLSession>
-    makeURLSession(const URLSessionConfiguration& configuration) override {
-        return network_.makeSession(configuration);
-    }
-
     [[nodiscard]] SimulatedNetwork& network() noexcept { return network_; }
 
     /// The virtual time since the start.
@@ -51,6 +45,7 @@ public:
 private:
     SimulatedDispatch dispatch_;
     SimulatedNetwork network_{dispatch_};
+    Installation installation_{*this, servicesWith(dispatch_, network_, *this)};
 };
 
 } // namespace korvane

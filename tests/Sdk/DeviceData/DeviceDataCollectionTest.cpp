@@ -3,7 +3,7 @@
 #include "Platform/DecimalText.h"
 #include "Sdk/DeviceData/IntegrityWarnings.h"
 #include "tests/support/RecordingLogger.h"
-#include "tests/support/ScriptedDevice.h"
+#include "tests/support/SimulatedPlatform.h"
 
 #include <gmock/gmock.h>
 
@@ -28,7 +28,7 @@ protected:
     DeviceData data;
 
 private:
-    ScriptedDevice device_;
+    SimulatedPlatform device_;
 };
 
 TEST_F(Collecting, AllParametersOfADeviceThatWithholdsNothing) {
@@ -119,7 +119,7 @@ TEST(DecimalText, IsShortestWithAFractionalDigit) {
 }
 
 TEST(IntegrityWarnings, AreFoundInTheirOrderAndLogged) {
-    ScriptedDevice device;
+    SimulatedPlatform device;
     EXPECT_TRUE(findIntegrityWarnings(device.integrityChecks()).empty());
     device.script().isJailbroken = device.script().isEmulator = device.script().isDebuggerAttached = true;
     device.script().isOSVersionSupported = false;

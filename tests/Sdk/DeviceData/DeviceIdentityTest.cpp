@@ -1,6 +1,6 @@
 #include "Sdk/DeviceData/DeviceIdentity.h"
 
-#include "tests/support/ScriptedDevice.h"
+#include "tests/support/SimulatedPlatform.h"
 
 #include <gmock/gmock.h>
 
@@ -8,7 +8,7 @@ namespace korvane {
 namespace {
 
 TEST(AppID, IsTheVendorsInLowerCaseOrTheStoredOneOrMadeOnceAndSaved) {
-    ScriptedDevice device;
+    SimulatedPlatform device;
     DeviceScript& script = device.script();
     const std::string key = "Korvane.SystemUtils.appID";
     EXPECT_EQ(appID(device), "6ba7b810-9dad-41d1-80b4-00c04fd430c8");
@@ -37,7 +37,7 @@ TEST(WiFiAddress, IsTheLastInternetAddressOfTheOneInterface) {
         {{v4, v6}, "fe80::1%en0"},
         {{v6, v4, {"en1", kIPv4, "192.0.2.9"}, {"en0", 18, "aa:bb"}}, "192.0.2.1"}};
     for (const auto& [interfaces, expected] : rows) {
-        ScriptedDevice device;
+        SimulatedPlatform device;
         device.script().interfaces = interfaces;
         EXPECT_EQ(getWiFiAddress(device.networkInterfaces()), expected);
     }
@@ -57,7 +57,7 @@ TEST(ModelName, IsKnownExactlyOrTheIdentifierItselfAndASimulatorTellsWhatItSimul
         {"arm64", "x86_64", "Simulator x86_64"},
     };
     for (const auto& [machine, simulated, name] : rows) {
-        ScriptedDevice device;
+        SimulatedPlatform device;
         device.script().machine = machine;
         if (*simulated) device.script().environment["SIMULATOR_MODEL_IDENTIFIER"] = simulated;
         EXPECT_EQ(computeModelName(device.processInfo()), name) << machine;

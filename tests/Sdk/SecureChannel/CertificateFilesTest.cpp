@@ -3,7 +3,7 @@
 #include "Sdk/SecureChannel/CertificateMemo.h"
 #include "Sdk/SecureChannel/KeysContainer.h"
 #include "tests/support/Failures.h"
-#include "tests/support/ScriptedDevice.h"
+#include "tests/support/SimulatedPlatform.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/TestPki.h"
 
@@ -38,7 +38,7 @@ TEST(CertificateFile, IsFoundByTheFirstTwoPiecesOfItsNameInItsBundleOrTheMainOne
     folder.write("server.cer", server.der);
     folder.write("bare", server.der);
     main.write("server.cer", ofTheMainBundle.der);
-    ScriptedDevice device;
+    SimulatedPlatform device;
     device.script().mainBundlePath = main.path();
     const KeysContainer container(filesOf(NSBundle::bundleWithPath(folder.path())));
     for (const char* name : {"server.cer", "server.cer.old", ".server..cer.", "bare"})

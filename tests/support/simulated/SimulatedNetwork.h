@@ -32,18 +32,17 @@ struct SimulatedExchange {
 };
 
 /// The network of a simulation: a function answers all requests. A session's resource time limit holds.
-class SimulatedNetwork {
+class SimulatedNetwork final : public URLSessionMaker {
 public:
     explicit SimulatedNetwork(Dispatch& dispatch) : dispatch_(dispatch) {}
-    SimulatedNetwork(const SimulatedNetwork&) = delete;
-    SimulatedNetwork& operator=(const SimulatedNetwork&) = delete;
 
     /// Asked when a task is resumed.
     std::function<ScriptedAnswer(const URLRequest&)> answer = [](const URLRequest&) {
         return ScriptedAnswer{};
     };
 
-    [[nodiscard]] std::shared_ptr<URLSession> makeSession(const URLSessionConfiguration& configuration);
+    [[nodiscard]] std::shared_ptr<URLSession>
+    makeSession(const URLSessionConfiguration& configuration) override;
 
     /// In the order in which they were sent. Entries stay where they are.
     [[nodiscard]] const std::deque<SimulatedExchange>& exchanges() const noexcept { return exchanges_; }
