@@ -8,23 +8,6 @@
 
 namespace korvane {
 
-namespace {
-
-std::shared_ptr<KeyboardButton> keyIn(const KeyboardRow& row, std::string_view withIdentifier) {
-    if (!row.characters()) return nullptr;
-    for (const auto& element : *row.characters()) {
-        if (const auto* inner = std::get_if<std::shared_ptr<KeyboardRow>>(&element)) {
-            if (auto found = keyIn(**inner, withIdentifier)) return found;
-        } else if (const auto& button = std::get<std::shared_ptr<KeyboardButton>>(element);
-                   button->identifier() == withIdentifier) {
-            return button;
-        }
-    }
-    return nullptr;
-}
-
-} // namespace
-
 KeyboardLayout::KeyboardLayout(std::optional<KeyboardLayoutStyle> style, std::optional<Rows> rows)
     : style_(std::move(style)), rows_(std::move(rows)) {
     setMultipleTouchEnabled(true);
@@ -53,11 +36,19 @@ std::shared_ptr<KeyboardButton> KeyboardLayout::getKeyboardButton(std::size_t at
     return button ? *button : nullptr;
 }
 
-std::shared_ptr<KeyboardButton> KeyboardLayout::getKeyboardButton(std::string_view withIdentifier) const {
-    if (!rows_) return nullptr;
+void KeyboardLayout::forEachKey(
+    const std::function<void(const std::shared_ptr<KeyboardButton>&)>& call) const {
+    if (!rows_) return;
     for (const auto& one : *rows_)
-        if (auto found = keyIn(*one, withIdentifier)) return found;
-    return nullptr;
+        one->forEachKey(call);
+}
+
+std::shared_ptr<KeyboardButton> KeyboardLayout::getKeyboardButton(std::string_view withIdentifier) const {
+    std::shared_ptr<KeyboardButton> found;
+    forEachKey([&](const auto& key) {
+        if (!found && key->identifier() == withIdentifier) found = key;
+    });
+    return found;
 }
 
 void KeyboardLayout::addKeyboardButton(std::shared_ptr<KeyboardButton> keyboardButton, std::size_t rowAtIndex,

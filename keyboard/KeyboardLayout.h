@@ -3,6 +3,7 @@
 #include "Platform/View/UIView.h"
 #include "keyboard/KeyboardRow.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string_view>
@@ -61,6 +62,8 @@ public:
     /// Whether the main screen stands upright.
     [[nodiscard]] bool isPortrait() const;
 
+    /// Calls with every key from top left to bottom right, those of rows within a row in their place.
+    void forEachKey(const std::function<void(const std::shared_ptr<KeyboardButton>&)>& call) const;
     /// The key at an index of a row; null where there is no row, no element, or a row within the row.
     [[nodiscard]] std::shared_ptr<KeyboardButton> getKeyboardButton(std::size_t atRowIndex,
                                                                     std::size_t buttonIndex) const;

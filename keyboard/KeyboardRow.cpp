@@ -121,6 +121,16 @@ double KeyboardRow::width(const KeyboardRowElement& element, double share) const
     return isDynamic ? share : std::max(0.0, getWidthForKeyboardButton(button));
 }
 
+void KeyboardRow::forEachKey(const std::function<void(const std::shared_ptr<KeyboardButton>&)>& call) const {
+    if (!characters_) return;
+    for (const auto& element : *characters_) {
+        if (const KeyboardRow* const row = asRow(element))
+            row->forEachKey(call);
+        else
+            call(std::get<std::shared_ptr<KeyboardButton>>(element));
+    }
+}
+
 std::shared_ptr<KeyboardButton> KeyboardRow::keyboardButton(CGPoint at) const {
     if (!characters_) return nullptr;
     for (const auto& element : *characters_) {

@@ -3,6 +3,7 @@
 #include "Platform/View/UIView.h"
 #include "keyboard/KeyboardButton.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <variant>
@@ -55,6 +56,8 @@ public:
     /// for each of its elements, so that a letter is as wide in it as outside.
     [[nodiscard]] double getOptimumButtonWidth() const;
 
+    /// Calls with every key from left to right, those of rows within the row in their place.
+    void forEachKey(const std::function<void(const std::shared_ptr<KeyboardButton>&)>& call) const;
     /// The key under a point of the own coordinates, or null. Hidden keys are none.
     [[nodiscard]] std::shared_ptr<KeyboardButton> keyboardButton(CGPoint at) const;
     [[nodiscard]] bool pointInside(CGPoint point) const override;

@@ -7,23 +7,9 @@
 
 namespace korvane {
 
-namespace {
-
-void collect(const KeyboardRow& row, std::vector<Button>& keys) {
-    for (const auto& element : *row.characters()) {
-        if (const auto* inner = std::get_if<std::shared_ptr<KeyboardRow>>(&element))
-            collect(**inner, keys);
-        else
-            keys.push_back(std::get<Button>(element));
-    }
-}
-
-} // namespace
-
 std::vector<Button> keysOf(const KeyboardLayout& layout) {
     std::vector<Button> keys;
-    for (const auto& row : *layout.rows())
-        collect(*row, keys);
+    layout.forEachKey([&keys](const Button& key) { keys.push_back(key); });
     return keys;
 }
 

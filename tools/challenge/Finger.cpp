@@ -38,26 +38,14 @@ constexpr std::array<CustomKeyboardLayoutState, kReachablePages> kPages{
     CustomKeyboardLayoutState::Symbols()};
 
 /// The key of a page, in any row, that types a character.
-std::shared_ptr<KeyboardButton> keyOf(const KeyboardRow& row, const std::string& character) {
-    if (!row.characters()) return nullptr;
-    for (const auto& element : *row.characters()) {
-        if (const auto* inner = std::get_if<std::shared_ptr<KeyboardRow>>(&element)) {
-            if (auto key = keyOf(**inner, character)) return key;
-            continue;
-        }
-        const auto& key = std::get<std::shared_ptr<KeyboardButton>>(element);
-        if (key->type().kind() == KeyboardButtonType::Kind::Key && key->type().string() == character)
-            return key;
-    }
-    return nullptr;
-}
-
 std::shared_ptr<KeyboardButton> keyOf(const KeyboardLayout& page, const std::string& character) {
     if (character == " ") return page.getKeyboardButton(rawValue(Identifier::Space));
-    if (!page.rows()) return nullptr;
-    for (const auto& row : *page.rows())
-        if (auto key = keyOf(*row, character)) return key;
-    return nullptr;
+    std::shared_ptr<KeyboardButton> found;
+    page.forEachKey([&](const auto& key) {
+        const KeyboardButtonType& type = key->type();
+        if (!found && type.kind() == KeyboardButtonType::Kind::Key && type.string() == character) found = key;
+    });
+    return found;
 }
 
 /// The first page that has a character, or no value.
