@@ -1,9 +1,27 @@
 #pragma once
 
 #include "Crypt/JWK.h"
-#include "Crypt/SecKeyRSAPublicKey.h"
+#include "Platform/Security/Secret.h"
+
+#include <concepts>
+#include <type_traits>
 
 namespace korvane {
+
+/// The numbers of an RSA private key, big-endian and unsigned.
+struct RSAPrivateKeyComponents {
+    Bytes modulus;
+    Bytes exponent;
+    SecretBytes privateExponent;
+};
+
+/// Nothing in the library conforms to this one: an RSA private key has no road from a JWK to a platform key.
+template <class Key>
+concept ExpressibleAsRSAPrivateKeyComponents = requires(const Key& key,
+                                                        const RSAPrivateKeyComponents& components) {
+    { rsaPrivateKeyComponents(key) } -> std::same_as<RSAPrivateKeyComponents>;
+    { representing(std::type_identity<Key>{}, components) } -> std::same_as<Key>;
+};
 
 /// An RSA private key without its primes (RFC 7518 section 6.3.2): "n", "e" and "d" only.
 class RSAPrivateKey : public JWKOf<RSAPrivateKey> {

@@ -2,7 +2,6 @@
 
 #include "Platform/Bytes.h"
 #include "Platform/Security/SecKey.h"
-#include "Platform/Security/Secret.h"
 
 #include <concepts>
 #include <type_traits>
@@ -14,14 +13,6 @@ struct RSAPublicKeyComponents {
     Bytes modulus;
     Bytes exponent;
 };
-
-struct RSAPrivateKeyComponents {
-    Bytes modulus;
-    Bytes exponent;
-    SecretBytes privateExponent;
-};
-
-using SymmetricKeyComponents = SecretBytes;
 
 /// The DER form of RSAPublicKey (RFC 8017 appendix A.1.1). A modulus that does not start with a zero byte
 /// gets one, whatever its top bit.
@@ -37,35 +28,11 @@ using SymmetricKeyComponents = SecretBytes;
 /// @throws JWKError notAPublicKey, CFError, ASN1DERParsingError
 [[nodiscard]] RSAPublicKeyComponents rsaPublicKeyComponents(const SecKey& key);
 
-[[nodiscard]] inline SecretBytes representing(std::type_identity<SecretBytes>,
-                                              const SymmetricKeyComponents& components) {
-    return components;
-}
-
-[[nodiscard]] inline SymmetricKeyComponents symmetricKeyComponents(ByteView key) {
-    return toSecretBytes(key);
-}
-
 /// What can be made of the numbers of an RSA public key and be taken apart into them: bytes and `SecKey`.
 template <class Key>
 concept ExpressibleAsRSAPublicKeyComponents = requires(const Key& key,
                                                        const RSAPublicKeyComponents& components) {
     { rsaPublicKeyComponents(key) } -> std::same_as<RSAPublicKeyComponents>;
-    { representing(std::type_identity<Key>{}, components) } -> std::same_as<Key>;
-};
-
-/// Nothing in the library conforms to this one: an RSA private key has no road from a JWK to a platform key.
-template <class Key>
-concept ExpressibleAsRSAPrivateKeyComponents = requires(const Key& key,
-                                                        const RSAPrivateKeyComponents& components) {
-    { rsaPrivateKeyComponents(key) } -> std::same_as<RSAPrivateKeyComponents>;
-    { representing(std::type_identity<Key>{}, components) } -> std::same_as<Key>;
-};
-
-template <class Key>
-concept ExpressibleAsSymmetricKeyComponents = requires(const Key& key,
-                                                       const SymmetricKeyComponents& components) {
-    { symmetricKeyComponents(key) } -> std::same_as<SymmetricKeyComponents>;
     { representing(std::type_identity<Key>{}, components) } -> std::same_as<Key>;
 };
 

@@ -1,9 +1,32 @@
 #pragma once
 
 #include "Crypt/JWK.h"
-#include "Crypt/SecKeyRSAPublicKey.h"
+#include "Platform/Security/Secret.h"
+
+#include <concepts>
+#include <type_traits>
 
 namespace korvane {
+
+/// The key itself.
+using SymmetricKeyComponents = SecretBytes;
+
+[[nodiscard]] inline SecretBytes representing(std::type_identity<SecretBytes>,
+                                              const SymmetricKeyComponents& components) {
+    return components;
+}
+
+[[nodiscard]] inline SymmetricKeyComponents symmetricKeyComponents(ByteView key) {
+    return toSecretBytes(key);
+}
+
+/// What can be made of a shared key and be taken apart into one: bytes.
+template <class Key>
+concept ExpressibleAsSymmetricKeyComponents = requires(const Key& key,
+                                                       const SymmetricKeyComponents& components) {
+    { symmetricKeyComponents(key) } -> std::same_as<SymmetricKeyComponents>;
+    { representing(std::type_identity<Key>{}, components) } -> std::same_as<Key>;
+};
 
 /// A symmetric key (RFC 7518 section 6.4). Unlike the other types it fails to decode where "key_ops" or "x5c"
 /// is an array.
