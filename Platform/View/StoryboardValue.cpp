@@ -17,7 +17,6 @@ constexpr std::array kSystemColors{SystemColor{"clear", UIColor::clear},
                                    SystemColor{"white", UIColor::white},
                                    SystemColor{"label", UIColor::label},
                                    SystemColor{"secondaryLabel", UIColor::secondaryLabel},
-                                   SystemColor{"placeholderText", UIColor::placeholderText},
                                    SystemColor{"systemBackground", UIColor::systemBackground},
                                    SystemColor{"separator", UIColor::separator},
                                    SystemColor{"systemBlue", UIColor::systemBlue}};
@@ -71,10 +70,6 @@ UIImagePtr StoryboardValue::image() const {
 
 UIEdgeInsets StoryboardValue::insets() const {
     return {element(0).number(), element(1).number(), element(2).number(), element(3).number()};
-}
-
-CGRect StoryboardValue::rect() const {
-    return {{element(0).number(), element(1).number()}, {element(2).number(), element(3).number()}};
 }
 
 StoryboardValue StoryboardValue::member(std::string_view name) const {

@@ -33,8 +33,6 @@ public:
     [[nodiscard]] UIImagePtr image() const;
     /// Top, left, bottom, right.
     [[nodiscard]] UIEdgeInsets insets() const;
-    /// x, y, width, height.
-    [[nodiscard]] CGRect rect() const;
 
     template <class Value>
     [[nodiscard]] Value oneOf(std::initializer_list<std::pair<std::string_view, Value>> choices) const {

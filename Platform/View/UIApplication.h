@@ -59,7 +59,6 @@ public:
 
     /// Whether a renderer plays animations, so that completions wait for their time. Off without a renderer:
     /// completions run as soon as the main queue comes to them.
-    [[nodiscard]] bool playsAnimations() const noexcept { return playsAnimations_; }
     void setPlaysAnimations(bool plays) { playsAnimations_ = plays; }
     /// Runs work from the main queue when an animation of that length has been played.
     void afterAnimation(Seconds length, std::function<void()> work) const;

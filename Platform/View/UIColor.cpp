@@ -74,10 +74,6 @@ UIColor UIColor::secondaryLabel() {
     return {RGBA{0.24, 0.24, 0.26, 0.7}, RGBA{0.92, 0.92, 0.96, 0.7}};
 }
 
-UIColor UIColor::placeholderText() {
-    return {RGBA{0.24, 0.24, 0.26, 0.45}, RGBA{0.92, 0.92, 0.96, 0.45}};
-}
-
 UIColor UIColor::separator() {
     return {RGBA{0.24, 0.24, 0.26, 0.3}, RGBA{0.33, 0.33, 0.35, 0.6}};
 }

@@ -42,7 +42,6 @@ public:
     /// The colour of text on `systemBackground()`.
     [[nodiscard]] static UIColor label() { return {RGBA{0, 0, 0, 1}, RGBA{1, 1, 1, 1}}; }
     [[nodiscard]] static UIColor secondaryLabel();
-    [[nodiscard]] static UIColor placeholderText();
     [[nodiscard]] static UIColor systemBackground() { return {RGBA{1, 1, 1, 1}, RGBA{0, 0, 0, 1}}; }
     [[nodiscard]] static UIColor separator();
     /// The tint of controls that are given none.

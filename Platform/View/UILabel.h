@@ -20,9 +20,8 @@ public:
         assign(adjustsFontSizeToFitWidth_, adjusts, UIViewChange::paint);
     }
     /// The smallest share of its size that the font may shrink to.
-    [[nodiscard]] double minimumScaleFactor() const noexcept { return minimumScaleFactor_; }
     void setMinimumScaleFactor(double factor) { assign(minimumScaleFactor_, factor, UIViewChange::paint); }
-    /// The font's size that fits the present width: 1 down to `minimumScaleFactor()`, as a share. 1 unless
+    /// The font's size that fits the present width: 1 down to the smallest share. 1 unless
     /// the label is of one line and adjusts its font.
     [[nodiscard]] double scaleFactor() const;
 

@@ -73,7 +73,6 @@ public:
     /// Null without items.
     [[nodiscard]] std::shared_ptr<UINavigationItem> topItem() const;
 
-    [[nodiscard]] const UITitleTextAttributes& titleTextAttributes() const noexcept { return attributes_; }
     void setTitleTextAttributes(const UITitleTextAttributes& attributes);
     [[nodiscard]] const std::optional<UIColor>& barTintColor() const noexcept { return barTintColor_; }
     void setBarTintColor(std::optional<UIColor> color) {

@@ -101,12 +101,4 @@ void UITabBarController::setViewControllers(std::vector<std::shared_ptr<UIViewCo
     exchangeChild(old, first, UIAnimated::no, {});
 }
 
-void UITabBarController::setSelectedViewController(const std::shared_ptr<UIViewController>& controller) {
-    if (std::ranges::find(viewControllers(), controller) == viewControllers().end()) return;
-    finishTransition();
-    const auto old = selectedViewController();
-    selected_ = controller;
-    exchangeChild(old, controller, UIAnimated::no, {});
-}
-
 } // namespace korvane

@@ -29,7 +29,6 @@ public:
 
     /// Shows the top controller's `navigationItem()`.
     [[nodiscard]] const std::shared_ptr<UINavigationBar>& navigationBar() const noexcept { return bar_; }
-    [[nodiscard]] bool isNavigationBarHidden() const noexcept { return bar_->isHidden(); }
     void setNavigationBarHidden(bool isHidden, UIAnimated animated);
 
     void loadView() override;
@@ -60,8 +59,6 @@ public:
     [[nodiscard]] std::shared_ptr<UIViewController> selectedViewController() const {
         return selected_.lock();
     }
-    /// One of `viewControllers()`; another one is ignored.
-    void setSelectedViewController(const std::shared_ptr<UIViewController>& controller);
 
 protected:
     [[nodiscard]] std::shared_ptr<UIViewController> childForAppearance() const override {

@@ -24,7 +24,6 @@ public:
 
     [[nodiscard]] UIViewKind kind() const noexcept override { return UIViewKind::scroll; }
 
-    [[nodiscard]] std::shared_ptr<UIScrollViewDelegate> scrollDelegate() const { return delegate_.lock(); }
     void setScrollDelegate(std::weak_ptr<UIScrollViewDelegate> delegate) { delegate_ = std::move(delegate); }
 
     /// The point of the content that is at the top left: the origin of `bounds()`.

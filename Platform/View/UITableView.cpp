@@ -21,7 +21,8 @@ UITableView::UITableView() {
 
 void UITableView::setDataSource(std::weak_ptr<UITableViewDataSource> dataSource) {
     dataSource_ = std::move(dataSource);
-    reloadData();
+    needsReload_ = true;
+    didChange(UIViewChange::layout);
 }
 
 void UITableView::setRowHeight(double height) {
@@ -43,11 +44,6 @@ std::shared_ptr<UITableViewCell> UITableView::dequeueReusableCell(const std::str
     auto cell = factory->second();
     cell->reuseIdentifier_ = withIdentifier;
     return cell;
-}
-
-void UITableView::reloadData() {
-    needsReload_ = true;
-    didChange(UIViewChange::layout);
 }
 
 std::vector<std::shared_ptr<UITableViewCell>> UITableView::visibleCells() const {

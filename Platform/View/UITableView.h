@@ -63,6 +63,7 @@ public:
     [[nodiscard]] UIViewKind kind() const noexcept override { return UIViewKind::table; }
 
     [[nodiscard]] std::shared_ptr<UITableViewDataSource> dataSource() const { return dataSource_.lock(); }
+    /// Asks it for everything anew, at the next layout.
     void setDataSource(std::weak_ptr<UITableViewDataSource> dataSource);
 
     [[nodiscard]] double rowHeight() const noexcept { return rowHeight_; }
@@ -78,10 +79,6 @@ public:
     /// the process (`fatalError`).
     [[nodiscard]] std::shared_ptr<UITableViewCell> dequeueReusableCell(const std::string& withIdentifier);
 
-    /// Asks the data source for everything anew, at the next layout.
-    void reloadData();
-    /// As of the last layout or reload.
-    [[nodiscard]] int numberOfRows() const noexcept { return rows_; }
     /// The cells that there are now, from the top.
     [[nodiscard]] std::vector<std::shared_ptr<UITableViewCell>> visibleCells() const;
     /// Null for a row that has none now.

@@ -27,7 +27,6 @@ public:
     [[nodiscard]] const UIFont& font() const noexcept { return font_; }
     void setFont(const UIFont& font) { this->assign(font_, font, UIViewChange::content); }
     /// Whether the user's size of text counts (`UIApplication::textScale`); it does unless told otherwise.
-    [[nodiscard]] bool adjustsFontForContentSizeCategory() const noexcept { return adjustsFont_; }
     void setAdjustsFontForContentSizeCategory(bool adjusts) {
         this->assign(adjustsFont_, adjusts, UIViewChange::content);
     }

@@ -117,7 +117,7 @@ void UITextField::didResignFirstResponder() {
 CGSize UITextField::sizeThatFits(CGSize /*size*/) const {
     constexpr double kBorderRoom = 7;
     const double room = borderStyle_ == UITextBorderStyle::none ? 0 : kBorderRoom;
-    std::string shown = onOneLine(text().empty() ? placeholder_ : text());
+    std::string shown = onOneLine(text());
     const CGSize line = measuredText(shown, shownFont(), kUnbounded, 1);
     cleanse(shown);
     return {line.width + 2 * room, line.height + 2 * room};

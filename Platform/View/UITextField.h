@@ -59,11 +59,6 @@ public:
     void setDelegate(std::weak_ptr<UITextFieldDelegate> delegate) { delegate_ = std::move(delegate); }
 
     void setText(std::string text) override;
-    [[nodiscard]] const std::string& placeholder() const noexcept { return placeholder_; }
-    void setPlaceholder(std::string text) { assign(placeholder_, std::move(text), UIViewChange::content); }
-    /// Whether a renderer shows dots in place of the characters.
-    [[nodiscard]] bool isSecureTextEntry() const noexcept { return isSecureTextEntry_; }
-    void setSecureTextEntry(bool isSecure) { assign(isSecureTextEntry_, isSecure, UIViewChange::paint); }
     [[nodiscard]] UIKeyboardType keyboardType() const noexcept { return keyboardType_; }
     void setKeyboardType(UIKeyboardType type) { keyboardType_ = type; }
     [[nodiscard]] UITextBorderStyle borderStyle() const noexcept { return borderStyle_; }
@@ -93,17 +88,15 @@ protected:
         return UIAccessibilityRole::textField;
     }
     /// What has been typed is not read out.
-    [[nodiscard]] std::string defaultAccessibilityLabel() const override { return placeholder_; }
+    [[nodiscard]] std::string defaultAccessibilityLabel() const override { return {}; }
 
 private:
     void store(std::string& text);
 
     std::weak_ptr<UITextFieldDelegate> delegate_;
-    std::string placeholder_;
     std::shared_ptr<UIView> inputView_;
     UIKeyboardType keyboardType_ = UIKeyboardType::defaultType;
     UITextBorderStyle borderStyle_ = UITextBorderStyle::none;
-    bool isSecureTextEntry_ = false;
 };
 
 } // namespace korvane

@@ -128,7 +128,6 @@ public:
 
     // Touches.
 
-    [[nodiscard]] bool isUserInteractionEnabled() const noexcept { return isUserInteractionEnabled_; }
     void setUserInteractionEnabled(bool isEnabled) {
         assign(isUserInteractionEnabled_, isEnabled, UIViewChange::paint);
     }

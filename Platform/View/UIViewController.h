@@ -35,7 +35,6 @@ public:
 
     /// Makes and loads the view first where that has not happened.
     [[nodiscard]] const std::shared_ptr<UIView>& view();
-    [[nodiscard]] const std::shared_ptr<UIView>& viewIfLoaded() const noexcept { return view_; }
     [[nodiscard]] bool isViewLoaded() const noexcept { return view_ != nullptr; }
     void setView(std::shared_ptr<UIView> view);
     /// For the storyboard: makes the view when it is loaded, in place of an empty one.

@@ -59,7 +59,6 @@ public:
     /// and a keyboard that lies over it has gone. What lies over it otherwise keeps the tap from it.
     void press(UIView& view);
     /// How many fingers are down.
-    [[nodiscard]] std::size_t touchCount() const noexcept { return touches_.size(); }
 
     // Frames.
 

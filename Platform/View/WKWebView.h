@@ -47,9 +47,6 @@ public:
     /// How many pages were loaded: an engine loads anew whenever this has grown.
     [[nodiscard]] int loadCount() const noexcept { return loadCount_; }
 
-    [[nodiscard]] std::shared_ptr<WKNavigationDelegate> navigationDelegate() const {
-        return delegate_.lock();
-    }
     void setNavigationDelegate(std::weak_ptr<WKNavigationDelegate> delegate) {
         delegate_ = std::move(delegate);
     }

@@ -27,7 +27,7 @@ protected:
     static ChallengeButton& button(const ChallengeNativeViewController& screen, std::string_view name) {
         return dynamic_cast<ChallengeButton&>(
             name == "cancel" ? *screen.toolBar->topItem()->rightBarButtonItem()->customView()
-                             : viewNamed(*screen.viewIfLoaded(), name));
+                             : viewNamed(*screen.toolBar->superview(), name));
     }
 };
 

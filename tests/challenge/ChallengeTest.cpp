@@ -62,7 +62,7 @@ TEST_F(ChallengeTest, FirstScreenComesOverTheApplicationWithBothLogos) {
     EXPECT_THAT(acs.images(), ElementsAre("https://acs.example/scheme", "https://acs.example/bank"));
     EXPECT_EQ(top<ChallengeTextNativeViewController>()->challengeInfoHeader->text(), "Confirm your payment");
     EXPECT_EQ(root()->modalPresentationStyle(), UIModalPresentationStyle::fullScreen);
-    EXPECT_TRUE(root()->isNavigationBarHidden());
+    EXPECT_TRUE(root()->navigationBar()->isHidden());
 }
 
 TEST_F(ChallengeTest, PageIsLoadedOnceAndTheNextOneChangesInItsPlace) {

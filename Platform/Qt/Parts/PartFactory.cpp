@@ -90,15 +90,11 @@ QString drawnLine(std::string_view text) {
 }
 
 void updateTextField(QQuickItem& part, const UIView& view) {
-    constexpr QChar kDot{0x2022};
     const auto& field = static_cast<const UITextField&>(view);
     const UIUserInterfaceStyle style = styleOf(view);
-    QString text = drawnLine(field.text());
-    if (field.isSecureTextEntry()) text.fill(kDot);
+    const QString text = drawnLine(field.text());
     setText(part, {}, field.shownFont(), asColor(field.textColor(), style), field.textAlignment());
     part.setProperty("text", text);
-    part.setProperty("placeholder", drawnLine(field.placeholder()));
-    part.setProperty("placeholderColor", asColor(UIColor::placeholderText(), style));
     part.setProperty("caretColor", asColor(field.tintColor(), style));
     part.setProperty("caretPlace", QFontMetricsF(drawnFont(field.shownFont())).horizontalAdvance(text));
     part.setProperty("editing", field.isFirstResponder());

@@ -8,8 +8,6 @@ Item {
     property alias font: line.font
     property alias color: line.color
     property int horizontalAlignment: Text.AlignLeft
-    property string placeholder
-    property color placeholderColor
     property color caretColor
     property real caretPlace: 0
     property bool editing: false
@@ -37,19 +35,6 @@ Item {
         width: parent.width - 2 * field.room
         height: parent.height
         clip: true
-
-        Text {
-            anchors.fill: parent
-            visible: line.text === ""
-            text: field.placeholder
-            font: field.font
-            color: field.placeholderColor
-            textFormat: Text.PlainText
-            horizontalAlignment: field.horizontalAlignment
-            verticalAlignment: Text.AlignVCenter
-            elide: Text.ElideRight
-            Accessible.ignored: true
-        }
 
         Text {
             id: line

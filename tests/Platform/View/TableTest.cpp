@@ -51,7 +51,7 @@ TEST_F(Table, AsLongAsItsRowsItHasCellsForAScreenfulEachWayAlone) {
     around->addSubview(table);
     rows->count = 30000;
     table->setFrame({{0, 1000}, {200, 1.2e6}});
-    table->reloadData();
+    table->setDataSource(rows);
     const auto moveTo = [](UIView& view, double y) { view.setFrame({{0, y}, view.frame().size}); };
     const auto scrollTo = [&](double y) { scroll->setContentOffset({0, y}); };
     const auto showRow = [&](int row) { table->scrollToRow({0, row}); };

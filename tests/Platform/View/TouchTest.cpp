@@ -80,7 +80,6 @@ TEST_F(Touches, GoToTheViewTheyBeganOn) {
     for (const auto& [script, expected] : rows) {
         EXPECT_EQ(heard(script), expected) << script;
         window->cancelTouches();
-        EXPECT_EQ(window->touchCount(), 0U);
         taken();
     }
     EXPECT_EQ(heardAtOnce("+1@110,10 +2@120,20"), "began 1 2");
