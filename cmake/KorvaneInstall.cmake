@@ -18,6 +18,22 @@ foreach(header IN LISTS KORVANE_PUBLISHED_SEAM)
     install(FILES "${KORVANE_PUBLIC_ROOT}/${header}" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/${folder}" COMPONENT seam)
 endforeach()
 
+# What is shared finds its neighbours from where it lies, so that an installed tree can be moved.
+if(BUILD_SHARED_LIBS)
+    file(RELATIVE_PATH up "/${CMAKE_INSTALL_LIBDIR}" "/")
+    foreach(target IN ITEMS korvane korvane-qt)
+        if(TARGET ${target})
+            set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN/${up}${CMAKE_INSTALL_LIBDIR}")
+        endif()
+    endforeach()
+    file(RELATIVE_PATH up "/${CMAKE_INSTALL_BINDIR}" "/")
+    foreach(target IN ITEMS korvane-acs korvane-challenge korvane-jose)
+        if(TARGET ${target})
+            set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN/${up}${CMAKE_INSTALL_LIBDIR}")
+        endif()
+    endforeach()
+endif()
+
 # The Qt filling is exported apart: applications without Qt do not need to find it.
 if(KORVANE_QT)
     install(TARGETS korvane-qt EXPORT KorvaneQtTargets

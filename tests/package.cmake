@@ -11,11 +11,13 @@ add_test(NAME package.cmake
         --build-generator Ninja --build-options "-DCMAKE_PREFIX_PATH=${prefix}"
         "-DCMAKE_CXX_COMPILER=${CMAKE_CXX_COMPILER}" --test-command consumer)
 
-set(pkg_config "PKG_CONFIG_PATH=${prefix}/${CMAKE_INSTALL_LIBDIR}/pkgconfig pkg-config --static --cflags --libs korvane")
+set(libraries "${prefix}/${CMAKE_INSTALL_LIBDIR}")
+set(pkg_config "PKG_CONFIG_PATH=${libraries}/pkgconfig pkg-config $<$<NOT:$<BOOL:${BUILD_SHARED_LIBS}>>:--static> --cflags --libs korvane")
 set(program "${CMAKE_BINARY_DIR}/package/pkg-config-consumer")
 add_test(NAME package.pkgConfig
     COMMAND sh -c
-        "'${CMAKE_CXX_COMPILER}' -std=c++20 '${consumer}/consumer.cpp' $(${pkg_config}) -o '${program}' && '${program}'")
+        "'${CMAKE_CXX_COMPILER}' -std=c++20 '${consumer}/consumer.cpp' $(${pkg_config}) -o '${program}' && \
+            LD_LIBRARY_PATH='${libraries}' '${program}'")
 
 set_tests_properties(package.cmake package.pkgConfig PROPERTIES FIXTURES_REQUIRED package)
 
