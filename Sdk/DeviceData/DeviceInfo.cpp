@@ -19,4 +19,19 @@ std::string DeviceInfo::jsonString() const {
     return std::move(writer).finish();
 }
 
+DeviceInfo DeviceInfo::decode(ByteView json) {
+    const JSON value = decodeObject(asText(json));
+    const JSONField object(value);
+    DeviceInfo info;
+    info.deviceData = object.member("DD").stringTable();
+    if (const auto reasons = object.memberIfPresent("DPNA"))
+        info.notAvailableDeviceParameters = reasons->stringTable();
+    if (const auto warnings = object.memberIfPresent("SW")) {
+        std::vector<std::string>& identifiers = info.securityWarning.emplace();
+        for (const JSONField& warning : warnings->elements())
+            identifiers.push_back(warning.string());
+    }
+    return info;
+}
+
 } // namespace korvane

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Bytes.h"
 #include "Platform/JSONDecoding.h"
 
 #include <optional>
@@ -22,6 +23,12 @@ struct DeviceInfo {
     /// The UTF-8 JSON text: "DV", "DD", "DPNA", "SW", of which an absent one is left out. Octets that are not
     /// UTF-8 come as replacement characters.
     [[nodiscard]] std::string jsonString() const;
+
+    /// Reads the JSON form back; "DV" is not looked at.
+    /// @throws DecodingError naming the member.
+    [[nodiscard]] static DeviceInfo decode(ByteView json);
+
+    friend bool operator==(const DeviceInfo&, const DeviceInfo&) = default;
 };
 
 } // namespace korvane

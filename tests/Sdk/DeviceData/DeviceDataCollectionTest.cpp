@@ -97,6 +97,7 @@ TEST(DeviceInfo, IsWrittenInTheDocumentsOrderOfWhatIsNotEmpty) {
                              "\u00E9, host\uFFFD"
                              R"("},"DPNA":{"C013":"RE04"},"SW":["SW3","SW3"]})";
     EXPECT_EQ(makeDeviceInfo(data, {warning, warning}).jsonString(), json);
+    EXPECT_EQ(DeviceInfo::decode(asBytes(json)).jsonString(), json);
 }
 
 TEST(LocaleParameter, IsLanguageAndRegionOrTheDefault) {

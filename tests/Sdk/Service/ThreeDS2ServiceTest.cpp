@@ -1,6 +1,7 @@
 #include "Sdk/Service/ThreeDS2Service.h"
 
 #include "Crypt/JWE.h"
+#include "Sdk/DeviceData/DeviceInfo.h"
 #include "Sdk/Events/SdkError.h"
 #include "tests/support/Failures.h"
 #include "tests/support/PlayedAcs.h"
@@ -24,10 +25,10 @@ public:
         return {identity.der, identity.der, CertAlgorithm::RSA};
     }
 
-    [[nodiscard]] JSON open(const Transaction& transaction) const {
+    [[nodiscard]] DeviceInfo open(const Transaction& transaction) const {
         const JWE jwe(transaction.getAuthenticationRequestParameters().getDeviceData());
         const SecKey key = identity.privateKey();
-        return JSON::parse(asText(jwe.decrypt(key).data()));
+        return DeviceInfo::decode(jwe.decrypt(key).data());
     }
 
     TestIdentity identity = selfSigned({.key = TestKeyType::rsa2048});
@@ -72,10 +73,10 @@ TEST_F(ThreeDS2ServiceTest, WhatAnInitializeFindsIsAddedAndWhatItIsGivenReplaces
     platform_.script().isOSVersionSupported = false;
     initialize("de");
     EXPECT_EQ(service_.getWarnings().size(), 3U);
-    const JSON document = directoryServer_->open(*service_.createTransaction("any", "2.1.0"));
-    EXPECT_EQ(document["SW"], JSON({"SW4", "SW4", "SW5"}));
-    EXPECT_EQ(document["DD"]["C005"], "de");
-    EXPECT_EQ(directoryServer_->open(*before)["DD"]["C005"], "fr-CA");
+    const DeviceInfo info = directoryServer_->open(*service_.createTransaction("any", "2.1.0"));
+    EXPECT_THAT(info.securityWarning.value(), ElementsAre("SW4", "SW4", "SW5"));
+    EXPECT_EQ(info.deviceData.at("C005"), "de");
+    EXPECT_EQ(directoryServer_->open(*before).deviceData.at("C005"), "fr-CA");
 }
 
 /// The identifier of the installation is read anew for each.
@@ -87,7 +88,7 @@ TEST_F(ThreeDS2ServiceTest, TransactionCarriesVersionReferenceAndTheIdentifierOf
         const auto request = transaction->getAuthenticationRequestParameters();
         EXPECT_EQ(request.getMessageVersion(), version);
         EXPECT_EQ(request.getSDKReferenceNumber(), "3DS_LOA_SDK_QXRV_020200_00417");
-        EXPECT_EQ(directoryServer_->open(*transaction)["DD"]["C014"], request.getSDKAppID());
+        EXPECT_EQ(directoryServer_->open(*transaction).deviceData.at("C014"), request.getSDKAppID());
         return request.getSDKAppID();
     };
     EXPECT_EQ(identifierUnder("2.1.0"), identifierUnder("2.2.0"));
