@@ -141,6 +141,9 @@ TEST(ECEncryption, GivenPairKeyAndUndecodedPartyTextsAreUsed) {
                                                      toBytes("abc"), toBytes("YQ")));
     EXPECT_EQ(EC::decrypt({}, kBob, KM::ECDH_ES, kEnc, &header), direct.contentKey);
     EXPECT_NE(seal(header, {}).headerData, header.data()) << "the epk of another pair is replaced";
+    JWEHeader unwritable(KM::ECDH_ES, kEnc);
+    unwritable.setKid("\xff");
+    EXPECT_RAISES(ECErrorCase::encryptingFailed, seal(unwritable, {})) << "nobody could open what has no epk";
 }
 
 TEST(ECDecryption, AKeyOfTheWrongLengthIsReplacedAndAMissingOneRefused) {
