@@ -62,7 +62,7 @@ CGSize measured(const Question& question) {
     layout.beginLayout();
     for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
         line.setLineWidth(std::min(question.maximumWidth, kWidest));
-        size.width = std::max(size.width, line.naturalTextWidth());
+        size.width = std::max(size.width, std::min(line.naturalTextWidth(), question.maximumWidth));
         size.height += std::ceil(line.height());
         if (++lines == question.maximumLines) break;
     }
