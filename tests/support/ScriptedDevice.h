@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/JSON.h"
 #include "Platform/Platform.h"
 #include "Platform/View/TextMeasurer.h"
 
@@ -143,7 +144,7 @@ private:
         return find(script_.defaults, key);
     }
     void setObject(const std::string& object, const std::string& key) override {
-        script_.defaults[key] = object;
+        if (isUtf8(object)) script_.defaults[key] = object;
     }
     bool synchronize() override { return ++script_.synchronizations > 0; }
 

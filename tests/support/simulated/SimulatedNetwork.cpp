@@ -1,9 +1,20 @@
 #include "tests/support/simulated/SimulatedNetwork.h"
 
+#include "Platform/LetterCase.h"
+
 #include <algorithm>
 #include <utility>
 
 namespace korvane {
+
+namespace {
+
+bool isHttp(const URL& url) {
+    const std::string text = lowercased(url.absoluteString());
+    return text.starts_with("http://") || text.starts_with("https://");
+}
+
+} // namespace
 
 struct SimulatedNetwork::Session final : URLSession, std::enable_shared_from_this<Session> {
     Session(SimulatedNetwork& itsNetwork, Seconds itsLimit) : network(itsNetwork), limit(itsLimit) {}
@@ -23,7 +34,8 @@ public:
     void resume() override {
         if (exchange_ || !completion_) return;
         exchange_ = &session_->network.exchanges_.emplace_back(SimulatedExchange{request_});
-        ScriptedAnswer coming = session_->network.answer(request_);
+        ScriptedAnswer coming{std::nullopt, "unsupported URL"};
+        if (isHttp(request_.url)) coming = session_->network.answer(request_);
         if (!coming.delay || *coming.delay > session_->limit)
             coming = {std::nullopt, "The request timed out.", session_->limit};
         const auto arrival = std::make_shared<DispatchWorkItem>([self = shared_from_this(), coming] {
