@@ -1,8 +1,11 @@
 #include "Platform/Headless/HeadlessPlatform.h"
 
+#include "Ui/Screens/TopController.h"
+
 #include <gmock/gmock.h>
 
 #include <cstdlib>
+#include <thread>
 
 namespace korvane {
 namespace {
@@ -17,6 +20,15 @@ TEST(HeadlessPlatform, IsThePlatformOfTheProcessWhileItLives) {
         EXPECT_DEATH(HeadlessPlatform(), "one platform at a time");
     }
     EXPECT_DEATH(static_cast<void>(Platform::current()), "No platform is installed");
+}
+
+TEST(HeadlessPlatform, MainThreadWaitsForNoMainQueueWhetherThatRunsOrNot) {
+    HeadlessPlatform platform;
+    const auto asks = [&] { return platform.dispatch().mainQueue().isCurrent() && !getTopController(); };
+    EXPECT_TRUE(asks());
+    platform.runMainUntil(asks);
+    std::thread([&] { platform.runMainUntil(asks); }).join();
+    EXPECT_FALSE(platform.dispatch().mainQueue().isCurrent());
 }
 
 TEST(HeadlessPlatform, RunsOnAMachineWithoutFonts) {

@@ -1,4 +1,7 @@
 #include "Platform/Headless/HeadlessPlatform.h"
+#include "Sdk/Exchange/HttpClient.h"
+#include "tests/support/Files.h"
+#include "tests/support/LocalServer.h"
 
 #include <gmock/gmock.h>
 
@@ -8,6 +11,7 @@
 
 #include <cstdlib>
 #include <ctime>
+#include <filesystem>
 
 namespace korvane {
 namespace {
@@ -59,6 +63,26 @@ TEST(NativeIntegrityChecks, FindADebugger) {
     int status = 0;
     ASSERT_EQ(waitpid(traced, &status, 0), traced);
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+}
+
+/// A process of its own, since libcurl reads the variable when it starts.
+TEST(NativeSecrets, AreNotWrittenToTheFileThatTheEnvironmentNames) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    ::setenv("no_proxy", "*", 1);
+    const std::string file = testing::TempDir() + "korvane-tls-secrets";
+    ::setenv("SSLKEYLOGFILE", file.c_str(), 1);
+    EXPECT_EXIT(
+        {
+            LocalServer secure(LocalServer::Transport::tls);
+            HeadlessPlatform platform;
+            platform.addCertificateAuthorities(LocalServer::authority());
+            const HttpAnswer answer = HttpClient(secure.url("/echo")).sendCReqData(toBytes("sealed"));
+            std::_Exit(answer.data == toBytes("sealed") ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "");
+    ::unsetenv("SSLKEYLOGFILE");
+    EXPECT_TRUE(!std::filesystem::exists(file) || readFile(file).empty());
+    std::filesystem::remove(file);
 }
 
 } // namespace

@@ -1,15 +1,9 @@
-#include "Platform/Headless/HeadlessPlatform.h"
-#include "Ui/Screens/TopController.h"
-#include "tests/support/SimulatedPlatform.h"
-
-#include <gmock/gmock.h>
+#include "tests/contract/Filling.h"
 
 #include <algorithm>
 #include <atomic>
-#include <optional>
 #include <stdexcept>
 #include <thread>
-#include <vector>
 
 namespace korvane {
 namespace {
@@ -23,28 +17,20 @@ std::shared_ptr<DispatchWorkItem> item(DispatchWorkItem::Work work) {
     return std::make_shared<DispatchWorkItem>(std::move(work));
 }
 
-/// What every platform's queues keep to.
-template <class SomePlatform>
-class DispatchContract : public testing::Test {
-protected:
-    Dispatch& dispatch() { return platform_->dispatch(); }
+KORVANE_CONTRACT(DispatchContract, Contract);
+KORVANE_CONTRACT(MainThreadContract, Contract, Part::mainThread);
+KORVANE_CONTRACT(AfterlifeContract, Contract, Part::afterlife);
 
-    std::optional<SomePlatform> platform_{std::in_place};
-};
-
-using Platforms = testing::Types<HeadlessPlatform, SimulatedPlatform>;
-TYPED_TEST_SUITE(DispatchContract, Platforms);
-
-TYPED_TEST(DispatchContract, SerialQueueRunsOneAtATimeAndInTheOrderOfEachCaller) {
+TEST_P(DispatchContract, SerialQueueRunsOneAtATimeAndInTheOrderOfEachCaller) {
     constexpr int kCallers = 8;
     constexpr int kItems = 100;
-    const auto queue = this->dispatch().makeSerialQueue("numbers");
-    const auto ready = this->dispatch().makeSemaphore(0);
+    const auto queue = dispatch().makeSerialQueue("numbers");
+    const auto ready = dispatch().makeSemaphore(0);
     std::vector<std::vector<int>> seen(kCallers);
     std::atomic<int> running{0};
     std::atomic<bool> overlapped{false};
     for (auto& numbers : seen)
-        this->dispatch().globalQueue().async([&] {
+        dispatch().globalQueue().async([&] {
             for (int number = 0; number < kItems; ++number)
                 queue->async([&, number] {
                     overlapped = overlapped || running++ != 0;
@@ -64,15 +50,15 @@ TYPED_TEST(DispatchContract, SerialQueueRunsOneAtATimeAndInTheOrderOfEachCaller)
     }
 }
 
-TYPED_TEST(DispatchContract, BlockedWorkDoesNotHoldUpTheGlobalQueue) {
+TEST_P(DispatchContract, BlockedWorkDoesNotHoldUpTheGlobalQueue) {
     constexpr int kBlocked = 40;
-    const auto gate = this->dispatch().makeSemaphore(0);
-    const auto ended = this->dispatch().makeSemaphore(0);
+    const auto gate = dispatch().makeSemaphore(0);
+    const auto ended = dispatch().makeSemaphore(0);
     for (int index = 0; index < kBlocked; ++index)
-        this->dispatch().globalQueue().async([&] {
+        dispatch().globalQueue().async([&] {
             if (gate->wait(kLong) == DispatchTimeoutResult::success) ended->signal();
         });
-    this->dispatch().globalQueue().async([&] {
+    dispatch().globalQueue().async([&] {
         for (int index = 0; index < kBlocked; ++index)
             gate->signal();
     });
@@ -80,10 +66,10 @@ TYPED_TEST(DispatchContract, BlockedWorkDoesNotHoldUpTheGlobalQueue) {
         ASSERT_EQ(ended->wait(kLong), DispatchTimeoutResult::success);
 }
 
-TYPED_TEST(DispatchContract, CancelledItemRunsToItsEndOrNotAtAllAndLetsGoWhatItHolds) {
-    const auto queue = this->dispatch().makeSerialQueue("cancelling");
-    const auto started = this->dispatch().makeSemaphore(0);
-    const auto gate = this->dispatch().makeSemaphore(0);
+TEST_P(DispatchContract, CancelledItemRunsToItsEndOrNotAtAllAndLetsGoWhatItHolds) {
+    const auto queue = dispatch().makeSerialQueue("cancelling");
+    const auto started = dispatch().makeSemaphore(0);
+    const auto gate = dispatch().makeSemaphore(0);
     const auto text = std::make_shared<std::string>("still there");
     const auto held = std::make_shared<bool>(false);
     std::string seen;
@@ -109,16 +95,16 @@ TYPED_TEST(DispatchContract, CancelledItemRunsToItsEndOrNotAtAllAndLetsGoWhatItH
     EXPECT_EQ(seen, "still there");
 }
 
-TYPED_TEST(DispatchContract, DelayedWorkRunsInTheOrderOfItsTimesAndNotBefore) {
-    const auto queue = this->dispatch().makeSerialQueue("delays");
-    const auto ended = this->dispatch().makeSemaphore(0);
-    const Seconds start = this->dispatch().now();
+TEST_P(DispatchContract, DelayedWorkRunsInTheOrderOfItsTimesAndNotBefore) {
+    const auto queue = dispatch().makeSerialQueue("delays");
+    const auto ended = dispatch().makeSemaphore(0);
+    const Seconds start = dispatch().now();
     std::vector<int> order;
     std::vector<double> passed;
     for (const int milliseconds : {60, 20, 40, -5})
         queue->asyncAfter(Seconds{milliseconds / 1000.0}, item([&, milliseconds] {
                               order.push_back(milliseconds);
-                              passed.push_back((this->dispatch().now() - start).count() * 1000);
+                              passed.push_back((dispatch().now() - start).count() * 1000);
                               ended->signal();
                           }));
     for (int count = 0; count < 4; ++count)
@@ -128,42 +114,42 @@ TYPED_TEST(DispatchContract, DelayedWorkRunsInTheOrderOfItsTimesAndNotBefore) {
     EXPECT_THAT(passed, ElementsAre(Ge(0), Ge(20), Ge(40), Ge(60)));
 }
 
-TYPED_TEST(DispatchContract, TimesBeyondAllClocksNeitherRunNorFail) {
+TEST_P(DispatchContract, TimesBeyondAllClocksNeitherRunNorFail) {
     const auto ran = std::make_shared<bool>(false);
-    this->dispatch().globalQueue().asyncAfter(Seconds{1e300}, item([ran] { *ran = true; }));
-    const auto semaphore = this->dispatch().makeSemaphore(1);
+    dispatch().globalQueue().asyncAfter(Seconds{1e300}, item([ran] { *ran = true; }));
+    const auto semaphore = dispatch().makeSemaphore(1);
     EXPECT_EQ(semaphore->wait(Seconds{1e300}), DispatchTimeoutResult::success);
     EXPECT_FALSE(*ran);
 }
 
-TYPED_TEST(DispatchContract, SemaphoreCountsAndTimesOut) {
-    const auto semaphore = this->dispatch().makeSemaphore(1);
+TEST_P(DispatchContract, SemaphoreCountsAndTimesOut) {
+    const auto semaphore = dispatch().makeSemaphore(1);
     semaphore->signal();
     EXPECT_EQ(semaphore->wait(Seconds{0}), DispatchTimeoutResult::success);
     EXPECT_EQ(semaphore->wait(Seconds{0}), DispatchTimeoutResult::success);
-    const Seconds start = this->dispatch().now();
+    const Seconds start = dispatch().now();
     EXPECT_EQ(semaphore->wait(Seconds{0.02}), DispatchTimeoutResult::timedOut);
-    EXPECT_GE((this->dispatch().now() - start).count(), 0.02);
+    EXPECT_GE((dispatch().now() - start).count(), 0.02);
 
-    this->dispatch().globalQueue().async([semaphore] { semaphore->signal(); });
+    dispatch().globalQueue().async([semaphore] { semaphore->signal(); });
     EXPECT_EQ(semaphore->wait(kLong), DispatchTimeoutResult::success);
 }
 
-TYPED_TEST(DispatchContract, SyncReturnsWhenTheWorkHasEnded) {
-    const auto queue = this->dispatch().makeSerialQueue("sync");
+TEST_P(DispatchContract, SyncReturnsWhenTheWorkHasEnded) {
+    const auto queue = dispatch().makeSerialQueue("sync");
     int value = 0;
     queue->async([&] { value = 1; });
     queue->sync([&] { value = value == 1 && queue->isCurrent() ? 2 : -1; });
     EXPECT_EQ(value, 2);
     std::thread::id runner;
-    this->dispatch().globalQueue().sync([&] { runner = std::this_thread::get_id(); });
+    dispatch().globalQueue().sync([&] { runner = std::this_thread::get_id(); });
     EXPECT_EQ(runner, std::this_thread::get_id());
 }
 
 /// Threads serve one queue after another.
-TYPED_TEST(DispatchContract, SerialQueueIsCurrentInItsOwnWorkAlone) {
-    const auto queue = this->dispatch().makeSerialQueue("own");
-    const auto other = this->dispatch().makeSerialQueue("other");
+TEST_P(DispatchContract, SerialQueueIsCurrentInItsOwnWorkAlone) {
+    const auto queue = dispatch().makeSerialQueue("own");
+    const auto other = dispatch().makeSerialQueue("other");
     std::thread::id served, thread;
     EXPECT_FALSE(queue->isCurrent());
     queue->sync([&] { served = std::this_thread::get_id(); });
@@ -175,61 +161,66 @@ TYPED_TEST(DispatchContract, SerialQueueIsCurrentInItsOwnWorkAlone) {
     EXPECT_EQ(thread, served) << "no thread has served both";
 }
 
-TYPED_TEST(DispatchContract, ProgrammersFaultsEndTheProcess) {
+TEST_P(DispatchContract, ProgrammersFaultsEndTheProcess) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    const auto queue = this->dispatch().makeSerialQueue("faults");
+    const auto queue = dispatch().makeSerialQueue("faults");
     EXPECT_DEATH(queue->sync([&] { queue->sync([] {}); }), "would never return");
     EXPECT_DEATH(queue->sync([] { throw std::runtime_error("out of a work item"); }),
                  "left a work item: out of");
 }
 
-TEST(NativeDispatch, MainQueueRunsInOrderOnTheThreadThatRunsIt) {
-    HeadlessPlatform platform;
-    DispatchQueue& main = platform.dispatch().mainQueue();
-    const auto thread = std::this_thread::get_id();
+TEST_P(DispatchContract, MainQueueRunsInOrderAndLetsOthersWaitForIt) {
+    DispatchQueue& main = dispatch().mainQueue();
+    const Seconds start = dispatch().now();
     std::vector<int> order;
+    main.asyncAfter(Seconds{0.02},
+                    item([&] { order.push_back(dispatch().now() - start >= Seconds{0.02} ? 5 : -5); }));
     main.async([&] {
-        order.push_back(std::this_thread::get_id() == thread && main.isCurrent() ? 1 : -1);
+        order.push_back(main.isCurrent() && !dispatch().globalQueue().isCurrent() ? 1 : -1);
         main.async([&] { order.push_back(3); });
-        platform.dispatch().globalQueue().async([&] {
-            main.sync([&] { order.push_back(std::this_thread::get_id() == thread ? 4 : -4); });
-            platform.stopMain();
+        dispatch().globalQueue().async([&] {
+            bool hasRun = false;
+            main.sync([&] { hasRun = main.isCurrent(); });
+            const int seen = hasRun && !main.isCurrent() && dispatch().globalQueue().isCurrent() ? 4 : -4;
+            main.async([&, seen] { order.push_back(seen); });
         });
     });
     main.async([&] { order.push_back(2); });
-    platform.runMain();
-    EXPECT_THAT(order, ElementsAre(1, 2, 3, 4));
+    EXPECT_TRUE(order.empty()) << "work ran within async";
+    EXPECT_TRUE(runUntil([&] { return order.size() == 5; }));
+    EXPECT_THAT(order, testing::UnorderedElementsAre(1, 2, 3, 4, 5));
+    order.resize(3); // the others come whenever they do
+    EXPECT_THAT(order, ElementsAre(1, 2, 3));
 }
 
-TEST(NativeDispatch, MainThreadWaitsForNoMainQueueWhetherThatRunsOrNot) {
-    HeadlessPlatform platform;
-    const auto asks = [&] { return platform.dispatch().mainQueue().isCurrent() && !getTopController(); };
-    EXPECT_TRUE(asks());
-    platform.runMainUntil(asks);
-    std::thread([&] { platform.runMainUntil(asks); }).join();
-    EXPECT_FALSE(platform.dispatch().mainQueue().isCurrent());
+TEST_P(MainThreadContract, MainQueueStandsOnTheThreadThatMadeThePlatform) {
+    const auto thread = std::this_thread::get_id();
+    std::thread::id runner;
+    EXPECT_TRUE(dispatch().mainQueue().isCurrent()) << "also outside of its work";
+    dispatch().mainQueue().async([&] { runner = std::this_thread::get_id(); });
+    EXPECT_TRUE(runUntil([&] { return runner != std::thread::id(); }));
+    EXPECT_EQ(runner, thread);
+    std::thread([&] { EXPECT_FALSE(dispatch().mainQueue().isCurrent()); }).join();
 }
 
-TEST(NativeDispatch, EndOfThePlatformFreesWhatWaitsAndLetsGoWhoWaitsForTheMainQueue) {
+TEST_P(AfterlifeContract, EndFreesWhatWaitsAndLetsGoWhoWaitsForTheMainQueue) {
     const auto held = std::make_shared<int>(0);
     const auto work = [held] { ++*held; };
-    std::shared_ptr<DispatchQueue> queue;
+    const auto queue = dispatch().makeSerialQueue("survivor");
+    const auto started = dispatch().makeSemaphore(0);
     std::atomic<int> ended{0};
-    {
-        HeadlessPlatform platform;
-        Dispatch& dispatch = platform.dispatch();
-        queue = dispatch.makeSerialQueue("survivor");
-        const auto started = dispatch.makeSemaphore(0);
-        queue->async([&, started] {
-            started->signal();
-            dispatch.mainQueue().sync([held] { ++*held; });
-            ++ended;
-        });
-        queue->async(work);
-        dispatch.globalQueue().asyncAfter(Seconds{3600}, item(work));
-        Timer::scheduledTimer(dispatch, Seconds{3600}, work);
-        ASSERT_EQ(started->wait(kLong), DispatchTimeoutResult::success);
-    }
+    queue->async([&, &main = dispatch().mainQueue()] {
+        started->signal();
+        main.sync([held] { ++*held; });
+        ++ended;
+    });
+    queue->async(work);
+    dispatch().mainQueue().async(work);
+    dispatch().globalQueue().asyncAfter(Seconds{3600}, item(work));
+    Timer::scheduledTimer(dispatch(), Seconds{3600}, work);
+    ASSERT_EQ(started->wait(kLong), DispatchTimeoutResult::success);
+    filling().end();
+    EXPECT_FALSE(Platform::isInstalled());
     EXPECT_EQ(ended, 1);
     queue->async(work);
     queue->sync(work);
