@@ -9,7 +9,7 @@ set_tests_properties(package.install PROPERTIES FIXTURES_SETUP package)
 add_test(NAME package.cmake
     COMMAND "${CMAKE_CTEST_COMMAND}" --build-and-test "${consumer}" "${CMAKE_BINARY_DIR}/package/consumer"
         --build-generator Ninja --build-options "-DCMAKE_PREFIX_PATH=${prefix}"
-        "-DCMAKE_CXX_COMPILER=${CMAKE_CXX_COMPILER}" --test-command consumer)
+        "-DCMAKE_CXX_COMPILER=${CMAKE_CXX_COMPILER}" --test-command sh -c "./consumer && ./filling")
 
 set(libraries "${prefix}/${CMAKE_INSTALL_LIBDIR}")
 set(pkg_config "PKG_CONFIG_PATH=${libraries}/pkgconfig pkg-config $<$<NOT:$<BOOL:${BUILD_SHARED_LIBS}>>:--static> --cflags --libs korvane")
@@ -31,21 +31,23 @@ add_test(NAME package.subproject
 # The same objects as a shared library: what is public can be linked, and nothing else.
 add_library(korvane_shared SHARED EXCLUDE_FROM_ALL)
 korvane_join_layers(korvane_shared platform native headless crypt protocol keyboard ui sdk)
-set(shared_program "${CMAKE_BINARY_DIR}/package/shared-consumer")
+set(shared_program "${CMAKE_BINARY_DIR}/package/shared")
 add_test(NAME package.shared.build
     COMMAND "${CMAKE_COMMAND}" --build "${CMAKE_BINARY_DIR}" --target korvane_shared)
 set_tests_properties(package.shared.build PROPERTIES FIXTURES_SETUP shared TIMEOUT 300)
-add_test(NAME package.shared.consumer
-    COMMAND sh -c
-        "'${CMAKE_CXX_COMPILER}' -std=c++20 -I'${KORVANE_PUBLIC_ROOT}' '${consumer}/consumer.cpp' \
-            '$<TARGET_FILE:korvane_shared>' -Wl,-rpath,'$<TARGET_FILE_DIR:korvane_shared>' \
-            -o '${shared_program}' && '${shared_program}'")
+foreach(source IN ITEMS consumer filling)
+    add_test(NAME package.shared.${source}
+        COMMAND sh -c
+            "'${CMAKE_CXX_COMPILER}' -std=c++20 -I'${KORVANE_PUBLIC_ROOT}' '${consumer}/${source}.cpp' \
+                '$<TARGET_FILE:korvane_shared>' -Wl,-rpath,'$<TARGET_FILE_DIR:korvane_shared>' \
+                -o '${shared_program}-${source}' && '${shared_program}-${source}'")
+endforeach()
 add_test(NAME package.shared.hidesTheRest
     COMMAND sh -c "nm -DC --defined-only '$<TARGET_FILE:korvane_shared>' >'${shared_program}.symbols' && \
         grep -q 'korvane::ThreeDS2Service::' '${shared_program}.symbols' && \
         ! grep -E 'korvane::(JWE|KeysContainer|ChallengeFlow|Exchange|VCFactory|KeyboardLayout)|nlohmann|asio::' \
             '${shared_program}.symbols'")
-set_tests_properties(package.shared.consumer package.shared.hidesTheRest PROPERTIES FIXTURES_REQUIRED shared)
+set_tests_properties(package.shared.consumer package.shared.filling package.shared.hidesTheRest PROPERTIES FIXTURES_REQUIRED shared)
 
 # The program of the README: the scene is loaded, and a transaction is made.
 if(KORVANE_QT)
