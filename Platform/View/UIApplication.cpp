@@ -35,7 +35,10 @@ void UIApplication::setFirstResponder(const std::shared_ptr<UIResponder>& respon
     firstResponder_ = responder;
     showInput(responder.get());
     if (old) old->didResignFirstResponder();
-    if (responder && firstResponder_.lock() == responder) responder->didBecomeFirstResponder();
+    if (!responder || firstResponder_.lock() != responder) return;
+    const auto view = std::dynamic_pointer_cast<UIView>(responder);
+    if (const auto window = view ? view->window() : nullptr) window->focusSystem().didBeginTyping(view);
+    responder->didBecomeFirstResponder();
 }
 
 void UIApplication::showInput(const UIResponder* responder) {

@@ -40,6 +40,7 @@ public:
     /// Whether a finger is on the control.
     [[nodiscard]] bool isTracking() const noexcept { return isTracking_; }
 
+    [[nodiscard]] bool canBecomeFocused() const override { return isEnabled_ && isUserInteractionEnabled(); }
     [[nodiscard]] std::shared_ptr<UIView> hitTest(CGPoint point) override;
     void touchesBegan(const UITouches& touches) override;
     void touchesMoved(const UITouches& touches) override;
@@ -47,7 +48,7 @@ public:
     void touchesCancelled(const UITouches& touches) override;
 
     [[nodiscard]] UIAccessibilityState accessibilityState() const override {
-        return {isEnabled_, isSelected_};
+        return {isEnabled_, isSelected_, std::nullopt};
     }
 
 protected:

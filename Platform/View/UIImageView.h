@@ -17,6 +17,9 @@ public:
     [[nodiscard]] const UIImagePtr& image() const noexcept { return image_; }
     void setImage(UIImagePtr image) { assign(image_, std::move(image), UIViewChange::content); }
 
+    [[nodiscard]] bool isAccessibilityElement() const override {
+        return image_ && UIView::isAccessibilityElement();
+    }
     /// The image's size; nothing without one.
     [[nodiscard]] CGSize sizeThatFits(CGSize /*size*/) const override {
         return image_ ? image_->size() : CGSize{};

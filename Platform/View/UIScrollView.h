@@ -33,18 +33,30 @@ public:
     void setContentSize(CGSize size) { assign(contentSize_, size, UIViewChange::paint); }
     [[nodiscard]] const UIEdgeInsets& contentInset() const noexcept { return contentInset_; }
     void setContentInset(const UIEdgeInsets& insets) { assign(contentInset_, insets, UIViewChange::content); }
+    /// How much of what is seen lies under things that stay in their place, as a bar does: what is scrolled
+    /// into sight comes out from under them.
+    [[nodiscard]] const UIEdgeInsets& coveredInset() const noexcept { return coveredInset_; }
+    void setCoveredInset(const UIEdgeInsets& insets) { coveredInset_ = insets; }
     [[nodiscard]] bool isScrollEnabled() const noexcept { return isScrollEnabled_; }
     void setScrollEnabled(bool isEnabled) { assign(isScrollEnabled_, isEnabled, UIViewChange::paint); }
     /// Moves as little as shows the rectangle of the content.
     void scrollRectToVisible(const CGRect& rect, UIAnimated animated);
+    /// Whether a user can scroll, and has something to scroll.
+    [[nodiscard]] bool canScroll() const;
+    /// Scrolls as a user does, to an offset from the top or by so many points, as far as the content goes.
+    void scrollTo(double offset);
+    void scrollBy(double points) { scrollTo(contentOffset().y + points); }
 
 protected:
     virtual void didScroll() {}
 
 private:
+    [[nodiscard]] double mostOffset() const;
+
     std::weak_ptr<UIScrollViewDelegate> delegate_;
     CGSize contentSize_;
     UIEdgeInsets contentInset_;
+    UIEdgeInsets coveredInset_;
     bool isScrollEnabled_ = true;
 };
 

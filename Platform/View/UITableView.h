@@ -91,6 +91,7 @@ public:
     void scrollToRow(IndexPath at);
 
     [[nodiscard]] CGSize contentSize() const override;
+    [[nodiscard]] bool isFocusGroup() const override { return true; }
     void layoutSubviews() override;
 
 protected:

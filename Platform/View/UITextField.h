@@ -40,6 +40,8 @@ public:
 
     /// Asked before the field becomes the first responder; the place to give it an input view.
     virtual bool textFieldShouldBeginEditing(UITextField& /*textField*/) { return true; }
+    /// Enter was pressed on a hardware keyboard: the text is complete.
+    virtual void textFieldShouldReturn(UITextField& /*textField*/) {}
 };
 
 /// A line of text that can be typed. What was typed is cleansed from memory when other text takes its place

@@ -60,6 +60,16 @@ void UIView::setTintColor(std::optional<UIColor> color) {
     assign(tintColor_, std::move(color), UIViewChange::paint);
 }
 
+UIColor UIView::focusColor() const {
+    for (const UIView* view = this; view; view = view->superview_)
+        if (view->focusColor_) return *view->focusColor_;
+    return tintColor();
+}
+
+void UIView::setFocusColor(std::optional<UIColor> color) {
+    assign(focusColor_, std::move(color), UIViewChange::paint);
+}
+
 void UIView::hideFromCapture(bool hide) {
     constexpr double kEveryPicture = 18;
     layer_.setValue(hide ? kEveryPicture : 0, std::string(CALayer::kCaptureMask));
@@ -96,6 +106,24 @@ void UIView::animate(UIViewAnimation animation, const std::function<void()>& ani
 UITraitCollection UIView::traitCollection() const {
     const auto shownIn = window();
     return shownIn ? shownIn->traits() : UITraitCollection{};
+}
+
+bool UIView::isAccessibilityElement() const {
+    const CGSize size = bounds_.size;
+    if (!isShown() || size.width <= 0 || size.height <= 0) return false;
+    switch (accessibilityRole()) {
+    case UIAccessibilityRole::none: return false;
+    case UIAccessibilityRole::staticText:
+    case UIAccessibilityRole::header:
+    case UIAccessibilityRole::image: return !accessibilityLabel().empty();
+    case UIAccessibilityRole::button:
+    case UIAccessibilityRole::textField:
+    case UIAccessibilityRole::checkBox:
+    case UIAccessibilityRole::radioButton:
+    case UIAccessibilityRole::list:
+    case UIAccessibilityRole::page: break;
+    }
+    return true;
 }
 
 UIAccessibilityRole UIView::accessibilityRole() const {

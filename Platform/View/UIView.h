@@ -50,6 +50,9 @@ public:
     void setAlpha(double alpha) { assign(alpha_, alpha, UIViewChange::paint); }
     [[nodiscard]] bool isHidden() const noexcept { return isHidden_; }
     void setHidden(bool isHidden) { assign(isHidden_, isHidden, UIViewChange::paint); }
+    /// Whether anything of the view can be seen, as far as that is its own affair: neither hidden nor
+    /// transparent (alpha below 0.01).
+    [[nodiscard]] bool isShown() const noexcept { return !isHidden_ && alpha_ >= kTransparent; }
     [[nodiscard]] bool clipsToBounds() const noexcept { return clipsToBounds_; }
     void setClipsToBounds(bool clips) { assign(clipsToBounds_, clips, UIViewChange::paint); }
     [[nodiscard]] UIViewContentMode contentMode() const noexcept { return contentMode_; }
@@ -134,8 +137,8 @@ public:
     /// Whether the view takes a second finger while one is on it.
     [[nodiscard]] bool isMultipleTouchEnabled() const noexcept { return isMultipleTouchEnabled_; }
     void setMultipleTouchEnabled(bool isEnabled) { isMultipleTouchEnabled_ = isEnabled; }
-    /// The topmost view under a point of the own coordinates, or null. Hidden and transparent views (alpha
-    /// below 0.01) and those that take no touches are left out, with everything in them.
+    /// The topmost view under a point of the own coordinates, or null. Views that are not shown and those
+    /// that take no touches are left out, with everything in them.
     [[nodiscard]] virtual std::shared_ptr<UIView> hitTest(CGPoint point);
     [[nodiscard]] virtual bool pointInside(CGPoint point) const {
         return CGRectContainsPoint(bounds_, point);
@@ -153,8 +156,24 @@ public:
     /// The superview, or this view's controller first.
     [[nodiscard]] std::shared_ptr<UIResponder> next() const override;
 
+    // Focus (`UIFocusSystem`).
+
+    /// Whether keys can act on the view, where it is shown.
+    [[nodiscard]] virtual bool canBecomeFocused() const { return false; }
+    /// Whether what lies in the view counts as one for Tab, and arrows move within.
+    [[nodiscard]] virtual bool isFocusGroup() const { return false; }
+    /// The colour that shows the focus: the own one, else the nearest one above, else `tintColor()`.
+    [[nodiscard]] UIColor focusColor() const;
+    void setFocusColor(std::optional<UIColor> color);
+
     // Accessibility.
 
+    /// Whether siblings that lie below the view are out of reach for keys while it is shown.
+    [[nodiscard]] bool accessibilityViewIsModal() const noexcept { return isModal_; }
+    void setAccessibilityViewIsModal(bool isModal) { assign(isModal_, isModal, UIViewChange::paint); }
+    /// Whether assistive technology is told of the view: it has a role and there is something of it to see. Texts
+    /// and images are also named, or else there is nothing to tell.
+    [[nodiscard]] virtual bool isAccessibilityElement() const;
     [[nodiscard]] UIAccessibilityRole accessibilityRole() const;
     void setAccessibilityRole(UIAccessibilityRole role);
     /// What is read out: the set label, else the view's own text.
@@ -228,6 +247,8 @@ private:
     friend class StoryboardScene;
     friend class UIViewController;
 
+    static constexpr double kTransparent = 0.01;
+
     struct Fitting {
         double width = -1;
         CGSize size;
@@ -253,12 +274,14 @@ private:
     CALayer layer_{*this};
     std::optional<UIColor> backgroundColor_;
     std::optional<UIColor> tintColor_;
+    std::optional<UIColor> focusColor_;
     double alpha_ = 1;
     UIViewContentMode contentMode_ = UIViewContentMode::scaleToFill;
     int tag_ = 0;
     bool isHidden_ = false;
     bool clipsToBounds_ = false;
     bool isUserInteractionEnabled_ = true;
+    bool isModal_ = false;
     bool isMultipleTouchEnabled_ = false;
     bool needsLayout_ = true;
     bool treeNeedsLayout_ = true;

@@ -86,6 +86,7 @@ void UIView::removeFromSuperview() {
     if (!superview_) return;
     const bool wasShown = root().kind() == UIViewKind::window;
     if (wasShown) endEditing();
+    if (const auto shownIn = window()) shownIn->focusSystem().willLeave(*this);
     UIView* const old = superview_;
     if (!old) return; // whoever heard of the end of editing has removed it
     old->dropConstraints(*this);
@@ -158,9 +159,7 @@ std::shared_ptr<UIResponder> UIView::next() const {
 }
 
 std::shared_ptr<UIView> UIView::hitTest(CGPoint point) {
-    constexpr double kTransparent = 0.01;
-    if (isHidden_ || alpha_ < kTransparent || !isUserInteractionEnabled_ || !pointInside(point))
-        return nullptr;
+    if (!isShown() || !isUserInteractionEnabled_ || !pointInside(point)) return nullptr;
     for (auto view = subviews_.rbegin(); view != subviews_.rend(); ++view) {
         const UIView& child = **view;
         const CGPoint inChild{point.x - child.origin_.x + child.bounds_.origin.x,
@@ -170,10 +169,13 @@ std::shared_ptr<UIView> UIView::hitTest(CGPoint point) {
     return std::static_pointer_cast<UIView>(shared_from_this());
 }
 
+/// A bar stays in sight, and what lies on it too.
 void UIView::scrollIntoSight(const CGRect& part) const {
-    for (auto around = superview(); around; around = around->superview())
-        if (auto* scroll = dynamic_cast<UIScrollView*>(around.get()))
-            scroll->scrollRectToVisible(convertTo(scroll, part), UIAnimated::no);
+    for (const UIView* around = this; around; around = around->superview_) {
+        if (around->kind() == UIViewKind::navigationBar) return;
+        auto* const scroll = dynamic_cast<UIScrollView*>(around->superview_);
+        if (scroll) scroll->scrollRectToVisible(convertTo(scroll, part), UIAnimated::no);
+    }
 }
 
 void UIView::addGestureRecognizer(std::shared_ptr<UIGestureRecognizer> recognizer) {

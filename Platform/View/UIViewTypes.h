@@ -2,6 +2,7 @@
 
 #include "Platform/Dispatch.h"
 
+#include <optional>
 #include <string>
 
 namespace korvane {
@@ -59,6 +60,8 @@ enum class UIAccessibilityRole {
 struct UIAccessibilityState {
     bool isEnabled = true;
     bool isSelected = false;
+    /// Of what opens and closes a part of the screen; no value for anything else.
+    std::optional<bool> isExpanded = std::nullopt;
     friend bool operator==(const UIAccessibilityState&, const UIAccessibilityState&) = default;
 };
 

@@ -14,6 +14,7 @@ namespace {
 
 /// How long an input view takes to come.
 constexpr Seconds kInputTransition{0.2};
+constexpr std::uint64_t kAssistiveFinger = 0;
 
 /// From the top; the visit changes no tree.
 template <class Visit>
@@ -166,6 +167,7 @@ std::shared_ptr<UITouch> UIWindow::touch(const TouchPoint& point) {
     }
     if (known != touches_.end()) cancel({*known});
     const auto view = hitTest(point.location);
+    if (view && point.identifier != kAssistiveFinger) focus_.didTouch(view);
     const auto isOnView = [&view](const auto& other) { return other->view() == view; };
     if (!view || (!view->isMultipleTouchEnabled() && std::ranges::any_of(touches_, isOnView))) return nullptr;
     auto fresh = std::make_shared<UITouch>(point.identifier, point.location, view);
@@ -259,7 +261,6 @@ bool UIWindow::reaches(const UIView& view) {
 }
 
 void UIWindow::press(UIView& view) {
-    constexpr std::uint64_t kAssistiveFinger = 0;
     const auto pressed = view.shared_from_this();
     view.scrollIntoSight();
     if (!reaches(view)) endEditing();

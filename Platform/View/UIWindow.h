@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Export.h"
+#include "Platform/View/UIFocusSystem.h"
 #include "Platform/View/UIView.h"
 
 #include <cstdint>
@@ -60,6 +61,9 @@ public:
     void press(UIView& view);
     /// How many fingers are down.
 
+    /// Where keys act.
+    [[nodiscard]] UIFocusSystem& focusSystem() noexcept { return focus_; }
+
     // Frames.
 
     /// Called once when there is something new to draw, and again only after `frameTaken()`. The renderer
@@ -78,6 +82,7 @@ protected:
 
 private:
     friend class UIApplication;
+    friend class UIFocusSystem;
 
     using Recognizers = std::vector<std::shared_ptr<UIGestureRecognizer>>;
 
@@ -103,6 +108,7 @@ private:
     bool isVisible_ = false;
     bool isInputSized_ = false; // the input view came with a height of its own
     std::shared_ptr<UIView> input_;
+    UIFocusSystem focus_{*this};
 };
 
 } // namespace korvane

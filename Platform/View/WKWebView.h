@@ -38,6 +38,8 @@ public:
     using UIView::UIView;
 
     [[nodiscard]] UIViewKind kind() const noexcept override { return UIViewKind::webView; }
+    /// The page itself leads on among what it shows.
+    [[nodiscard]] bool canBecomeFocused() const override { return true; }
 
     /// Shows a page of HTML text. Every call counts as a new page, also with the same text.
     void loadHTMLString(std::string html, std::optional<std::string> baseURL = std::nullopt);
