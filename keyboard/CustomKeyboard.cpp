@@ -1,6 +1,7 @@
 #include "keyboard/CustomKeyboard.h"
 
 #include "Platform/Platform.h"
+#include "Platform/View/UIWindow.h"
 
 #include <algorithm>
 #include <array>
@@ -86,12 +87,23 @@ void CustomKeyboard::keyboardLayoutStateDidChange(std::optional<CustomKeyboardLa
     const bool takesFingersAlong =
         oldState && (old == shown || (oldState->isLetters() && newState.isLetters()));
     if (!takesFingersAlong) dropFingers();
+    const auto focus = old ? focusOn(*old) : std::nullopt;
     const Touches touches = old ? detach(*old) : Touches{};
     shown->setDelegate(weakFrom(this));
     addSubview(shown);
     shown->setFrame({{0, 0}, bounds().size});
     setNeedsLayout();
     if (takesFingersAlong) shown->adoptTouches(touches);
+    if (focus) window()->focusSystem().focus(shown->keyboardButton(*focus));
+}
+
+/// The middle of the key of a page that is focused, or no value.
+std::optional<CGPoint> CustomKeyboard::focusOn(const UIView& page) const {
+    const auto shownIn = window();
+    const auto key = shownIn ? shownIn->focusSystem().focusedView() : nullptr;
+    if (!key || !key->isDescendant(page)) return std::nullopt;
+    const CGSize size = key->bounds().size;
+    return key->convertTo(&page, CGPoint{size.width / 2, size.height / 2});
 }
 
 /// Takes a page away.

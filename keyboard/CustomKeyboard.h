@@ -57,7 +57,7 @@ public:
     /// Shows the state's page; an open menu goes with the page before. From letters to letters in another
     /// case, fingers that are down go along, each on the key that now lies under it: whoever types fast has
     /// the next letter down already. On any other page there is something else under a finger than it aimed
-    /// at, and those that are down count for nothing any more.
+    /// at, and those that are down count for nothing any more. A focus on a key stays in its place.
     void setKeyboardLayoutState(CustomKeyboardLayoutState state);
 
     /// Within this time a second tap on shift locks capitals.
@@ -91,6 +91,7 @@ public:
     /// One capital letter comes next.
     void capitalize() { switchToLetters(CustomKeyboardShiftState::Once); }
 
+    [[nodiscard]] bool isFocusGroup() const override { return true; }
     /// The height that keys of a comfortable size need on the main screen; any width.
     [[nodiscard]] CGSize sizeThatFits(CGSize size) const override;
     void layoutSubviews() override;
@@ -124,6 +125,7 @@ private:
     void keyboardLayoutStateDidChange(std::optional<CustomKeyboardLayoutState> oldState,
                                       CustomKeyboardLayoutState newState);
     Touches detach(KeyboardLayout& layout);
+    [[nodiscard]] std::optional<CGPoint> focusOn(const UIView& page) const;
     void passOn(UITouchPhase phase, const UITouches& touches);
     void dropFingers();
 

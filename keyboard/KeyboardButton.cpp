@@ -1,9 +1,33 @@
 #include "keyboard/KeyboardButton.h"
 
+#include "keyboard/CustomKeyboardStates.h"
 #include "keyboard/KeyMenu.h"
 #include "keyboard/KeyPictures.h"
 
 namespace korvane {
+
+namespace {
+
+/// What a person calls a key whose caption is a picture or a sign; empty for one that is called as it is
+/// captioned.
+std::string_view nameOf(CustomKeyboardIdentifier effect) {
+    using enum CustomKeyboardIdentifier;
+    switch (effect) {
+    case ShiftOff:
+    case ShiftOnce: return "shift";
+    case ShiftOn: return "caps lock";
+    case Backspace: return "delete";
+    case Globe: return "next keyboard";
+    case Symbols: return "symbols";
+    case Space:
+    case Return:
+    case Numbers:
+    case Letters: break;
+    }
+    return {};
+}
+
+} // namespace
 
 std::shared_ptr<UILabel> makeKeyLabel(const KeyboardButton& of) {
     auto label = std::make_shared<KeyLabel>();
@@ -78,8 +102,15 @@ void KeyboardButton::layoutSubviews() {
 }
 
 std::string KeyboardButton::defaultAccessibilityLabel() const {
-    return type_.kind() == KeyboardButtonType::Kind::Image ? identifier_.value_or(std::string())
-                                                           : type_.string();
+    const auto effect = identifier_ ? fromRawValue<CustomKeyboardIdentifier>(*identifier_) : std::nullopt;
+    const std::string_view name = effect ? nameOf(*effect) : std::string_view();
+    return name.empty() ? type_.string() : std::string(name);
+}
+
+UIAccessibilityState KeyboardButton::accessibilityState() const {
+    const bool isLit = identifier_ == rawValue(CustomKeyboardIdentifier::ShiftOnce) ||
+                       identifier_ == rawValue(CustomKeyboardIdentifier::ShiftOn);
+    return {true, isLit, std::nullopt};
 }
 
 } // namespace korvane

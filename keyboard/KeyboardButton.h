@@ -99,6 +99,11 @@ public:
         return CGRectContainsPoint(UIEdgeInsetsInsetRect(bounds(), hitRangeInsets_), point);
     }
 
+    [[nodiscard]] bool canBecomeFocused() const override { return true; }
+
+    /// A shift key is selected while capitals come.
+    [[nodiscard]] UIAccessibilityState accessibilityState() const override;
+
     /// Makes the content anew from type and style.
     void reload();
     void layoutSubviews() override;
@@ -113,7 +118,7 @@ protected:
     [[nodiscard]] UIAccessibilityRole defaultAccessibilityRole() const override {
         return UIAccessibilityRole::button;
     }
-    /// The caption, or what the key does if it shows an image.
+    /// The caption, or what the key does if that says little.
     [[nodiscard]] std::string defaultAccessibilityLabel() const override;
 
 private:

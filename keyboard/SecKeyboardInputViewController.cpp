@@ -45,14 +45,15 @@ private:
 void SecKeyboardInputViewController::set(const std::shared_ptr<UITextField>& textField) {
     textField_ = textField;
     if (customKeyboard_) customKeyboard_->reload(firstState());
+    view()->setFocusColor(textField->focusColor());
     textField->setInputView(view());
 }
 
 CustomKeyboardLayoutState SecKeyboardInputViewController::firstState() const {
     const auto field = textField();
     const bool isPad = field && field->keyboardType() == UIKeyboardType::asciiCapableNumberPad;
-    return isPad ? CustomKeyboardLayoutState::NumberPad()
-                 : CustomKeyboardLayoutState::Letters(CustomKeyboardShiftState::Once);
+    if (isPad) return CustomKeyboardLayoutState::NumberPad();
+    return firstPage_.value_or(CustomKeyboardLayoutState::Letters(CustomKeyboardShiftState::Once));
 }
 
 void SecKeyboardInputViewController::loadView() {

@@ -6,6 +6,7 @@
 #include "keyboard/CustomToolBar.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace korvane {
@@ -37,6 +38,12 @@ public:
     [[nodiscard]] const std::shared_ptr<UIView>& viewKeyboard() const noexcept { return viewKeyboard_; }
     /// The field that is served, or null.
     [[nodiscard]] std::shared_ptr<UITextField> textField() const { return textField_.lock(); }
+    /// The page that editing begins with, unless the field's keyboard type asks for the pad; no value for
+    /// letters.
+    [[nodiscard]] const std::optional<CustomKeyboardLayoutState>& firstPage() const noexcept {
+        return firstPage_;
+    }
+    void setFirstPage(std::optional<CustomKeyboardLayoutState> page) { firstPage_ = page; }
     void setDelegate(std::weak_ptr<SecKeyboardInputDelegate> delegate) { delegate_ = std::move(delegate); }
 
     /// Begins to serve a field: the page that its keyboard type asks for, one capital letter first, and this
@@ -58,6 +65,7 @@ private:
     [[nodiscard]] CustomKeyboardLayoutState firstState() const;
     void placeViews();
 
+    std::optional<CustomKeyboardLayoutState> firstPage_;
     std::shared_ptr<CustomKeyboard> customKeyboard_;
     std::shared_ptr<CustomToolBar> customToolBar_;
     std::shared_ptr<UIView> blackView_;

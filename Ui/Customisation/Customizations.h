@@ -116,6 +116,10 @@ public:
     std::optional<double> headingTextFontWeight;
 };
 
+/// The page that the keyboard begins with. From letters and numbers keys lead to every other one, but from the
+/// pad of ten digits to none: it is for codes that never have a letter.
+enum class KeyboardPage { letters, numbers, numberPad };
+
 /// The field for the one-time code. Lengths are in points.
 class KORVANE_EXPORT TextBoxCustomization : public Customization {
 public:
@@ -136,6 +140,8 @@ public:
     std::optional<int> cornerRadius;
     std::optional<UIColor> backgroundColor;
     std::optional<UIColor> cursorColor;
+    /// Numbers where none is set, since most codes are digits.
+    std::optional<KeyboardPage> keyboardPage;
     /// Kept for the application alone: no screen marks what was entered.
     std::optional<UIColor> errorColor;
 };

@@ -43,10 +43,20 @@ public:
     std::optional<double> leftImageInset;
     std::optional<double> leftTitleInset;
 
+    /// Whether the section is open, as assistive technology is told.
+    [[nodiscard]] bool isOpen() const noexcept { return isOpen_; }
+    void setOpen(bool isOpen) { assign(isOpen_, isOpen, UIViewChange::paint); }
+    [[nodiscard]] UIAccessibilityState accessibilityState() const override {
+        return {isEnabled(), isSelected(), isOpen_};
+    }
+
     /// The insets that put the image `fromRight` points from the right edge, as the button is now.
     [[nodiscard]] UIEdgeInsets imageInsetsAtRight(double fromRight) const;
     /// Places image and title as the insets above say.
     void applyCustomInsets();
+
+private:
+    bool isOpen_ = false;
 };
 
 } // namespace korvane

@@ -13,6 +13,8 @@ constexpr Seconds kSectionAnimation{0.3};
 constexpr double kWarningWidth = 45;
 /// Below the fitted challenge text, and once more where no label follows it.
 constexpr double kTextMargin = 20;
+/// Between the bar, or the screen's foot, and what has been scrolled into sight.
+constexpr double kClearance = 8;
 
 std::optional<YesNoSelector> entryOf(bool isAskedFor, bool isYes) {
     if (!isAskedFor) return std::nullopt;
@@ -40,8 +42,10 @@ void ChallengeNativeViewController::viewDidLoad() {
 
 void ChallengeNativeViewController::viewWillAppear(UIAnimated animated) {
     ChallengeViewController::viewWillAppear(animated);
-    whyInfoButton->setImage(arrowDown.get(), ControlState::normal);
-    extInfoButton->setImage(arrowDown.get(), ControlState::normal);
+    for (const auto* button : {&whyInfoButton, &extInfoButton}) {
+        (*button)->setImage(arrowDown.get(), ControlState::normal);
+        (*button)->setOpen(false);
+    }
     whitelistingInfo->setImage(uncheckedWhitelistingCheckBox.get(), ControlState::normal);
     whyInfoHeightConstraint->setConstant(0);
     extInfoHeightConstraint->setConstant(0);
@@ -66,8 +70,12 @@ void ChallengeNativeViewController::viewDidLayoutSubviews() {
     fitHeights();
     whyInfoButton->applyCustomInsets();
     extInfoButton->applyCustomInsets();
-    if (scrollView)
+    if (scrollView) {
         scrollView->setContentSize({scrollView->contentSize().width, CGRectGetMaxY(extInfo->frame())});
+        const double underBar = CGRectGetMaxY(toolBar->frame()) - scrollView->contentOffset().y;
+        scrollView->setCoveredInset(
+            {underBar + kClearance, 0, scrollView->safeAreaInsets().bottom + kClearance, 0});
+    }
     ChallengeViewController::viewDidLayoutSubviews();
 }
 
@@ -125,6 +133,7 @@ void ChallengeNativeViewController::inverseExtInfoDisplaying() {
 void ChallengeNativeViewController::inverseDisplaying(const Section& section) {
     const bool isOpen = section.text->frame().size.height > 0;
     const double height = section.text->contentSize().height;
+    section.button->setOpen(!isOpen);
     section.button->setImage(isOpen ? arrowDown.get() : arrowUp.get(), ControlState::normal);
     calculatedContentSize(true, isOpen ? -height : height);
     section.height->setConstant(isOpen ? 0 : height);

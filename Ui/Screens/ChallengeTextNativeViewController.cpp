@@ -31,6 +31,16 @@ constexpr std::array kChain{UiObject::challengeInfoText,
                             UiObject::extInfoButton,
                             UiObject::extInfo};
 
+/// Letters begin with one capital.
+CustomKeyboardLayoutState stateOf(KeyboardPage page) {
+    switch (page) {
+    case KeyboardPage::letters: break;
+    case KeyboardPage::numbers: return CustomKeyboardLayoutState::Numbers();
+    case KeyboardPage::numberPad: return CustomKeyboardLayoutState::NumberPad();
+    }
+    return CustomKeyboardLayoutState::Letters(CustomKeyboardShiftState::Once);
+}
+
 } // namespace
 
 void ChallengeTextNativeViewController::viewDidLoad() {
@@ -39,6 +49,7 @@ void ChallengeTextNativeViewController::viewDidLoad() {
     otp->layer().setBorderWidth(kFieldBorder);
     otp->layer().setCornerRadius(kFieldCorner);
     secureKeyboard->setDelegate(weakFrom(this));
+    secureKeyboard->setFirstPage(stateOf(KeyboardPage::numbers));
     connect(*submitButton.get(), &ChallengeTextNativeViewController::checkOtp);
     connect(*resendButton.get(), &ChallengeTextNativeViewController::resendOtp);
     observeKeyboard();
@@ -82,8 +93,10 @@ void ChallengeTextNativeViewController::applyCustomization(
     customizeButton(*resendButton.get(), ButtonType::RESEND, "resend");
     if (const auto& label = customization->getLabelCustomization())
         applyCustomization(*challengeInfoLabel.get(), *label, "text challengeInfoLabel");
-    if (const auto& box = customization->getTextBoxCustomization())
-        applyCustomization(*otp.get(), *box, "otp text");
+    const auto& box = customization->getTextBoxCustomization();
+    if (!box) return;
+    applyCustomization(*otp.get(), *box, "otp text");
+    if (box->keyboardPage) secureKeyboard->setFirstPage(stateOf(*box->keyboardPage));
 }
 
 // Actions.
@@ -113,6 +126,10 @@ void ChallengeTextNativeViewController::resendOtp() {
 bool ChallengeTextNativeViewController::textFieldShouldBeginEditing(UITextField& textField) {
     secureKeyboard->set(std::static_pointer_cast<UITextField>(textField.shared_from_this()));
     return true;
+}
+
+void ChallengeTextNativeViewController::textFieldShouldReturn(UITextField& /*textField*/) {
+    submitButton->sendActions(ControlEvent::touchUpInside);
 }
 
 void ChallengeTextNativeViewController::keyboardDonePressed() {

@@ -26,6 +26,8 @@ public:
     void resendOtp();
 
     bool textFieldShouldBeginEditing(UITextField& textField) override;
+    /// Presses the button that sends the code.
+    void textFieldShouldReturn(UITextField& textField) override;
     void keyboardDonePressed() override;
     /// Moves the screen up so far that the keyboard does not cover the field, and down again.
     void keyboardWillShow(const Notification& sender);

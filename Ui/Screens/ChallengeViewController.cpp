@@ -1,5 +1,6 @@
 #include "Ui/Screens/ChallengeViewController.h"
 
+#include "Platform/Bundle.h"
 #include "Platform/View/UIApplication.h"
 #include "Platform/View/UIWindow.h"
 #include "Ui/Screens/ChallengeRootNavigationController.h"
@@ -21,6 +22,15 @@ UIFont buttonFont(const FontValues& values, const UIFont& own, const std::string
     return font.value_or(UIFont::systemFont(customFontSize(values))).withWeight(weight);
 }
 
+/// The colour of the buttons that go on is the one that an application's look stands out by.
+std::optional<UIColor> accentOf(const UiCustomization& customization) {
+    using enum ButtonType;
+    for (const ButtonType type : {SUBMIT, NEXT, CONTINUE})
+        if (const auto look = customization.getButtonCustomization(type); look && look->backgroundColor)
+            return look->backgroundColor;
+    return std::nullopt;
+}
+
 } // namespace
 
 void setTitles(UIButton& button, const std::string& title) {
@@ -33,6 +43,7 @@ void setTitles(UIButton& button, const std::string& title) {
 void ChallengeViewController::viewDidLoad() {
     UIViewController::viewDidLoad();
     prevention.setPreventScreenCapture(true);
+    view()->setFocusColor(UIColor::named("challenge_accent", *Bundle::resources()));
     vTopArea = std::make_shared<UIView>(topAreaFrame());
     vTopArea->setBackgroundColor(toolBar->barTintColor());
     toolBar->addSubview(vTopArea);
@@ -100,6 +111,7 @@ void ChallengeViewController::applyCustomization(
     if (cancelLook && cancel) applyCustomization(*cancel, *cancelLook, "cancel");
     if (const auto& background = customization->getBackgroundCustomization())
         applyCustomizationBackground(*background);
+    if (const auto accent = accentOf(*customization)) view()->setFocusColor(accent);
 }
 
 std::shared_ptr<ChallengeButton> ChallengeViewController::cancelButton() const {

@@ -9,6 +9,7 @@ namespace {
 
 /// Lays a spinner over a controller's view. A challenge can be left all the while: its bar stays on top.
 void cover(UIViewController& controller, const std::shared_ptr<UIView>& with) {
+    with->setAccessibilityViewIsModal(true);
     controller.view()->addSubview(with);
     if (const auto* screen = dynamic_cast<const ChallengeViewController*>(&controller))
         controller.view()->bringSubviewToFront(screen->toolBar.get());

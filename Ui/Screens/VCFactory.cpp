@@ -132,6 +132,7 @@ ViewControllerContainer VCFactory::getNativeTextVC(const CRes& cRes) const {
             setTitlesIfPresent(*screen.resendButton.get(), cRes.resendInformationLabel);
             if (!cRes.resendInformationLabel) screen.resendButton->setHidden(true);
             setTextIfPresent(*screen.challengeInfoLabel.get(), cRes.challengeInfoLabel);
+            if (cRes.challengeInfoLabel) screen.otp->setAccessibilityLabel(*cRes.challengeInfoLabel);
         });
 }
 
