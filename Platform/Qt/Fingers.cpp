@@ -1,9 +1,6 @@
 #include "Platform/Qt/Fingers.h"
 
-#include "Platform/View/UIApplication.h"
-
 #include <QEasingCurve>
-#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QTouchEvent>
 #include <QWheelEvent>
@@ -39,26 +36,12 @@ std::optional<UITouchPhase> phaseOf(QEventPoint::State state) {
     }
 }
 
-double mostOffset(const UIScrollView& scroll) {
-    return scroll.contentSize().height + scroll.contentInset().bottom - scroll.bounds().size.height;
-}
-
-bool canScroll(const UIScrollView& scroll) {
-    return scroll.isScrollEnabled() && mostOffset(scroll) > -scroll.contentInset().top;
-}
-
 /// The innermost view around a point that has something to scroll.
 std::shared_ptr<UIScrollView> scrollAt(UIWindow& window, CGPoint point) {
     for (auto view = window.hitTest(point); view; view = view->superview())
-        if (auto scroll = std::dynamic_pointer_cast<UIScrollView>(view); scroll && canScroll(*scroll))
+        if (auto scroll = std::dynamic_pointer_cast<UIScrollView>(view); scroll && scroll->canScroll())
             return scroll;
     return nullptr;
-}
-
-void scrollTo(UIScrollView& scroll, double offset) {
-    const double least = -scroll.contentInset().top;
-    scroll.setContentOffset(
-        {scroll.contentOffset().x, std::clamp(offset, least, std::max(least, mostOffset(scroll)))});
 }
 
 CGPoint asPoint(QPointF point) {
@@ -86,7 +69,6 @@ bool Fingers::handle(QEvent& event) {
     case QEvent::MouseMove:
     case QEvent::MouseButtonRelease: mouse(*window, static_cast<QMouseEvent&>(event)); return true;
     case QEvent::Wheel: wheel(*window, static_cast<QWheelEvent&>(event)); return true;
-    case QEvent::KeyPress: return key(*window, static_cast<QKeyEvent&>(event));
     default: return false;
     }
 }
@@ -173,7 +155,7 @@ void Fingers::drag(Finger& finger, CGPoint to) {
     finger.speed = (finger.speed + up / static_cast<double>(span)) / 2;
     finger.when = now;
     finger.last = to;
-    scrollTo(*scroll, scroll->contentOffset().y + up);
+    scroll->scrollBy(up);
 }
 
 /// What a finger throws goes on for a while and comes to rest.
@@ -184,7 +166,7 @@ void Fingers::glide(const std::shared_ptr<UIScrollView>& scroll, double speed) {
     gliding_.setEndValue(scroll->contentOffset().y + speed * kGlideReach);
     QObject::connect(&gliding_, &QVariantAnimation::valueChanged, &gliding_,
                      [weak = std::weak_ptr(scroll)](const QVariant& offset) {
-                         if (const auto thrown = weak.lock()) scrollTo(*thrown, offset.toDouble());
+                         if (const auto thrown = weak.lock()) thrown->scrollTo(offset.toDouble());
                      });
     gliding_.start();
 }
@@ -195,22 +177,7 @@ void Fingers::wheel(UIWindow& window, const QWheelEvent& event) {
     gliding_.stop();
     const double down = event.pixelDelta().isNull() ? event.angleDelta().y() * kWheelStep / kWheelAngle
                                                     : event.pixelDelta().y();
-    scrollTo(*scroll, scroll->contentOffset().y - down);
-}
-
-bool Fingers::key(UIWindow& window, const QKeyEvent& event) {
-    const auto responder = UIApplication::shared().firstResponder();
-    auto* const input = dynamic_cast<UIKeyInput*>(responder.get());
-    if (!input) return false;
-    switch (event.key()) {
-    case Qt::Key_Backspace: input->deleteBackward(); return true;
-    case Qt::Key_Escape: window.endEditing(); return true;
-    default: break;
-    }
-    const QString text = event.text();
-    if (text.isEmpty() || !text.front().isPrint()) return false;
-    input->insertText(text.toStdString());
-    return true;
+    scroll->scrollBy(-down);
 }
 
 } // namespace korvane

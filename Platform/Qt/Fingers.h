@@ -11,16 +11,14 @@
 #include <vector>
 
 class QEvent;
-class QKeyEvent;
 class QMouseEvent;
 class QTouchEvent;
 class QWheelEvent;
 
 namespace korvane {
 
-/// Carries what people do back into the tree: fingers and the mouse as touches, dragging and the wheel as
-/// scrolling, a hardware keyboard's keys as typing. A finger that scrolls is taken away from what it
-/// touched. Main queue only.
+/// Carries what fingers do back into the tree: they and the mouse as touches, dragging and the wheel as
+/// scrolling. A finger that scrolls is taken away from what it touched. Main queue only.
 class Fingers {
 public:
     explicit Fingers(std::weak_ptr<UIWindow> window);
@@ -48,7 +46,6 @@ private:
     void touch(UIWindow& window, const QTouchEvent& event);
     void mouse(UIWindow& window, const QMouseEvent& event);
     void wheel(UIWindow& window, const QWheelEvent& event);
-    [[nodiscard]] static bool key(UIWindow& window, const QKeyEvent& event);
 
     /// Lets go of one finger, if it is down.
     void lose(std::uint64_t identifier);

@@ -2,6 +2,8 @@
 
 #include "Platform/Failure.h"
 #include "Platform/Qt/Fingers.h"
+#include "Platform/Qt/FocusRing.h"
+#include "Platform/Qt/Keys.h"
 #include "Platform/Qt/Mirror.h"
 #include "Platform/Qt/QtPlatform.h"
 #include "Platform/View/UIApplication.h"
@@ -9,6 +11,7 @@
 #include "Platform/View/UIViewController.h"
 
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QPalette>
 #include <QQmlEngine>
 #include <QQuickWindow>
@@ -62,6 +65,7 @@ KorvaneHost::KorvaneHost(QQuickItem* parent) : QQuickItem(parent), window_(std::
 
 KorvaneHost::~KorvaneHost() {
     window_->setFrameRequest(nullptr);
+    ring_.reset();
     mirror_.reset();
     UIApplication::shared().remove(window_);
 }
@@ -120,6 +124,7 @@ void KorvaneHost::updatePolish() {
         QQmlEngine* engine = qmlEngine(this);
         if (!engine) engine = new QQmlEngine(this);
         mirror_ = std::make_unique<Mirror>(*this, *engine);
+        ring_ = std::make_unique<FocusRing>(*this, *mirror_, window_);
     }
     window_->frameTaken();
     window_->layoutIfNeeded();
@@ -127,6 +132,7 @@ void KorvaneHost::updatePolish() {
     const bool isActive =
         window_->rootViewController()->presentedViewController() != nullptr || window_->subviews().size() > 1;
     setActive(isActive);
+    ring_->synchronize(*window_);
 }
 
 /// With the screens go the fingers on them: what these still do is no more for this item.
@@ -144,12 +150,25 @@ void KorvaneHost::setActive(bool isActive) {
 }
 
 bool KorvaneHost::event(QEvent* event) {
-    if (!isActive_) return QQuickItem::event(event);
-    if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::TouchBegin)
-        forceActiveFocus(Qt::MouseFocusReason);
-    if (!fingers_->handle(*event)) return QQuickItem::event(event);
+    if (!isActive_ || !(handleKey(*event) || handleFinger(*event))) return QQuickItem::event(event);
     event->accept();
     return true;
+}
+
+bool KorvaneHost::handleFinger(QEvent& event) {
+    if (event.type() == QEvent::MouseButtonPress || event.type() == QEvent::TouchBegin)
+        forceActiveFocus(Qt::MouseFocusReason);
+    return fingers_->handle(event);
+}
+
+/// Nothing behind the screens hears of a key that is theirs.
+bool KorvaneHost::handleKey(QEvent& event) {
+    switch (event.type()) {
+    case QEvent::KeyPress: return carryKeyPress(*window_, static_cast<QKeyEvent&>(event));
+    case QEvent::KeyRelease:
+    case QEvent::ShortcutOverride: return isForScreens(*window_, static_cast<QKeyEvent&>(event));
+    default: return false;
+    }
 }
 
 void KorvaneHost::mouseUngrabEvent() {

@@ -11,6 +11,7 @@
 namespace korvane {
 
 class Fingers;
+class FocusRing;
 class Mirror;
 class QtPlatform;
 
@@ -78,10 +79,13 @@ protected:
 private:
     void setSafeArea(double UIEdgeInsets::*side, double points);
     void resizeScreen();
+    [[nodiscard]] bool handleFinger(QEvent& event);
+    [[nodiscard]] bool handleKey(QEvent& event);
     void setActive(bool isActive);
 
     std::shared_ptr<UIWindow> window_;
     std::unique_ptr<Mirror> mirror_;
+    std::unique_ptr<FocusRing> ring_;
     std::unique_ptr<Fingers> fingers_;
     NotificationObserver editing_;
     bool isActive_ = false;

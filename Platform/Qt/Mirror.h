@@ -27,6 +27,8 @@ public:
     /// Null for a view that has no item.
     [[nodiscard]] ViewItem* itemOf(const UIView& view) const;
 
+    [[nodiscard]] PartFactory& parts() noexcept { return parts_; }
+
     /// Leaves what is hidden from capture out of a picture, or lets it in again.
     void hideForCapture(bool hide);
 

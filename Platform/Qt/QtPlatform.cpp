@@ -3,6 +3,7 @@
 #include "Platform/Native/NativeDispatch.h"
 #include "Platform/Qt/Fonts.h"
 #include "Platform/Qt/KorvaneHost.h"
+#include "Platform/Qt/Parts/Accessible.h"
 #include "Platform/Qt/Parts/ViewItem.h"
 #include "Platform/Qt/QtDevice.h"
 #include "Platform/Qt/QtMainLoop.h"
@@ -33,6 +34,7 @@ struct QtPlatform::Parts {
     QtFonts fonts;
     QtTextMeasurer textMeasurer;
     NativeDispatch dispatch{std::make_unique<QtMainLoop>()};
+    AccessibleItems accessibleItems;
 };
 
 void QtPlatform::prepare() {

@@ -199,8 +199,7 @@ QQuickItem* PartFactory::make(const std::string& file, QQuickItem& in) {
 
 ViewItem* PartFactory::makeItem(const UIView& view) {
     if (view.accessibilityRole() == UIAccessibilityRole::none) return new ViewItem;
-    const bool isList = view.accessibilityRole() == UIAccessibilityRole::list;
-    return static_cast<ViewItem*>(create(isList ? "List" : "View"));
+    return static_cast<ViewItem*>(create("View"));
 }
 
 /// What QML makes has a class of its own.

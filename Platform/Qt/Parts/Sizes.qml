@@ -4,6 +4,7 @@ import QtQuick
 // Sizes in points, times in milliseconds and shares that parts have in common.
 QtObject {
     readonly property real hairline: 1
+    readonly property real ringWidth: 2
     readonly property int shadowLayers: 4
     readonly property real fieldRoom: 7
     readonly property real fieldCorner: 6

@@ -6,7 +6,6 @@
 #include "Platform/View/UIScrollView.h"
 #include "Platform/View/UIWindow.h"
 
-#include <QAccessible>
 #include <QEasingCurve>
 #include <QVariantAnimation>
 
@@ -47,6 +46,23 @@ QAccessible::Role accessibleRole(UIAccessibilityRole role) {
     case UIAccessibilityRole::page: return QAccessible::WebDocument;
     }
     return QAccessible::NoRole;
+}
+
+/// What of a state is another one, as its bits.
+QAccessible::State differences(const QAccessible::State& one, const QAccessible::State& other) {
+    QAccessible::State changed;
+    changed.disabled = one.disabled != other.disabled;
+    changed.focusable = one.focusable != other.focusable;
+    changed.checked = one.checked != other.checked;
+    changed.pressed = one.pressed != other.pressed;
+    changed.expanded = one.expanded != other.expanded;
+    changed.collapsed = one.collapsed != other.collapsed;
+    return changed;
+}
+
+template <class Event>
+void tell(Event event) {
+    QAccessible::updateAccessibility(&event);
 }
 
 bool hasFrame(const UIView& view) {
@@ -115,6 +131,11 @@ void ViewItem::geometryChange(const QRectF& now, const QRectF& before) {
         if (part) part->setSize(now.size());
 }
 
+void ViewItem::focusInEvent(QFocusEvent* event) {
+    QQuickItem::focusInEvent(event);
+    if (isTold_ && QAccessible::isActive()) tell(QAccessibleEvent(this, QAccessible::Focus));
+}
+
 void ViewItem::synchronizeFrame(const UIView& view, PartFactory& parts) {
     if (!frame_) {
         if (!hasFrame(view)) return;
@@ -146,20 +167,44 @@ void ViewItem::synchronizeContent(const UIView& view, PartFactory& parts) {
 }
 
 void ViewItem::synchronizeAccessibility(const UIView& view) {
-    const int role = accessibleRole(view.accessibilityRole());
-    const QString label = drawnText(view.accessibilityLabel());
-    const QString identifier = drawnText(view.accessibilityIdentifier());
-    const UIAccessibilityState state = view.accessibilityState();
-    if (role == role_ && label == label_ && state == state_ && identifier == identifier_) return;
-    role_ = role;
-    label_ = label;
-    identifier_ = identifier;
-    state_ = state;
-    emit accessibilityChanged();
+    role_ = accessibleRole(view.accessibilityRole());
+    isFocusable_ = view.canBecomeFocused();
+    QString label = drawnText(view.accessibilityLabel());
+    const bool isRenamed = std::exchange(label_, std::move(label)) != label_;
+    const QAccessible::State before = accessibleState();
+    state_ = view.accessibilityState();
+    const bool isTold = view.isAccessibilityElement();
+    const bool isNews = std::exchange(isTold_, isTold) != isTold;
+    if (isNews) emit toldChanged();
+    if (!QAccessible::isActive()) return;
+    if (isNews) tell(QAccessibleEvent(this, isTold ? QAccessible::ObjectShow : QAccessible::ObjectHide));
+    if (isNews || !isTold) return;
+    if (isRenamed) tell(QAccessibleEvent(this, QAccessible::NameChanged));
+    const QAccessible::State changed = differences(before, accessibleState());
+    if (changed != QAccessible::State()) tell(QAccessibleStateChangeEvent(this, changed));
 }
 
-bool ViewItem::isCheckable() const noexcept {
-    return role_ == QAccessible::CheckBox || role_ == QAccessible::RadioButton;
+QAccessible::State ViewItem::accessibleState() const {
+    QAccessible::State state;
+    const bool isTicked = role_ == QAccessible::CheckBox || role_ == QAccessible::RadioButton;
+    state.disabled = !state_.isEnabled;
+    state.focusable = isFocusable_;
+    state.editable = role_ == QAccessible::EditableText;
+    state.checkable = isTicked;
+    state.checked = isTicked && state_.isSelected;
+    state.pressed = !isTicked && state_.isSelected;
+    state.expandable = state_.isExpanded.has_value();
+    state.expanded = state_.isExpanded.value_or(false);
+    state.collapsed = !state_.isExpanded.value_or(true);
+    return state;
+}
+
+bool ViewItem::isPressable() const noexcept {
+    return isFocusable_ && role_ != QAccessible::WebDocument;
+}
+
+QQuickItem& ViewItem::focusTarget() {
+    return content_ && content_->isFocusScope() ? *content_ : *this;
 }
 
 void ViewItem::hideForCapture(bool hide) {
@@ -171,7 +216,15 @@ void ViewItem::hideForCapture(bool hide) {
 void ViewItem::press() {
     const auto pressed = view();
     const auto window = pressed ? pressed->window() : nullptr;
-    if (window) window->press(*pressed);
+    if (!window) return;
+    window->focusSystem().focus(pressed);
+    window->press(*pressed);
+}
+
+void ViewItem::takeFocus() {
+    const auto focused = view();
+    const auto window = focused ? focused->window() : nullptr;
+    if (window) window->focusSystem().focus(focused);
 }
 
 void ViewItem::turn(int screenfuls) {

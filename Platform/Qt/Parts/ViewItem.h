@@ -2,6 +2,7 @@
 
 #include "Platform/View/UIView.h"
 
+#include <QAccessible>
 #include <QQuickItem>
 
 #include <memory>
@@ -19,13 +20,8 @@ enum class ItemArrival { withOthers, onItsOwn, none };
 /// what it is to assistive technology. The items of the subviews are its children. Main queue only.
 class ViewItem : public QQuickItem {
     Q_OBJECT
-    /// A `QAccessible::Role`.
-    Q_PROPERTY(int role READ role NOTIFY accessibilityChanged)
-    Q_PROPERTY(QString label READ label NOTIFY accessibilityChanged)
-    Q_PROPERTY(QString identifier READ identifier NOTIFY accessibilityChanged)
-    Q_PROPERTY(bool usable READ isUsable NOTIFY accessibilityChanged)
-    Q_PROPERTY(bool checkable READ isCheckable NOTIFY accessibilityChanged)
-    Q_PROPERTY(bool chosen READ isChosen NOTIFY accessibilityChanged)
+    /// Whether assistive technology hears of the item.
+    Q_PROPERTY(bool told READ isTold NOTIFY toldChanged)
 
 public:
     explicit ViewItem(QQuickItem* parent = nullptr) : QQuickItem(parent) {}
@@ -41,27 +37,35 @@ public:
     /// The part of that which is the view's place and opacity.
     void synchronizePlace(const UIView& view, ItemArrival arrival);
 
+    /// What has Qt's focus when the view is focused: a page takes its keys itself.
+    [[nodiscard]] QQuickItem& focusTarget();
+
     /// Leaves the item out of a picture, if its view is hidden from capture, or lets it in again.
     void hideForCapture(bool hide);
 
+    // What the view is to assistive technology; `Accessible.h` tells it.
+
+    [[nodiscard]] bool isTold() const noexcept { return isTold_; }
+    /// A `QAccessible::Role`.
     [[nodiscard]] int role() const noexcept { return role_; }
     [[nodiscard]] const QString& label() const noexcept { return label_; }
-    [[nodiscard]] const QString& identifier() const noexcept { return identifier_; }
-    [[nodiscard]] bool isUsable() const noexcept { return state_.isEnabled; }
-    [[nodiscard]] bool isCheckable() const noexcept;
-    [[nodiscard]] bool isChosen() const noexcept { return state_.isSelected; }
+    /// All that does not change by itself, as whether the item has the focus.
+    [[nodiscard]] QAccessible::State accessibleState() const;
+    [[nodiscard]] bool isPressable() const noexcept;
 
-    /// Taps the view in its middle, on behalf of assistive technology.
-    Q_INVOKABLE void press();
+    /// Focuses the view, and taps it in its middle, on behalf of assistive technology.
+    void press();
+    void takeFocus();
     /// Scrolls on by so many screenfuls, as far as the view goes; up if negative.
-    Q_INVOKABLE void turn(int screenfuls);
+    void turn(int screenfuls);
 
 signals:
-    void accessibilityChanged();
+    void toldChanged();
 
 protected:
     /// Frame and content fill the item.
     void geometryChange(const QRectF& now, const QRectF& before) override;
+    void focusInEvent(QFocusEvent* event) override;
 
 private:
     struct Place {
@@ -83,8 +87,9 @@ private:
     Place place_; // where the item is, or will be after its movement
     int role_ = 0;
     QString label_;
-    QString identifier_;
     UIAccessibilityState state_;
+    bool isTold_ = false;
+    bool isFocusable_ = false;
     bool isHidden_ = false;
 };
 

@@ -1,6 +1,7 @@
 #include "Platform/Qt/Web/WebPage.h"
 
 #include "Platform/Failure.h"
+#include "Platform/View/UIWindow.h"
 
 #include <QFile>
 #include <QPointer>
@@ -110,11 +111,31 @@ struct WebPage::Question {
     std::optional<WKNavigationActionPolicy> answer = std::nullopt;
 };
 
+/// Next to the page in the order of focus: gets what the engine hands on.
+class WebPage::Edge final : public QQuickItem {
+public:
+    Edge(WebPage& page, UIKeyboardKey leadsOn) : QQuickItem(&page), page_(page), leadsOn_(leadsOn) {
+        setActiveFocusOnTab(true);
+    }
+
+protected:
+    /// Once Qt has done with this change.
+    void focusInEvent(QFocusEvent* /*event*/) override {
+        QMetaObject::invokeMethod(
+            &page_, [this] { page_.leave(leadsOn_); }, Qt::QueuedConnection);
+    }
+
+private:
+    WebPage& page_;
+    UIKeyboardKey leadsOn_;
+};
+
 WebPage::WebPage(QQmlEngine& engine, const std::shared_ptr<WKWebView>& view, QQuickItem* parent)
     : QQuickItem(parent), view_(view), word_(QUuid::createUuid().toString()),
       gate_(std::make_unique<Gate>()) {
     setFlag(ItemIsFocusScope);
     makeWeb(engine);
+    makeEdges();
     synchronize();
 }
 
@@ -136,6 +157,21 @@ void WebPage::makeWeb(QQmlEngine& engine) {
     connect(web_.get(), SIGNAL(spoken(QString)), this, SLOT(onSpoken(QString)));
     web_->setParentItem(this);
     web_->setFocus(true);
+}
+
+/// Whoever comes again comes to the page, and not to the edge by which it was left.
+void WebPage::makeEdges() {
+    const auto* const before = new Edge(*this, UIKeyboardKey::backTab);
+    web_->stackAfter(before);
+    static_cast<void>(new Edge(*this, UIKeyboardKey::tab));
+    connect(this, &QQuickItem::activeFocusChanged, web_.get(), [this](bool hasFocus) {
+        if (!hasFocus) web_->setFocus(true);
+    });
+}
+
+void WebPage::leave(UIKeyboardKey by) {
+    const auto view = view_.lock();
+    if (const auto window = view ? view->window() : nullptr) window->focusSystem().press(by);
 }
 
 void WebPage::synchronize() {

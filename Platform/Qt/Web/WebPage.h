@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Qt/Web/WebForm.h"
+#include "Platform/View/UIFocusSystem.h"
 #include "Platform/View/WKWebView.h"
 
 #include <QQmlEngine>
@@ -32,6 +33,9 @@ namespace korvane {
 /// as their names alone. A form that was not told (in a shadow tree) is asked about as a GET of its address;
 /// a POST form of more than 1 MiB without its body.
 ///
+/// **Focus.** The page leads Tab among what it shows; past its first and its last control the window's focus
+/// goes on.
+///
 /// **Loads.** Whatever else a page loads, in any frame, is encrypted, redirects too: `Gate` stops what starts
 /// in the clear or goes to the view's blocked address, `loads.js` what is redirected into the clear.
 /// `peers.js` takes WebRTC away.
@@ -55,10 +59,13 @@ private slots:
     void onSpoken(const QString& text);
 
 private:
+    class Edge;
     class Gate;
     struct Question;
 
     void makeWeb(QQmlEngine& engine);
+    void makeEdges();
+    void leave(UIKeyboardKey by);
     void load();
     [[nodiscard]] Question questionFor(const QWebEngineNavigationRequest& request);
     [[nodiscard]] std::optional<WebForm> takeForm(const QUrl& address);

@@ -27,8 +27,12 @@ std::string nameOf(const Interface& one) {
     return one.text(QAccessible::Name).toStdString();
 }
 
+QStringList actionsOf(Interface& one) {
+    return one.actionInterface() ? one.actionInterface()->actionNames() : QStringList();
+}
+
 bool canBePressed(Interface& one) {
-    const QStringList names = one.actionInterface() ? one.actionInterface()->actionNames() : QStringList();
+    const QStringList names = actionsOf(one);
     return names.contains(Action::pressAction()) || names.contains(Action::toggleAction());
 }
 
@@ -50,6 +54,13 @@ protected:
         std::vector<Interface*> all;
         if (Interface* const root = QAccessible::queryAccessibleInterface(&scene)) listen(*root, all);
         return all;
+    }
+    /// What is called so and can be done something with first, since a label names its field.
+    [[nodiscard]] Interface* named(const std::string& name) {
+        Interface* found = nullptr;
+        for (Interface* const one : heard())
+            if (nameOf(*one) == name && (!found || !found->actionInterface())) found = one;
+        return found;
     }
     [[nodiscard]] Interface* heardAs(QAccessible::Role role) {
         for (Interface* const one : heard())
@@ -76,14 +87,66 @@ TEST_F(ScreenReader, HearsEveryTextAndEveryControlOfEveryScreenWithRoleAndAction
             ++(isControl ? controls : texts);
             const std::string name = view->accessibilityLabel();
             EXPECT_TRUE(!name.empty() || !isControl) << view->accessibilityIdentifier();
-            EXPECT_TRUE(std::ranges::any_of(all, [&](Interface* one) {
+            const bool isHeard = std::ranges::any_of(all, [&](Interface* one) {
                 return nameOf(*one) == name &&
                        (!isControl || (one->role() == expectedRole(*view) && canBePressed(*one)));
-            })) << name;
+            });
+            const CGSize size = view->bounds().size;
+            EXPECT_EQ(isHeard, size.width > 0 && size.height > 0) << name;
         }
         EXPECT_GE(controls, least);
         EXPECT_GE(texts, 1);
+        for (Interface* const one : all) {
+            const bool isText = one->role() == QAccessible::StaticText || one->role() == QAccessible::Heading;
+            const bool isSeenOnly = isText || one->role() == QAccessible::Graphic;
+            EXPECT_TRUE(!isSeenOnly || actionsOf(*one).isEmpty()) << nameOf(*one);
+            EXPECT_TRUE(one->role() != QAccessible::Button || one->childCount() == 0) << nameOf(*one);
+            EXPECT_TRUE(nameOf(*one).empty() || !one->rect().isEmpty()) << nameOf(*one);
+        }
     }
+}
+
+TEST_F(ScreenReader, HearsOfNoPictureThatIsNotThereAndWhetherASectionIsOpen) {
+    for (const bool isWarning : {true, false}) {
+        CRes cRes = screenCRes(UiType::OOB);
+        cRes.challengeInfoTextIndicator = isWarning ? "Y" : "N";
+        show(cRes);
+        EXPECT_EQ(named("Warning") != nullptr, isWarning);
+        EXPECT_FALSE(named("Bank") || named("Card scheme")) << "no logo has come";
+    }
+    for (const bool isOpen : {true, false}) {
+        ASSERT_TRUE(named("Why?") && named("Why?")->state().expandable);
+        named("Why?")->actionInterface()->doAction(Action::pressAction());
+        settle();
+        EXPECT_EQ(named("Why?")->state().expanded, isOpen);
+        EXPECT_EQ(named("Why?")->state().collapsed, !isOpen);
+        EXPECT_EQ(named("Because your bank asks for it.") != nullptr, isOpen);
+    }
+}
+
+/// A whole code, from what is told alone; the focus is told, and stays with the key that is pressed.
+TEST_F(ScreenReader, PlaysACodeFromWhatItHearsAlone) {
+    CRes cRes = screenCRes(UiType::TEXT);
+    cRes.challengeInfoLabel = "Your code";
+    const auto text = showAs<ChallengeTextNativeViewController>(cRes);
+    std::vector<std::string> focused;
+    for (const char* name : {"Your code", "1", "ABC", "shift", "shift", "C", "caps lock", "d", "delete",
+                             "123", "symbols", "#", "Close"}) {
+        if (const auto keyboard = text->secureKeyboard->customKeyboard())
+            keyboard->shiftToggleInterval = Seconds{60};
+        ASSERT_TRUE(named(name)) << name;
+        named(name)->actionInterface()->doAction(Action::pressAction());
+        settle();
+        for (Interface* const one : heard())
+            if (one->state().focused) focused.push_back(nameOf(*one));
+    }
+    EXPECT_EQ(text->otp->text(), "1C#");
+    EXPECT_FALSE(text->otp->isFirstResponder());
+    EXPECT_THAT(focused, testing::ElementsAre("Your code", "1", "123", "shift", "caps lock", "C", "shift",
+                                              "d", "delete", "ABC", "123", "#", "Your code"));
+    named(text->submitButton->currentTitle())->actionInterface()->doAction(Action::pressAction());
+    EXPECT_TRUE(waitFor([&] { return !actions->calls.empty(); }));
+    EXPECT_THAT(actions->calls, testing::ElementsAre("data(1C#/N) on main"));
 }
 
 TEST_F(ScreenReader, PressesAndHearsOfTheChange) {

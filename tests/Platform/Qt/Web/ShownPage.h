@@ -42,7 +42,7 @@ public:
     /// Presses the middle of an element with the mouse.
     void click(const std::string& selector);
     [[nodiscard]] QQuickWindow& window() noexcept { return window_; }
-    [[nodiscard]] QQuickItem& web() const { return *page_->childItems().front(); }
+    [[nodiscard]] QQuickItem& web() const { return *page_->childItems().at(1); }
     [[nodiscard]] bool showsOwnText() const;
     /// Waits for a page of the server, to which that many requests are made.
     [[nodiscard]] bool awaitOther(const LocalServer& server, std::size_t requests = 1) const;
