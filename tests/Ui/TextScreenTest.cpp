@@ -54,6 +54,37 @@ TEST_F(TextScreen, OneTapBesideTheFieldEndsEditingAndPressesTheButtonUnderIt) {
     }
 }
 
+TEST_F(TextScreen, TheKeyboardBeginsWithThePageThatTheApplicationOrTheFieldAsksFor) {
+    using State = CustomKeyboardLayoutState;
+    const State letters = State::Letters(CustomKeyboardShiftState::Once);
+    struct Row {
+        std::optional<KeyboardPage> chosen;
+        UIKeyboardType type;
+        State shown;
+    };
+    const Row rows[] = {{std::nullopt, UIKeyboardType::defaultType, State::Numbers()},
+                        {KeyboardPage::numbers, UIKeyboardType::numberPad, State::Numbers()},
+                        {KeyboardPage::letters, UIKeyboardType::defaultType, letters},
+                        {KeyboardPage::numberPad, UIKeyboardType::defaultType, State::NumberPad()},
+                        {KeyboardPage::letters, UIKeyboardType::asciiCapableNumberPad, State::NumberPad()}};
+    for (const Row& row : rows) {
+        SCOPED_TRACE(&row - rows);
+        look = std::make_shared<UiCustomization>();
+        const auto box = std::make_shared<TextBoxCustomization>();
+        box->keyboardPage = row.chosen;
+        look->setTextBoxCustomization(box);
+        const auto screen = show<Screen>(screenCRes(UiType::TEXT));
+        screen->otp->setKeyboardType(row.type);
+        for (int time = 0; time < 2; ++time) { // an earlier time leaves nothing behind
+            edit(*screen);
+            const auto keyboard = screen->secureKeyboard->customKeyboard();
+            EXPECT_EQ(keyboard->keyboardLayoutState(), row.shown);
+            keyboard->setKeyboardLayoutState(State::Symbols());
+            screen->otp->resignFirstResponder();
+        }
+    }
+}
+
 TEST_F(TextScreen, TheFieldStaysInSightAboveTheKeyboardOfAnyWindow) {
     struct Row {
         CGSize from, to;
