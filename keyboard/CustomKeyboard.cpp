@@ -157,7 +157,17 @@ CGSize CustomKeyboard::sizeThatFits(CGSize size) const {
 }
 
 void CustomKeyboard::layoutSubviews() {
-    getCurrentKeyboardLayout()->setFrame({{0, 0}, bounds().size});
+    enumerateKeyboardLayouts([this](KeyboardLayout& page) {
+        page.setFrame({{0, 0}, bounds().size});
+        if (!page.superview()) page.layoutIfNeeded();
+    });
+}
+
+std::vector<std::shared_ptr<UIView>> CustomKeyboard::alternates() const {
+    std::vector<std::shared_ptr<UIView>> pages;
+    for (const Page page : kPages)
+        pages.push_back((*keyboardLayout_.*page)());
+    return pages;
 }
 
 void CustomKeyboard::touchesBegan(const UITouches& touches) {

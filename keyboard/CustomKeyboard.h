@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace korvane {
 
@@ -94,7 +95,9 @@ public:
     [[nodiscard]] bool isFocusGroup() const override { return true; }
     /// The height that keys of a comfortable size need on the main screen; any width.
     [[nodiscard]] CGSize sizeThatFits(CGSize size) const override;
+    /// All pages, the ones that are not shown too.
     void layoutSubviews() override;
+    [[nodiscard]] std::vector<std::shared_ptr<UIView>> alternates() const override;
     void touchesBegan(const UITouches& touches) override;
     void touchesMoved(const UITouches& touches) override;
     void touchesEnded(const UITouches& touches) override;

@@ -25,6 +25,9 @@ namespace {
 constexpr double kSmallestText = 0.5;
 constexpr double kLargestText = 3;
 
+/// From one piece of work that can wait to the next, in milliseconds: frames come in between.
+constexpr int kBetweenWork = 8;
+
 QtPlatform& qtPlatform() {
     auto* const platform = dynamic_cast<QtPlatform*>(&Platform::current());
     if (!platform) fatalError("A KorvaneHost needs a QtPlatform.");
@@ -45,6 +48,11 @@ KorvaneHost::KorvaneHost(QQuickItem* parent) : QQuickItem(parent), window_(std::
     setKeepTouchGrab(true);
     setFlag(ItemIsFocusScope);
     fingers_ = std::make_unique<Fingers>(window_);
+    idle_.setInterval(kBetweenWork);
+    connect(&idle_, &QTimer::timeout, this, [this] {
+        mirror_->workAhead();
+        if (!mirror_->hasWork()) idle_.stop();
+    });
     window_->setRootViewController(std::make_shared<UIViewController>());
     setDark(isSystemDark());
     window_->setFrameRequest([this] { polish(); });
@@ -133,6 +141,7 @@ void KorvaneHost::updatePolish() {
         window_->rootViewController()->presentedViewController() != nullptr || window_->subviews().size() > 1;
     setActive(isActive);
     ring_->synchronize(*window_);
+    if (mirror_->hasWork() && !idle_.isActive()) idle_.start();
 }
 
 /// With the screens go the fingers on them: what these still do is no more for this item.

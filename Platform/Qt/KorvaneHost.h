@@ -5,6 +5,7 @@
 
 #include <QImage>
 #include <QQuickItem>
+#include <QTimer>
 
 #include <memory>
 
@@ -88,6 +89,7 @@ private:
     std::unique_ptr<FocusRing> ring_;
     std::unique_ptr<Fingers> fingers_;
     NotificationObserver editing_;
+    QTimer idle_;
     bool isActive_ = false;
 };
 

@@ -1,5 +1,6 @@
 #include "Platform/Qt/Mirror.h"
 
+#include <QElapsedTimer>
 #include <QQmlEngine>
 
 #include <algorithm>
@@ -27,7 +28,7 @@ ViewItem* Mirror::itemOf(const UIView& view) const {
 
 void Mirror::hideForCapture(bool hide) {
     for (const auto& [view, item] : items_)
-        item->hideForCapture(hide);
+        if (!away_.contains(view)) item->hideForCapture(hide);
 }
 
 void Mirror::synchronize(ViewItem& item, const UIView& view, ItemArrival arrival) {
@@ -52,7 +53,8 @@ void Mirror::synchronizeChildren(ViewItem& item, const UIView& view, ItemArrival
     const auto& subviews = view.subviews();
     for (QQuickItem* const child : item.childItems()) {
         auto* const known = qobject_cast<ViewItem*>(child);
-        if (known && std::ranges::find(subviews, known->view()) == subviews.end()) remove(*known);
+        if (!known || std::ranges::find(subviews, known->view()) != subviews.end()) continue;
+        if (!putAside(*known, view)) remove(*known);
     }
     for (std::size_t index = 0; index < subviews.size(); ++index) {
         const UIView& subview = *subviews[index];
@@ -61,12 +63,75 @@ void Mirror::synchronizeChildren(ViewItem& item, const UIView& view, ItemArrival
         if (known && !isUsable) remove(*known);
         if (!isUsable) known = &add(subviews[index], item);
         known->setZ(static_cast<double>(index));
-        if (isUsable)
+        if (away_.contains(&subview))
+            comeBack(*known, subview);
+        else if (isUsable)
             synchronize(*known, subview, arrival);
         else
             synchronize(*known, subview,
                         arrival == ItemArrival::none ? ItemArrival::onItsOwn : ItemArrival::withOthers);
     }
+    if (arrival != ItemArrival::none) planAhead(view);
+}
+
+/// What has changed meanwhile is taken over, and everything if the surroundings have.
+void Mirror::comeBack(ViewItem& item, const UIView& view) {
+    const Away away = away_.extract(&view).mapped();
+    const bool isSameStyle = away.style == view.traitCollection().userInterfaceStyle;
+    const std::uint64_t seen = std::exchange(seen_, isSameStyle ? away.seen : 0);
+    synchronize(item, view, ItemArrival::none);
+    seen_ = seen;
+}
+
+bool Mirror::putAside(ViewItem& item, const UIView& from) {
+    const auto view = item.view();
+    const auto turns = from.alternates();
+    if (!view || std::ranges::find(turns, view) == turns.end()) return false;
+    item.setVisible(false);
+    away_.try_emplace(view.get(), Away{seen_, from.traitCollection().userInterfaceStyle});
+    return true;
+}
+
+// Items ahead of their turn.
+
+void Mirror::planAhead(const UIView& view) {
+    ViewItem* const in = itemOf(view);
+    for (const auto& alternate : view.alternates())
+        if (!itemOf(*alternate)) ahead_.push_back({alternate, in, alternate, 0});
+}
+
+void Mirror::workAhead() {
+    constexpr qint64 kMost = 4; // milliseconds
+    QElapsedTimer clock;
+    clock.start();
+    while (!ahead_.empty() && clock.elapsed() < kMost) {
+        const Job job = ahead_.back();
+        ahead_.pop_back();
+        make(job);
+        const auto view = job.away.lock();
+        const bool isDone = ahead_.empty() || ahead_.back().away.lock() != view;
+        const auto away = view && isDone ? away_.find(view.get()) : away_.end();
+        if (away != away_.end() && away->second.seen == 0)
+            away->second = {seen_, view->traitCollection().userInterfaceStyle};
+    }
+}
+
+/// A view whose turn has come meanwhile has its item already. Until all of one that is away has been made,
+/// nothing of it counts as taken over.
+void Mirror::make(const Job& job) {
+    const auto view = job.view.lock();
+    const auto away = job.away.lock();
+    if (!view || !away || !job.in || away->superview() || itemOf(*view)) return;
+    ViewItem& item = add(view, *job.in);
+    item.synchronize(*view, parts_, ItemArrival::withOthers);
+    item.setZ(job.level);
+    if (view == away) {
+        item.setVisible(false);
+        away_[view.get()] = {};
+    }
+    const auto& subviews = view->subviews();
+    for (std::size_t index = subviews.size(); index-- > 0;)
+        ahead_.push_back({subviews[index], &item, away, static_cast<double>(index)});
 }
 
 ViewItem& Mirror::add(const std::shared_ptr<UIView>& view, QQuickItem& in) {
@@ -81,7 +146,11 @@ ViewItem& Mirror::add(const std::shared_ptr<UIView>& view, QQuickItem& in) {
 void Mirror::remove(ViewItem& item) {
     for (QQuickItem* const child : item.childItems())
         if (auto* const known = qobject_cast<ViewItem*>(child)) remove(*known);
-    std::erase_if(items_, [&item](const auto& entry) { return entry.second == &item; });
+    std::erase_if(items_, [this, &item](const auto& entry) {
+        if (entry.second != &item) return false;
+        away_.erase(entry.first);
+        return true;
+    });
     delete &item;
 }
 

@@ -104,7 +104,8 @@ void UIView::animate(UIViewAnimation animation, const std::function<void()>& ani
 }
 
 UITraitCollection UIView::traitCollection() const {
-    const auto shownIn = window();
+    auto shownIn = window();
+    if (!shownIn) shownIn = UIApplication::shared().keyWindow();
     return shownIn ? shownIn->traits() : UITraitCollection{};
 }
 

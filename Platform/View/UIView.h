@@ -205,7 +205,11 @@ public:
     /// How to play the latest change; no value for one that is shown at once.
     [[nodiscard]] const std::optional<UIViewAnimation>& animation() const noexcept { return animation_; }
     void setNeedsDisplay();
+    /// Views that take turns as subviews of this one, each laid out for its turn: a renderer can make what it
+    /// draws of them ahead, and keep it while they are away.
+    [[nodiscard]] virtual std::vector<std::shared_ptr<UIView>> alternates() const { return {}; }
 
+    /// The window's; the key window's while the view is in none.
     [[nodiscard]] UITraitCollection traitCollection() const;
     virtual void traitCollectionDidChange(const UITraitCollection& /*previous*/) {}
 

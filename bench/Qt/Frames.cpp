@@ -127,6 +127,41 @@ void measureFrames(Stage& stage) {
     print("rotation to frame", turns);
 }
 
+/// The keyboard turns to pages for the first time and comes back to them; a first letter turns capitals to small
+/// letters.
+void measurePages(Stage& stage) {
+    using State = CustomKeyboardLayoutState;
+    const std::string text = message();
+    std::vector<double> first, again, letters;
+    for (int round = 0; round < kRounds; ++round) {
+        stage.show(CRes::decode(text));
+        stage.runFor(50);
+        stage.screen()->otp->becomeFirstResponder();
+        stage.runFor(400);
+        const auto keyboard = stage.screen()->secureKeyboard->customKeyboard();
+        const auto turn = [&](State to) {
+            const double time = stage.toFrame([&] { keyboard->setKeyboardLayoutState(to); });
+            stage.runFor(50);
+            return time;
+        };
+        first.push_back(turn(State::Letters(CustomKeyboardShiftState::Once)));
+        const auto key = keyboard->getCurrentKeyboardLayout()->getKeyboardButton(1, 3);
+        const CGPoint place = key->middleInWindow();
+        letters.push_back(stage.toFrame([&] {
+            stage.host().uiWindow()->sendTouch({1, UITouchPhase::began, place});
+            stage.host().uiWindow()->sendTouch({1, UITouchPhase::ended, place});
+        }));
+        stage.runFor(50);
+        first.push_back(turn(State::Symbols()));
+        for (const State back : {State::Numbers(), State::Letters(CustomKeyboardShiftState::Off)})
+            again.push_back(turn(back));
+        stage.clear();
+    }
+    print("a page of the keyboard, for the first time", first);
+    print("a page of the keyboard, once more", again);
+    print("the first letter to frame", letters);
+}
+
 void measureFirstFrames(Stage& stage, const char* name, const CRes& cRes) {
     std::vector<double> frames;
     for (int round = 0; round < 3; ++round) {
@@ -225,6 +260,7 @@ int main(int count, char** arguments) {
     const QtPlatform platform;
     bench::Stage stage;
     bench::measureFrames(stage);
+    bench::measurePages(stage);
     bench::measureHostileTexts(stage);
     bench::measureManyOptions(stage);
     bench::measureAnimation(stage);
