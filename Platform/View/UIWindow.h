@@ -59,7 +59,6 @@ public:
     /// What assistive technology does with a view: a tap in its middle, once it has been brought into sight
     /// and a keyboard that lies over it has gone. What lies over it otherwise keeps the tap from it.
     void press(UIView& view);
-    /// How many fingers are down.
 
     /// Where keys act.
     [[nodiscard]] UIFocusSystem& focusSystem() noexcept { return focus_; }

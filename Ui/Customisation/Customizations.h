@@ -140,7 +140,8 @@ public:
     std::optional<int> cornerRadius;
     std::optional<UIColor> backgroundColor;
     std::optional<UIColor> cursorColor;
-    /// Numbers where none is set, since most codes are digits.
+    /// Letters where none is set: no message tells whether a code has any, and only the application knows the
+    /// banks that it pays with.
     std::optional<KeyboardPage> keyboardPage;
     /// Kept for the application alone: no screen marks what was entered.
     std::optional<UIColor> errorColor;

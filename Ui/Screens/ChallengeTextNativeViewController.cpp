@@ -49,7 +49,6 @@ void ChallengeTextNativeViewController::viewDidLoad() {
     otp->layer().setBorderWidth(kFieldBorder);
     otp->layer().setCornerRadius(kFieldCorner);
     secureKeyboard->setDelegate(weakFrom(this));
-    secureKeyboard->setFirstPage(stateOf(KeyboardPage::numbers));
     connect(*submitButton.get(), &ChallengeTextNativeViewController::checkOtp);
     connect(*resendButton.get(), &ChallengeTextNativeViewController::resendOtp);
     observeKeyboard();

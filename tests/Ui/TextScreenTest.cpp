@@ -62,7 +62,7 @@ TEST_F(TextScreen, TheKeyboardBeginsWithThePageThatTheApplicationOrTheFieldAsksF
         UIKeyboardType type;
         State shown;
     };
-    const Row rows[] = {{std::nullopt, UIKeyboardType::defaultType, State::Numbers()},
+    const Row rows[] = {{std::nullopt, UIKeyboardType::defaultType, letters},
                         {KeyboardPage::numbers, UIKeyboardType::numberPad, State::Numbers()},
                         {KeyboardPage::letters, UIKeyboardType::defaultType, letters},
                         {KeyboardPage::numberPad, UIKeyboardType::defaultType, State::NumberPad()},

@@ -129,6 +129,7 @@ TEST_F(ScreenReader, PlaysACodeFromWhatItHearsAlone) {
     CRes cRes = screenCRes(UiType::TEXT);
     cRes.challengeInfoLabel = "Your code";
     const auto text = showAs<ChallengeTextNativeViewController>(cRes);
+    text->secureKeyboard->setFirstPage(CustomKeyboardLayoutState::Numbers());
     std::vector<std::string> focused;
     for (const char* name : {"Your code", "1", "ABC", "shift", "shift", "C", "caps lock", "d", "delete",
                              "123", "symbols", "#", "Close"}) {

@@ -19,7 +19,6 @@ class Input : public QtScreenTest {
 protected:
     std::shared_ptr<ChallengeTextNativeViewController> showField() {
         auto text = showAs<ChallengeTextNativeViewController>(screenCRes(UiType::TEXT));
-        text->secureKeyboard->setFirstPage(std::nullopt); // letters
         tap(*text->otp.get());
         settle();
         EXPECT_TRUE(text->otp->isFirstResponder());

@@ -132,6 +132,7 @@ TEST_F(KeyboardOnly, PastesIntoTheField) {
 
 TEST_F(KeyboardOnly, TheFocusStaysInItsPlaceWhenThePageOfTheKeyboardChanges) {
     const auto text = showAs<ChallengeTextNativeViewController>(screenCRes(UiType::TEXT));
+    text->secureKeyboard->setFirstPage(CustomKeyboardLayoutState::Numbers());
     play(">>>>vvv"); // the key to the letters
     text->secureKeyboard->customKeyboard()->shiftToggleInterval = Seconds{60};
     const std::pair<const char*, const char*> rows[] = {{"", "ABC"},    {".", "123"},       {"ul", "shift"},
