@@ -17,42 +17,35 @@ if(KORVANE_SANITIZE)
     target_link_options(korvane_flags INTERFACE -fsanitize=${KORVANE_SANITIZE})
 endif()
 
-# korvane_precompile(<target> [JSON] | <target> FROM <owner>): what nearly every source draws in, parsed once for an owner,
-# whose file others with the same flags take over. JSON adds JSON values, which cost each source over half a second, used
-# or not. Each header still compiles alone, which a test of the tree proves.
+# korvane_precompile(<target> [<owner>]): what nearly every source draws in, parsed once for an owner, whose file of a
+# hundred megabytes others with the same flags take over. Each header still compiles alone, which a test of the tree
+# proves.
+set(KORVANE_PRECOMPILED_JSON "${CMAKE_CURRENT_LIST_DIR}/PrecompiledJSON.h")
 function(korvane_precompile target)
-    cmake_parse_arguments(PRECOMPILE "JSON" "FROM" "" ${ARGN})
-    if(PRECOMPILE_FROM)
-        target_precompile_headers(${target} REUSE_FROM ${PRECOMPILE_FROM})
-        return()
-    endif()
-    target_precompile_headers(${target} PRIVATE <algorithm> <array> <atomic> <functional> <map> <memory> <mutex>
-        <optional> <set> <span> <string> <variant> <vector>)
-    if(PRECOMPILE_JSON)
-        target_precompile_headers(${target} PRIVATE <nlohmann/json.hpp>)
+    if(ARGC GREATER 1)
+        target_precompile_headers(${target} REUSE_FROM ${ARGV1})
+    else()
+        target_precompile_headers(${target} PRIVATE <algorithm> <array> <atomic> <functional> <map> <memory> <mutex>
+            <optional> <set> <span> <string> <variant> <vector> "${KORVANE_PRECOMPILED_JSON}")
     endif()
 endfunction()
 
-# The owners for all layers. They have none of the definitions that come with a layer's private libraries: a precompiled
-# header is refused where one of its own is missing.
+# The owner for all layers. It has none of the definitions that come with a layer's private libraries: a precompiled header
+# is refused where one of its own is missing.
 file(CONFIGURE OUTPUT "${PROJECT_BINARY_DIR}/Precompiled.cpp" CONTENT "")
-foreach(kind "" _json)
-    set(owner korvane_precompiled${kind})
-    add_library(${owner} OBJECT "${PROJECT_BINARY_DIR}/Precompiled.cpp")
-    set_target_properties(${owner} PROPERTIES POSITION_INDEPENDENT_CODE ON CXX_EXTENSIONS OFF
-        CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
-    target_link_libraries(${owner} PRIVATE nlohmann_json::nlohmann_json korvane_flags)
-endforeach()
+add_library(korvane_precompiled OBJECT "${PROJECT_BINARY_DIR}/Precompiled.cpp")
+set_target_properties(korvane_precompiled PROPERTIES POSITION_INDEPENDENT_CODE ON CXX_EXTENSIONS OFF
+    CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
+target_link_libraries(korvane_precompiled PRIVATE nlohmann_json::nlohmann_json korvane_flags)
 korvane_precompile(korvane_precompiled)
-korvane_precompile(korvane_precompiled_json JSON)
 
-# korvane_layer(<name> FOLDERS <folder>... SOURCES <file>... [USES <layer>...] [LIBRARIES <private library>...] [JSON])
+# korvane_layer(<name> FOLDERS <folder>... SOURCES <file>... [USES <layer>...] [LIBRARIES <private library>...])
 # Includes are written from the tree's root ("Crypt/JWE.h"), but a layer does not see the tree: it sees a folder of links
 # to its own headers, those that lie in FOLDERS, and the folders of the layers that it names. An include of anything else
 # is no file to the compiler. LIBRARIES are for the layer's own .cpp files; nlohmann_json is public, since headers hold
-# JSON values; JSON says that most of the layer's sources use them.
+# JSON values.
 function(korvane_layer name)
-    cmake_parse_arguments(LAYER "JSON" "" "FOLDERS;SOURCES;USES;LIBRARIES" ${ARGN})
+    cmake_parse_arguments(LAYER "" "" "FOLDERS;SOURCES;USES;LIBRARIES" ${ARGN})
     set(root "${PROJECT_BINARY_DIR}/layers/${name}")
     korvane_link_headers("${root}" ${LAYER_FOLDERS})
     add_library(korvane_${name} OBJECT ${LAYER_SOURCES})
@@ -63,11 +56,7 @@ function(korvane_layer name)
     target_include_directories(korvane_${name} PUBLIC "$<BUILD_INTERFACE:${root}>")
     target_link_libraries(korvane_${name} PUBLIC nlohmann_json::nlohmann_json
         PRIVATE korvane_flags ${LAYER_LIBRARIES})
-    set(owner korvane_precompiled)
-    if(LAYER_JSON)
-        set(owner korvane_precompiled_json)
-    endif()
-    korvane_precompile(korvane_${name} FROM ${owner})
+    korvane_precompile(korvane_${name} korvane_precompiled)
     foreach(used IN LISTS LAYER_USES)
         target_link_libraries(korvane_${name} PRIVATE korvane_${used})
     endforeach()

@@ -131,6 +131,7 @@ public:
 
     // Touches.
 
+    [[nodiscard]] bool isUserInteractionEnabled() const noexcept { return isUserInteractionEnabled_; }
     void setUserInteractionEnabled(bool isEnabled) {
         assign(isUserInteractionEnabled_, isEnabled, UIViewChange::paint);
     }

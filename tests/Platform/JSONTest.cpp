@@ -152,7 +152,7 @@ TEST(JSONDecoding, FailuresTellThePathToTheFieldAtFault) {
     const JSON value = JSON::parse(R"({"":[{"":1}]})");
     try {
         for (const JSONField& element : JSONField(value, "root").member("").elements())
-            element.stringTable();
+            static_cast<void>(element.stringTable());
         FAIL();
     } catch (const DecodingError& error) {
         EXPECT_THAT(error.codingPath(), testing::ElementsAre("root", "", "Index 0", ""));

@@ -109,7 +109,7 @@ TEST_F(Focus, AListIsOneStopInWhichArrowsMoveAndScroll) {
     EXPECT_EQ(way(">>vvvvuu>>"), "before 0 1 2 3 4 3 2 after before");
     EXPECT_EQ(table->contentOffset().y, 80);
     rows->chosen = 3;
-    table->reloadData();
+    table->setDataSource(rows);
     EXPECT_EQ(way(">"), "3");
     for (int row = 3; row < 99; ++row)
         way("v");
