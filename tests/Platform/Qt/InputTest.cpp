@@ -1,4 +1,5 @@
 #include "Platform/NotificationCenter.h"
+#include "Platform/Qt/Parts/Values.h"
 #include "Ui/Screens/ChallengeOobNativeViewController.h"
 #include "Ui/Screens/PreventScreenRecording.h"
 #include "tests/Platform/Qt/QtScreenTest.h"
@@ -59,6 +60,25 @@ TEST_F(Input, ACodeIsTypedWithTouchesOnTheSecureKeyboardAndSentWithTheMouse) {
     QTest::mouseClick(&scene, Qt::LeftButton, {}, middleOf(*text->submitButton.get()));
     EXPECT_TRUE(waitFor([&] { return !actions->calls.empty(); }));
     EXPECT_THAT(actions->calls, ElementsAre("data(Q\nw4/N) on main"));
+}
+
+TEST_F(Input, PagesOfTheKeyboardAreDrawnAheadAndKeptAndFollowTheSurroundings) {
+    const auto text = showField();
+    const auto key =
+        text->secureKeyboard->customKeyboard()->keyboardLayout().lowercase()->getKeyboardButton(0, 0);
+    ASSERT_TRUE(waitFor([&] { return host->itemOf(*key) != nullptr; }));
+    const QQuickItem* const item = host->itemOf(*key);
+    EXPECT_FALSE(item->isVisible());
+    for (const bool isDark : {true, false}) {
+        host->setDark(isDark); // while the page is away
+        press(isDark ? "Q" : "ABC");
+        EXPECT_EQ(host->itemOf(*key), item);
+        EXPECT_TRUE(item->isVisible());
+        const auto style = host->uiWindow()->traits().userInterfaceStyle;
+        EXPECT_EQ(textsOf(*key).at(0)->property("color").value<QColor>(), asColor(UIColor::label(), style));
+        press("123");
+        EXPECT_FALSE(item->isVisible());
+    }
 }
 
 TEST_F(Input, AFingerThatIsNoMoreHeardOfTypesNothing) {
