@@ -10,7 +10,7 @@ namespace korvane::bench {
 /// One operation: the library's way and the bare one, for the same bytes.
 struct Operation {
     std::string name;
-    /// How many times the bare median the library's may take.
+    /// How many times the bare median the library's may take; 0 where nothing is to be reached.
     double target;
     bool countsAllocations;
     std::function<void()> korvane;

@@ -9,8 +9,9 @@
 #include "Sdk/DeviceData/DeviceDataCollection.h"
 #include "Sdk/Exchange/Exchange.h"
 #include "Sdk/Service/ThreeDS2Service.h"
-#include "bench/BareOpenSSL.h"
 #include "bench/BareOpenSSLChain.h"
+#include "bench/BareOpenSSLKeys.h"
+#include "bench/BareOpenSSLSealing.h"
 #include "bench/InstantPlatform.h"
 #include "tests/support/Messages.h"
 #include "tests/support/PlayedAcs.h"
@@ -85,9 +86,19 @@ struct Creation {
 
 Operation creationRow(const std::string& name,
                       const std::function<AuthenticationRequestParameters()>& korvane,
-                      const std::function<std::string()>& bare) {
+                      const std::function<std::string_view()>& bare) {
     return {name, kCreateTarget, false, [korvane] { benchmark::DoNotOptimize(korvane()); },
             [bare] { benchmark::DoNotOptimize(bare()); }};
+}
+
+/// The header's text, which stands in for the one that a message's own key would give.
+std::string headerTextOf(const std::string& compact) {
+    return compact.substr(0, compact.find('.'));
+}
+
+std::shared_ptr<bare::KeyPair> anyPair() {
+    const auto numbers = ecPrivateKeyComponents(SecKeyCreateRandomKey(SecKeyType::kSecAttrKeyTypeEC, 256));
+    return std::make_shared<bare::KeyPair>(bare::KeyNumbers{numbers.x, numbers.y, numbers.d});
 }
 
 /// The key pair of the session, a content key under the certificate's key, and the sealing.
@@ -96,12 +107,14 @@ void addRsaCreation(std::vector<Operation>& rows, const std::shared_ptr<InstantP
     const SecKey publicKey = SecKeyCopyPublicKey(creation->directoryServer.privateKey());
     const auto wrapping = std::make_shared<bare::KeyEncryption>(SecKeyCopyExternalRepresentation(publicKey));
     const auto sealing = std::make_shared<bare::Sealing>();
-    const auto generation = std::make_shared<bare::KeyGeneration>();
-    const Bytes header = JWE(creation->create().getDeviceData()).header().data();
+    const auto session = anyPair();
+    const std::string header = headerTextOf(creation->create().getDeviceData());
     const auto bare = [=] {
-        benchmark::DoNotOptimize(generation->generate());
+        session->generate();
+        benchmark::DoNotOptimize(session->publicJwk());
         const auto key = wrapping->encryptFreshKey();
-        return sealing->seal(header, key.encryptedKey, key.contentKey, creation->document);
+        sealing->setKey(key.contentKey);
+        return sealing->seal(header, key.encryptedKey, creation->document);
     };
     require(bare().size() == creation->create().getDeviceData().size(), "createTransaction RSA");
     rows.push_back(creationRow(
@@ -120,17 +133,21 @@ Bytes otherInfo(std::string_view partyVInfo) {
 /// key, and the sealing.
 void addEcCreation(std::vector<Operation>& rows, const std::shared_ptr<InstantPlatform>& platform) {
     const auto creation = std::make_shared<Creation>(platform, TestKeyType::p256, CertAlgorithm::EC);
-    const ECPublicKey peer(SecKeyCopyPublicKey(creation->directoryServer.privateKey()));
-    const bare::KeyTexts peerTexts{peer.x(), peer.y(), {}};
+    const auto peerNumbers =
+        ecPublicKeyComponents(SecKeyCopyPublicKey(creation->directoryServer.privateKey()));
+    const auto peer = std::make_shared<bare::PublicKey>(bare::KeyNumbers{peerNumbers.x, peerNumbers.y, {}});
     const auto sealing = std::make_shared<bare::Sealing>();
-    const auto generation = std::make_shared<bare::KeyGeneration>();
-    const auto agreement = std::make_shared<bare::Agreement>();
+    const auto session = anyPair();
+    const auto message = anyPair();
     const Bytes info = otherInfo(kDirectoryServerID);
-    const Bytes header = JWE(creation->create().getDeviceData()).header().data();
+    const std::string header = headerTextOf(creation->create().getDeviceData());
     const auto bare = [=] {
-        benchmark::DoNotOptimize(generation->generate());
-        const Bytes key = agreement->agree(generation->generate(), peerTexts, info);
-        return sealing->seal(header, {}, key, creation->document);
+        session->generate();
+        benchmark::DoNotOptimize(session->publicJwk());
+        message->generate();
+        benchmark::DoNotOptimize(message->privateJwk());
+        sealing->setKey(message->agree(*peer, info));
+        return sealing->seal(header, {}, creation->document);
     };
     require(bare().size() == creation->create().getDeviceData().size(), "createTransaction EC");
     rows.push_back(creationRow(
@@ -186,21 +203,23 @@ struct OpenChannel {
 void addExchange(std::vector<Operation>& rows, const std::shared_ptr<InstantPlatform>& platform,
                  const std::string& size, std::size_t bytes) {
     const auto channel = std::make_shared<OpenChannel>(platform, bytes);
-    const auto bare = std::make_shared<bare::Sealing>();
-    const JWE sealedCReq(ByteView(channel->exchange->getInitCReqData()));
-    const Bytes header = sealedCReq.header().data();
+    const auto bare = std::make_shared<bare::Sealing>(channel->key);
+    const Bytes compact = channel->exchange->getInitCReqData();
+    const JWE sealedCReq{ByteView(compact)};
+    const std::string header = headerTextOf(std::string(asText(compact)));
+    const std::string responseHeader = headerTextOf(channel->response);
     const auto decrypter = Decrypter::make(KeyManagementAlgorithm::direct,
                                            ContentEncryptionAlgorithm::A128CBCHS256, channel->key);
     const Bytes cReq = sealedCReq.decrypt(decrypter.value()).data();
     const CReqSendingResult result = channel->send();
-    const Bytes opened = bare->open(channel->response, channel->key);
+    const Bytes opened = toBytes(bare->open(responseHeader, channel->response));
     require(result.cres && *result.cres == CRes::decode(asText(opened)), "the exchange of " + size);
 
     rows.push_back({"sealed exchange " + size, kExchangeTarget, false,
                     [=] { benchmark::DoNotOptimize(channel->send()); },
                     [=] {
-                        benchmark::DoNotOptimize(bare->seal(header, {}, channel->key, cReq));
-                        benchmark::DoNotOptimize(bare->open(channel->response, channel->key));
+                        benchmark::DoNotOptimize(bare->seal(header, {}, cReq));
+                        benchmark::DoNotOptimize(bare->open(responseHeader, channel->response));
                     }});
 }
 
