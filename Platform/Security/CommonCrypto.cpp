@@ -19,7 +19,6 @@ constexpr std::array<std::uint8_t, kMaxDigestLength> kZeros{};
 
 /// Of a digest.
 constexpr std::size_t kMaxBlockLength = 128;
-constexpr std::array<std::uint8_t, kMaxBlockLength> kZeroBlock{};
 
 /// RFC 3394 section 2.2.3.1. Given anew for each use: a context would keep the one of its last.
 constexpr std::array<std::uint8_t, 8> kWrapInitialValue{0xA6, 0xA6, 0xA6, 0xA6, 0xA6, 0xA6, 0xA6, 0xA6};
@@ -42,7 +41,7 @@ public:
     /// @return false when OpenSSL refuses the input; `moved` is the number of bytes written.
     bool run(CCOperation operation, ByteView key, const std::uint8_t* initializationVector, ByteView input,
              std::uint8_t* output, std::size_t& moved) {
-        const ErrorScope errors;
+        const ErrorMark errors;
         const int direction = operation == CCOperation::kCCEncrypt ? 1 : 0;
         int body = 0;
         int tail = 0;
@@ -57,9 +56,10 @@ public:
     }
 
 private:
+    /// The vector may stay: it is no secret, and what follows it in its place are blocks of ciphertext.
     void forget() {
         constexpr int kDecrypt = 0;
-        EVP_CipherInit_ex2(context_.get(), nullptr, kZeros.data(), kZeros.data(), kDecrypt, nullptr);
+        EVP_CipherInit_ex2(context_.get(), nullptr, kZeros.data(), nullptr, kDecrypt, nullptr);
         if (EVP_CIPHER_get_mode(cipher_.get()) != EVP_CIPH_CBC_MODE) return;
         // What is decrypted is held back a block long, since it may be padding: this block takes the place of
         // the last one.
@@ -94,7 +94,7 @@ bool isTooLong(ByteView input) {
     return input.size() > std::numeric_limits<int>::max() - kCCBlockSizeAES128;
 }
 
-/// One reusable digest per thread and algorithm. Between uses its context holds zeros: neither a digest,
+/// One reusable digest per thread and algorithm. Between uses its context is empty: it holds neither a digest,
 /// which may be a key, nor the last block of what was digested.
 class ReusableDigest {
 public:
@@ -109,6 +109,7 @@ public:
         return static_cast<std::size_t>(EVP_MD_get_block_size(digest_.get()));
     }
 
+    /// To be followed by another one or by `forget`.
     void run(std::initializer_list<ByteView> first, std::initializer_list<ByteView> rest,
              std::uint8_t* output) {
         bool isDone = EVP_DigestInit_ex2(context_.get(), digest_.get(), nullptr) == 1;
@@ -117,14 +118,19 @@ public:
                 isDone = isDone && EVP_DigestUpdate(context_.get(), piece.data(), piece.size()) == 1;
         if (!isDone || EVP_DigestFinal_ex(context_.get(), output, nullptr) != 1)
             fatalError("OpenSSL could not compute a digest.");
-        EVP_DigestInit_ex2(context_.get(), digest_.get(), nullptr);
-        EVP_DigestUpdate(context_.get(), kZeroBlock.data(), blockLength() - 1);
     }
+
+    void forget() { EVP_MD_CTX_reset(context_.get()); }
 
 private:
     Digest digest_;
     DigestContext context_;
 };
+
+void digestOnce(ReusableDigest& digest, ByteView input, std::uint8_t* output) {
+    digest.run({input}, {}, output);
+    digest.forget();
+}
 
 ReusableDigest& sha256() {
     thread_local ReusableDigest algorithm("SHA256");
@@ -184,8 +190,8 @@ int CCCrypt(CCOperation operation, CCAlgorithm algorithm, ByteView key, ByteView
     ReusableCipher* cipher = blockCipher(algorithm, key.size());
     if (!cipher || initializationVector.size() != kCCBlockSizeAES128 || isTooLong(input))
         return kCCParamError;
-    if (output.size() < input.size() + kCCBlockSizeAES128) return kCCBufferTooSmall;
     const bool isDecrypting = operation == CCOperation::kCCDecrypt;
+    if (output.size() < input.size() + (isDecrypting ? 0 : kCCBlockSizeAES128)) return kCCBufferTooSmall;
     if (isDecrypting && input.size() % kCCBlockSizeAES128 != 0) return kCCAlignmentError;
     if (cipher->run(operation, key, initializationVector.data(), input, output.data(), moved))
         return kCCSuccess;
@@ -205,19 +211,20 @@ std::size_t CCHmac(CCHmacAlgorithm algorithm, ByteView key, std::initializer_lis
     digest.run({padded.view()}, pieces, output.data());
     padded.combine(kInnerPad ^ kOuterPad);
     digest.run({padded.view()}, {ByteView(output).first(digest.length())}, output.data());
+    digest.forget();
     return digest.length();
 }
 
 void CC_SHA256(ByteView input, std::span<std::uint8_t, 32> digest) {
-    sha256().run({input}, {}, digest.data());
+    digestOnce(sha256(), input, digest.data());
 }
 
 void CC_SHA384(ByteView input, std::span<std::uint8_t, 48> digest) {
-    sha384().run({input}, {}, digest.data());
+    digestOnce(sha384(), input, digest.data());
 }
 
 void CC_SHA512(ByteView input, std::span<std::uint8_t, 64> digest) {
-    sha512().run({input}, {}, digest.data());
+    digestOnce(sha512(), input, digest.data());
 }
 
 int CCSymmetricKeyWrap(ByteView keyEncryptionKey, ByteView rawKey, std::span<std::uint8_t> wrapped) {
@@ -248,7 +255,7 @@ int CCSymmetricKeyUnwrap(ByteView keyEncryptionKey, ByteView wrapped, std::span<
 }
 
 std::int32_t SecRandomCopyBytes(std::span<std::uint8_t> output) {
-    const ErrorScope errors;
+    const ErrorMark errors;
     constexpr std::int32_t kErrSecAllocate = -108;
     if (output.size() > static_cast<std::size_t>(std::numeric_limits<int>::max())) return kErrSecAllocate;
     return RAND_bytes(output.data(), static_cast<int>(output.size())) == 1 ? 0 : kErrSecAllocate;

@@ -30,7 +30,8 @@ inline constexpr std::size_t kMaxDigestLength = 64;
 
 /// AES-CBC with PKCS#7 padding, one shot (NIST SP 800-38A, RFC 5652 section 6.3). Any thread.
 /// @param key    16 or 32 bytes. @param initializationVector  16 bytes.
-/// @param output at least the input's length plus one block; it may not overlap the input.
+/// @param output at least the input's length, and one block more to encrypt. It may not overlap the input, but
+///               a ciphertext may be decrypted where it stands.
 /// @param moved  the number of bytes written; 0 on any failure.
 /// @return kCCSuccess; kCCParamError for a key or vector of another length; kCCBufferTooSmall;
 ///         kCCAlignmentError for a ciphertext of broken blocks; kCCDecodeError for bad padding.

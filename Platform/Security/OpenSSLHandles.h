@@ -46,17 +46,22 @@ HandleType required(HandleType handle, const char* name) {
     return handle;
 }
 
-/// Drops the errors that the enclosed calls leave in the thread's queue, and tells them from those that stood
-/// there before: the application may use OpenSSL too.
+/// Drops the errors that the enclosed calls leave in the thread's queue: the application may use OpenSSL too.
+class ErrorMark {
+public:
+    ErrorMark() { ERR_set_mark(); }
+    ErrorMark(const ErrorMark&) = delete;
+    ErrorMark& operator=(const ErrorMark&) = delete;
+    ~ErrorMark() { ERR_pop_to_mark(); }
+};
+
+/// The same, where they are told from those that stood there before.
 class ErrorScope {
 public:
     ErrorScope() {
-        ERR_set_mark();
-        ERR_raise(ERR_LIB_USER, kBeginning);
+        // An entry costs allocations; where there is nothing to be told apart, none is needed.
+        if (ERR_peek_last_error() != 0) ERR_raise(ERR_LIB_USER, kBeginning);
     }
-    ErrorScope(const ErrorScope&) = delete;
-    ErrorScope& operator=(const ErrorScope&) = delete;
-    ~ErrorScope() { ERR_pop_to_mark(); }
 
     /// The newest error since the innermost scope began as text, or an empty text.
     [[nodiscard]] static std::string reason() {
@@ -69,6 +74,8 @@ public:
 private:
     /// An entry of the queue that is no error.
     static constexpr int kBeginning = 1;
+
+    const ErrorMark mark_;
 };
 
 } // namespace korvane::openssl

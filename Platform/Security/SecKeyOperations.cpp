@@ -12,6 +12,7 @@ namespace {
 using namespace openssl;
 using enum SecKeyAlgorithm;
 using enum SecKeyOperationType;
+using Context = SecKey::Material::Context;
 
 enum class Purpose { encryption, signature, exchange };
 
@@ -131,7 +132,7 @@ Result transform(const SecKey& key, SecKeyOperationType operation, SecKeyAlgorit
                  ByteView input) {
     const ErrorScope errors;
     require(key, operation, algorithm);
-    const KeyContext context = key.material().context(operation, algorithm);
+    const Context context(key.material(), operation, algorithm);
     Result output(static_cast<std::size_t>(EVP_PKEY_get_size(key.material().key.get())));
     std::size_t length = output.size();
     if (apply(context.get(), output.data(), &length, input.data(), input.size()) != 1)
@@ -142,12 +143,19 @@ Result transform(const SecKey& key, SecKeyOperationType operation, SecKeyAlgorit
 
 } // namespace
 
-KeyContext SecKey::Material::context(SecKeyOperationType operation, SecKeyAlgorithm algorithm) {
-    const std::lock_guard lock(mutex_);
-    KeyContext& ready = contexts_[{operation, algorithm}];
-    if (!ready) ready = makeContext(key.get(), rowOf(operation), rowOf(algorithm));
-    KeyContext copy(EVP_PKEY_CTX_dup(ready.get()));
-    return copy ? std::move(copy) : makeContext(key.get(), rowOf(operation), rowOf(algorithm));
+SecKey::Material::Context::Context(Material& material, SecKeyOperationType operation,
+                                   SecKeyAlgorithm algorithm)
+    : material_(material), use_(operation, algorithm) {
+    {
+        const std::lock_guard lock(material_.mutex_);
+        context_ = std::move(material_.idle_[use_]);
+    }
+    if (!context_) context_ = makeContext(material_.key.get(), rowOf(operation), rowOf(algorithm));
+}
+
+SecKey::Material::Context::~Context() {
+    const std::lock_guard lock(material_.mutex_);
+    material_.idle_.find(use_)->second.swap(context_);
 }
 
 bool SecKeyIsAlgorithmSupported(const SecKey& key, SecKeyOperationType operation, SecKeyAlgorithm algorithm) {
@@ -170,7 +178,7 @@ bool SecKeyVerifySignature(const SecKey& key, SecKeyAlgorithm algorithm, ByteVie
     const ErrorScope errors;
     require(key, kSecKeyOperationTypeVerify, algorithm);
     const MessageDigest digest = digestOf(rowOf(algorithm), message);
-    const KeyContext context = key.material().context(kSecKeyOperationTypeVerify, algorithm);
+    const Context context(key.material(), kSecKeyOperationTypeVerify, algorithm);
     return EVP_PKEY_verify(context.get(), signature.data(), signature.size(), digest.bytes.data(),
                            digest.length) == 1;
 }
@@ -187,7 +195,7 @@ void SecKeyDecryptInto(const SecKey& key, SecKeyAlgorithm algorithm, ByteView ci
                        std::span<std::uint8_t> text) {
     const ErrorScope errors;
     require(key, kSecKeyOperationTypeDecrypt, algorithm);
-    const KeyContext context = key.material().context(kSecKeyOperationTypeDecrypt, algorithm);
+    const Context context(key.material(), kSecKeyOperationTypeDecrypt, algorithm);
     SecretBytes block(static_cast<std::size_t>(EVP_PKEY_get_size(key.material().key.get())));
     if (text.size() > block.size()) throw CFError(CFError::errSecParam, "No block holds so long a text.");
     std::size_t length = block.size();
@@ -205,14 +213,14 @@ SecretBytes SecKeyCopyKeyExchangeResult(const SecKey& privateKey, const SecKey& 
     require(privateKey, kSecKeyOperationTypeKeyExchange, kSecKeyAlgorithmECDHKeyExchangeStandard);
     if (publicKey.material().curve != privateKey.material().curve)
         throw CFError(CFError::errSecParam, "The keys are not on one curve.");
-    const KeyContext context(EVP_PKEY_CTX_new_from_pkey(nullptr, privateKey.material().key.get(), nullptr));
+    const Context context(privateKey.material(), kSecKeyOperationTypeKeyExchange,
+                          kSecKeyAlgorithmECDHKeyExchangeStandard);
     SecretBytes shared(privateKey.material().curve->coordinateLength);
     std::size_t length = shared.size();
     // The peer's point was checked when its key was made; the curves' cofactor is 1, so that is
     // all there is to check.
     constexpr int kNoSecondCheck = 0;
-    if (!context || EVP_PKEY_derive_init(context.get()) != 1 ||
-        EVP_PKEY_derive_set_peer_ex(context.get(), publicKey.material().key.get(), kNoSecondCheck) != 1 ||
+    if (EVP_PKEY_derive_set_peer_ex(context.get(), publicKey.material().key.get(), kNoSecondCheck) != 1 ||
         EVP_PKEY_derive(context.get(), shared.data(), &length) != 1 || length != shared.size())
         throw platformError(CFError::errSecParam, "The keys do not agree.");
     return shared;

@@ -1,11 +1,19 @@
 #include "Platform/Security/Secret.h"
 
-#include <openssl/crypto.h>
+#include <cstring>
 
 namespace korvane {
 
+namespace {
+
+/// Read anew for each call, so that no compiler knows what is called and leaves it out. It fills many octets
+/// at a time, which OPENSSL_cleanse does not: a long message would feel that.
+void* (*volatile const fillMemory)(void*, int, std::size_t) = std::memset;
+
+} // namespace
+
 void cleanse(void* octets, std::size_t size) noexcept {
-    OPENSSL_cleanse(octets, size);
+    if (size > 0) fillMemory(octets, 0, size);
 }
 
 void cleanse(std::string& text) noexcept {

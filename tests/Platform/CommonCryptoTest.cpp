@@ -12,11 +12,18 @@ TEST(BlockCipher, FailedDecryptionLeavesNoPlaintext) {
     ASSERT_EQ(CCCrypt(CCOperation::kCCEncrypt, kAES, Bytes(16, 1), Bytes(16), Bytes(40, 'p'), sealed, moved),
               kCCSuccess);
     sealed.resize(moved);
+    Bytes inPlace = sealed;
+    EXPECT_EQ(CCCrypt(CCOperation::kCCDecrypt, kAES, Bytes(16, 1), Bytes(16), inPlace, inPlace, moved),
+              kCCSuccess);
+    EXPECT_EQ(toBytes(ByteView(inPlace).first(moved)), Bytes(40, 'p'));
     sealed.back() ^= 1U;
     Bytes opened(sealed.size() + 16, 0xEE);
     ASSERT_EQ(CCCrypt(CCOperation::kCCDecrypt, kAES, Bytes(16, 1), Bytes(16), sealed, opened, moved),
               kCCDecodeError);
     EXPECT_THAT(opened, testing::Each(0));
+    EXPECT_EQ(CCCrypt(CCOperation::kCCDecrypt, kAES, Bytes(16, 1), Bytes(16), sealed, sealed, moved),
+              kCCDecodeError);
+    EXPECT_THAT(sealed, testing::Each(0));
 }
 
 TEST(KeyWrap, FailedUnwrappingLeavesNoKey) {

@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 
 #include <functional>
+#include <future>
 
 namespace korvane {
 namespace {
@@ -91,6 +92,28 @@ TEST(SecKeyImport, PointsAndNumbersAreChecked) {
     EXPECT_FALSE(isMade([&] { return SecKeyCreateWithData(good, {kEc, kPrivate, 255}); }));
     EXPECT_FALSE(isMade([] { return SecKeyCreateRandomKey(kEc, 224); }));
     EXPECT_FALSE(isMade([] { return SecKeyCreateWithRSAPrivateNumbers({}, Bytes{3}, Bytes{5}); }));
+}
+
+TEST(SecKeyUse, OneKeyServesManyThreads) {
+    const SecKey key = SecKeyCreateRandomKey(kEc, 256);
+    const SecKey publicKey = SecKeyCopyPublicKey(key);
+    constexpr auto kAlgorithm = kSecKeyAlgorithmECDSASignatureMessageX962SHA256;
+    const auto isRight = [&](std::uint8_t text) {
+        const Bytes signature = SecKeyCreateSignature(key, kAlgorithm, Bytes{text});
+        return SecKeyVerifySignature(publicKey, kAlgorithm, Bytes{text}, signature) &&
+               !SecKeyVerifySignature(publicKey, kAlgorithm, Bytes{0xFF}, signature) &&
+               SecKeyCopyKeyExchangeResult(key, publicKey).size() == 32;
+    };
+    std::vector<std::future<bool>> threads;
+    for (std::uint8_t thread = 0; thread < 4; ++thread)
+        threads.push_back(std::async(std::launch::async, [&isRight, thread] {
+            bool areRight = true;
+            for (int time = 0; time < 20; ++time)
+                areRight = areRight && isRight(thread);
+            return areRight;
+        }));
+    for (auto& thread : threads)
+        EXPECT_TRUE(thread.get());
 }
 
 TEST(SecKeyImport, RsaExponentsThatMakeAnythingASignatureAreRefused) {
