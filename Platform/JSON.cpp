@@ -256,26 +256,42 @@ constexpr std::array<char, 256> kShortForms = [] {
     return forms;
 }();
 
+bool isEscaped(char character) {
+    const auto code = static_cast<unsigned char>(character);
+    return code < 0x20 || kShortForms[code] != 0;
+}
+
+/// Neither escaped nor part of a longer sequence, of which one would have to see whether it is whole.
+bool isPlain(char character) {
+    return !isEscaped(character) && static_cast<unsigned char>(character) < 0x80;
+}
+
+/// What is not escaped, mostly all of it, goes in one piece.
 void appendEscaped(std::string& json, std::string_view text) {
     constexpr std::string_view kDigits = "0123456789abcdef";
-    for (const char character : text) {
-        const auto code = static_cast<unsigned char>(character);
+    for (;;) {
+        const auto plain =
+            static_cast<std::size_t>(std::find_if(text.begin(), text.end(), isEscaped) - text.begin());
+        json += text.substr(0, plain);
+        if (plain == text.size()) return;
+        const auto code = static_cast<unsigned char>(text[plain]);
         if (const char form = kShortForms[code]; form != 0) {
             json += '\\';
             json += form;
-        } else if (code < 0x20) {
+        } else {
             json += "\\u00";
             json += kDigits[code >> 4U];
             json += kDigits[code & 0x0FU];
-        } else {
-            json += character;
         }
+        text.remove_prefix(plain + 1);
     }
 }
 
 void appendQuoted(std::string& json, std::string_view text) {
     json += '"';
-    if (isUtf8(text))
+    if (std::all_of(text.begin(), text.end(), isPlain))
+        json += text;
+    else if (isUtf8(text))
         appendEscaped(json, text);
     else
         appendEscaped(json, repairedUtf8(text));

@@ -20,6 +20,13 @@ TEST(CharacterCount, CountsWhatAReaderSees) {
              {"\u1112\u1161\u11ab", 1}})
         EXPECT_EQ(characterCount(text), count) << text;
     EXPECT_EQ(characterCount(std::string("a\0b", 3)), 3U);
+    // Around the blocks in which ASCII is looked at.
+    for (const std::size_t before : {0U, 62U, 63U, 64U, 127U, 128U})
+        for (const std::size_t after : {0U, 1U, 64U})
+            for (const char* text : {"\r\n", "\u00e9"})
+                EXPECT_EQ(characterCount(std::string(before, 'a') + text + std::string(after, 'z')),
+                          before + 1 + after)
+                    << before << " and " << after;
 }
 
 TEST(ControlCharacters, AreShownAsTheirNumbersAndNeverGoOut) {
