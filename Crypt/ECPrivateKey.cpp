@@ -32,10 +32,7 @@ SecKey generate(ECCurveType curveType) {
 ECPrivateKey::ECPrivateKey(const std::string& crv, std::string x, std::string y, std::string privateKey,
                            const StringMap& additionalParameters)
     : JWKOf(kForm,
-            {{std::string(ECParameter::curve), requiredCurve(crv)},
-             {std::string(ECParameter::x), std::move(x)},
-             {std::string(ECParameter::y), std::move(y)},
-             {std::string(ECParameter::privateKey), std::move(privateKey)}},
+            std::array{std::string(requiredCurve(crv)), std::move(x), std::move(y), std::move(privateKey)},
             additionalParameters) {}
 
 ECPrivateKey::ECPrivateKey(const ECPrivateKeyComponents& components, const StringMap& additionalParameters)

@@ -18,7 +18,9 @@ public:
     template <ExpressibleAsECPrivateKeyComponents Key>
     explicit ECPrivateKey(const Key& privateKey, const StringMap& additionalParameters = {})
         : ECPrivateKey(componentsFrom([&] { return ecPrivateKeyComponents(privateKey); }),
-                       additionalParameters) {}
+                       additionalParameters) {
+        if constexpr (std::same_as<Key, SecKey>) kept_.keep(privateKey);
+    }
 
     /// A new key with a fresh UUID in upper case as "kid".
     /// @throws ECKeyPairError generateECKeyPairFail
@@ -44,11 +46,16 @@ public:
     /// True when curve and coordinates are equal, the coordinates as texts.
     [[nodiscard]] bool isCorrespondWith(const ECPublicKey& publicKey) const;
 
+    /// A platform key is made once.
     /// @throws JOSEError xNotBase64URLUIntEncoded, yNotBase64URLUIntEncoded,
     ///         privateKeyNotBase64URLUIntEncoded, or what the target's `representing` throws.
     template <ExpressibleAsECPrivateKeyComponents Key>
     [[nodiscard]] Key converted() const {
-        return representing(std::type_identity<Key>{}, components());
+        const auto make = [this] { return representing(std::type_identity<Key>{}, components()); };
+        if constexpr (std::same_as<Key, SecKey>)
+            return kept_.get(make);
+        else
+            return make();
     }
 
 private:
@@ -58,6 +65,8 @@ private:
     ECPrivateKey(const ECPrivateKeyComponents& components, const StringMap& additionalParameters);
 
     [[nodiscard]] ECPrivateKeyComponents components() const;
+
+    KeptSecKey kept_;
 };
 
 enum class ECKeyPairErrorCase { generateECKeyPairFail };

@@ -15,22 +15,22 @@ ECCurveType requiredCurve(const std::string& crv) {
     return *curve;
 }
 
-Bytes withoutSignByte(Bytes coordinate) {
+bool isTakenAsItIs(std::size_t coordinateLength) {
     constexpr std::size_t kP256Length = 32;
     constexpr std::size_t kP521Length = 66;
-    const bool isTakenAsItIs = coordinate.size() == kP256Length || coordinate.size() == kP521Length;
-    if (!isTakenAsItIs && !coordinate.empty()) coordinate.erase(coordinate.begin());
+    return coordinateLength == kP256Length || coordinateLength == kP521Length;
+}
+
+Bytes withoutSignByte(Bytes coordinate) {
+    if (!isTakenAsItIs(coordinate.size()) && !coordinate.empty()) coordinate.erase(coordinate.begin());
     return coordinate;
 }
 
 } // namespace
 
 ECPublicKey::ECPublicKey(ECCurveType crv, std::string x, std::string y, const StringMap& additionalParameters)
-    : JWKOf(kForm,
-            {{std::string(ECParameter::curve), rawValue(crv)},
-             {std::string(ECParameter::x), std::move(x)},
-             {std::string(ECParameter::y), std::move(y)}},
-            additionalParameters) {}
+    : JWKOf(kForm, std::array{std::string(rawValue(crv)), std::move(x), std::move(y)}, additionalParameters) {
+}
 
 ECPublicKey::ECPublicKey(const ECPublicKeyComponents& components, const StringMap& additionalParameters)
     : ECPublicKey(requiredCurve(components.crv), base64URLEncodedString(components.x),
@@ -42,6 +42,10 @@ ECPublicKey::ECPublicKey(const JSONField& object) : JWKOf(kForm, object) {
 
 ECCurveType ECPublicKey::crv() const {
     return *fromRawValue<ECCurveType>(number(ECParameter::curve));
+}
+
+void ECPublicKey::keep(const SecKey& key) {
+    if (isTakenAsItIs(coordinateOctetLength(crv()))) kept_.keep(key);
 }
 
 ECPublicKeyComponents ECPublicKey::components() const {

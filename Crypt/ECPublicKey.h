@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Crypt/JWK.h"
+#include "Crypt/KeptSecKey.h"
 #include "Crypt/SecKeyECPublicKey.h"
 
 namespace korvane {
@@ -15,7 +16,9 @@ public:
     template <ExpressibleAsECPublicKeyComponents Key>
     explicit ECPublicKey(const Key& publicKey, const StringMap& additionalParameters = {})
         : ECPublicKey(componentsFrom([&] { return ecPublicKeyComponents(publicKey); }),
-                      additionalParameters) {}
+                      additionalParameters) {
+        if constexpr (std::same_as<Key, SecKey>) keep(publicKey);
+    }
 
     [[nodiscard]] ECCurveType crv() const;
     [[nodiscard]] const std::string& x() const { return number(ECParameter::x); }
@@ -23,12 +26,16 @@ public:
 
     /// A coordinate that is not of 32 or 66 bytes loses its first byte: senders are known that put a
     /// sign byte in front. The rule costs well-formed P-384 keys a byte; nothing here uses that
-    /// curve through a JWK.
+    /// curve through a JWK. A platform key is made once.
     /// @throws JOSEError xNotBase64URLUIntEncoded, yNotBase64URLUIntEncoded, or what the target's
     ///         `representing` throws.
     template <ExpressibleAsECPublicKeyComponents Key>
     [[nodiscard]] Key converted() const {
-        return representing(std::type_identity<Key>{}, components());
+        const auto make = [this] { return representing(std::type_identity<Key>{}, components()); };
+        if constexpr (std::same_as<Key, SecKey>)
+            return kept_.get(make);
+        else
+            return make();
     }
 
 private:
@@ -38,6 +45,9 @@ private:
     ECPublicKey(const ECPublicKeyComponents& components, const StringMap& additionalParameters);
 
     [[nodiscard]] ECPublicKeyComponents components() const;
+    void keep(const SecKey& key);
+
+    KeptSecKey kept_;
 };
 
 } // namespace korvane

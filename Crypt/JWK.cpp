@@ -19,26 +19,32 @@ bool holdsArray(std::string_view name) {
                      name) != JWKParameter::nonStringParameters.end();
 }
 
-/// @return no value when a text is not UTF-8.
-std::optional<SecretString> jsonObject(const StringMap& members) {
+/// The members that are asked for, whose names are the library's, in the order of these names.
+/// @return no value when a text of them is not UTF-8.
+template <class Predicate>
+std::optional<std::string> jsonObject(const StringMap& members, Predicate isAskedFor) {
     // Room for all of it, so that no half-written copy of a private number is left behind by growth.
     std::size_t length = 2;
     for (const auto& [name, value] : members)
         length += name.size() + value.text().size() + 6;
     JSONObjectWriter writer(length);
     for (const auto& [name, value] : members) {
-        if (!isUtf8(name) || !isUtf8(value)) return std::nullopt;
+        if (!isAskedFor(name)) continue;
+        if (!isUtf8(value)) return std::nullopt;
         writer.addString(name, value);
     }
-    return SecretString(std::move(writer).finish());
+    return std::move(writer).finish();
 }
 
 } // namespace
 
-JWK::JWK(const JWKForm& form, StringMap own, const StringMap& additional)
-    : form_(&form), parameters_(std::move(own)) {
-    parameters_.insert_or_assign(std::string(JWKParameter::keyType), SecretString(rawValue(form.keyType)));
+void JWK::addBeside(const StringMap& additional) {
+    parameters_.emplace(JWKParameter::keyType, rawValue(form_->keyType));
     parameters_.insert(additional.begin(), additional.end());
+}
+
+bool JWK::isNumber(std::string_view name) const {
+    return std::find(form_->numbers.begin(), form_->numbers.end(), name) != form_->numbers.end();
 }
 
 JWK::JWK(const JWKForm& form, const JSONField& object) : form_(&form) {
@@ -68,13 +74,8 @@ std::optional<std::string> JWK::operator[](std::string_view parameter) const {
 }
 
 std::optional<std::string> JWK::jsonString() const {
-    StringMap members;
-    for (const auto& [name, value] : parameters_)
-        if (isJWKParameter(name)) members.emplace(name, value);
-    for (const std::string_view name : form_->numbers)
-        members.emplace(name, number(name));
-    const std::optional<SecretString> json = jsonObject(members);
-    return json ? std::optional(json->text()) : std::nullopt;
+    return jsonObject(parameters_,
+                      [this](std::string_view name) { return isNumber(name) || isJWKParameter(name); });
 }
 
 std::optional<Bytes> JWK::jsonData() const {
@@ -87,9 +88,10 @@ std::optional<Bytes> JWK::jsonData() const {
 
 std::string JWK::thumbprint(JWKThumbprintAlgorithm algorithm) const {
     // The map is sorted by name, as RFC 7638 section 3.3 wants its input.
-    const std::optional<SecretString> json = jsonObject(requiredParameters());
+    std::optional<std::string> json = jsonObject(requiredParameters(), [](std::string_view) { return true; });
     if (!json) throw JOSEError(JOSEErrorCase::thumbprintSerialization);
-    return Thumbprint::calculate(asBytes(json->text()), algorithm);
+    const SecretString input(std::move(*json));
+    return Thumbprint::calculate(asBytes(input.text()), algorithm);
 }
 
 Bytes JWK::decodedNumber(std::string_view name, JOSEErrorCase failure) const {

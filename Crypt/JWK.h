@@ -6,6 +6,7 @@
 #include "Platform/JSONDecoding.h"
 #include "Platform/Security/Secret.h"
 
+#include <array>
 #include <optional>
 #include <span>
 #include <string>
@@ -58,7 +59,14 @@ public:
 
 protected:
     /// The key's own parameters win over additional ones of the same name.
-    JWK(const JWKForm& form, StringMap own, const StringMap& additional);
+    /// @param numbers  as the form names them, in its order.
+    template <std::size_t Count>
+    JWK(const JWKForm& form, std::array<std::string, Count> numbers, const StringMap& additional)
+        : form_(&form) {
+        for (std::size_t index = 0; index < Count; ++index)
+            parameters_.emplace(form.numbers[index], std::move(numbers[index]));
+        addBeside(additional);
+    }
     JWK(const JWKForm& form, const JSONField& object);
     JWK(const JWK&) = default;
     JWK(JWK&&) = default;
@@ -92,6 +100,9 @@ protected:
     void requireCurve() const;
 
 private:
+    void addBeside(const StringMap& additional);
+    [[nodiscard]] bool isNumber(std::string_view name) const;
+
     const JWKForm* form_;
     StringMap parameters_;
 };

@@ -16,10 +16,7 @@ static_assert(kForm.privateNumber == kNumbers.back());
 
 RSAPrivateKey::RSAPrivateKey(std::string modulus, std::string exponent, std::string privateExponent,
                              const StringMap& additionalParameters)
-    : JWKOf(kForm,
-            {{std::string(RSAParameter::modulus), std::move(modulus)},
-             {std::string(RSAParameter::exponent), std::move(exponent)},
-             {std::string(RSAParameter::privateExponent), std::move(privateExponent)}},
+    : JWKOf(kForm, std::array{std::move(modulus), std::move(exponent), std::move(privateExponent)},
             additionalParameters) {}
 
 RSAPrivateKey::RSAPrivateKey(const RSAPrivateKeyComponents& components, const StringMap& additionalParameters)

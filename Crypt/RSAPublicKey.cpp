@@ -12,10 +12,7 @@ constexpr JWKForm kForm{JWKKeyType::RSA, kNumbers, "", "Key Type parameter wrong
 } // namespace
 
 RSAPublicKey::RSAPublicKey(std::string modulus, std::string exponent, const StringMap& additionalParameters)
-    : JWKOf(kForm,
-            {{std::string(RSAParameter::modulus), std::move(modulus)},
-             {std::string(RSAParameter::exponent), std::move(exponent)}},
-            additionalParameters) {}
+    : JWKOf(kForm, std::array{std::move(modulus), std::move(exponent)}, additionalParameters) {}
 
 RSAPublicKey::RSAPublicKey(const RSAPublicKeyComponents& components, const StringMap& additionalParameters)
     : RSAPublicKey(base64URLEncodedString(components.modulus), base64URLEncodedString(components.exponent),

@@ -12,8 +12,7 @@ constexpr JWKForm kForm{JWKKeyType::OCT, kNumbers, "", "Wrong parameter: key typ
 } // namespace
 
 SymmetricKey::SymmetricKey(ByteView key, const StringMap& additionalParameters)
-    : JWKOf(kForm, {{std::string(SymmetricKeyParameter::key), base64URLEncodedString(key)}},
-            additionalParameters) {}
+    : JWKOf(kForm, std::array{base64URLEncodedString(key)}, additionalParameters) {}
 
 SymmetricKey::SymmetricKey(const JSONField& object) : JWKOf(kForm, object) {
     // The one type whose number is looked at when it is decoded. The text becomes the canonical one.

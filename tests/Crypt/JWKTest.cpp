@@ -79,6 +79,9 @@ TEST(JWKConversion, PublicCoordinatesLoseASignByte) {
         EXPECT_EQ(pointOf(length), point) << length;
     for (const std::size_t length : {0U, 31U, 48U})
         EXPECT_RAISES(invalidCurvePointOctetLength, pointOf(length)) << length;
+    const SecKey p384 = SecKeyCopyPublicKey(SecKeyCreateRandomKey(SecKeyType::kSecAttrKeyTypeEC, 384));
+    EXPECT_RAISES(invalidCurvePointOctetLength, ECPublicKey(p384).converted<SecKey>())
+        << "as little as the same key from texts";
     const std::string signedNumber = base64URLEncodedString(Bytes(33));
     EXPECT_RAISES(invalidCurvePointOctetLength,
                   ECPrivateKey("P-256", signedNumber, signedNumber, signedNumber).converted<SecretBytes>())
