@@ -12,24 +12,14 @@ AESError failed(AESErrorCase kind, std::string_view what, int status) {
 }
 
 /// Empty values never reach the platform.
+/// @param output  becomes as long as what is written to it.
 int ccAESCBCCrypt(CCOperation operation, CCAlgorithm algorithm, ByteView data, ByteView key,
                   ByteView initializationVector, Bytes& output) {
     if (data.empty() || key.empty() || initializationVector.empty()) return kCCParamError;
-    output.resize(data.size() + kCCBlockSizeAES128);
     std::size_t moved = 0;
     const int status = CCCrypt(operation, algorithm, key, initializationVector, data, output, moved);
     output.resize(moved);
     return status;
-}
-
-Bytes crypt(CCOperation operation, ByteView data, ByteView key, ContentEncryptionAlgorithm algorithm,
-            ByteView initializationVector, AESErrorCase failure, std::string_view what) {
-    if (!checkAESKeyLength(algorithm, key)) throw AESError(keyLengthNotSatisfied);
-    Bytes output;
-    const int status =
-        ccAESCBCCrypt(operation, ccAlgorithm(algorithm), data, key, initializationVector, output);
-    if (status != kCCSuccess) throw failed(failure, what, status);
-    return output;
 }
 
 void requireWrapKey(KeyManagementAlgorithm algorithm, ByteView key) {
@@ -42,14 +32,21 @@ void requireWrapKey(KeyManagementAlgorithm algorithm, ByteView key) {
 
 Bytes AES::encrypt(ByteView plaintext, ByteView encryptionKey, ContentEncryptionAlgorithm algorithm,
                    ByteView initializationVector) {
-    return crypt(CCOperation::kCCEncrypt, plaintext, encryptionKey, algorithm, initializationVector,
-                 encryptingFailed, "Encryption");
+    if (!checkAESKeyLength(algorithm, encryptionKey)) throw AESError(keyLengthNotSatisfied);
+    Bytes output(plaintext.size() + kCCBlockSizeAES128);
+    const int status = ccAESCBCCrypt(CCOperation::kCCEncrypt, ccAlgorithm(algorithm), plaintext,
+                                     encryptionKey, initializationVector, output);
+    if (status != kCCSuccess) throw failed(encryptingFailed, "Encryption", status);
+    return output;
 }
 
-Bytes AES::decrypt(ByteView cipherText, ByteView decryptionKey, ContentEncryptionAlgorithm algorithm,
+Bytes AES::decrypt(Bytes cipherText, ByteView decryptionKey, ContentEncryptionAlgorithm algorithm,
                    ByteView initializationVector) {
-    return crypt(CCOperation::kCCDecrypt, cipherText, decryptionKey, algorithm, initializationVector,
-                 decryptingFailed, "Decryption");
+    if (!checkAESKeyLength(algorithm, decryptionKey)) throw AESError(keyLengthNotSatisfied);
+    const int status = ccAESCBCCrypt(CCOperation::kCCDecrypt, ccAlgorithm(algorithm), cipherText,
+                                     decryptionKey, initializationVector, cipherText);
+    if (status != kCCSuccess) throw failed(decryptingFailed, "Decryption", status);
+    return cipherText;
 }
 
 Bytes AES::wrap(ByteView rawKey, ByteView keyEncryptionKey, KeyManagementAlgorithm algorithm) {

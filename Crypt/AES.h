@@ -44,9 +44,10 @@ struct AES {
     [[nodiscard]] static Bytes encrypt(ByteView plaintext, ByteView encryptionKey,
                                        ContentEncryptionAlgorithm algorithm, ByteView initializationVector);
 
+    /// @param cipherText  is decrypted where it stands.
     /// @throws AESError keyLengthNotSatisfied; decryptingFailed with the platform's
     /// status in its description.
-    [[nodiscard]] static Bytes decrypt(ByteView cipherText, ByteView decryptionKey,
+    [[nodiscard]] static Bytes decrypt(Bytes cipherText, ByteView decryptionKey,
                                        ContentEncryptionAlgorithm algorithm, ByteView initializationVector);
 
     /// @param rawKey  a multiple of 8 bytes, 16 at least.

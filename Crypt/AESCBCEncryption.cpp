@@ -43,7 +43,7 @@ ContentEncryptionContext AESCBCEncryption::encrypt(ByteView plaintext,
     return result;
 }
 
-Bytes AESCBCEncryption::decrypt(ByteView ciphertext, ByteView initializationVector,
+Bytes AESCBCEncryption::decrypt(Bytes ciphertext, ByteView initializationVector,
                                 ByteView additionalAuthenticatedData, ByteView authenticationTag) const {
     const ContentKeys keys = retrieveKeys(contentEncryptionAlgorithm_, contentEncryptionKey_);
     Mac mac;
@@ -51,15 +51,25 @@ Bytes AESCBCEncryption::decrypt(ByteView ciphertext, ByteView initializationVect
                                          additionalAuthenticatedData, initializationVector, ciphertext, mac);
     if (!isEqualInConstantTime(expected, authenticationTag))
         throw JWEError(JWEErrorCase::hmacNotAuthenticated);
-    return AES::decrypt(ciphertext, keys.encryptionKey, contentEncryptionAlgorithm_, initializationVector);
+    return AES::decrypt(std::move(ciphertext), keys.encryptionKey, contentEncryptionAlgorithm_,
+                        initializationVector);
 }
 
-Bytes AESCBCEncryption::decrypt(const ContentDecryptionContext& decryptionContext) const {
-    return decrypt(decryptionContext.ciphertext, decryptionContext.initializationVector,
+Bytes AESCBCEncryption::decrypt(ContentDecryptionContext decryptionContext) const {
+    return decrypt(std::move(decryptionContext.ciphertext), decryptionContext.initializationVector,
                    decryptionContext.additionalAuthenticatedData, decryptionContext.authenticationTag);
 }
 
 AdditionalAuthenticatedData::AdditionalAuthenticatedData(ByteView headerData) {
+    encode(headerData);
+}
+
+AdditionalAuthenticatedData::AdditionalAuthenticatedData(const JOSEHeader& header)
+    : view_(asBytes(header.keptText())) {
+    if (view_.empty()) encode(header.data());
+}
+
+void AdditionalAuthenticatedData::encode(ByteView headerData) {
     const std::size_t length = base64URLLength(headerData.size());
     if (length > usual_.size()) long_.resize(length);
     char* const text = long_.empty() ? usual_.data() : long_.data();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Crypt/Algorithms.h"
+#include "Crypt/JOSEHeader.h"
 #include "Crypt/Payload.h"
 #include "Platform/Security/Secret.h"
 
@@ -16,9 +17,9 @@ struct ContentEncryptionContext {
     Bytes initializationVector;
 };
 
-/// What opening takes. Views.
+/// What opening takes. Views, but the ciphertext, which is decrypted where it stands.
 struct ContentDecryptionContext {
-    ByteView ciphertext;
+    Bytes ciphertext;
     ByteView initializationVector;
     ByteView additionalAuthenticatedData;
     ByteView authenticationTag;
@@ -39,7 +40,7 @@ public:
     virtual ~ContentDecrypter() = default;
 
     /// Opens what was sealed. The tag is checked first, and nothing is decrypted where it is wrong.
-    [[nodiscard]] virtual Bytes decrypt(const ContentDecryptionContext& decryptionContext) const = 0;
+    [[nodiscard]] virtual Bytes decrypt(ContentDecryptionContext decryptionContext) const = 0;
 };
 
 /// AES_CBC_HMAC_SHA2 (RFC 7518 section 5.2) under one content key, which is not looked at before it is used.
@@ -59,11 +60,11 @@ public:
 
     /// @throws JWEError keyLengthNotSatisfied; hmacNotAuthenticated for any changed
     /// part; AESError decryptingFailed
-    [[nodiscard]] Bytes decrypt(ByteView ciphertext, ByteView initializationVector,
+    [[nodiscard]] Bytes decrypt(Bytes ciphertext, ByteView initializationVector,
                                 ByteView additionalAuthenticatedData, ByteView authenticationTag) const;
 
     /// As above, by the context's fields.
-    [[nodiscard]] Bytes decrypt(const ContentDecryptionContext& decryptionContext) const override;
+    [[nodiscard]] Bytes decrypt(ContentDecryptionContext decryptionContext) const override;
 
 private:
     ContentEncryptionAlgorithm contentEncryptionAlgorithm_;
@@ -84,11 +85,17 @@ private:
 class AdditionalAuthenticatedData {
 public:
     explicit AdditionalAuthenticatedData(ByteView headerData);
+    /// @param header  outlives this; its text is not made anew where it keeps it.
+    explicit AdditionalAuthenticatedData(const JOSEHeader& header);
+    AdditionalAuthenticatedData(const AdditionalAuthenticatedData&) = delete;
+    AdditionalAuthenticatedData& operator=(const AdditionalAuthenticatedData&) = delete;
 
     [[nodiscard]] ByteView view() const { return view_; }
 
 private:
     static constexpr std::size_t kUsualLength = 512;
+
+    void encode(ByteView headerData);
 
     std::array<char, kUsualLength> usual_;
     std::string long_;

@@ -55,27 +55,44 @@ constexpr Places kBase64Places{makeValues(kBase64Alphabet, 18), makeValues(kBase
                                makeValues(kBase64Alphabet, 6), makeValues(kBase64Alphabet, 0)};
 constexpr Places kBase64URLPlaces{makeURLValues(18), makeURLValues(12), makeURLValues(6), makeURLValues(0)};
 
-/// Writes without padding.
+/// The eight octets as one number.
+std::uint64_t bigEndian(const std::uint8_t* octets) {
+    return std::uint64_t{octets[0]} << 56U | std::uint64_t{octets[1]} << 48U |
+           std::uint64_t{octets[2]} << 40U | std::uint64_t{octets[3]} << 32U |
+           std::uint64_t{octets[4]} << 24U | std::uint64_t{octets[5]} << 16U |
+           std::uint64_t{octets[6]} << 8U | octets[7];
+}
+
+/// The characters of the last twelve bits.
+void writePair(const PairTable& pairs, std::uint64_t bits, char* text) {
+    std::memcpy(text, pairs[bits & 4095U].data(), 2);
+}
+
+/// Writes without padding. Six octets go at a time, of which eight are loaded at once.
 void encode(const PairTable& pairs, ByteView bytes, char* text) {
     const std::uint8_t* next = bytes.data();
     std::size_t left = bytes.size();
+    for (; left >= 8; left -= 6, next += 6, text += 8) {
+        const std::uint64_t bits = bigEndian(next);
+        writePair(pairs, bits >> 52U, text);
+        writePair(pairs, bits >> 40U, text + 2);
+        writePair(pairs, bits >> 28U, text + 4);
+        writePair(pairs, bits >> 16U, text + 6);
+    }
     for (; left >= 3; left -= 3, next += 3, text += 4) {
         const std::uint32_t bits = (std::uint32_t{next[0]} << 16U) | (std::uint32_t{next[1]} << 8U) | next[2];
-        std::memcpy(text, pairs[bits >> 12U].data(), 2);
-        std::memcpy(text + 2, pairs[bits & 4095U].data(), 2);
+        writePair(pairs, bits >> 12U, text);
+        writePair(pairs, bits, text + 2);
     }
     if (left == 0) return;
     const std::uint32_t bits =
         (std::uint32_t{next[0]} << 16U) | (left == 2 ? std::uint32_t{next[1]} << 8U : 0U);
-    std::memcpy(text, pairs[bits >> 12U].data(), 2);
+    writePair(pairs, bits >> 12U, text);
     if (left == 2) text[2] = pairs[bits & 4095U][0];
 }
 
-std::uint32_t bitsOf(const Places& places, const char* quartet, std::size_t count) {
-    std::uint32_t bits = 0;
-    for (std::size_t place = 0; place < count; ++place)
-        bits |= places[place][static_cast<unsigned char>(quartet[place])];
-    return bits;
+std::uint32_t bitsAt(const Places& places, std::size_t place, char character) {
+    return places[place][static_cast<unsigned char>(character)];
 }
 
 /// Decodes text that has lost its padding and whose length is not 1 modulo 4.
@@ -87,14 +104,18 @@ std::optional<Bytes> decode(const Places& places, std::string_view text) {
     std::uint8_t* output = bytes.data();
     std::uint32_t seen = 0;
     for (; next != wholeEnd; next += 4, output += 3) {
-        const std::uint32_t bits = bitsOf(places, next, 4);
+        // Spelt out: as a loop it stays one, and takes twice the time.
+        const std::uint32_t bits = bitsAt(places, 0, next[0]) | bitsAt(places, 1, next[1]) |
+                                   bitsAt(places, 2, next[2]) | bitsAt(places, 3, next[3]);
         seen |= bits;
         output[0] = static_cast<std::uint8_t>(bits >> 16U);
         output[1] = static_cast<std::uint8_t>(bits >> 8U);
         output[2] = static_cast<std::uint8_t>(bits);
     }
     if (tail > 0) {
-        const std::uint32_t bits = bitsOf(places, next, tail);
+        std::uint32_t bits = 0;
+        for (std::size_t place = 0; place < tail; ++place)
+            bits |= bitsAt(places, place, next[place]);
         seen |= bits;
         output[0] = static_cast<std::uint8_t>(bits >> 16U);
         if (tail == 3) output[1] = static_cast<std::uint8_t>(bits >> 8U);
@@ -108,6 +129,20 @@ std::optional<Bytes> decode(const Places& places, std::string_view text) {
 std::string_view withoutPadding(std::string_view text) {
     for (int count = 0; count < 2 && text.ends_with('='); ++count)
         text.remove_suffix(1);
+    return text;
+}
+
+template <class Text>
+Text joined(std::span<const DataConvertible> components) {
+    std::size_t length = components.empty() ? 0 : components.size() - 1;
+    for (const DataConvertible& component : components)
+        length += base64URLLength(component.data().size());
+    Text text(length, '.');
+    auto* next = reinterpret_cast<char*>(text.data());
+    for (const DataConvertible& component : components) {
+        writeBase64URL(component.data(), next);
+        next += base64URLLength(component.data().size()) + 1;
+    }
     return text;
 }
 
@@ -180,20 +215,11 @@ std::string hexEncodedString(ByteView bytes, HexEncodingOptions options) {
 }
 
 std::string joinedBase64URL(std::span<const DataConvertible> components) {
-    std::size_t length = components.empty() ? 0 : components.size() - 1;
-    for (const DataConvertible& component : components)
-        length += base64URLLength(component.data().size());
-    std::string text(length, '.');
-    char* next = text.data();
-    for (const DataConvertible& component : components) {
-        writeBase64URL(component.data(), next);
-        next += base64URLLength(component.data().size()) + 1;
-    }
-    return text;
+    return joined<std::string>(components);
 }
 
 Bytes asJOSESigningInput(std::span<const DataConvertible> components) {
-    return toBytes(joinedBase64URL(components));
+    return joined<Bytes>(components);
 }
 
 } // namespace korvane

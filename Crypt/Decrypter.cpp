@@ -15,7 +15,7 @@ std::optional<Decrypter> Decrypter::make(KeyManagementAlgorithm keyManagementAlg
     return Decrypter(std::move(mode), keyManagementAlgorithm, contentEncryptionAlgorithm);
 }
 
-Bytes Decrypter::decrypt(const DecryptionContext& context) const {
+Bytes Decrypter::decrypt(DecryptionContext context) const {
     if (context.protectedHeader.keyManagementAlgorithm() != keyManagementAlgorithm_) {
         KORVANE_LOG("decrypt(_:)", "Key management algorithm mismatch");
         throw JWEError(JWEErrorCase::keyManagementAlgorithmMismatch);
@@ -30,9 +30,9 @@ Bytes Decrypter::decrypt(const DecryptionContext& context) const {
             : keyManagementMode_->determineContentEncryptionKey(context.encryptedKey);
     // Made of the header's bytes as they were received, so that it is the first part of
     // the message as it came.
-    const AdditionalAuthenticatedData additionalData(context.protectedHeader.data());
+    const AdditionalAuthenticatedData additionalData(context.protectedHeader);
     return makeContentDecrypter(contentEncryptionAlgorithm_, std::move(contentKey))
-        .decrypt(ContentDecryptionContext{context.ciphertext, context.initializationVector,
+        .decrypt(ContentDecryptionContext{std::move(context.ciphertext), context.initializationVector,
                                           additionalData.view(), context.authenticationTag});
 }
 

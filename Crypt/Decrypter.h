@@ -12,12 +12,12 @@ namespace korvane {
 /// Opens JWEs under one key with one pair of algorithms. A value, immutable.
 class Decrypter {
 public:
-    /// The parts of a received JWE. Views.
+    /// The parts of a received JWE. Views, but the ciphertext, which is decrypted where it stands.
     struct DecryptionContext {
         const JWEHeader& protectedHeader;
         ByteView encryptedKey;
         ByteView initializationVector;
-        ByteView ciphertext;
+        Bytes ciphertext;
         ByteView authenticationTag;
     };
 
@@ -37,7 +37,7 @@ public:
     /// @return the plaintext as it was sealed, still compressed where the header says so.
     /// @throws JWEError keyManagementAlgorithmMismatch, contentEncryptionAlgorithmMismatch,
     ///         keyLengthNotSatisfied, hmacNotAuthenticated; AESError; what the mode throws.
-    [[nodiscard]] Bytes decrypt(const DecryptionContext& context) const;
+    [[nodiscard]] Bytes decrypt(DecryptionContext context) const;
 
     [[nodiscard]] KeyManagementAlgorithm keyManagementAlgorithm() const noexcept {
         return keyManagementAlgorithm_;

@@ -2,39 +2,37 @@
 
 #include "Platform/Logger.h"
 
-#include <algorithm>
-
 namespace korvane {
 
 namespace {
 
 constexpr const char* kFunction = "deserialize(_:fromCompactSerialization:)";
 
-/// By `find`, which looks at many octets at a time where a plain count looks at each.
-std::int64_t partCount(std::string_view text) {
-    std::int64_t count = 1;
-    for (std::size_t dot = text.find('.'); dot != std::string_view::npos; dot = text.find('.', dot + 1))
-        ++count;
-    return count;
-}
-
 } // namespace
 
-void JOSEDeserializer::split(std::string_view text, std::span<Bytes> components) {
-    const std::int64_t count = partCount(text);
-    if (count != std::ssize(components)) {
-        KORVANE_LOG(kFunction, "Invalid compact serialization component count: " + std::to_string(count));
-        throw JOSEError(JOSEErrorCase::invalidCompactSerializationComponentCount, count);
+void JOSEDeserializer::cut(std::string_view text, std::span<std::string_view> parts) {
+    std::int64_t count = 0;
+    // By `find`, which looks at many octets at a time.
+    for (bool isLast = false; !isLast; ++count) {
+        const std::size_t dot = text.find('.');
+        isLast = dot == std::string_view::npos;
+        if (count < std::ssize(parts)) parts[static_cast<std::size_t>(count)] = text.substr(0, dot);
+        text.remove_prefix(isLast ? text.size() : dot + 1);
     }
-    for (Bytes& component : components) {
-        const std::string_view part = text.substr(0, text.find('.'));
-        std::optional<Bytes> decoded = fromBase64URL(part);
+    if (count == std::ssize(parts)) return;
+    KORVANE_LOG(kFunction, "Invalid compact serialization component count: " + std::to_string(count));
+    throw JOSEError(JOSEErrorCase::invalidCompactSerializationComponentCount, count);
+}
+
+void JOSEDeserializer::decode(std::span<const std::string_view> parts, std::span<Bytes> components,
+                              std::size_t known) {
+    for (std::size_t index = known; index < parts.size(); ++index) {
+        std::optional<Bytes> decoded = fromBase64URL(parts[index]);
         if (!decoded) {
-            KORVANE_LOG(kFunction, "Component not valid base64 URL: " + std::string(part));
-            throw JOSEError(JOSEErrorCase::componentNotValidBase64URL, std::string(part));
+            KORVANE_LOG(kFunction, "Component not valid base64 URL: " + std::string(parts[index]));
+            throw JOSEError(JOSEErrorCase::componentNotValidBase64URL, std::string(parts[index]));
         }
-        component = std::move(*decoded);
-        text.remove_prefix(std::min(part.size() + 1, text.size()));
+        components[index] = std::move(*decoded);
     }
 }
 

@@ -1,5 +1,6 @@
 #include "Crypt/JOSEHeader.h"
 
+#include "Crypt/DataExtensions.h"
 #include "Crypt/ECPublicKey.h"
 #include "Crypt/RSAPublicKey.h"
 #include "Crypt/SymmetricKey.h"
@@ -14,6 +15,12 @@ bool isText(const JSON& value) {
     return value.is_string();
 }
 
+Bytes serialized(const JSON& parameters) {
+    const std::optional<std::string> text = JSONSerialization::data(parameters);
+    if (!text) fatalError("A valid header cannot be written.");
+    return toBytes(*text);
+}
+
 std::shared_ptr<const JWK> publicKey(JWKKeyType type, const JSON& object) {
     switch (type) {
     case JWKKeyType::EC: return std::make_shared<const ECPublicKey>(ECPublicKey::decode(object));
@@ -25,30 +32,37 @@ std::shared_ptr<const JWK> publicKey(JWKKeyType type, const JSON& object) {
 
 } // namespace
 
+JOSEHeader::Contents::Contents(JSON given)
+    : parameters(std::move(given)),
+      isWritten(parameters.is_object() && JSONSerialization::isValidJSONObject(parameters)) {}
+
+JOSEHeader::Contents::~Contents() {
+    if (auto* members = parameters.get_ptr<JSON::object_t*>()) members->clear();
+}
+
+void JOSEHeader::Contents::setData(Bytes bytes) {
+    constexpr std::size_t kLongestKept = 256;
+    data = std::move(bytes);
+    const bool isKept =
+        data.size() <= kLongestKept && std::all_of(parameters.begin(), parameters.end(), isText);
+    keptText = isKept ? base64URLEncodedString(data) : std::string();
+}
+
 JOSEHeader::JOSEHeader(JSON parameters, std::optional<Bytes> headerData,
                        std::initializer_list<std::string_view> required)
-    : parameters_(std::move(parameters)) {
+    : contents_(std::make_shared<Contents>(std::move(parameters))) {
     if (!isWritten()) throw HeaderParsingError(HeaderParsingErrorCase::headerIsNotValidJSONObject);
     for (const std::string_view name : required)
         if (!rawText(name))
             throw HeaderParsingError(HeaderParsingErrorCase::requiredHeaderParameterMissing,
                                      std::string(name));
-    headerData_ = headerData ? std::move(*headerData) : serialized();
-}
-
-bool JOSEHeader::isWritten() const {
-    return parameters_.is_object() && JSONSerialization::isValidJSONObject(parameters_);
-}
-
-Bytes JOSEHeader::serialized() const {
-    const std::optional<std::string> text = JSONSerialization::data(parameters_);
-    if (!text) fatalError("A valid header cannot be written.");
-    return toBytes(*text);
+    contents_->setData(headerData ? std::move(*headerData) : serialized(contents_->parameters));
 }
 
 void JOSEHeader::setParameters(JSON parameters) {
-    parameters_ = std::move(parameters);
-    if (isWritten()) headerData_ = serialized();
+    auto changed = std::make_shared<Contents>(std::move(parameters));
+    changed->setData(changed->isWritten ? serialized(changed->parameters) : data());
+    contents_ = std::move(changed);
 }
 
 std::shared_ptr<const JWK> JOSEHeader::jwkTyped() const {
@@ -65,9 +79,9 @@ std::shared_ptr<const JWK> JOSEHeader::jwkTyped() const {
 }
 
 const std::string* JOSEHeader::rawText(std::string_view name) const {
-    if (!parameters_.is_object()) return nullptr;
-    const auto member = parameters_.find(name);
-    if (member == parameters_.end() || !member->is_string()) return nullptr;
+    if (!parameters().is_object()) return nullptr;
+    const auto member = parameters().find(name);
+    if (member == parameters().end() || !member->is_string()) return nullptr;
     return &member->get_ref<const std::string&>();
 }
 
@@ -77,9 +91,9 @@ std::optional<std::string> JOSEHeader::text(std::string_view name) const {
 }
 
 std::optional<std::vector<std::string>> JOSEHeader::texts(std::string_view name) const {
-    if (!parameters_.is_object()) return std::nullopt;
-    const auto member = parameters_.find(name);
-    const bool isTextArray = member != parameters_.end() && member->is_array() &&
+    if (!parameters().is_object()) return std::nullopt;
+    const auto member = parameters().find(name);
+    const bool isTextArray = member != parameters().end() && member->is_array() &&
                              std::all_of(member->begin(), member->end(), isText);
     return isTextArray ? std::optional(member->get<std::vector<std::string>>()) : std::nullopt;
 }
@@ -90,9 +104,9 @@ std::optional<URL> JOSEHeader::url(std::string_view name) const {
 }
 
 const JSON* JOSEHeader::textMap(std::string_view name) const {
-    if (!parameters_.is_object()) return nullptr;
-    const auto member = parameters_.find(name);
-    const bool isTextMap = member != parameters_.end() && member->is_object() &&
+    if (!parameters().is_object()) return nullptr;
+    const auto member = parameters().find(name);
+    const bool isTextMap = member != parameters().end() && member->is_object() &&
                            std::all_of(member->begin(), member->end(), isText);
     return isTextMap ? &*member : nullptr;
 }
@@ -106,9 +120,11 @@ void JOSEHeader::setKey(std::string_view name, const JWK* value) {
 }
 
 void JOSEHeader::setMember(std::string_view name, JSON value) {
-    JSON parameters = parameters_;
-    parameters[std::string(name)] = std::move(value);
-    setParameters(std::move(parameters));
+    // Copied only where others hold it too: a header is often given its members one by one.
+    const bool isTaken = contents_.use_count() == 1 && parameters().is_object();
+    JSON changed = isTaken ? std::move(contents_->parameters) : parameters();
+    changed[std::string(name)] = std::move(value);
+    setParameters(std::move(changed));
 }
 
 JSON jsonOf(const StringMap& parameters) {

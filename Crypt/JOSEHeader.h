@@ -63,11 +63,15 @@ inline constexpr std::string_view crit = "crit";
 /// the bytes that came from the wire are lost; a write of no value does nothing.
 class JOSEHeader {
 public:
-    [[nodiscard]] const Bytes& headerData() const noexcept { return headerData_; }
-    [[nodiscard]] const JSON& parameters() const noexcept { return parameters_; }
+    [[nodiscard]] const Bytes& headerData() const noexcept { return contents_->data; }
+    [[nodiscard]] const JSON& parameters() const noexcept { return contents_->parameters; }
 
     /// The bytes, unchanged.
-    [[nodiscard]] const Bytes& data() const noexcept { return headerData_; }
+    [[nodiscard]] const Bytes& data() const noexcept { return contents_->data; }
+
+    /// The Base64URL text of the bytes. Only short headers keep it, and such as hold texts alone: a key, which
+    /// could be a private one, is an object. Of any other header it is empty.
+    [[nodiscard]] std::string_view keptText() const noexcept { return contents_->keptText; }
 
     /// Replaces the parameters. A value that is no valid JSON object is stored, but the
     /// bytes stay as they were.
@@ -75,7 +79,7 @@ public:
 
     /// Whether the bytes say what the parameters say: not so after a write that JSON cannot hold, as of a
     /// text that is not UTF-8. Such a header is neither signed nor sealed with.
-    [[nodiscard]] bool isWritten() const;
+    [[nodiscard]] bool isWritten() const noexcept { return contents_->isWritten; }
 
     [[nodiscard]] std::optional<URL> jku() const { return url(HeaderParameter::jku); }
     [[nodiscard]] std::optional<std::string> jwk() const { return text(HeaderParameter::jwk); }
@@ -105,19 +109,16 @@ public:
     void setCty(const std::optional<std::string>& value) { set(HeaderParameter::cty, value); }
     void setCrit(const std::optional<std::vector<std::string>>& value) { set(HeaderParameter::crit, value); }
 
-    friend bool operator==(const JOSEHeader&, const JOSEHeader&) = default;
+    friend bool operator==(const JOSEHeader& left, const JOSEHeader& right) {
+        return left.contents_ == right.contents_ ||
+               (left.data() == right.data() && left.parameters() == right.parameters());
+    }
 
 protected:
+    // Copied where it could be moved: what it holds is shared, and no header is ever without.
     JOSEHeader(const JOSEHeader&) = default;
-    JOSEHeader(JOSEHeader&&) = default;
     JOSEHeader& operator=(const JOSEHeader&) = default;
-    JOSEHeader& operator=(JOSEHeader&&) = default;
-
-    /// Empties the object first: the JSON library's own destructor takes memory for an
-    /// object that has members.
-    ~JOSEHeader() {
-        if (auto* members = parameters_.get_ptr<JSON::object_t*>()) members->clear();
-    }
+    ~JOSEHeader() = default;
 
     /// @param headerData  the bytes of `parameters`, or no value: then they are serialised here.
     /// @throws HeaderParsingError headerIsNotValidJSONObject, then requiredHeaderParameterMissing for the
@@ -137,7 +138,7 @@ protected:
         if (!object || !object->is_object()) return std::nullopt;
         try {
             std::optional<Header> header(std::in_place, std::move(*object), Bytes());
-            static_cast<JOSEHeader&>(*header).headerData_ = std::move(data);
+            static_cast<JOSEHeader&>(*header).contents_->setData(std::move(data));
             return header;
         } catch (const HeaderParsingError&) {
             return std::nullopt;
@@ -159,11 +160,27 @@ protected:
     void setKey(std::string_view name, const JWK* value);
 
 private:
-    void setMember(std::string_view name, JSON value);
-    [[nodiscard]] Bytes serialized() const;
+    /// What copies of a header share. It is complete before it is shared, and never changes then.
+    struct Contents {
+        explicit Contents(JSON given);
+        Contents(const Contents&) = delete;
+        Contents& operator=(const Contents&) = delete;
+        /// Empties the object first: the JSON library's own destructor takes memory for an
+        /// object that has members.
+        ~Contents();
 
-    Bytes headerData_;
-    JSON parameters_;
+        void setData(Bytes bytes);
+
+        JSON parameters;
+        /// Whether the parameters are an object that JSON can hold.
+        bool isWritten;
+        Bytes data;
+        std::string keptText;
+    };
+
+    void setMember(std::string_view name, JSON value);
+
+    std::shared_ptr<Contents> contents_;
 };
 
 /// A key's `parameters` as a JSON object of texts: what a header holds of a key.

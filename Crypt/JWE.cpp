@@ -53,17 +53,26 @@ JWE::JWE(std::string_view compactSerialization)
 JWE::JWE(ByteView compactSerialization) : JWE(JOSEDeserializer().deserialize<JWE>(compactSerialization)) {}
 
 JWE::JWE(const CompactDeserializer& deserializer)
-    : header_(deserializer.deserialize<JWEHeader>(Index::jweHeaderIndex)),
+    : header_(deserializer.deserializeHeader<JWEHeader>()),
       encryptedKey_(deserializer.deserializeBytes(Index::jweEncryptedKeyIndex)),
       initializationVector_(deserializer.deserializeBytes(Index::jweInitializationVectorIndex)),
       ciphertext_(deserializer.deserializeBytes(Index::jweCiphertextIndex)),
       authenticationTag_(deserializer.deserializeBytes(Index::jweAuthenticationTagIndex)) {}
 
-Payload JWE::decrypt(const Decrypter& decrypter) const {
+void JWE::requireAlgorithms(const Decrypter& decrypter) const {
     if (header_.keyManagementAlgorithm() != decrypter.keyManagementAlgorithm() ||
         header_.contentEncryptionAlgorithm() != decrypter.contentEncryptionAlgorithm())
         throw decryptingError("JWE header algorithms do not match encrypter algorithms.");
-    return open(decrypter);
+}
+
+Payload JWE::decrypt(const Decrypter& decrypter) const& {
+    requireAlgorithms(decrypter);
+    return open(decrypter, ciphertext_);
+}
+
+Payload JWE::decrypt(const Decrypter& decrypter) && {
+    requireAlgorithms(decrypter);
+    return open(decrypter, std::move(ciphertext_));
 }
 
 Payload JWE::decrypt(const AnyKey& key) const {
@@ -72,7 +81,7 @@ Payload JWE::decrypt(const AnyKey& key) const {
     if (!algorithm || !encryption) throw decryptingError("Invalid header parameter.");
     const auto decrypter = Decrypter::make(*algorithm, *encryption, key);
     if (!decrypter) throw decryptingError("Wrong key type.");
-    return open(*decrypter);
+    return open(*decrypter, ciphertext_);
 }
 
 void JWE::serialize(CompactSerializer& serializer) const {
@@ -83,12 +92,12 @@ void JWE::serialize(CompactSerializer& serializer) const {
     serializer.serialize(authenticationTag_);
 }
 
-Payload JWE::open(const Decrypter& decrypter) const {
+Payload JWE::open(const Decrypter& decrypter, Bytes ciphertext) const {
     return withMappedErrors({decompressionFailed, compressionAlgorithmNotSupported}, decryptingFailed, [&] {
         const auto compression = header_.compressionAlgorithm();
         const CompressorProtocol& compressor = CompressorFactory().makeCompressor(compression);
         Bytes opened = decrypter.decrypt(
-            {header_, encryptedKey_, initializationVector_, ciphertext_, authenticationTag_});
+            {header_, encryptedKey_, initializationVector_, std::move(ciphertext), authenticationTag_});
         if (compression == CompressionAlgorithm::NONE) return Payload(std::move(opened));
         return Payload(compressor.decompress(Payload(std::move(opened)).data()));
     });

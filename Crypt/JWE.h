@@ -41,7 +41,9 @@ public:
     /// Opens the JWE and inflates its payload where the header says so.
     /// @throws JOSEError decompressionFailed or compressionAlgorithmNotSupported; decryptingFailed, with the
     ///         words of what happened, for any other reason, a wrong key and a changed part included.
-    [[nodiscard]] Payload decrypt(const Decrypter& decrypter) const;
+    [[nodiscard]] Payload decrypt(const Decrypter& decrypter) const&;
+    /// In the memory of the ciphertext, which is gone then.
+    [[nodiscard]] Payload decrypt(const Decrypter& decrypter) &&;
 
     /// The same with the algorithms that the header names: the key's owner must know what it is used for.
     /// @throws JOSEError as above.
@@ -50,7 +52,9 @@ public:
     void serialize(CompactSerializer& serializer) const;
 
 private:
-    [[nodiscard]] Payload open(const Decrypter& decrypter) const;
+    void requireAlgorithms(const Decrypter& decrypter) const;
+    /// @param ciphertext  that of this JWE.
+    [[nodiscard]] Payload open(const Decrypter& decrypter, Bytes ciphertext) const;
 
     JWEHeader header_;
     Bytes encryptedKey_;

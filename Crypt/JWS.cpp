@@ -53,7 +53,7 @@ JWS::JWS(std::string_view compactSerialization)
 JWS::JWS(ByteView compactSerialization) : JWS(JOSEDeserializer().deserialize<JWS>(compactSerialization)) {}
 
 JWS::JWS(const CompactDeserializer& deserializer)
-    : header_(deserializer.deserialize<JWSHeader>(Index::jwsHeaderIndex)),
+    : header_(deserializer.deserializeHeader<JWSHeader>()),
       payload_(deserializer.deserializeBytes(Index::jwsPayloadIndex)),
       signature_(deserializer.deserializeBytes(Index::jwsSignatureIndex)) {}
 

@@ -16,14 +16,17 @@ using enum SdkErrorCase;
 constexpr auto kKeyManagement = KeyManagementAlgorithm::direct;
 constexpr auto kContentEncryption = ContentEncryptionAlgorithm::A128CBCHS256;
 
-/// Written once, where a "kid" that is set later would have it written twice.
+/// Written once, where a "kid" that is set later would have it written twice; and not again for the next
+/// request of the same challenge.
 JWEHeader headerWithKid(const std::string& kid) {
+    thread_local std::optional<JWEHeader> last;
+    if (last && last->kid() == kid) return *last;
     JSON::object_t members;
     members.reserve(3);
     members.emplace_back(HeaderParameter::alg, rawValue(kKeyManagement));
     members.emplace_back(HeaderParameter::enc, rawValue(kContentEncryption));
     members.emplace_back(HeaderParameter::kid, kid);
-    return JWEHeader(JSON(std::move(members)));
+    return last.emplace(JSON(std::move(members)));
 }
 
 } // namespace
@@ -64,11 +67,11 @@ Bytes KeysContainer::encryptCReq(Bytes cReq, const std::string& acsTransactionId
 
 Bytes KeysContainer::decryptCRes(ByteView cRes) const {
     constexpr const char* kFunction = "decryptCRes(_:)";
-    const JWE jwe(cRes);
+    JWE jwe(cRes);
     if (!cek_) KORVANE_RAISE(kFunction, InvalidInputException, "Can not get CEK.");
     const auto decrypter = Decrypter::make(kKeyManagement, kContentEncryption, *cek_);
     if (!decrypter) KORVANE_RAISE(kFunction, SDKRuntimeException, "Can not create A128CBCHS256 decrypter.");
-    return jwe.decrypt(*decrypter).payload();
+    return std::move(jwe).decrypt(*decrypter).payload();
 }
 
 } // namespace korvane

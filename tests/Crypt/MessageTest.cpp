@@ -59,6 +59,17 @@ TEST(CompactWriting, PartsComeBackAsTheyWere) {
     EXPECT_EQ(JWS(odd + "..Zg").compactSerializedString(), odd + "..Zg");
 }
 
+TEST(CompactReading, ARememberedHeaderStandsForItsOwnTextAlone) {
+    const auto headerOf = [](const std::string& text) { return JWE(text + "....").header(); };
+    JWEHeader changed = headerOf(kHeader);
+    changed.setKid("other");
+    EXPECT_FALSE(headerOf(kHeader).kid()) << "a change is its own header's";
+    EXPECT_EQ(headerOf(base64URLEncodedString(changed.data())).kid(), "other");
+    EXPECT_EQ(headerOf(kHeader + "="), headerOf(kHeader)) << "another text of the same bytes";
+    EXPECT_EQ(JWS(kHeader + "..").header().data(), headerOf(kHeader).data());
+    EXPECT_RAISES(JOSEError(componentNotValidBase64URL, std::string("A")), JWE(kHeader + "..A.."));
+}
+
 TEST(HeaderReading, OnlyObjectsWithTheirRequiredTextsAreHeaders) {
     const std::tuple<const char*, bool, bool> rows[] = {
         {R"({"alg":"unknown","enc":"unknown"})", true, true},
@@ -140,6 +151,7 @@ TEST(JWESealing, IsUndoneByOpeningTheWholeInEveryRow) {
             const JWE received(compact);
             const Decrypter opening = decrypter(algorithm, enc);
             EXPECT_EQ(asText(received.decrypt(opening).data()), "text");
+            EXPECT_EQ(asText(JWE(received).decrypt(opening).data()), "text") << "where it stands";
             EXPECT_EQ(asText(received.decrypt(keyOf(Side::receiver, algorithm, enc)).data()), "text");
             for (std::size_t length = 0; length < compact.size(); length += 3)
                 EXPECT_THROW(static_cast<void>(JWE(compact.substr(0, length)).decrypt(opening)), JOSEError);
