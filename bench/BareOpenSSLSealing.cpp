@@ -73,6 +73,16 @@ void Sealing::setKey(ByteView contentKey) {
     state_->setKey(contentKey);
 }
 
+void Sealing::forget() {
+    constexpr std::array<std::uint8_t, 2 * kBlock> kZeros{};
+    state_->setKey(kZeros);
+    std::array<std::uint8_t, 2 * kBlock> sink{};
+    int moved = 0;
+    // What is decrypted is held back a block long.
+    must(EVP_CipherUpdate(state_->decryption.get(), sink.data(), &moved, kZeros.data(), kBlock) == 1);
+    OPENSSL_cleanse(state_->octets.data(), state_->octets.size());
+}
+
 std::string_view Sealing::seal(std::string_view header, ByteView encryptedKey, ByteView payload) {
     State& state = *state_;
     std::array<std::uint8_t, kBlock> vector{};

@@ -20,6 +20,8 @@ public:
 
     /// @param contentKey  32 bytes, MAC key first.
     void setKey(ByteView contentKey);
+    /// Overwrites what it keeps of key and text, as a library must.
+    void forget();
 
     /// @param header  its Base64URL text.
     [[nodiscard]] std::string_view seal(std::string_view header, ByteView encryptedKey, ByteView payload);

@@ -41,20 +41,18 @@ double millisecondsOf(const std::function<void()>& work) {
     return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin).count();
 }
 
-/// The first one loads what the process keeps: fonts and locales.
+/// Behind a first one, which loads what the process keeps: fonts and locales.
 void printInitialize(const std::shared_ptr<const ConfigParameters>& configured) {
     constexpr std::size_t kRuns = 31;
     const auto run = [&] {
         ThreeDS2Service service;
         initialize(service, configured);
     };
-    const double first = millisecondsOf(run);
     std::vector<double> later(kRuns);
     for (double& time : later)
         time = millisecondsOf(run);
     std::sort(later.begin(), later.end());
-    std::printf("\ninitialize: %.2f ms the first time of a platform, %.2f ms (median) later\n", first,
-                later[kRuns / 2]);
+    std::printf("initialize: %.2f ms (median) later\n", later[kRuns / 2]);
 }
 
 struct Memory {
@@ -70,6 +68,36 @@ Memory memoryNow() {
     std::ifstream("/proc/self/statm") >> total >> resident;
     const struct mallinfo2 heap = ::mallinfo2();
     return {resident * static_cast<std::size_t>(::sysconf(_SC_PAGESIZE)), heap.uordblks + heap.hblkhd};
+}
+
+void printStep(const char* name, const Memory& memory, const Memory& before) {
+    constexpr double kMebi = 1024.0 * 1024.0;
+    std::printf("%-32s %8.1f MiB resident, %8.1f KiB of heap more\n", name,
+                static_cast<double>(memory.resident) / kMebi,
+                (static_cast<double>(memory.heap) - static_cast<double>(before.heap)) / 1024);
+}
+
+/// What an application pays that does nothing else: only true of a process that has just begun.
+void printFirstSteps(const Memory& atStart, const std::shared_ptr<const ConfigParameters>& configured) {
+    constexpr std::size_t kLive = 10;
+    const Memory withPlatform = memoryNow();
+    std::optional<Silence> silence(std::in_place);
+    ThreeDS2Service service;
+    const double first = millisecondsOf([&] { initialize(service, configured); });
+    const Memory initialized = memoryNow();
+    std::vector<std::shared_ptr<Transaction>> transactions(kLive);
+    for (auto& transaction : transactions) {
+        transaction = service.createTransaction(kDirectoryServerID, "2.2.0");
+        static_cast<void>(transaction->getAuthenticationRequestParameters());
+    }
+    const Memory live = memoryNow();
+    transactions.clear();
+    silence.reset();
+    printStep("process", atStart, atStart);
+    printStep("with the platform", withPlatform, atStart);
+    printStep("after initialize", initialized, withPlatform);
+    printStep("with ten live transactions", live, initialized);
+    std::printf("initialize: %.2f ms the first time of a platform\n", first);
 }
 
 void printMemory(const char* name, const std::shared_ptr<const ConfigParameters>& configured) {
@@ -98,10 +126,12 @@ void printMemory(const char* name, const std::shared_ptr<const ConfigParameters>
 } // namespace
 
 void printFootprint() {
+    const Memory atStart = memoryNow();
     const TemporaryFolder folder;
     ::setenv("XDG_CONFIG_HOME", folder.path().c_str(), 1);
     const HeadlessPlatform platform;
     folder.write("device.der", selfSigned({}).der);
+    printFirstSteps(atStart, configuration(folder, CertAlgorithm::EC));
     printInitialize(configuration(folder, CertAlgorithm::EC));
     printMemory("EC", configuration(folder, CertAlgorithm::EC));
     folder.write("device.der", selfSigned({.key = TestKeyType::rsa2048}).der);

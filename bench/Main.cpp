@@ -1,6 +1,7 @@
 #include "bench/BareOpenSSL.h"
 #include "bench/Challenge.h"
 #include "bench/Footprint.h"
+#include "bench/Growth.h"
 #include "bench/Keyboard.h"
 #include "bench/Operations.h"
 #include "bench/Report.h"
@@ -69,6 +70,7 @@ int run(int count, char** arguments) {
     int left = static_cast<int>(all.size());
     benchmark::Initialize(&left, all.data());
     if (benchmark::ReportUnrecognizedArguments(left, all.data())) return 2;
+    printFootprint();
     {
         std::vector<Operation> rows = allOperations();
         Report report;
@@ -78,8 +80,8 @@ int run(int count, char** arguments) {
         const Silence silence;
         rows.clear();
     }
-    printFootprint();
     printChallenge();
+    printGrowth();
     printKeyboard();
     benchmark::Shutdown();
     return 0;

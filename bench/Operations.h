@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,7 +13,9 @@ struct Operation {
     std::string name;
     /// How many times the bare median the library's may take; 0 where nothing is to be reached.
     double target;
-    bool countsAllocations;
+    /// How often one call of the library's may allocate; 0 where nothing is to be reached, no value where it is
+    /// not counted.
+    std::optional<std::size_t> allocationTarget;
     std::function<void()> korvane;
     std::function<void()> bare;
 };

@@ -10,17 +10,15 @@ namespace korvane::bench {
 
 namespace {
 
-constexpr std::size_t kAllocationTarget = 12;
-
 const char* verdict(bool isWithin) {
     return isWithin ? "ok" : "above";
 }
 
 /// A figure to reach, or nothing where there is none.
-std::string targetText(double ratio, double target) {
+std::string targetText(double figure, double target) {
     if (target == 0) return {};
     std::array<char, 32> text{};
-    std::snprintf(text.data(), text.size(), "%8.2f  %s", target, verdict(ratio <= target));
+    std::snprintf(text.data(), text.size(), "%8.2f  %s", target, verdict(figure <= target));
     return text.data();
 }
 
@@ -66,13 +64,14 @@ void Report::printRatios(const std::vector<Operation>& operations) const {
 void printAllocations(const std::vector<Operation>& operations) {
     std::printf("\n%-32s %12s %12s %8s\n", "heap allocations of one call", "korvane", "bare", "target");
     for (const Operation& operation : operations) {
-        if (!operation.countsAllocations) continue;
+        if (!operation.allocationTarget) continue;
         const Allocations korvane = allocationsOf(operation.korvane);
         const Allocations bare = allocationsOf(operation.bare);
         const std::size_t total = korvane.ours + korvane.openssl;
-        std::printf("%-32s %5zu (%zu+%zu) %5zu (%zu+%zu) %8zu  %s\n", operation.name.c_str(), total,
-                    korvane.ours, korvane.openssl, bare.ours + bare.openssl, bare.ours, bare.openssl,
-                    kAllocationTarget, verdict(total <= kAllocationTarget));
+        const auto target = static_cast<double>(*operation.allocationTarget);
+        std::printf("%-32s %5zu (%zu+%zu) %5zu (%zu+%zu) %s\n", operation.name.c_str(), total, korvane.ours,
+                    korvane.openssl, bare.ours + bare.openssl, bare.ours, bare.openssl,
+                    targetText(static_cast<double>(total), target).c_str());
     }
     std::printf("in brackets: operator new, and OpenSSL's own\n");
 }

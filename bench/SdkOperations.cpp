@@ -87,7 +87,7 @@ struct Creation {
 Operation creationRow(const std::string& name,
                       const std::function<AuthenticationRequestParameters()>& korvane,
                       const std::function<std::string_view()>& bare) {
-    return {name, kCreateTarget, false, [korvane] { benchmark::DoNotOptimize(korvane()); },
+    return {name, kCreateTarget, std::nullopt, [korvane] { benchmark::DoNotOptimize(korvane()); },
             [bare] { benchmark::DoNotOptimize(bare()); }};
 }
 
@@ -215,7 +215,7 @@ void addExchange(std::vector<Operation>& rows, const std::shared_ptr<InstantPlat
     const Bytes opened = toBytes(bare->open(responseHeader, channel->response));
     require(result.cres && *result.cres == CRes::decode(asText(opened)), "the exchange of " + size);
 
-    rows.push_back({"sealed exchange " + size, kExchangeTarget, false,
+    rows.push_back({"sealed exchange " + size, kExchangeTarget, std::nullopt,
                     [=] { benchmark::DoNotOptimize(channel->send()); },
                     [=] {
                         benchmark::DoNotOptimize(bare->seal(header, {}, cReq));
@@ -249,7 +249,7 @@ void addChainCheck(std::vector<Operation>& rows, const std::string& name, TestKe
     require(SecKeyCopyExternalRepresentation(checkedKey(*chain)) ==
                 SecKeyCopyExternalRepresentation(SecKeyCopyPublicKey(leaf.privateKey())),
             "the check of " + name);
-    rows.push_back({"chain of two " + name, kChainTarget, false,
+    rows.push_back({"chain of two " + name, kChainTarget, std::nullopt,
                     [=] { benchmark::DoNotOptimize(checkedKey(*chain)); },
                     [=] { bare::verifyChain(*chain); }});
 }
