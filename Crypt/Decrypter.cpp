@@ -24,6 +24,10 @@ Bytes Decrypter::decrypt(DecryptionContext context) const {
         KORVANE_LOG("decrypt(_:)", "Content encryption algorithm mismatch");
         throw JWEError(JWEErrorCase::contentEncryptionAlgorithmMismatch);
     }
+    return open(std::move(context));
+}
+
+Bytes Decrypter::open(DecryptionContext context) const {
     SecretBytes contentKey =
         shouldContainEphemeralPublicKey(keyManagementAlgorithm_)
             ? keyManagementMode_->determineContentEncryptionKey(context.encryptedKey, context.protectedHeader)

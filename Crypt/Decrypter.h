@@ -11,6 +11,8 @@ namespace korvane {
 
 /// Opens JWEs under one key with one pair of algorithms. A value, immutable.
 class Decrypter {
+    friend class JWE;
+
 public:
     /// The parts of a received JWE. Views, but the ciphertext, which is decrypted where it stands.
     struct DecryptionContext {
@@ -52,6 +54,9 @@ private:
               ContentEncryptionAlgorithm contentEncryptionAlgorithm)
         : keyManagementMode_(std::move(mode)), keyManagementAlgorithm_(keyManagementAlgorithm),
           contentEncryptionAlgorithm_(contentEncryptionAlgorithm) {}
+
+    /// As `decrypt`, of a header that is known to name the algorithms.
+    [[nodiscard]] Bytes open(DecryptionContext context) const;
 
     std::shared_ptr<const DecryptionKeyManagementMode> keyManagementMode_;
     KeyManagementAlgorithm keyManagementAlgorithm_;

@@ -96,7 +96,7 @@ Payload JWE::open(const Decrypter& decrypter, Bytes ciphertext) const {
     return withMappedErrors({decompressionFailed, compressionAlgorithmNotSupported}, decryptingFailed, [&] {
         const auto compression = header_.compressionAlgorithm();
         const CompressorProtocol& compressor = CompressorFactory().makeCompressor(compression);
-        Bytes opened = decrypter.decrypt(
+        Bytes opened = decrypter.open(
             {header_, encryptedKey_, initializationVector_, std::move(ciphertext), authenticationTag_});
         if (compression == CompressionAlgorithm::NONE) return Payload(std::move(opened));
         return Payload(compressor.decompress(Payload(std::move(opened)).data()));
