@@ -36,15 +36,13 @@ struct Sealing::State {
              EVP_CipherInit_ex2(decryption.get(), cipher.get(), nullptr, nullptr, 0, nullptr) == 1);
     }
 
-    void setKey(ByteView key) {
+    void setKey(EVP_CIPHER_CTX* context, ByteView key) {
         for (std::size_t index = 0; index < kDigestBlock; ++index) {
             const unsigned octet = index < kBlock ? key[index] : 0U;
             innerKey[index] = static_cast<std::uint8_t>(octet ^ 0x36U);
             outerKey[index] = static_cast<std::uint8_t>(octet ^ 0x5CU);
         }
-        const std::uint8_t* const cipherKey = key.subspan(kBlock).data();
-        must(EVP_CipherInit_ex2(encryption.get(), nullptr, cipherKey, nullptr, -1, nullptr) == 1 &&
-             EVP_CipherInit_ex2(decryption.get(), nullptr, cipherKey, nullptr, -1, nullptr) == 1);
+        must(EVP_CipherInit_ex2(context, nullptr, key.subspan(kBlock).data(), nullptr, -1, nullptr) == 1);
     }
 
     // Of two digests: OpenSSL's own HMAC copies contexts, and allocates them, for every message.
@@ -65,17 +63,22 @@ struct Sealing::State {
 
 Sealing::Sealing() : state_(std::make_unique<State>()) {}
 Sealing::Sealing(ByteView contentKey) : Sealing() {
-    setKey(contentKey);
+    setSealingKey(contentKey);
+    setOpeningKey(contentKey);
 }
 Sealing::~Sealing() = default;
 
-void Sealing::setKey(ByteView contentKey) {
-    state_->setKey(contentKey);
+void Sealing::setSealingKey(ByteView contentKey) {
+    state_->setKey(state_->encryption.get(), contentKey);
+}
+
+void Sealing::setOpeningKey(ByteView contentKey) {
+    state_->setKey(state_->decryption.get(), contentKey);
 }
 
 void Sealing::forget() {
     constexpr std::array<std::uint8_t, 2 * kBlock> kZeros{};
-    state_->setKey(kZeros);
+    setOpeningKey(kZeros);
     std::array<std::uint8_t, 2 * kBlock> sink{};
     int moved = 0;
     // What is decrypted is held back a block long.

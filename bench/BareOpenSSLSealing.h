@@ -14,13 +14,14 @@ namespace korvane::bench::bare {
 class Sealing {
 public:
     Sealing();
-    /// With the schedule of a key.
+    /// With the schedules of a key, 32 bytes, MAC key first.
     explicit Sealing(ByteView contentKey);
     ~Sealing();
 
-    /// @param contentKey  32 bytes, MAC key first.
-    void setKey(ByteView contentKey);
-    /// Overwrites what it keeps of key and text, as a library must.
+    /// Sets the key of the messages to come, in one direction each.
+    void setSealingKey(ByteView contentKey);
+    void setOpeningKey(ByteView contentKey);
+    /// Overwrites what it keeps of a key and a text that was opened, as a library must.
     void forget();
 
     /// @param header  its Base64URL text.

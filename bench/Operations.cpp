@@ -104,7 +104,7 @@ void addHeader(std::vector<Operation>& rows) {
                 .compactSerializedString();
         },
         [=] {
-            bare->setKey(key);
+            bare->setSealingKey(key);
             return bare->seal(headerText, {}, payload.data());
         }));
 }
@@ -119,7 +119,7 @@ void addForgetting(std::vector<Operation>& rows, const std::string& name, std::s
     rows.push_back(row(
         "open " + name + ", both forgetting", kNoTarget, [=] { return JWE(text).decrypt(decrypter); },
         [=] {
-            bare->setKey(key);
+            bare->setOpeningKey(key);
             const ByteView opened = bare->open(headerText, text);
             bare->forget();
             return opened;
@@ -137,7 +137,7 @@ void addRsaSealing(std::vector<Operation>& rows, const SecKey& privateKey) {
     const Payload payload(payloadOf(kMessageSize));
     const auto sealBare = [=] {
         const auto key = bareKey->encryptFreshKey();
-        bare->setKey(key.contentKey);
+        bare->setSealingKey(key.contentKey);
         return bare->seal(headerText, key.encryptedKey, payload.data());
     };
     require(JWE(sealBare()).decrypt(privateKey) == payload, "RSA sealing");

@@ -113,7 +113,7 @@ void addRsaCreation(std::vector<Operation>& rows, const std::shared_ptr<InstantP
         session->generate();
         benchmark::DoNotOptimize(session->publicJwk());
         const auto key = wrapping->encryptFreshKey();
-        sealing->setKey(key.contentKey);
+        sealing->setSealingKey(key.contentKey);
         return sealing->seal(header, key.encryptedKey, creation->document);
     };
     require(bare().size() == creation->create().getDeviceData().size(), "createTransaction RSA");
@@ -146,7 +146,7 @@ void addEcCreation(std::vector<Operation>& rows, const std::shared_ptr<InstantPl
         benchmark::DoNotOptimize(session->publicJwk());
         message->generate();
         benchmark::DoNotOptimize(message->privateJwk());
-        sealing->setKey(message->agree(*peer, info));
+        sealing->setSealingKey(message->agree(*peer, info));
         return sealing->seal(header, {}, creation->document);
     };
     require(bare().size() == creation->create().getDeviceData().size(), "createTransaction EC");
