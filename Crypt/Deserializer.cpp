@@ -17,8 +17,8 @@ constexpr const char* kFunction = "deserialize(_:fromCompactSerialization:)";
 
 } // namespace
 
-/// The last full stop is looked for from the end, so that the long part before it is read once, by its
-/// decoding, which finds those that are too many.
+/// Of a long text the last full stop is looked for from the end, so that the long part before it is read once,
+/// by its decoding, which finds those that are too many.
 void JOSEDeserializer::cut(std::string_view text, std::span<std::string_view> parts) {
     std::size_t index = 0;
     for (; index + 2 < parts.size(); ++index) {
@@ -27,7 +27,8 @@ void JOSEDeserializer::cut(std::string_view text, std::span<std::string_view> pa
         parts[index] = text.substr(0, dot);
         text.remove_prefix(dot + 1);
     }
-    const std::size_t dot = text.rfind('.');
+    constexpr std::size_t kLong = 4096;
+    const std::size_t dot = text.size() < kLong ? text.find('.') : text.rfind('.');
     if (dot == std::string_view::npos) refuseCount(static_cast<std::int64_t>(index) + 1);
     parts[index] = text.substr(0, dot);
     parts[index + 1] = text.substr(dot + 1);

@@ -41,7 +41,8 @@ struct SecKey::Material {
 
     private:
         Material& material_;
-        const std::pair<SecKeyOperationType, SecKeyAlgorithm> use_;
+        /// Where it comes from and goes back to; under the material's lock.
+        openssl::KeyContext* place_ = nullptr;
         openssl::KeyContext context_;
     };
 

@@ -145,17 +145,18 @@ Result transform(const SecKey& key, SecKeyOperationType operation, SecKeyAlgorit
 
 SecKey::Material::Context::Context(Material& material, SecKeyOperationType operation,
                                    SecKeyAlgorithm algorithm)
-    : material_(material), use_(operation, algorithm) {
+    : material_(material) {
     {
         const std::lock_guard lock(material_.mutex_);
-        context_ = std::move(material_.idle_[use_]);
+        place_ = &material_.idle_[{operation, algorithm}];
+        context_ = std::move(*place_);
     }
     if (!context_) context_ = makeContext(material_.key.get(), rowOf(operation), rowOf(algorithm));
 }
 
 SecKey::Material::Context::~Context() {
     const std::lock_guard lock(material_.mutex_);
-    material_.idle_.find(use_)->second.swap(context_);
+    place_->swap(context_);
 }
 
 bool SecKeyIsAlgorithmSupported(const SecKey& key, SecKeyOperationType operation, SecKeyAlgorithm algorithm) {
