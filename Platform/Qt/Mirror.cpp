@@ -88,7 +88,7 @@ bool Mirror::putAside(ViewItem& item, const UIView& from) {
     const auto turns = from.alternates();
     if (!view || std::ranges::find(turns, view) == turns.end()) return false;
     item.setVisible(false);
-    away_.try_emplace(view.get(), Away{seen_, from.traitCollection().userInterfaceStyle});
+    away_.try_emplace(view.get(), Away{seen_, from.traitCollection().userInterfaceStyle, seen_});
     return true;
 }
 
@@ -111,8 +111,7 @@ void Mirror::workAhead() {
         const auto view = job.away.lock();
         const bool isDone = ahead_.empty() || ahead_.back().away.lock() != view;
         const auto away = view && isDone ? away_.find(view.get()) : away_.end();
-        if (away != away_.end() && away->second.seen == 0)
-            away->second = {seen_, view->traitCollection().userInterfaceStyle};
+        if (away != away_.end() && away->second.seen == 0) away->second.seen = away->second.begun;
     }
 }
 
@@ -127,7 +126,7 @@ void Mirror::make(const Job& job) {
     item.setZ(job.level);
     if (view == away) {
         item.setVisible(false);
-        away_[view.get()] = {};
+        away_[view.get()] = {0, view->traitCollection().userInterfaceStyle, seen_};
     }
     const auto& subviews = view->subviews();
     for (std::size_t index = subviews.size(); index-- > 0;)
