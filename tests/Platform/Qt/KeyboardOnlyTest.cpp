@@ -84,11 +84,16 @@ TEST_F(KeyboardOnly, PlaysEveryKindAndLeavesTheApplicationAlone) {
 
 TEST_F(KeyboardOnly, PlaysAPageWhichGivesTheFocusBackAtItsEnds) {
     CRes cRes = screenCRes(UiType::HTML_OTHER);
-    cRes.acsHTML = encodedPage("<body style='background:#339966'><form action='https://emv3ds/challenge'>"
-                               "<input name=code autocomplete=off><button name=go>Send</button></form>");
+    cRes.acsHTML = encodedPage(
+        "<body style='background:#339966'><form action='https://emv3ds/challenge'>"
+        "<input name=code autocomplete=off onblur=\"document.body.style.background='#339966'\" "
+        "onfocus=\"document.body.style.background='#663399'\"><button name=go>Send</button></form>");
     const auto page = showAs<ChallengeWebViewController>(cRes);
     const QPoint ground = middleOf(*page->challengeWebView.get());
-    ASSERT_TRUE(waitFor([&] { return host->picture().pixelColor(ground) == QColor(0x33, 0x99, 0x66); }));
+    const auto isPainted = [&](QRgb color) {
+        return waitFor([&] { return host->picture().pixelColor(ground) == QColor(color); });
+    };
+    ASSERT_TRUE(isPainted(0x339966));
     const auto isOn = [&](const UIView& view) {
         return waitFor([&] {
             settle();
@@ -112,6 +117,7 @@ TEST_F(KeyboardOnly, PlaysAPageWhichGivesTheFocusBackAtItsEnds) {
     }
     play(">");
     EXPECT_TRUE(isOn(web));
+    EXPECT_TRUE(isPainted(0x663399)) << "the field has the focus";
     for (const char key : {'4', '2', '\r'})
         QTest::keyClick(&scene, key);
     EXPECT_TRUE(waitFor([&] { return !actions->calls.empty(); }));
