@@ -7,7 +7,6 @@
 #include <gmock/gmock.h>
 
 #include <functional>
-#include <future>
 
 namespace korvane {
 namespace {
@@ -94,26 +93,19 @@ TEST(SecKeyImport, PointsAndNumbersAreChecked) {
     EXPECT_FALSE(isMade([] { return SecKeyCreateWithRSAPrivateNumbers({}, Bytes{3}, Bytes{5}); }));
 }
 
-TEST(SecKeyUse, OneKeyServesManyThreads) {
-    const SecKey key = SecKeyCreateRandomKey(kEc, 256);
-    const SecKey publicKey = SecKeyCopyPublicKey(key);
-    constexpr auto kAlgorithm = kSecKeyAlgorithmECDSASignatureMessageX962SHA256;
-    const auto isRight = [&](std::uint8_t text) {
-        const Bytes signature = SecKeyCreateSignature(key, kAlgorithm, Bytes{text});
-        return SecKeyVerifySignature(publicKey, kAlgorithm, Bytes{text}, signature) &&
-               !SecKeyVerifySignature(publicKey, kAlgorithm, Bytes{0xFF}, signature) &&
-               SecKeyCopyKeyExchangeResult(key, publicKey).size() == 32;
+TEST(SecKeyImport, ReasonsAreThoseOfTheImport) {
+    Bytes longer = readPemAsDer(path("p256"));
+    longer.push_back(0);
+    const auto reason = [&longer] {
+        try {
+            static_cast<void>(SecKeyCreateWithPKCS8(longer));
+            return std::string();
+        } catch (const CFError& error) {
+            return error.localizedDescription();
+        }
     };
-    std::vector<std::future<bool>> threads;
-    for (std::uint8_t thread = 0; thread < 4; ++thread)
-        threads.push_back(std::async(std::launch::async, [&isRight, thread] {
-            bool areRight = true;
-            for (int time = 0; time < 20; ++time)
-                areRight = areRight && isRight(thread);
-            return areRight;
-        }));
-    for (auto& thread : threads)
-        EXPECT_TRUE(thread.get());
+    leaveOpenSSLError();
+    EXPECT_EQ(reason(), "The bytes are not one key.") << "no error of the application's own";
 }
 
 TEST(SecKeyImport, RsaExponentsThatMakeAnythingASignatureAreRefused) {

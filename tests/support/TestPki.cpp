@@ -3,6 +3,7 @@
 #include "Crypt/DataExtensions.h"
 
 #include <openssl/core_names.h>
+#include <openssl/err.h>
 #include <openssl/evp.h>
 #include <openssl/params.h>
 #include <openssl/x509.h>
@@ -112,6 +113,10 @@ std::string TestIdentity::base64() const {
 
 TestIdentity TestIdentity::issue(const CertificateFields& fields) const {
     return make(fields, this);
+}
+
+void leaveOpenSSLError() {
+    ERR_raise(ERR_LIB_EVP, ERR_R_MALLOC_FAILURE);
 }
 
 TestIdentity selfSigned(const CertificateFields& fields) {

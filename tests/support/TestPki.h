@@ -42,6 +42,9 @@ struct TestIdentity {
     [[nodiscard]] TestIdentity issue(const CertificateFields& fields) const;
 };
 
+/// As an application leaves one that uses OpenSSL too.
+void leaveOpenSSLError();
+
 [[nodiscard]] TestIdentity selfSigned(const CertificateFields& fields);
 
 /// The fields of an authority.
