@@ -1,5 +1,6 @@
 #include "Platform/Headless/HeadlessPlatform.h"
 #include "Platform/Security/SecTrust.h"
+#include "tests/support/CannedServer.h"
 #include "tests/support/TestPki.h"
 
 #include <gmock/gmock.h>
@@ -12,6 +13,8 @@
 
 namespace korvane {
 namespace {
+
+constexpr Seconds kLong{60};
 
 /// What several threads may use at once: the thread sanitizer judges it.
 TEST(NativeThreads, OneKeyAndOneChainServeMany) {
@@ -75,8 +78,37 @@ TEST(NativeThreads, WorkWaitsForThoseThatThereAreWhereNoneCanBeMade) {
     };
     platform.makeURLSession({})->dataTask({*URL::make("http://127.0.0.1/")}, end)->resume();
     for (int count = 0; count < 6; ++count)
-        ASSERT_EQ(ended->wait(Seconds{60}), DispatchTimeoutResult::success);
+        ASSERT_EQ(ended->wait(kLong), DispatchTimeoutResult::success);
     EXPECT_NE(error.value_or(""), "");
+}
+
+/// Answers do not need one of those that wait for them.
+TEST(NativeThreads, AllThatThereMayBeCanWaitForAnswersAtOnce) {
+    constexpr int kMost = 64;
+    const CannedServer server("HTTP/1.1 200 OK\r\nConnection: close\r\n\r\nanswer");
+    HeadlessPlatform platform;
+    Dispatch& dispatch = platform.dispatch();
+    const auto session = platform.makeURLSession({});
+    const auto running = dispatch.makeSemaphore(0), go = dispatch.makeSemaphore(0),
+               ended = dispatch.makeSemaphore(0);
+    std::atomic<int> answered = 0;
+    for (int count = 0; count < kMost; ++count)
+        dispatch.globalQueue().async([&] {
+            const auto answer = dispatch.makeSemaphore(0);
+            running->signal();
+            static_cast<void>(go->wait(kLong));
+            session->dataTask({*URL::make(server.url())}, [answer](auto, auto) { answer->signal(); })
+                ->resume();
+            answered += answer->wait(Seconds{20}) == DispatchTimeoutResult::success;
+            ended->signal();
+        });
+    for (int count = 0; count < kMost; ++count)
+        ASSERT_EQ(running->wait(kLong), DispatchTimeoutResult::success);
+    for (int count = 0; count < kMost; ++count)
+        go->signal();
+    for (int count = 0; count < kMost; ++count)
+        ASSERT_EQ(ended->wait(kLong), DispatchTimeoutResult::success);
+    EXPECT_EQ(answered, kMost);
 }
 
 } // namespace
