@@ -7,8 +7,8 @@
 
 namespace korvane::acs {
 
-/// A PNG image (RFC 2083) of one colour: `issuer` or `ps`, at one of three densities,
-/// as in `issuer-high.png`.
+/// The mark of an invented bank (`issuer`) or scheme (`ps`) as a PNG image (RFC 2083) on nothing, which stands on
+/// light and on dark, at one of three densities, as in `issuer-high.png`.
 /// @return no value for another name.
 [[nodiscard]] std::optional<Bytes> makeLogo(std::string_view name);
 
