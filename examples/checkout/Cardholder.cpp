@@ -88,11 +88,14 @@ void Cardholder::tapItem(const QString& name) {
         const QQuickItem* found = item(name);
         return found ? found->mapToScene(found->boundingRect().center()) : QPointF();
     };
-    const QRectF device = host_.mapRectToScene(host_.boundingRect());
-    const bool isOnDevice = device.left() <= place().x() && place().x() <= device.right();
-    const auto distance = [&] { return place().y() - device.center().y(); };
-    const auto isInSight = [&] { return std::abs(distance()) < device.height() * 0.4; };
-    if (isOnDevice) reveal(what, isInSight, distance);
+    const auto distance = [&] { return place().y() - host_.mapToScene(host_.boundingRect().center()).y(); };
+    const auto isInSight = [this, &name, &place] {
+        const QQuickItem* around = item(name);
+        while (around && (!around->clip() || around->contains(around->mapFromScene(place()))))
+            around = around->parentItem();
+        return !around;
+    };
+    reveal(what, isInSight, distance);
     hand_.tap(place());
 }
 
@@ -102,6 +105,29 @@ void Cardholder::typeInto(const QString& name, const QString& text) {
         const QQuickItem* found = item(name);
         return found && found->hasActiveFocus();
     });
+    hand_.type(text);
+}
+
+void Cardholder::goTo(const QString& name) {
+    constexpr int kMostSteps = 40;
+    const auto isThere = [this, &name] {
+        const QQuickItem* found = item(name);
+        return found && found->hasActiveFocus();
+    };
+    waitUntil("the shop's control " + name.toStdString(), [this, &name] { return item(name) != nullptr; });
+    for (int steps = 0; !isThere(); ++steps) {
+        if (steps == kMostSteps) throw Stuck("the tabulator to reach " + name.toStdString());
+        hand_.press(Qt::Key_Tab);
+    }
+}
+
+void Cardholder::enterItem(const QString& name) {
+    goTo(name);
+    hand_.press(Qt::Key_Return);
+}
+
+void Cardholder::typeIntoByKeys(const QString& name, const QString& text) {
+    goTo(name);
     hand_.type(text);
 }
 

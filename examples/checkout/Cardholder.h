@@ -31,7 +31,13 @@ public:
     // On the shop's pages, by the names of their items.
 
     void tapItem(const QString& name);
+    /// Goes there by the tabulator alone and presses Enter.
+    void enterItem(const QString& name);
+    /// Whether there is such a control at all.
+    [[nodiscard]] bool hasItem(const QString& name) const { return item(name) != nullptr; }
     void typeInto(const QString& name, const QString& text);
+    /// As above, by keys alone.
+    void typeIntoByKeys(const QString& name, const QString& text);
 
     // On the library's screens.
 
@@ -67,6 +73,7 @@ public:
     [[nodiscard]] KorvaneHost& host() const noexcept { return host_; }
 
 private:
+    void goTo(const QString& name);
     [[nodiscard]] QQuickItem* item(const QString& name) const;
     [[nodiscard]] std::shared_ptr<UIView> reachable(const std::string& label) const;
     [[nodiscard]] QPointF placeOf(const UIView& view) const;

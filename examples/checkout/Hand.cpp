@@ -33,6 +33,10 @@ void Hand::drag(QPointF from, QPointF to) {
     QTest::touchEvent(&window_, screen_.get()).release(kFinger, to.toPoint(), &window_);
 }
 
+void Hand::press(Qt::Key key) {
+    QTest::keyClick(&window_, key);
+}
+
 void Hand::type(const QString& text) {
     for (const QChar character : text)
         QTest::keyClick(&window_, character.toLatin1());

@@ -16,6 +16,7 @@ public:
     void tap(QPointF place);
     /// Puts a finger down, moves it, and lifts it where it came to rest.
     void drag(QPointF from, QPointF to);
+    void press(Qt::Key key);
     /// Types on the machine's own keyboard.
     void type(const QString& text);
 

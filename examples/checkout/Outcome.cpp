@@ -37,7 +37,7 @@ QString text(const std::string& bytes) {
 
 Outcome frictionlessOutcome() {
     return {.ending = "frictionless Y",
-            .isPaid = true,
+            .mood = Mood::paid,
             .title = kPaid,
             .words = "Your bank knows enough and asked for nothing more.",
             .facts = {{"Ending", "no challenge"}}};
@@ -51,7 +51,7 @@ Outcome outcomeOf(const CompletionEvent& event) {
     const bool isPaid = isKnown && row->isPaid;
     const QString words = isKnown ? QString::fromUtf8(row->words) : "Your bank's answer has no meaning here.";
     return {.ending = "completed " + status,
-            .isPaid = isPaid,
+            .mood = isPaid ? Mood::paid : Mood::refused,
             .title = isPaid ? kPaid : kNotPaid,
             .words = isPaid ? words : words + kNoCharge,
             .facts = {{"Ending", "completed"},
@@ -61,8 +61,10 @@ Outcome outcomeOf(const CompletionEvent& event) {
 
 Outcome cancelledOutcome() {
     return {.ending = "cancelled",
+            .mood = Mood::calm,
             .title = "Cancelled",
-            .words = "You left your bank's question unanswered." + kNoCharge,
+            .words = "You went back before the payment was confirmed." + kNoCharge +
+                     " Your cart is as you left it.",
             .facts = {{"Ending", "cancelled"}}};
 }
 

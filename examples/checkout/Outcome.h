@@ -10,12 +10,15 @@
 
 namespace korvane::checkout {
 
+/// What a person feels about an ending: it went well, they wanted it so, or it went wrong.
+enum class Mood { paid, calm, refused };
+
 /// How a payment ended: for people, and for whoever compares.
 struct Outcome {
     /// The library's own name of the ending, with what tells it from its kin: "completed
     /// Y", "protocolError 101".
     QString ending;
-    bool isPaid = false;
+    Mood mood = Mood::refused;
     QString title;
     QString words;
     /// What the library reported, name by name.

@@ -5,8 +5,7 @@
 #include <QDir>
 
 #include <algorithm>
-
-#include <unistd.h>
+#include <cstdio>
 
 namespace korvane::checkout {
 
@@ -42,20 +41,18 @@ std::string playList() {
 }
 
 Player::Player(QQuickWindow& window, Shop& shop, QString shots)
-    : shop_(shop), cardholder_(window, made(std::move(shots))),
-      report_(::fdopen(::dup(STDOUT_FILENO), "w"), &std::fclose) {
-    if (!report_ || ::dup2(STDERR_FILENO, STDOUT_FILENO) < 0) throw Stuck("a standard output");
-}
+    : shop_(shop), cardholder_(window, made(std::move(shots))) {}
 
 void Player::say(const Play& play, const std::string& how) {
-    std::fprintf(report_.get(), "%-14s%-24s%-9s%-9s%s\n", play.name, play.kind, play.theme,
-                 play.hold == Hold::lying ? "lying" : "upright", how.c_str());
-    std::fflush(report_.get());
+    std::printf("%-14s%-24s%-9s%-9s%s\n", play.name, play.kind, play.theme,
+                play.hold == Hold::lying ? "lying" : "upright", how.c_str());
+    std::fflush(stdout);
 }
 
 bool Player::play(const std::vector<std::string>& names) {
+    const bool isFromTheFirst = std::ranges::find(names, allPlays().front().name) != names.end();
     cardholder_.beginPayment("window");
-    cardholder_.shootWindow("shop");
+    if (isFromTheFirst) cardholder_.shootWindow("shop");
     bool isGood = true;
     for (const Play& play : allPlays()) {
         const bool isWanted = std::ranges::find(names, play.name) != names.end();
@@ -80,38 +77,53 @@ bool Player::play(const std::vector<std::string>& names) {
 
 void Player::pay(const Play& play) {
     prepare(play);
-    cardholder_.tapItem("toCard");
+    use(play, "toCard");
     fillForm(play);
-    cardholder_.tapItem("pay");
+    use(play, "pay");
     play.act(cardholder_);
     Cardholder::waitUntil(
         "the result", [this] { return shop_.page() == Shop::ResultPage; }, kLongestPayment);
     Cardholder::waitUntil("the screens to go", [this] { return !cardholder_.host().isActive(); });
     cardholder_.shoot("result");
-    cardholder_.tapItem("startOver");
+    use(play, "startOver");
     Cardholder::waitUntil("the cart", [this] { return shop_.page() == Shop::CartPage; });
 }
 
-/// By the panel's own buttons.
+bool Player::isByKeys(const Play& play) {
+    return findCardNamed(play.card)->flow == Flow::frictionless;
+}
+
+void Player::use(const Play& play, const QString& name) {
+    isByKeys(play) ? cardholder_.enterItem(name) : cardholder_.tapItem(name);
+}
+
+/// By the panel's own buttons; a window too small for the panel stays as it is.
 void Player::prepare(const Play& play) {
     cardholder_.beginPayment(play.name);
-    if (shop_.isLandscape() != (play.hold == Hold::lying)) cardholder_.tapItem("turn");
-    cardholder_.tapItem("theme:" + QString::number(themeNamed(play.theme)));
-    Cardholder::waitUntil("the theme", [this, &play] { return shop_.theme() == themeNamed(play.theme); });
+    if (cardholder_.hasItem("turn")) {
+        if (shop_.isLandscape() != (play.hold == Hold::lying)) use(play, "turn");
+        use(play, "theme:" + QString::number(themeNamed(play.theme)));
+        Cardholder::waitUntil("the theme", [this, &play] { return shop_.theme() == themeNamed(play.theme); });
+    }
     cardholder_.shoot("cart");
 }
 
 /// A card without a challenge is typed, so that the form's fields are played too; the others are chosen.
 void Player::fillForm(const Play& play) {
-    const Card& card = *findCardNamed(play.card);
-    if (card.flow == Flow::frictionless) {
-        cardholder_.typeInto("number", card.number);
-        cardholder_.typeInto("expiry", "1239");
+    if (isByKeys(play)) {
+        fillFormByKeys(*findCardNamed(play.card));
     } else {
-        cardholder_.tapItem("card:" + QString(card.name));
+        cardholder_.tapItem("card:" + QString(play.card));
     }
     Cardholder::waitUntil("a form that can be paid", [this] { return shop_.canPay(); });
     cardholder_.shoot("card");
+}
+
+/// What is no month and no year does not get into the field.
+void Player::fillFormByKeys(const Card& card) {
+    cardholder_.typeIntoByKeys("number", card.number);
+    cardholder_.typeIntoByKeys("expiry", "90/00a9b39");
+    Cardholder::waitUntil("the expiry 09/39", [this] { return shop_.expiry() == "09/39"; });
 }
 
 } // namespace korvane::checkout

@@ -2,8 +2,6 @@
 
 #include "examples/checkout/Plays.h"
 
-#include <cstdio>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -15,8 +13,7 @@ namespace korvane::checkout {
 /// The names, for people.
 [[nodiscard]] std::string playList();
 
-/// Plays payments in the shop's window, one after the other, and writes a line for each to standard output,
-/// which is its own from then on: what the library writes there goes to standard error.
+/// Plays payments in the shop's window, one after the other, and writes a line for each to standard output.
 class Player {
 public:
     /// @param shots  the folder for pictures; it is made if it is missing.
@@ -29,13 +26,17 @@ public:
 
 private:
     void pay(const Play& play);
+    /// Whether a payment is made without a finger.
+    [[nodiscard]] static bool isByKeys(const Play& play);
+    /// Presses a control of the shop.
+    void use(const Play& play, const QString& name);
     void prepare(const Play& play);
     void fillForm(const Play& play);
+    void fillFormByKeys(const Card& card);
     void say(const Play& play, const std::string& how);
 
     Shop& shop_;
     Cardholder cardholder_;
-    std::unique_ptr<std::FILE, int (*)(std::FILE*)> report_;
 };
 
 } // namespace korvane::checkout

@@ -19,14 +19,15 @@ struct Line {
     const char* name;
     const char* detail;
     int cents;
-    const char* colour;
+    /// A drawing's name.
+    const char* picture;
 };
 
 constexpr std::array<Line, 4> kLines{{
-    {"Stoneware teapot", "0.8 l, slate blue", 3850, "#5F7A8C"},
-    {"Linen tea towel", "2 pieces, natural", 1920, "#C9B48F"},
-    {"Assam, loose leaf", "250 g", 1400, "#8A5A3C"},
-    {"Delivery", "two working days", 490, "#A8B3A2"},
+    {"Stoneware teapot", "0.8 l, slate blue", 3850, "teapot"},
+    {"Linen tea towel", "2 pieces, natural", 1920, "towel"},
+    {"Assam, loose leaf", "250 g", 1400, "tea"},
+    {"Delivery", "two working days", 490, "parcel"},
 }};
 
 QString price(int cents) {
@@ -46,12 +47,33 @@ bool isFuture(const QString& expiry) {
     return last > QDate::currentDate();
 }
 
-/// What is typed, with the slash behind the month.
-QString expiryText(const QString& typed) {
-    constexpr qsizetype kMonth = 2;
-    constexpr qsizetype kAll = 4;
-    const QString digits = digitsOf(typed).left(kAll);
-    return digits.size() > kMonth ? digits.left(kMonth) + u'/' + digits.mid(kMonth) : digits;
+constexpr qsizetype kNumberDigits = 16;
+constexpr qsizetype kExpiryCharacters = 5;
+
+/// No value for what no card number begins with.
+std::optional<QString> numberFrom(const QString& typed) {
+    static const QRegularExpression form("^[0-9 ]*$");
+    const QString digits = digitsOf(typed);
+    if (!form.match(typed).hasMatch() || digits.size() > kNumberDigits) return std::nullopt;
+    return groupedNumber(digits);
+}
+
+/// With the slash behind the month; no value for what no month and year begin with.
+std::optional<QString> expiryFrom(const QString& typed) {
+    static const QRegularExpression form("^(?:[01]?|(0[1-9]|1[0-2])(/?[0-9]{0,2}))$");
+    const auto match = form.match(typed);
+    if (!match.hasMatch()) return std::nullopt;
+    const QString year = digitsOf(match.captured(2));
+    return year.isEmpty() ? typed : match.captured(1) + u'/' + year;
+}
+
+QString pictureOf(Mood mood) {
+    switch (mood) {
+    case Mood::paid: return "paid";
+    case Mood::calm: return "calm";
+    case Mood::refused: return "refused";
+    }
+    return {};
 }
 
 } // namespace
@@ -72,7 +94,7 @@ QVariantList Shop::lines() const {
         lines.append(QVariantMap{{"name", line.name},
                                  {"detail", line.detail},
                                  {"price", price(line.cents)},
-                                 {"colour", line.colour}});
+                                 {"picture", line.picture}});
     return lines;
 }
 
@@ -92,12 +114,17 @@ QVariantList Shop::cards() const {
 }
 
 QString Shop::hint() const {
-    constexpr qsizetype kDigits = 16;
-    if (digitsOf(number_).size() < kDigits) return "Sixteen digits, as on the front of the card.";
+    if (digitsOf(number_).size() < kNumberDigits) return "Sixteen digits, as on the front of the card.";
     const Card* card = findCard(number_);
     if (!card) return "This shop takes its own test cards only.";
-    if (!isFuture(expiry_)) return "Month and year that the card is good until, as in 12/39.";
-    return card->advice;
+    if (isFuture(expiry_)) return card->advice;
+    return expiry_.size() < kExpiryCharacters ? "Month and year that the card is good until, as in 12/39."
+                                              : "This card is good no more.";
+}
+
+bool Shop::hintWarns() const {
+    if (digitsOf(number_).size() < kNumberDigits) return false;
+    return !findCard(number_) || (expiry_.size() == kExpiryCharacters && !isFuture(expiry_));
 }
 
 bool Shop::canPay() const {
@@ -108,8 +135,11 @@ QVariantMap Shop::result() const {
     QVariantList facts;
     for (const auto& [name, value] : outcome_.facts)
         facts.append(QVariantMap{{"name", name}, {"value", value}});
-    return {
-        {"isPaid", outcome_.isPaid}, {"title", outcome_.title}, {"words", outcome_.words}, {"facts", facts}};
+    return {{"picture", pictureOf(outcome_.mood)},
+            {"title", outcome_.title},
+            {"words", outcome_.words},
+            {"wayOn", outcome_.mood == Mood::paid ? "Back to the shop" : "Back to your cart"},
+            {"facts", facts}};
 }
 
 QStringList Shop::themes() const {
@@ -134,16 +164,16 @@ bool Shop::isChallengeBarDark() const noexcept {
 // What is asked for.
 
 void Shop::setNumber(const QString& number) {
-    const QString grouped = groupedNumber(number);
-    if (number_ == grouped) return;
-    number_ = grouped;
+    const auto taken = numberFrom(number);
+    if (!taken || number_ == *taken) return;
+    number_ = *taken;
     emit formChanged();
 }
 
 void Shop::setExpiry(const QString& expiry) {
-    const QString text = expiryText(expiry);
-    if (expiry_ == text) return;
-    expiry_ = text;
+    const auto taken = expiryFrom(expiry);
+    if (!taken || expiry_ == *taken) return;
+    expiry_ = *taken;
     emit formChanged();
 }
 

@@ -15,7 +15,7 @@ namespace korvane::checkout {
 class Shop final : public QObject {
     Q_OBJECT
     Q_PROPERTY(int page READ page NOTIFY pageChanged)
-    /// The cart: `name`, `detail`, `price`, `colour` each.
+    /// The cart: `name`, `detail`, `price`, `picture` each.
     Q_PROPERTY(QVariantList lines READ lines CONSTANT)
     Q_PROPERTY(QString total READ total CONSTANT)
     /// The test cards: `name`, `number`, `title`, `advice` each.
@@ -24,8 +24,10 @@ class Shop final : public QObject {
     Q_PROPERTY(QString expiry READ expiry WRITE setExpiry NOTIFY formChanged)
     /// What the card of the number does, or what is wrong with the form.
     Q_PROPERTY(QString hint READ hint NOTIFY formChanged)
+    /// Whether the hint tells of something wrong that stands there in full.
+    Q_PROPERTY(bool hintWarns READ hintWarns NOTIFY formChanged)
     Q_PROPERTY(bool canPay READ canPay NOTIFY formChanged)
-    /// The result: `isPaid`, `title`, `words`, and `facts` with `name` and `value` each.
+    /// The result: `picture`, `title`, `words`, `wayOn` (its button's text), and `facts` with `name` and `value` each.
     Q_PROPERTY(QVariantMap result READ result NOTIFY pageChanged)
     Q_PROPERTY(QStringList themes READ themes CONSTANT)
     Q_PROPERTY(int theme READ theme WRITE setTheme NOTIFY themeChanged)
@@ -44,10 +46,13 @@ public:
     [[nodiscard]] QString total() const;
     [[nodiscard]] QVariantList cards() const;
     [[nodiscard]] const QString& number() const noexcept { return number_; }
+    /// Takes the digits of a number that is not too long, with blanks or without; refuses all else.
     void setNumber(const QString& number);
     [[nodiscard]] const QString& expiry() const noexcept { return expiry_; }
+    /// Takes what a month and a year can begin with, with the slash or without; refuses all else.
     void setExpiry(const QString& expiry);
     [[nodiscard]] QString hint() const;
+    [[nodiscard]] bool hintWarns() const;
     [[nodiscard]] bool canPay() const;
     [[nodiscard]] QVariantMap result() const;
     [[nodiscard]] const Outcome& outcome() const noexcept { return outcome_; }

@@ -10,7 +10,7 @@ namespace korvane::checkout {
 namespace {
 
 constexpr int kBarSize = 17;
-constexpr int kHeadingSize = 19;
+constexpr int kHeadingSize = 20;
 constexpr int kButtonSize = 17;
 constexpr int kCodeSize = 22;
 constexpr const char* kCancel = "Cancel";
@@ -18,19 +18,19 @@ constexpr double kRegular = 0;
 constexpr double kMedium = 230;
 constexpr double kSemibold = 300;
 
-constexpr Palette kTarnbeck{.bar = "#12343B",
-                            .onBar = "#F6F3EE",
-                            .page = "#F6F3EE",
-                            .heading = "#12343B",
-                            .text = "#2B3A3F",
-                            .quiet = "#57676B",
+constexpr Palette kTarnbeck{.bar = "#0F4C46",
+                            .onBar = "#FFFFFF",
+                            .page = "#F4F8F6",
+                            .heading = "#0F3B37",
+                            .text = "#24393A",
+                            .quiet = "#4F6466",
                             .accent = "#1F7A6D",
                             .onAccent = "#FFFFFF",
                             .pressed = "#165A50",
                             .field = "#FFFFFF",
                             .border = "#8FA3A0",
-                            .headingFont = "DejaVu Serif",
-                            .cornerRadius = 24,
+                            .headingFont = "System",
+                            .cornerRadius = 14,
                             .title = "Tarnbeck Bank",
                             .boxChecked = "BoxChecked",
                             .boxUnchecked = "BoxUnchecked"};
@@ -155,6 +155,13 @@ std::shared_ptr<const UiCustomization> onlyTitle(const char* title) {
 
 std::span<const Theme> allThemes() {
     return kThemes;
+}
+
+std::vector<std::string> themeNames() {
+    std::vector<std::string> names;
+    for (const Theme& theme : kThemes)
+        names.emplace_back(theme.name);
+    return names;
 }
 
 int themeNamed(const QString& name) {

@@ -6,6 +6,8 @@
 
 #include <memory>
 #include <span>
+#include <string>
+#include <vector>
 
 namespace korvane::checkout {
 
@@ -49,6 +51,8 @@ struct Theme {
 };
 
 [[nodiscard]] std::span<const Theme> allThemes();
+
+[[nodiscard]] std::vector<std::string> themeNames();
 
 /// The index of a theme, by its name; -1 for none.
 [[nodiscard]] int themeNamed(const QString& name);

@@ -4,6 +4,8 @@
 #include "Ui/Screens/PreventScreenRecording.h"
 #include "examples/checkout/Player.h"
 #include "examples/checkout/Shop.h"
+#include "examples/checkout/Terminal.h"
+#include "examples/checkout/Themes.h"
 
 #include <CLI/CLI.hpp>
 
@@ -29,6 +31,9 @@ struct Options {
     std::string shots = "shots";
     std::vector<std::string> plays;
     bool isQuick = false;
+    std::vector<std::size_t> part{1, 1};
+    std::vector<int> size{1220, 940};
+    std::string look = "default";
     std::string acs = KORVANE_ACS;
 };
 
@@ -38,6 +43,17 @@ void define(CLI::App& app, Options& options) {
     app.add_option("--shots", options.shots, "The folder for the pictures.")->capture_default_str();
     app.add_option("--play", options.plays, "Only these payments.")->check(CLI::IsMember(playNames()));
     app.add_flag("--quick", options.isQuick, "Without the payment that waits for a minute.");
+    app.add_option("--part", options.part,
+                   "Of the payments those of one part: \"2 4\" is the second of four.")
+        ->expected(2)
+        ->check(CLI::PositiveNumber);
+    app.add_option("--size", options.size, "Width and height of the window; a small one is a phone itself.")
+        ->expected(2)
+        ->check(CLI::PositiveNumber)
+        ->capture_default_str();
+    app.add_option("--look", options.look, "How it looks at first.")
+        ->capture_default_str()
+        ->check(CLI::IsMember(themeNames()));
     app.add_option("--acs", options.acs, "The program that plays the bank.")
         ->capture_default_str()
         ->check(CLI::ExistingFile);
@@ -49,9 +65,6 @@ void define(CLI::App& app, Options& options) {
 void goOffscreen() {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("QT_QUICK_BACKEND", "software");
-    // The browser engine tells at length that there is no graphics card.
-    if (!qEnvironmentVariableIsSet("QT_LOGGING_RULES"))
-        qputenv("QT_LOGGING_RULES", "qt.webenginecontext*=false");
 }
 
 /// The window with the shop, and what happens in it.
@@ -78,7 +91,7 @@ public:
 private:
     void open(const AcsSite& site) {
         platform_.addCertificateAuthorities(std::string(asText(contentsOfFile(site.tlsRoot.toStdString()))));
-        constexpr QSize kWindow{1220, 940};
+        shop_.setTheme(themeNamed(QString::fromStdString(options_.look)));
         view_.setInitialProperties({{"shop", QVariant::fromValue(&shop_)}});
         view_.setResizeMode(QQuickView::SizeRootObjectToView);
         view_.setTitle("Kettle & Pine");
@@ -87,7 +100,7 @@ private:
             giveUp(view_.errors().isEmpty() ? "The pages do not load." : view_.errors().front().toString());
             return;
         }
-        view_.resize(kWindow);
+        view_.resize(options_.size[0], options_.size[1]);
         view_.show();
         if (options_.isOffscreen) QTimer::singleShot(0, &view_, [this] { play(); });
     }
@@ -105,6 +118,9 @@ private:
     [[nodiscard]] std::vector<std::string> wanted() const {
         std::vector<std::string> names = options_.plays.empty() ? playNames() : options_.plays;
         if (options_.isQuick) std::erase(names, slowPlay());
+        std::size_t place = 0;
+        std::erase_if(names,
+                      [&](const std::string&) { return place++ % options_.part[1] != options_.part[0] - 1; });
         return names;
     }
 
@@ -122,6 +138,7 @@ private:
 };
 
 int run(int& argc, char** argv, const Options& options) {
+    quietenTerminal();
     if (options.isOffscreen) goOffscreen();
     QtPlatform::prepare();
     const QGuiApplication application(argc, argv);

@@ -13,6 +13,9 @@ Button {
     leftPadding: compact ? 0 : Look.space
     rightPadding: leftPadding
     opacity: enabled ? 1 : Look.faded
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
+    onPressed: Look.byKeys = false
 
     contentItem: Text {
         id: label
@@ -30,4 +33,6 @@ Button {
 
         Behavior on color { ColorAnimation { duration: Look.glide } }
     }
+
+    FocusRing { shown: action.visualFocus }
 }

@@ -12,6 +12,13 @@ ItemDelegate {
     implicitHeight: words.implicitHeight + 2 * Look.gap
     leftPadding: Look.gap
     rightPadding: Look.gap
+    focusPolicy: Qt.StrongFocus
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
+    onPressed: Look.byKeys = false
+    Accessible.role: Accessible.RadioButton
+    Accessible.checkable: true
+    Accessible.checked: chosen
     Accessible.name: title + ", " + number
 
     contentItem: Column {
@@ -38,4 +45,6 @@ ItemDelegate {
         radius: Look.radius
         color: choice.chosen || choice.down ? Look.chosen : "transparent"
     }
+
+    FocusRing { shown: choice.visualFocus; anchors.margins: 0 }
 }

@@ -8,10 +8,19 @@ Page {
     title: "Your card"
     hasBack: true
     backObject: "backToCart"
+    start: number.field
     onBack: shop.toCart()
+    foot {
+        text: "Pay " + shop.total
+        actionObject: "pay"
+        actionEnabled: shop.canPay
+        onClicked: shop.pay()
+    }
 
     first: [
         Entry {
+            id: number
+
             width: parent.width
             label: "Card number"
             value: page.shop.number
@@ -27,28 +36,20 @@ Page {
             fieldObject: "expiry"
             onEdited: (text) => page.shop.expiry = text
         },
-        Text {
+        Words {
             width: parent.width
             text: page.shop.hint
-            color: Look.quiet
-            wrapMode: Text.Wrap
+            color: page.shop.hintWarns ? Look.refused : Look.quiet
             font.pixelSize: Look.note
-        },
-        Action {
-            objectName: "pay"
-            width: parent.width
-            enabled: page.shop.canPay
-            text: "Pay " + page.shop.total
-            onClicked: page.shop.pay()
         }
     ]
 
     second: [
-        Text {
+        Words {
             width: parent.width
             text: "Test cards"
-            color: Look.text
             font { pixelSize: Look.heading; weight: Font.DemiBold }
+            Accessible.role: Accessible.Heading
         },
         Card {
             width: parent.width

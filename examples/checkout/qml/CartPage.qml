@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Layouts
 
 Page {
     id: page
@@ -7,52 +6,50 @@ Page {
     required property var shop
 
     title: "Kettle & Pine"
-
-    first: Card {
-        width: parent.width
-
-        Repeater {
-            model: page.shop.lines
-
-            Line {
-                required property var modelData
-
-                width: parent.width
-                name: modelData.name
-                detail: modelData.detail
-                price: modelData.price
-                colour: modelData.colour
-            }
-        }
+    foot {
+        amount: shop.total
+        text: "Go to payment"
+        actionObject: "toCard"
+        onClicked: shop.toCard()
     }
 
-    second: [
-        RowLayout {
+    first: [
+        Drawing {
+            visible: !page.lying
+            name: "table"
+            width: parent.width
+            height: width * Look.bannerShape
+        },
+        Card {
             width: parent.width
 
-            Text {
-                Layout.fillWidth: true
-                text: "Total"
-                color: Look.text
-                font { pixelSize: Look.heading; weight: Font.DemiBold }
+            Repeater {
+                model: page.shop.lines
+
+                Line {
+                    required property var modelData
+
+                    width: parent.width
+                    name: modelData.name
+                    detail: modelData.detail
+                    price: modelData.price
+                    picture: modelData.picture
+                }
             }
-            Text {
-                text: page.shop.total
-                color: Look.text
-                font { pixelSize: Look.heading; weight: Font.DemiBold }
-            }
-        },
-        Action {
-            objectName: "toCard"
+        }
+    ]
+
+    second: [
+        Drawing {
+            visible: page.lying
+            name: "table"
             width: parent.width
-            text: "Go to payment"
-            onClicked: page.shop.toCard()
+            height: width * Look.bannerShape
         },
-        Text {
+        Words {
             width: parent.width
             text: "Nothing is sold here: this shop shows how an app pays through Korvane, with cards that are no cards."
             color: Look.quiet
-            wrapMode: Text.Wrap
             font.pixelSize: Look.note
         }
     ]

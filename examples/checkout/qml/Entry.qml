@@ -9,23 +9,27 @@ Column {
     required property string value
     property string placeholder: ""
     property string fieldObject: ""
+    readonly property alias field: field
 
     signal edited(string text)
 
     spacing: Look.tiny
 
     Text {
+        Accessible.ignored: true
         text: entry.label
         color: Look.quiet
         font.pixelSize: Look.note
     }
     TextField {
+        id: field
+
         objectName: entry.fieldObject
         width: parent.width
         implicitHeight: Math.max(Look.control, contentHeight + 2 * Look.gap)
         text: entry.value
         placeholderText: entry.placeholder
-        placeholderTextColor: Look.fieldRule
+        placeholderTextColor: Look.quiet
         color: Look.text
         selectionColor: Look.accent
         selectedTextColor: Look.accentInk
@@ -35,7 +39,13 @@ Column {
         verticalAlignment: TextInput.AlignVCenter
         font.pixelSize: Look.heading
         Accessible.name: entry.label
-        onTextEdited: entry.edited(text)
+        // What the shop refuses does not stay.
+        onTextEdited: {
+            entry.edited(text)
+            if (text !== entry.value) text = Qt.binding(() => entry.value)
+        }
+        onPressed: Look.byKeys = false
+        onAccepted: nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason)
 
         background: Rectangle {
             radius: Look.radius

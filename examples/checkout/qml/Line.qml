@@ -1,14 +1,18 @@
 import QtQuick
 
-// A line of the cart.
+// A line of the cart. Where it is narrow the price stands below the words.
 Item {
     id: line
 
     required property string name
     required property string detail
     required property string price
-    required property color colour
+    required property string picture
 
+    readonly property bool narrow: width < Look.leastLine * Look.body
+
+    Accessible.role: Accessible.StaticText
+    Accessible.name: name + ", " + detail + ", " + price
     implicitHeight: Math.max(swatch.height, words.height)
 
     Rectangle {
@@ -18,12 +22,17 @@ Item {
         width: Look.swatch
         height: Look.swatch
         radius: Look.radius
-        color: line.colour
+        color: Look.tile
+
+        Drawing {
+            anchors { fill: parent; margins: Look.tiny }
+            name: line.picture
+        }
     }
     Column {
         id: words
 
-        anchors { left: swatch.right; right: price.left; leftMargin: Look.gap; rightMargin: Look.gap; verticalCenter: parent.verticalCenter }
+        anchors { left: swatch.right; right: line.narrow ? parent.right : price.left; leftMargin: Look.gap; rightMargin: line.narrow ? 0 : Look.gap; verticalCenter: parent.verticalCenter }
         spacing: Look.thin
 
         Text {
@@ -40,11 +49,18 @@ Item {
             wrapMode: Text.Wrap
             font.pixelSize: Look.note
         }
+        Text {
+            visible: line.narrow
+            text: line.price
+            color: Look.text
+            font.pixelSize: Look.body
+        }
     }
     Text {
         id: price
 
         anchors { right: parent.right; verticalCenter: parent.verticalCenter }
+        visible: !line.narrow
         text: line.price
         color: Look.text
         font.pixelSize: Look.body

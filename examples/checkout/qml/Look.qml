@@ -8,6 +8,8 @@ QtObject {
     // Set by the stage that shows the shop.
     property bool dark: false
     property real textScale: 1
+    // Whether keys rather than fingers move about: then it shows what they are at.
+    property bool byKeys: false
 
     readonly property color page: dark ? "#14171A" : "#FAF8F5"
     readonly property color card: dark ? "#1E2226" : "#FFFFFF"
@@ -18,6 +20,8 @@ QtObject {
     readonly property color accentInk: dark ? "#0E1613" : "#FFFFFF"
     readonly property color pressed: dark ? "#7AA993" : "#245543"
     readonly property color chosen: dark ? "#223029" : "#E9F1ED"
+    readonly property color ring: dark ? "#E8C27A" : "#B4690E"
+    readonly property color tile: dark ? "#DCD8D0" : "#F1ECE3"
     readonly property color refused: dark ? "#E39C86" : "#A4492E"
     readonly property color field: dark ? "#191D20" : "#FFFFFF"
     readonly property color fieldRule: dark ? "#4A525A" : "#C9C3B9"
@@ -40,9 +44,13 @@ QtObject {
     readonly property int margin: 24
     readonly property int radius: 12
     readonly property int control: 50
-    readonly property int swatch: 44
+    readonly property int swatch: 64
     readonly property int spinner: 44
     readonly property int mark: 64
+    readonly property real bannerShape: 140 / 342
+    // In letters' heights; a narrower line of the cart has no room for words beside its price.
+    readonly property int leastLine: 16
+    readonly property real dimmed: 0.8
     readonly property int hair: 1
     readonly property int thin: 2
 
@@ -62,6 +70,8 @@ QtObject {
     // The device, in points, and what its system covers.
     readonly property int deviceShort: 390
     readonly property int deviceLong: 844
+    // A lower window has no room for a device with a bezel.
+    readonly property int leastFramed: 640
     readonly property int bezelWidth: 12
     readonly property int bezelRadius: 26
     readonly property int statusBar: 47

@@ -23,6 +23,9 @@ ColumnLayout {
         implicitHeight: Look.control
         text: panel.shop.landscape ? "Hold upright" : "Lay on its side"
         onClicked: panel.shop.turn()
+        onPressed: Look.byKeys = false
+        Keys.onReturnPressed: clicked()
+        Keys.onEnterPressed: clicked()
 
         contentItem: Text {
             text: turn.text
@@ -36,6 +39,8 @@ ColumnLayout {
             color: turn.down ? Look.room : Look.roomCard
             border { color: Look.roomRule; width: Look.hair }
         }
+
+        FocusRing { shown: turn.visualFocus }
     }
     Text {
         Layout.topMargin: Look.space
@@ -57,7 +62,14 @@ ColumnLayout {
             Layout.fillWidth: true
             implicitHeight: Look.control
             text: modelData
+            focusPolicy: Qt.StrongFocus
             onClicked: panel.shop.theme = index
+            onPressed: Look.byKeys = false
+            Keys.onReturnPressed: clicked()
+            Keys.onEnterPressed: clicked()
+            Accessible.role: Accessible.RadioButton
+            Accessible.checkable: true
+            Accessible.checked: chosen
 
             contentItem: Text {
                 text: theme.text
@@ -70,6 +82,8 @@ ColumnLayout {
                 color: theme.chosen ? Look.roomCard : "transparent"
                 border { color: Look.roomRule; width: theme.chosen ? Look.hair : 0 }
             }
+
+            FocusRing { shown: theme.visualFocus }
         }
     }
     Text {

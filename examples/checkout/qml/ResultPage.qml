@@ -7,42 +7,29 @@ Page {
     readonly property var result: shop.result
 
     title: result.title
+    foot {
+        text: result.wayOn
+        actionObject: "startOver"
+        onClicked: shop.startOver()
+    }
 
     first: [
-        Rectangle {
+        Drawing {
+            name: page.result.picture
             width: Look.mark
             height: Look.mark
-            radius: Look.mark / 2
-            color: page.result.isPaid ? Look.accent : Look.refused
-
-            Text {
-                anchors.centerIn: parent
-                text: page.result.isPaid ? "✓" : "×"
-                color: Look.accentInk
-                font { pixelSize: Look.mark / 2; weight: Font.DemiBold }
-            }
         },
-        Text {
+        Words {
             width: parent.width
             text: page.result.words
-            color: Look.text
-            wrapMode: Text.Wrap
-            font.pixelSize: Look.body
-        },
-        Action {
-            objectName: "startOver"
-            width: parent.width
-            text: "Back to the shop"
-            onClicked: page.shop.startOver()
         }
     ]
 
     second: [
-        Text {
+        Words {
             width: parent.width
             text: "What the library reported"
             color: Look.quiet
-            wrapMode: Text.Wrap
             font.pixelSize: Look.note
         },
         Card {
@@ -58,15 +45,15 @@ Page {
                     width: parent.width
                     spacing: Look.tiny
 
-                    Text {
+                    Words {
+                        width: parent.width
                         text: modelData.name
                         color: Look.quiet
                         font.pixelSize: Look.note
                     }
-                    Text {
+                    Words {
                         width: parent.width
                         text: modelData.value
-                        color: Look.text
                         wrapMode: Text.WrapAtWordBoundaryOrAnywhere
                         font.pixelSize: Look.note
                     }

@@ -7,15 +7,19 @@ Rectangle {
     id: stage
 
     required property var shop
+    required property bool framed
+    // What the device may take, its bezel included.
+    required property size room
 
-    readonly property bool lying: shop.landscape
-    readonly property int sideCover: lying ? Look.lyingSide : 0
-    readonly property int topCover: lying ? 0 : Look.statusBar
-    readonly property int bottomCover: lying ? Look.lyingHomeBar : Look.homeBar
+    readonly property bool lying: framed ? shop.landscape : room.width > room.height
+    readonly property int bezel: framed ? Look.bezelWidth : 0
+    readonly property int sideCover: framed && lying ? Look.lyingSide : 0
+    readonly property int topCover: framed && !lying ? Look.statusBar : 0
+    readonly property int bottomCover: !framed ? 0 : lying ? Look.lyingHomeBar : Look.homeBar
 
-    width: screen.width + 2 * Look.bezelWidth
-    height: screen.height + 2 * Look.bezelWidth
-    radius: Look.bezelRadius
+    width: screen.width + 2 * bezel
+    height: screen.height + 2 * bezel
+    radius: framed ? Look.bezelRadius : 0
     color: Look.bezel
 
     Binding { target: Look; property: "dark"; value: stage.shop.dark }
@@ -26,8 +30,8 @@ Rectangle {
 
         objectName: "screen"
         anchors.centerIn: parent
-        width: stage.lying ? Look.deviceLong : Look.deviceShort
-        height: stage.lying ? Look.deviceShort : Look.deviceLong
+        width: !stage.framed ? stage.room.width : stage.lying ? Math.min(Look.deviceLong, stage.room.width - 2 * stage.bezel) : Look.deviceShort
+        height: !stage.framed ? stage.room.height : stage.lying ? Look.deviceShort : Math.min(Look.deviceLong, stage.room.height - 2 * stage.bezel)
         color: Look.page
         clip: true
 
@@ -40,6 +44,8 @@ Rectangle {
                 rightMargin: stage.sideCover
             }
             currentIndex: stage.shop.page
+            // The library's screens have the keys while they stand.
+            enabled: !host.active
 
             CartPage { shop: stage.shop; lying: stage.lying }
             CardPage { shop: stage.shop; lying: stage.lying }
@@ -64,12 +70,13 @@ Rectangle {
         StatusBar {
             anchors { left: parent.left; right: parent.right; top: parent.top }
             height: stage.topCover
-            visible: !stage.lying
+            visible: stage.framed && !stage.lying
             ink: (host.active ? stage.shop.challengeBarDark : stage.shop.dark) ? Look.lightInk : Look.darkInk
         }
 
         Rectangle {
             anchors { horizontalCenter: parent.horizontalCenter; bottom: parent.bottom; bottomMargin: Look.small }
+            visible: stage.framed
             width: Look.indicatorLength
             height: Look.indicatorWidth
             radius: height / 2

@@ -39,21 +39,17 @@ Item {
                 running: page.visible
             }
         }
-        Text {
+        Words {
             Layout.fillWidth: true
             horizontalAlignment: Text.AlignHCenter
             text: "Asking your bank"
-            color: Look.text
-            wrapMode: Text.Wrap
             font { pixelSize: Look.heading; weight: Font.DemiBold }
         }
-        Text {
+        Words {
             Layout.fillWidth: true
             horizontalAlignment: Text.AlignHCenter
             text: "This takes a few seconds."
             color: Look.quiet
-            wrapMode: Text.Wrap
-            font.pixelSize: Look.body
         }
     }
 }
