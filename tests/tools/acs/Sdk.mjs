@@ -8,7 +8,7 @@ const base64url = (bytes) => Buffer.from(bytes).toString("base64url");
 const number = (value) => { const bytes = Buffer.alloc(4); bytes.writeUInt32BE(value); return bytes; };
 
 /** The Concat KDF (RFC 7518 section 4.6.2) with empty algorithm and party U. */
-export function deriveKey(privateKey, publicKey, partyVInfo) {
+function deriveKey(privateKey, publicKey, partyVInfo) {
   const party = Buffer.from(partyVInfo);
   const z = crypto.diffieHellman({ privateKey, publicKey });
   const info = [number(1), z, number(0), number(0), number(party.length), party, number(256)];
