@@ -19,10 +19,9 @@ namespace korvane {
 /// What a filling may do without.
 enum class Part {
     mainThread, ///< the main queue's work runs on the thread that made the platform
-    afterlife,  ///< objects outlive their platform, and defaults its restart
+    afterlife,  ///< objects outlive their platform
     network,    ///< requests reach the servers of this machine
-    renderer,   ///< the window is drawn, and fingers touch it
-    page        ///< a browser's engine is behind a `WKWebView`
+    renderer    ///< the window is drawn, and fingers touch it
 };
 
 /// A window that is drawn, as one who sits before it has it.
@@ -53,8 +52,6 @@ public:
     [[nodiscard]] virtual bool runUntil(const std::function<bool()>& condition) = 0;
     /// Ends the platform.
     virtual void end() = 0;
-    /// Makes another one in its place, for the same user.
-    virtual void restart() = 0;
     /// The screen has another size, and the device is held accordingly.
     virtual void setScreen(CGSize size) = 0;
     /// Null without `Part::renderer`.
@@ -67,10 +64,6 @@ class FillingOf : public Filling {
 public:
     [[nodiscard]] Platform& platform() override { return *platform_; }
     void end() override { platform_.reset(); }
-    void restart() override {
-        platform_.reset();
-        platform_.emplace();
-    }
 
 protected:
     std::optional<SomePlatform> platform_{std::in_place};

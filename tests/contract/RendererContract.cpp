@@ -1,15 +1,11 @@
 #include "Platform/View/DrawnPart.h"
 #include "Platform/View/UIButton.h"
-#include "Platform/View/UIImageView.h"
 #include "Platform/View/UILabel.h"
 #include "Platform/View/UIScrollView.h"
 #include "Platform/View/UITextField.h"
 #include "Platform/View/UITextView.h"
 #include "Platform/View/UIViewController.h"
-#include "Platform/View/UIVisualEffectView.h"
-#include "Platform/View/WKWebView.h"
 #include "tests/contract/Filling.h"
-#include "tests/support/LocalServer.h"
 
 namespace korvane {
 namespace {
@@ -19,7 +15,7 @@ constexpr unsigned kRed = 0xFF0000, kGreen = 0x00FF00, kBlue = 0x0000FF, kWhite 
 /// A white screen of 390 by 844 points that stands over the root of the window.
 class Drawn : public Contract {
 protected:
-    explicit Drawn(Part needed) : Contract(needed) {}
+    Drawn() : Contract(Part::renderer) {}
 
     void SetUp() override {
         Contract::SetUp();
@@ -45,7 +41,7 @@ protected:
     std::shared_ptr<UIView> screen;
 };
 
-KORVANE_CONTRACT(RendererContract, Drawn, Part::renderer);
+KORVANE_CONTRACT(RendererContract, Drawn);
 
 /// Each row changes what the one before it left; the places are looked at after each.
 TEST_P(RendererContract, TheWindowFollowsEveryChangeOfTheTree) {
@@ -108,12 +104,6 @@ TEST_P(RendererContract, EachKindShowsWhatIsItsOwn) {
     label->setText(endless);
     EXPECT_EQ(glass().textOf(*label), drawnPart(endless));
 
-    add<UIImageView>(*screen, {{0, 300}, {50, 50}})->setImage(UIImage::filled({5, 5}, UIColor::red()));
-    EXPECT_TRUE(runUntil([&] { return glass().colourAt({25, 325}) == kRed; }));
-    const auto veil = std::make_shared<UIVisualEffectView>(UIBlurEffectStyle::regular);
-    veil->setFrame({{0, 300}, {25, 50}});
-    screen->addSubview(veil);
-    EXPECT_NE(glass().colourAt({12, 325}), kRed) << "the veil lets through what lies behind it";
     const auto scroll = add<UIScrollView>(*screen, {{100, 300}, {50, 50}});
     scroll->setContentSize({50, 200});
     add(*scroll, {{0, 50}, {50, 50}}, UIColor::red());
@@ -179,78 +169,6 @@ TEST_P(RendererContract, FingersReachTheViewThatTheyCameDownOn) {
             glass().touch(point);
         EXPECT_EQ(std::exchange(view->heard, {}), heard);
     }
-}
-
-/// A page that fills the screen, and a delegate that keeps what it is asked and answers later. An engine may
-/// ask about the page's own text first, as "about:blank": that is let through.
-class Page : public Drawn, protected WKNavigationDelegate {
-protected:
-    explicit Page(Part needed) : Drawn(needed) {}
-
-    void SetUp() override {
-        Drawn::SetUp();
-        if (IsSkipped()) return;
-        page = add<WKWebView>(*screen, screen->bounds());
-        page->setNavigationDelegate(std::shared_ptr<WKNavigationDelegate>(page, this));
-    }
-    void webView(WKWebView&, const WKNavigationAction& action, const DecisionHandler& decide) override {
-        const URLRequest request = action.request.value_or(URLRequest{*URL::make("none:")});
-        const std::string address = request.url.absoluteString();
-        if (address.starts_with("about:")) return decide(WKNavigationActionPolicy::allow);
-        asked += request.httpMethod + " " + address + " " +
-                 std::string(asText(request.httpBody.value_or(Bytes())));
-        answer = decide;
-    }
-    /// What a page asks first.
-    std::string askedBy(const std::string& html) {
-        asked.clear();
-        page->loadHTMLString("<!doctype html>" + html);
-        static_cast<void>(glass().colourAt({0, 0})); // takes the page over
-        EXPECT_TRUE(runUntil([this] { return !asked.empty(); }));
-        return asked;
-    }
-
-    std::shared_ptr<WKWebView> page;
-    std::string asked;
-    DecisionHandler answer;
-};
-
-KORVANE_CONTRACT(PageContract, Page, Part::page);
-
-TEST_P(PageContract, IsDrawnAndTheDelegateIsAskedWithTheWholeRequestOfEachPage) {
-    page->loadHTMLString("<body style='background:#00ff00'>");
-    EXPECT_TRUE(runUntil([this] { return glass().colourAt({200, 400}) == kGreen; }));
-    const std::string link = "<a id=l href='https://no/link'>l</a><script>l.click()</script>",
-                      form = "<form id=f action='https://no/form' method=",
-                      rest = "><input name=a value='1 &amp; 2'></form><script>f.submit()</script>";
-    const std::pair<std::string, std::string> rows[] = {
-        {link, "GET https://no/link "},
-        {link, "GET https://no/link "}, // the same text is another page
-        {form + "post" + rest, "POST https://no/form a=1+%26+2"},
-        {form + "get" + rest, "GET https://no/form?a=1+%26+2 "},
-    };
-    for (const auto& [html, question] : rows)
-        EXPECT_EQ(askedBy(html), question);
-}
-
-TEST_P(PageContract, WhatIsAllowedLateIsDoneAndWhatIsRefusedOrBlockedIsNot) {
-    const LocalServer server(LocalServer::Transport::tls);
-    const auto count = [&server] { return server.received().size(); };
-    const std::string away = "<script>location = '" + server.url("/echo") + "'</script>";
-    const std::string picture =
-        "<img onerror=\"location = 'https://no/'\" src='" + server.url("/echo") + "'>";
-    askedBy(away);
-    answer(WKNavigationActionPolicy::cancel);
-    page->setBlockedAddress(server.url("/ECHO"));
-    askedBy(picture);
-    EXPECT_EQ(count(), 0U);
-    page->setBlockedAddress("");
-    askedBy(picture);
-    EXPECT_EQ(count(), 1U) << "the page is not what keeps it from the server";
-    askedBy(away);
-    EXPECT_EQ(count(), 1U);
-    answer(WKNavigationActionPolicy::allow);
-    EXPECT_TRUE(runUntil([&] { return count() == 2; }));
 }
 
 } // namespace

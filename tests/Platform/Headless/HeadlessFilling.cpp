@@ -8,8 +8,7 @@ namespace {
 class HeadlessFilling final : public FillingOf<HeadlessPlatform> {
 public:
     [[nodiscard]] const char* absence(Part part) const override {
-        const bool isDrawn = part == Part::renderer || part == Part::page;
-        return isDrawn ? "The headless filling draws nothing." : nullptr;
+        return part == Part::renderer ? "The headless filling draws nothing." : nullptr;
     }
     [[nodiscard]] bool runUntil(const std::function<bool()>& holds) override {
         const auto isLate = std::make_shared<bool>(false);

@@ -10,10 +10,6 @@ public:
     [[nodiscard]] Platform& platform() override { return scene_->platform; }
     [[nodiscard]] bool runUntil(const std::function<bool()>& holds) override { return Scene::waitFor(holds); }
     void end() override { scene_.reset(); }
-    void restart() override {
-        scene_.reset();
-        scene_.emplace();
-    }
     void setScreen(CGSize size) override { scene_->resize({"", size, {}}); }
     [[nodiscard]] Glass* glass() override { return this; }
 

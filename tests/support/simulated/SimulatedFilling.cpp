@@ -21,8 +21,7 @@ public:
         case Part::mainThread: return "Threads take turns with the work of a simulation.";
         case Part::afterlife: return "What a simulation made ends with it.";
         case Part::network: return "The network of a simulation is a script.";
-        case Part::renderer:
-        case Part::page: return "A simulation draws nothing.";
+        case Part::renderer: return "A simulation draws nothing.";
         }
         return nullptr;
     }
