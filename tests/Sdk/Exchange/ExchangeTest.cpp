@@ -2,20 +2,14 @@
 
 #include "Crypt/JWE.h"
 #include "Platform/LetterCase.h"
-#include "Sdk/Events/SdkError.h"
-#include "tests/support/Failures.h"
 #include "tests/support/Messages.h"
 #include "tests/support/PlayedAcs.h"
-#include "tests/support/RecordingLogger.h"
 #include "tests/support/SimulatedPlatform.h"
 
 #include <gmock/gmock.h>
 
 namespace korvane {
 namespace {
-
-using testing::Contains;
-using testing::HasSubstr;
 
 constexpr const char* kCanNotBuild = "Can not build CRes from decrypted data.";
 constexpr const char* kErroFromAcs = R"({"messageType":"Erro","errorCode":"402","errorDetail":"late"})";
@@ -139,15 +133,6 @@ TEST_F(ExchangeTest, FirstRequestIsSealedForTheAcsWithTheValuesOfTheTransaction)
     }
 }
 
-TEST_F(ExchangeTest, AcceptedResponseIsAllThatComesBack) {
-    answer(sealed(cRes()), Seconds{9.9});
-    EXPECT_EQ(send(), CReqSendingResult{.cres = CRes::decode(cRes().dump())});
-    const auto& sent = platform_.network().exchanges().at(0).request;
-    EXPECT_EQ(sent.url.absoluteString(), "https://acs.example/challenge");
-    EXPECT_EQ(sent.httpBody, toBytes("sealed request"));
-    EXPECT_EQ(timeouts(), 0);
-}
-
 TEST_F(ExchangeTest, EachWrongAnswerBecomesItsErrorAndDescription) {
     std::string repeated = cRes().dump();
     repeated.insert(1, R"("sdkTransID":"a","acsTransID":"b",)");
@@ -211,27 +196,6 @@ TEST_F(ExchangeTest, ErrorOfTheAcsIsTakenPlainAndSealed) {
     }
 }
 
-TEST_F(ExchangeTest, StepsBeforeThereAreParametersAreRefused) {
-    exchange_->setChallengeParameters(nullptr);
-    const char* const text = "Challenge parameters must be present.";
-    EXPECT_RAISES_SAYING(SdkErrorCase::InvalidInputException, text, exchange_->getInitCReqData());
-    EXPECT_RAISES_SAYING(SdkErrorCase::InvalidInputException, text, (exchange_->openSecureChannel(), 0));
-}
-
-TEST_F(ExchangeTest, RequestNeedsAClientAndAResponseNeedsParameters) {
-    answer(sealed(cRes()));
-    exchange_->setChallengeParameters(nullptr);
-    EXPECT_EQ(send(), CReqSendingResult{.errorDescription = "Can not create validation container."});
-
-    const auto fresh = makeExchange();
-    const std::size_t sent = platform_.network().exchanges().size();
-    EXPECT_EQ(fresh->sendCReq({}, CResPosition::initial),
-              CReqSendingResult{.errorDescription = "Http client not initiated."});
-    fresh->sendErroToAcs(erro(101, ""));
-    EXPECT_EQ(platform_.network().exchanges().size(), sent);
-    EXPECT_EQ(timeouts(), 1);
-}
-
 TEST_F(ExchangeTest, TimesOfAnswersDecideAboutResultAndTimer) {
     const CReqSendingResult accepted{.cres = CRes::decode(cRes().dump())};
     const CReqSendingResult empty{.erro = erro(101, "Invalid Message Type"),
@@ -245,10 +209,12 @@ TEST_F(ExchangeTest, TimesOfAnswersDecideAboutResultAndTimer) {
         bool timesOut;
     } rows[] = {
         {"before the timer", {body, {}, Seconds{9.999}}, accepted, 9.999, false},
-        {"after the timer, before the end", {body, {}, Seconds{10.001}}, accepted, 10.001, true},
+        {"after the timer", {body, {}, Seconds{10.001}}, accepted, 10.001, true},
+        {"just in time", {body, {}, Seconds{11.999}}, accepted, 11.999, true},
+        {"just too late", {body, {}, Seconds{12.001}}, empty, 12, true},
         {"never", {{}, {}, std::nullopt}, empty, 12, true},
         {"neither body nor error", {{}, {}, Seconds{1}}, empty, 1, false},
-        {"transport failure", {{}, "refused", Seconds{1}}, {.errorDescription = "refused"}, 1, true},
+        {"transport failure", {body, "refused", Seconds{1}}, {.errorDescription = "refused"}, 1, true},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
@@ -287,26 +253,6 @@ TEST_F(ExchangeTest, ErrorGoesToTheAcsInTheClear) {
     EXPECT_EQ(request.url.absoluteString(), "https://acs.example/challenge");
     EXPECT_EQ(request.httpHeaderFields.at(0).second, "application/jose;charset=UTF-8");
     EXPECT_EQ(Erro::decode(request.httpBody.value()), erro(302, "a"));
-}
-
-TEST_F(ExchangeTest, LogTellsMessagesAndFailures) {
-    const RecordingLogger log;
-    const std::string site = "Sdk/Exchange/Answers.cpp sendCReq(_:_:): ";
-    answer(sealed(cResWith("acsUiType", "06")));
-    static_cast<void>(send());
-    EXPECT_THAT(log.lines(), Contains(site + "send CReq Data"));
-    EXPECT_THAT(log.lines(), Contains(HasSubstr("\"acsUiType\": \"06\"")));
-    EXPECT_EQ(log.lines().back(),
-              site + erro(203, "acsUiType").jsonString() + ":Got error on CRes validation.");
-
-    answer(std::string("x"));
-    static_cast<void>(send());
-    EXPECT_EQ(log.lines().back(), site + "JWE parse error");
-
-    exchange_->setChallengeParameters(nullptr);
-    answer(sealed(std::string("{}")));
-    static_cast<void>(send());
-    EXPECT_EQ(log.lines().back(), site + "Can not recognize messageType.");
 }
 
 } // namespace

@@ -20,10 +20,6 @@ HttpAnswer received(std::string_view body) {
     return {toBytes(body), std::nullopt};
 }
 
-HttpAnswer failed(const char* text) {
-    return {std::nullopt, text};
-}
-
 class HttpClientTest : public testing::Test {
 protected:
     void answerWith(ScriptedAnswer answer) {
@@ -57,35 +53,6 @@ TEST_F(HttpClientTest, SessionAndRequestsCarryTheirLimitsAndHeaders) {
     EXPECT_EQ(image.httpMethod, "GET");
     EXPECT_TRUE(image.httpHeaderFields.empty());
     EXPECT_EQ(image.httpBody, std::nullopt);
-}
-
-TEST_F(HttpClientTest, AnswersBeforeTwelveSecondsComeBackAndLaterOnesAreLost) {
-    const struct {
-        const char* name;
-        ScriptedAnswer answer;
-        HttpAnswer expected;
-        double seconds;
-        bool isCancelled;
-    } rows[] = {
-        {"no byte", {Bytes{}, {}, Seconds{1}}, received(""), 1, false},
-        {"just in time", {toBytes("jwe"), {}, Seconds{11.999}}, received("jwe"), 11.999, false},
-        {"just too late", {toBytes("jwe"), {}, Seconds{12.001}}, {}, 12, true},
-        {"never", {{}, {}, std::nullopt}, {}, 12, true},
-        {"error wins over body", {toBytes("jwe"), "broken off", Seconds{2}}, failed("broken off"), 2, false},
-        {"neither", {{}, {}, Seconds{2}}, {}, 2, false},
-    };
-    std::size_t index = 0;
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
-        answerWith(row.answer);
-        const Seconds start = platform_.now();
-        EXPECT_EQ(index % 2 ? client_.loadImage("https://acs.example/logo.png") : client_.sendCReqData(kBody),
-                  row.expected);
-        EXPECT_NEAR((platform_.now() - start).count(), row.seconds, 1e-6);
-        EXPECT_EQ(exchange(index++).isCancelled, row.isCancelled);
-        platform_.runUntilIdle();
-        EXPECT_EQ(platform_.leftAlive(), LeftAlive{});
-    }
 }
 
 /// The answer and the end of the wait fall on one moment; either may come first, and nothing in between.

@@ -2,7 +2,6 @@
 
 #include "Sdk/Transaction/TransactionArguments.h"
 #include "tests/support/PlayedAcs.h"
-#include "tests/support/RecordingLogger.h"
 #include "tests/support/SimulatedPlatform.h"
 
 #include <gmock/gmock.h>
@@ -28,7 +27,7 @@ protected:
     TestIdentity root_ = selfSigned(authority("Root"));
 };
 
-TEST_F(TransactionTest, AuthenticationRequestIsTheSameAtEachCall) {
+TEST_F(TransactionTest, AuthenticationRequestIsTheSameAtEachCallAndSharesNothingWithAnother) {
     const auto transaction = makeTransaction();
     const auto first = transaction->getAuthenticationRequestParameters();
     EXPECT_EQ(first.getDeviceData(), "sealed device");
@@ -42,27 +41,9 @@ TEST_F(TransactionTest, AuthenticationRequestIsTheSameAtEachCall) {
     const auto second = transaction->getAuthenticationRequestParameters();
     EXPECT_EQ(second.getSDKTransactionID(), first.getSDKTransactionID());
     EXPECT_EQ(second.getSDKEphemeralPublicKey(), first.getSDKEphemeralPublicKey());
-}
-
-TEST_F(TransactionTest, TwoTransactionsShareNoKeyAndNoIdentifier) {
-    const auto one = makeTransaction()->getAuthenticationRequestParameters();
     const auto other = makeTransaction()->getAuthenticationRequestParameters();
-    EXPECT_NE(one.getSDKTransactionID(), other.getSDKTransactionID());
-    EXPECT_NE(one.getSDKEphemeralPublicKey(), other.getSDKEphemeralPublicKey());
-}
-
-TEST_F(TransactionTest, BeginningIsLoggedAndTheEndIsToldOnStandardOutput) {
-    const RecordingLogger log;
-    auto transaction = makeTransaction();
-    EXPECT_THAT(log.lines(),
-                testing::ElementsAre(
-                    "Sdk/Transaction/Transaction.cpp "
-                    "init(deviceData:sdkReferenceNum:messageVersion:keysContainer:uiCustomization:"
-                    "extSpinnerProducer:): Transaction messageVersion=2.1.0, sdkReferenceNum=reference, "
-                    "keysContainer=KeysContainer"));
-    testing::internal::CaptureStdout();
-    transaction.reset();
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "Transaction deinit\n");
+    EXPECT_NE(other.getSDKTransactionID(), first.getSDKTransactionID());
+    EXPECT_NE(other.getSDKEphemeralPublicKey(), first.getSDKEphemeralPublicKey());
 }
 
 TEST_F(TransactionTest, ScreensMayBeLetGoAfterTheirPlatform) {
