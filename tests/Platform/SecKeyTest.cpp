@@ -11,9 +11,6 @@
 namespace korvane {
 namespace {
 
-using enum SecKeyAlgorithm;
-using enum SecKeyOperationType;
-
 constexpr auto kRsa = SecKeyType::kSecAttrKeyTypeRSA;
 constexpr auto kEc = SecKeyType::kSecAttrKeyTypeEC;
 constexpr auto kPublic = SecKeyClass::kSecAttrKeyClassPublic;

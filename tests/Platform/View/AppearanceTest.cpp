@@ -70,20 +70,6 @@ TEST_F(Appearance, PresentationAndItsEndTellTheOneBelowLast) {
     EXPECT_EQ(takenLater(), "a there, b gone, dismissed");
 }
 
-TEST_F(Appearance, EveryCompletionRunsOnceAndFromTheMainQueue) {
-    const auto a = show(make("a")), b = make("b");
-    a->dismiss(UIAnimated::yes, note("nothing there"));
-    a->present(b, UIAnimated::yes, note("presented"));
-    b->dismiss(UIAnimated::yes, note("dismissed"));
-    a->dismiss(UIAnimated::no, note("again"));
-    EXPECT_EQ(taken(), "b loads, a goes, b comes, b there, a gone, b goes, a comes, a there, b gone");
-    platform.runUntilIdle();
-    std::vector<std::string> completions{"nothing there", "presented", "dismissed", "again"};
-    for (const std::string& one : completions)
-        EXPECT_THAT(log, testing::HasSubstr(one));
-    EXPECT_EQ(std::ranges::count(log, ','), 3) << log;
-}
-
 TEST_F(Appearance, TheLowestTakesThoseAboveWithIt) {
     const auto a = show(make("a"));
     auto b = make("b"), c = make("c");

@@ -1,6 +1,5 @@
 #include "Platform/View/DrawnPart.h"
 #include "Platform/View/UIButton.h"
-#include "Platform/View/UINavigationBar.h"
 #include "tests/Platform/View/ViewSupport.h"
 
 namespace korvane {
@@ -64,19 +63,6 @@ TEST_F(Content, LabelsShrinkToTheirWidthAndAreMeasuredAsFarAsTheyAreDrawn) {
     const CGSize whole = label->fittingSize(100);
     label->setText(drawnPart(label->text()));
     EXPECT_EQ(label->fittingSize(100), whole);
-}
-
-TEST_F(Content, ABarPlacesItsEndAndTheTitleAroundTheMiddle) {
-    const auto bar = add<UINavigationBar>(rootView(), {{0, 0}, {320, 44}});
-    const auto cancel = std::make_shared<UIView>(CGRect{{0, 0}, {60, 30}});
-    const auto item = std::make_shared<UINavigationItem>("Pay");
-    item->setRightBarButtonItem(std::make_shared<UIBarButtonItem>(cancel));
-    bar->setItems({item});
-    window->layoutIfNeeded();
-    EXPECT_EQ(cancel->frame(), (CGRect{{252, 7}, {60, 30}}));
-    EXPECT_EQ(bar->titleLabel()->frame(), (CGRect{{76, 0}, {168, 44}}));
-    item->setTitle("Paid");
-    EXPECT_EQ(bar->titleLabel()->text(), "Paid");
 }
 
 TEST_F(Content, ANamedFontHasTheWeightOfItsFace) {
