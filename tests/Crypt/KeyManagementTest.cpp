@@ -75,12 +75,6 @@ TEST(Hmac, AKeyOfABlockIsTakenAsItIs) {
                   HMAC::calculate({}, Bytes(1), HMACAlgorithm::SHA256));
 }
 
-TEST(KeyAgreement, CurvesMustBeOne) {
-    const ECPrivateKey other = ECPrivateKey::generateWith(ECCurveType::P521);
-    EXPECT_RAISES_SAYING(ECErrorCase::deriveKeyFail, "Private Key curve and Public Key curve are different",
-                         ecdhDeriveBits(kAlice, other.getPublic()));
-}
-
 /// One round of RFC 7518 section 4.6.2 by hand.
 SecretBytes kdfRound(std::uint8_t counter) {
     Bytes input{0, 0, 0, counter};
@@ -119,31 +113,6 @@ TEST(KeyAgreement, WrapperFramesItsValuesTwice) {
         EXPECT_EQ(keyAgreementCompute(algorithm, kEnc, kBob, kAlice.getPublic(), toBytes("u"), {}),
                   concatKDF(Hash::SHA256, z, bits, prefixedBigEndenLen(asBytes(name)), Bytes{0, 0, 0, 1, 'u'},
                             Bytes(4), bigEndianData(bits)));
-}
-
-TEST(ECEncryption, GivenPairKeyAndUndecodedPartyTextsAreUsed) {
-    const auto seal = [](const JWEHeader& header, const ECOptions& options) {
-        return Encrypter::ECEncryptionContext::make(
-            EC::encryptionContextFor(kBob.getPublic(), *header.algorithm(), kEnc, header, options));
-    };
-    const SecretBytes key(32, 6);
-    const auto wrapped =
-        seal(JWEHeader(KM::ECDH_ES_A256KW, kEnc), {{"ephemeralKeyPair", kAlice}, {"key", key}});
-    const JWEHeader sent = JWEHeader::make(Bytes(wrapped.headerData)).value();
-    EXPECT_EQ(sent.parameters()["epk"]["d"], kAlice.privateKey())
-        << "the whole map of the pair goes into the header";
-    EXPECT_EQ(EC::decrypt(wrapped.encryptedKey, kBob, KM::ECDH_ES_A256KW, kEnc, &sent), key);
-
-    const JWEHeader header(KM::ECDH_ES, kEnc, "abc", "YQ", kAlice.getPublic());
-    const auto direct = seal(header, {{"ephemeralKeyPair", kAlice}});
-    EXPECT_TRUE(direct.encryptedKey.empty());
-    EXPECT_EQ(direct.contentKey, keyAgreementCompute(KM::ECDH_ES, kEnc, kAlice, kBob.getPublic(),
-                                                     toBytes("abc"), toBytes("YQ")));
-    EXPECT_EQ(EC::decrypt({}, kBob, KM::ECDH_ES, kEnc, &header), direct.contentKey);
-    EXPECT_NE(seal(header, {}).headerData, header.data()) << "the epk of another pair is replaced";
-    JWEHeader unwritable(KM::ECDH_ES, kEnc);
-    unwritable.setKid("\xff");
-    EXPECT_RAISES(ECErrorCase::encryptingFailed, seal(unwritable, {})) << "nobody could open what has no epk";
 }
 
 TEST(ECDecryption, AKeyOfTheWrongLengthIsReplacedAndAMissingOneRefused) {
