@@ -1,61 +1,9 @@
-#include "keyboard/KeyMenu.h"
 #include "keyboard/KeyPop.h"
 #include "keyboard/KeyboardStyles.h"
 #include "tests/keyboard/ThumbDriver.h"
 
 namespace korvane {
 namespace {
-
-/// No page has a key with a menu: here "*" has one, at the left end of the top row.
-TEST(KeyMenu, OpensWhenItsKeyIsHeldForASecondAndGivesTheItemUnderTheThumb) {
-    ThumbDriver thumbs;
-    thumbs.keyboard().switchToLetters(Shift::Off);
-    std::string chosen;
-    std::vector<std::shared_ptr<KeyMenuItem>> items;
-    for (const char* title : {"a", "b", "c"})
-        items.push_back(std::make_shared<KeyMenuItem>(
-            title, KeyMenuItemStyle{}, [&chosen](KeyMenuItem& item) { chosen += *item.title(); }));
-    const auto menu = std::make_shared<KeyMenu>(items, KeyMenuStyle{}, KeyMenuType::Horizontal);
-    KeyboardButtonStyle style;
-    style.keyPopType = KeyPopType::Left;
-    const auto key = std::make_shared<KeyboardButton>(KeyboardButtonType::Key("*"), style,
-                                                      KeyboardButtonWidth::Dynamic(), menu);
-    thumbs.page().addKeyboardButton(key, 0, 0);
-    thumbs.page().layoutIfNeeded();
-    const auto isOpen = [&menu] { return menu->superview() != nullptr; };
-    const auto place = [&items](std::size_t index) { return items[index]->middleInWindow(); };
-
-    // Not once the thumb has left or another one has come.
-    for (const char* early : {"1:* +0.9 1! +1", "1:* +0.9 2:q +1 2^ 1^"}) {
-        thumbs.play(early);
-        EXPECT_FALSE(isOpen()) << early;
-    }
-    thumbs.field->setText("");
-
-    thumbs.play("1:* +0.99");
-    EXPECT_FALSE(isOpen());
-    thumbs.play("+0.2");
-    EXPECT_TRUE(isOpen());
-    EXPECT_EQ(thumbs.page().viewWithTag(KeyboardButtonPopupViewTag), nullptr);
-    thumbs.touch(1, place(1));
-    EXPECT_EQ(menu->selectedIndex(), 1);
-    thumbs.play("1:p");
-    EXPECT_EQ(menu->selectedIndex(), -1);
-    thumbs.touch(1, place(2));
-    thumbs.lift(1);
-    EXPECT_FALSE(isOpen());
-
-    // A lift beside it locks it open until the next one, or until another page comes.
-    thumbs.play("+0.11 1:* +1.2 1^");
-    EXPECT_TRUE(isOpen());
-    thumbs.tap(place(0));
-    EXPECT_EQ(chosen, "ca");
-    thumbs.play("+0.11 1:* +1.2 1^");
-    thumbs.keyboard().setKeyboardLayoutState(State::Numbers());
-    EXPECT_FALSE(isOpen());
-    thumbs.play("1 Letters q");
-    EXPECT_EQ(thumbs.text(), "1q") << "neither the key nor its items type";
-}
 
 /// The pop-ups that a page shows now, by the names of their keys.
 std::string popUps(const UIView& view) {
