@@ -12,7 +12,6 @@ namespace korvane {
 namespace {
 
 constexpr const char* kCanNotBuild = "Can not build CRes from decrypted data.";
-constexpr const char* kErroFromAcs = R"({"messageType":"Erro","errorCode":"402","errorDetail":"late"})";
 
 /// Both sides after the agreement on a key, before the first exchange.
 class ExchangeTest : public testing::Test {
@@ -180,19 +179,6 @@ TEST_F(ExchangeTest, EachWrongAnswerBecomesItsErrorAndDescription) {
         SCOPED_TRACE(row.name);
         answer(row.body);
         EXPECT_EQ(send(), CReqSendingResult{.errorDescription = row.text});
-    }
-}
-
-TEST_F(ExchangeTest, ErrorOfTheAcsIsTakenPlainAndSealed) {
-    const Erro received{.errorCode = "402", .errorDetail = "late", .messageType = "Erro"};
-    const std::string notDecodable = R"({"messageType":"Erro","errorCode":402})";
-    for (const bool isSealed : {false, true}) {
-        answer(isSealed ? sealed(std::string(kErroFromAcs)) : kErroFromAcs);
-        EXPECT_EQ(send(), (CReqSendingResult{.erro = received,
-                                             .receivedError = true,
-                                             .errorDescription = "Receive Erro message instead of CRes."}));
-        answer(isSealed ? sealed(notDecodable) : notDecodable);
-        EXPECT_EQ(send(), CReqSendingResult{.errorDescription = "Can not decode Erro from received data."});
     }
 }
 

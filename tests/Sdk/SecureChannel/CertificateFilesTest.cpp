@@ -1,4 +1,3 @@
-#include "Crypt/DataExtensions.h"
 #include "Sdk/Events/SdkError.h"
 #include "Sdk/SecureChannel/CertificateMemo.h"
 #include "Sdk/SecureChannel/KeysContainer.h"
@@ -76,18 +75,6 @@ TEST(CertificateMemo, GivesEachOfManyCertificatesItsOwnKeyAndNoneForOtherBytes) 
             EXPECT_FALSE(rememberedCertificate(ByteView(identity->der).first(identity->der.size() - 1)));
         }
     }
-}
-
-TEST(CertificateTexts, FirstBadOneIsNamed) {
-    const TestIdentity identity = selfSigned({});
-    const auto convert = [&identity](const std::string& text) {
-        return KeysContainer::convertStringsToCerts({identity.base64(), text, "later"});
-    };
-    for (const std::string text : {"MA ==", "-_-_", "MA", "MAAA\n"})
-        EXPECT_RAISES_SAYING(SDKRuntimeException, "Can not decode base64 cert " + text, convert(text));
-    for (const std::string& text : {std::string("MAAA"), base64EncodedString(longer(identity))})
-        EXPECT_RAISES_SAYING(SDKRuntimeException, "Can not create cert from data for certString " + text,
-                             convert(text));
 }
 
 } // namespace

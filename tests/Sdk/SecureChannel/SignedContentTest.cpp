@@ -91,7 +91,9 @@ TEST(SignedContent, ListsThatCannotBeCheckedAreToldBeforeAnUnusableRoot) {
         return parsed(PlayedAcs::signedBy(acs.leaf, x5c, acs.payload()), damaged);
     };
     EXPECT_RAISES_SAYING(InvalidInputException, "No certificates found in JWS header.", parsedWith({}));
-    EXPECT_RAISES(SDKRuntimeException, parsedWith({acs.leaf.base64(), "?"}));
+    for (const std::string text : {"?", "MA ==", "MA"})
+        EXPECT_RAISES_SAYING(SDKRuntimeException, "Can not decode base64 cert " + text,
+                             parsedWith({acs.leaf.base64(), text, "later"}));
     EXPECT_RAISES_SAYING(InvalidInputException, "Can not load root CA certificate for cert chain validation.",
                          parsedWith({acs.leaf.base64()}));
 }

@@ -54,15 +54,5 @@ TEST_F(TransactionTest, ScreensMayBeLetGoAfterTheirPlatform) {
     screens.reset();
 }
 
-TEST_F(TransactionTest, WhatWasEnteredIsKeptThoughItsRequestCannotBeBuilt) {
-    const auto flow =
-        ChallengeFlow::make(std::make_shared<Exchange>(MessageVersion::v2_1_0, "reference",
-                                                       std::make_unique<KeysContainer>(certsWithRoot(root_))),
-                            {});
-    flow->sendChallengeDataToAcs("1234", std::nullopt);
-    EXPECT_EQ(flow->challengeData(), "1234");
-    platform_->runUntilIdle();
-}
-
 } // namespace
 } // namespace korvane
