@@ -1,5 +1,4 @@
 #include "Platform/JSON.h"
-#include "Platform/JSONDecoding.h"
 
 #include <gmock/gmock.h>
 
@@ -145,17 +144,6 @@ TEST(JSONReading, MembersComeInOrderWithTheirRepeats) {
         };
         EXPECT_EQ(JSONSerialization::forEachMember(row.text, keep), row.top) << row.text;
         EXPECT_EQ(seen, row.members);
-    }
-}
-
-TEST(JSONDecoding, FailuresTellThePathToTheFieldAtFault) {
-    const JSON value = JSON::parse(R"({"":[{"":1}]})");
-    try {
-        for (const JSONField& element : JSONField(value, "root").member("").elements())
-            static_cast<void>(element.stringTable());
-        FAIL();
-    } catch (const DecodingError& error) {
-        EXPECT_THAT(error.codingPath(), testing::ElementsAre("root", "", "Index 0", ""));
     }
 }
 

@@ -70,19 +70,5 @@ TEST_F(Appearance, PresentationAndItsEndTellTheOneBelowLast) {
     EXPECT_EQ(takenLater(), "a there, b gone, dismissed");
 }
 
-TEST_F(Appearance, TheLowestTakesThoseAboveWithIt) {
-    const auto a = show(make("a"));
-    auto b = make("b"), c = make("c");
-    const std::weak_ptr<UIViewController> lost = b;
-    a->present(b, UIAnimated::no);
-    b->present(c, UIAnimated::no);
-    taken();
-    a->dismiss(UIAnimated::no);
-    EXPECT_EQ(takenLater(), "c goes, a comes, a there, c gone");
-    b.reset();
-    c.reset();
-    EXPECT_TRUE(lost.expired()) << "nobody else held it";
-}
-
 } // namespace
 } // namespace korvane
