@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <optional>
 
 namespace korvane {
 
@@ -23,8 +24,8 @@ constexpr std::size_t kMaxBlockLength = 128;
 /// RFC 3394 section 2.2.3.1. Given anew for each use: a context would keep the one of its last.
 constexpr std::array<std::uint8_t, 8> kWrapInitialValue{0xA6, 0xA6, 0xA6, 0xA6, 0xA6, 0xA6, 0xA6, 0xA6};
 
-/// One reusable context per thread and cipher. Between uses it holds the schedule of a key of zeros and a
-/// block of zeros, never a key or a text of ours.
+/// One reusable context per thread and cipher. Between uses it holds the schedule of a key of zeros, never a
+/// key or a text of ours: it pads nothing and is given whole blocks, so that it holds none back.
 class ReusableCipher {
 public:
     explicit ReusableCipher(const char* name)
@@ -32,45 +33,69 @@ public:
           context_(required(CipherContext(EVP_CIPHER_CTX_new()), name)) {
         EVP_CIPHER_CTX_set_flags(context_.get(), EVP_CIPHER_CTX_FLAG_WRAP_ALLOW);
         EVP_CipherInit_ex2(context_.get(), cipher_.get(), nullptr, nullptr, 1, nullptr);
+        // The flag of the same meaning would be told to the cipher again with each key.
+        unsigned padding = 0;
+        const std::array<OSSL_PARAM, 2> parameters{
+            OSSL_PARAM_construct_uint(OSSL_CIPHER_PARAM_PADDING, &padding), OSSL_PARAM_construct_end()};
+        EVP_CIPHER_CTX_set_params(context_.get(), parameters.data());
     }
 
     [[nodiscard]] std::size_t keyLength() const {
         return static_cast<std::size_t>(EVP_CIPHER_get_key_length(cipher_.get()));
     }
 
-    /// @return false when OpenSSL refuses the input; `moved` is the number of bytes written.
-    bool run(CCOperation operation, ByteView key, const std::uint8_t* initializationVector, ByteView input,
-             std::uint8_t* output, std::size_t& moved) {
-        const ErrorMark errors;
+    /// Runs over the pieces, in order, each of them whole blocks.
+    /// @return the number of octets written, or no value when OpenSSL refuses the input.
+    std::optional<std::size_t> run(CCOperation operation, ByteView key,
+                                   const std::uint8_t* initializationVector,
+                                   std::initializer_list<ByteView> pieces, std::uint8_t* output) {
+        ErrorMark errors;
         const int direction = operation == CCOperation::kCCEncrypt ? 1 : 0;
-        int body = 0;
-        int tail = 0;
-        const bool isDone = EVP_CipherInit_ex2(context_.get(), nullptr, key.data(), initializationVector,
-                                               direction, nullptr) == 1 &&
-                            EVP_CipherUpdate(context_.get(), output, &body, input.data(),
-                                             static_cast<int>(input.size())) == 1 &&
-                            EVP_CipherFinal_ex(context_.get(), output + body, &tail) == 1;
+        bool isDone = EVP_CipherInit_ex2(context_.get(), nullptr, key.data(), initializationVector, direction,
+                                         nullptr) == 1;
+        std::size_t moved = 0;
+        for (const ByteView piece : pieces) {
+            int written = 0;
+            isDone = isDone && EVP_CipherUpdate(context_.get(), output + moved, &written, piece.data(),
+                                                static_cast<int>(piece.size())) == 1;
+            moved += static_cast<std::size_t>(written);
+        }
         forget();
-        moved = isDone ? static_cast<std::size_t>(body + tail) : 0;
-        return isDone;
+        if (!isDone) return std::nullopt;
+        errors.succeed();
+        return moved;
     }
 
 private:
     /// The vector may stay: it is no secret, and what follows it in its place are blocks of ciphertext.
     void forget() {
-        constexpr int kDecrypt = 0;
-        EVP_CipherInit_ex2(context_.get(), nullptr, kZeros.data(), nullptr, kDecrypt, nullptr);
-        if (EVP_CIPHER_get_mode(cipher_.get()) != EVP_CIPH_CBC_MODE) return;
-        // What is decrypted is held back a block long, since it may be padding: this block takes the place of
-        // the last one.
-        std::array<std::uint8_t, 2 * kCCBlockSizeAES128> sink{};
-        int moved = 0;
-        EVP_CipherUpdate(context_.get(), sink.data(), &moved, kZeros.data(), kCCBlockSizeAES128);
+        constexpr int kEncrypt = 1; // which takes the least work to expand a key for
+        EVP_CipherInit_ex2(context_.get(), nullptr, kZeros.data(), nullptr, kEncrypt, nullptr);
     }
 
     Cipher cipher_;
     CipherContext context_;
 };
+
+/// The last block of a plaintext, filled up with octets that tell how many they are (RFC 5652 section 6.3).
+/// @param tail  less than a block.
+std::array<std::uint8_t, kCCBlockSizeAES128> paddedBlock(ByteView tail) {
+    std::array<std::uint8_t, kCCBlockSizeAES128> block;
+    block.fill(static_cast<std::uint8_t>(block.size() - tail.size()));
+    std::copy(tail.begin(), tail.end(), block.begin());
+    return block;
+}
+
+/// The length of a text without its padding, or no value for bad padding. What is decrypted here has a tag that
+/// was found good before: the time that this takes tells nothing to who could have changed it.
+std::optional<std::size_t> unpaddedLength(ByteView text) {
+    const std::size_t count = text.empty() ? 0 : text.back();
+    if (count == 0 || count > kCCBlockSizeAES128 || count > text.size()) return std::nullopt;
+    const ByteView padding = text.last(count);
+    const bool isGood =
+        std::all_of(padding.begin(), padding.end(), [count](std::uint8_t octet) { return octet == count; });
+    return isGood ? std::optional(text.size() - count) : std::nullopt;
+}
 
 ReusableCipher* blockCipher(CCAlgorithm algorithm, std::size_t keyLength) {
     if (algorithm != CCAlgorithm::kCCAlgorithmAES) return nullptr;
@@ -94,13 +119,15 @@ bool isTooLong(ByteView input) {
     return input.size() > std::numeric_limits<int>::max() - kCCBlockSizeAES128;
 }
 
-/// One reusable digest per thread and algorithm. Between uses its context is empty: it holds neither a digest,
-/// which may be a key, nor the last block of what was digested.
+/// One reusable digest per thread and algorithm. Between uses its context has begun the next one: it holds
+/// neither a digest, which may be a key, nor the last block of what was digested.
 class ReusableDigest {
 public:
     explicit ReusableDigest(const char* name)
         : digest_(required(Digest(EVP_MD_fetch(nullptr, name, nullptr)), name)),
-          context_(required(DigestContext(EVP_MD_CTX_new()), name)) {}
+          context_(required(DigestContext(EVP_MD_CTX_new()), name)) {
+        require(begin());
+    }
 
     [[nodiscard]] std::size_t length() const {
         return static_cast<std::size_t>(EVP_MD_get_size(digest_.get()));
@@ -109,28 +136,25 @@ public:
         return static_cast<std::size_t>(EVP_MD_get_block_size(digest_.get()));
     }
 
-    /// To be followed by another one or by `forget`.
     void run(std::initializer_list<ByteView> first, std::initializer_list<ByteView> rest,
              std::uint8_t* output) {
-        bool isDone = EVP_DigestInit_ex2(context_.get(), digest_.get(), nullptr) == 1;
+        bool isDone = true;
         for (const auto& pieces : {first, rest})
             for (const ByteView piece : pieces)
                 isDone = isDone && EVP_DigestUpdate(context_.get(), piece.data(), piece.size()) == 1;
-        if (!isDone || EVP_DigestFinal_ex(context_.get(), output, nullptr) != 1)
-            fatalError("OpenSSL could not compute a digest.");
+        require(isDone && EVP_DigestFinal_ex(context_.get(), output, nullptr) == 1 && begin());
     }
 
-    void forget() { EVP_MD_CTX_reset(context_.get()); }
-
 private:
+    bool begin() { return EVP_DigestInit_ex2(context_.get(), digest_.get(), nullptr) == 1; }
+
+    static void require(bool isDone) {
+        if (!isDone) fatalError("OpenSSL could not compute a digest.");
+    }
+
     Digest digest_;
     DigestContext context_;
 };
-
-void digestOnce(ReusableDigest& digest, ByteView input, std::uint8_t* output) {
-    digest.run({input}, {}, output);
-    digest.forget();
-}
 
 ReusableDigest& sha256() {
     thread_local ReusableDigest algorithm("SHA256");
@@ -190,11 +214,23 @@ int CCCrypt(CCOperation operation, CCAlgorithm algorithm, ByteView key, ByteView
     ReusableCipher* cipher = blockCipher(algorithm, key.size());
     if (!cipher || initializationVector.size() != kCCBlockSizeAES128 || isTooLong(input))
         return kCCParamError;
+    const std::size_t tail = input.size() % kCCBlockSizeAES128;
     const bool isDecrypting = operation == CCOperation::kCCDecrypt;
     if (output.size() < input.size() + (isDecrypting ? 0 : kCCBlockSizeAES128)) return kCCBufferTooSmall;
-    if (isDecrypting && input.size() % kCCBlockSizeAES128 != 0) return kCCAlignmentError;
-    if (cipher->run(operation, key, initializationVector.data(), input, output.data(), moved))
-        return kCCSuccess;
+    if (isDecrypting && tail != 0) return kCCAlignmentError;
+    const ByteView whole = input.first(input.size() - tail);
+    std::optional<std::size_t> length;
+    if (isDecrypting) {
+        length = cipher->run(operation, key, initializationVector.data(), {whole}, output.data());
+        length = length == whole.size() ? unpaddedLength(output.first(whole.size())) : std::nullopt;
+    } else {
+        auto last = paddedBlock(input.last(tail));
+        length = cipher->run(operation, key, initializationVector.data(), {whole, last}, output.data());
+        if (length != whole.size() + last.size()) length.reset();
+        cleanse(last.data(), last.size());
+    }
+    moved = length.value_or(0);
+    if (length) return kCCSuccess;
     cleanse(output.data(), output.size());
     return isDecrypting ? kCCDecodeError : kCCUnspecifiedError;
 }
@@ -211,20 +247,19 @@ std::size_t CCHmac(CCHmacAlgorithm algorithm, ByteView key, std::initializer_lis
     digest.run({padded.view()}, pieces, output.data());
     padded.combine(kInnerPad ^ kOuterPad);
     digest.run({padded.view()}, {ByteView(output).first(digest.length())}, output.data());
-    digest.forget();
     return digest.length();
 }
 
 void CC_SHA256(ByteView input, std::span<std::uint8_t, 32> digest) {
-    digestOnce(sha256(), input, digest.data());
+    sha256().run({input}, {}, digest.data());
 }
 
 void CC_SHA384(ByteView input, std::span<std::uint8_t, 48> digest) {
-    digestOnce(sha384(), input, digest.data());
+    sha384().run({input}, {}, digest.data());
 }
 
 void CC_SHA512(ByteView input, std::span<std::uint8_t, 64> digest) {
-    digestOnce(sha512(), input, digest.data());
+    sha512().run({input}, {}, digest.data());
 }
 
 int CCSymmetricKeyWrap(ByteView keyEncryptionKey, ByteView rawKey, std::span<std::uint8_t> wrapped) {
@@ -232,10 +267,9 @@ int CCSymmetricKeyWrap(ByteView keyEncryptionKey, ByteView rawKey, std::span<std
     const bool isFit = rawKey.size() % 8 == 0 && rawKey.size() >= 16 && !isTooLong(rawKey) &&
                        wrapped.size() == CCSymmetricWrappedSize(rawKey.size());
     if (!cipher || !isFit) return kCCParamError;
-    std::size_t moved = 0;
-    const bool isDone = cipher->run(CCOperation::kCCEncrypt, keyEncryptionKey, kWrapInitialValue.data(),
-                                    rawKey, wrapped.data(), moved);
-    return isDone && moved == wrapped.size() ? kCCSuccess : kCCUnspecifiedError;
+    const auto moved = cipher->run(CCOperation::kCCEncrypt, keyEncryptionKey, kWrapInitialValue.data(),
+                                   {rawKey}, wrapped.data());
+    return moved == wrapped.size() ? kCCSuccess : kCCUnspecifiedError;
 }
 
 int CCSymmetricKeyUnwrap(ByteView keyEncryptionKey, ByteView wrapped, std::span<std::uint8_t> raw) {
@@ -245,20 +279,21 @@ int CCSymmetricKeyUnwrap(ByteView keyEncryptionKey, ByteView wrapped, std::span<
     if (!cipher || !isFit) return kCCParamError;
     // OpenSSL needs the whole wrapped length as working space.
     SecretBytes work(wrapped.size());
-    std::size_t moved = 0;
-    const bool isDone = cipher->run(CCOperation::kCCDecrypt, keyEncryptionKey, kWrapInitialValue.data(),
-                                    wrapped, work.data(), moved);
+    const auto moved = cipher->run(CCOperation::kCCDecrypt, keyEncryptionKey, kWrapInitialValue.data(),
+                                   {wrapped}, work.data());
     std::fill(raw.begin(), raw.end(), std::uint8_t{0});
-    if (!isDone || moved != raw.size()) return kCCDecodeError;
-    std::copy_n(work.begin(), moved, raw.begin());
+    if (moved != raw.size()) return kCCDecodeError;
+    std::copy_n(work.begin(), raw.size(), raw.begin());
     return kCCSuccess;
 }
 
 std::int32_t SecRandomCopyBytes(std::span<std::uint8_t> output) {
-    const ErrorMark errors;
+    ErrorMark errors;
     constexpr std::int32_t kErrSecAllocate = -108;
     if (output.size() > static_cast<std::size_t>(std::numeric_limits<int>::max())) return kErrSecAllocate;
-    return RAND_bytes(output.data(), static_cast<int>(output.size())) == 1 ? 0 : kErrSecAllocate;
+    if (RAND_bytes(output.data(), static_cast<int>(output.size())) != 1) return kErrSecAllocate;
+    errors.succeed();
+    return 0;
 }
 
 bool isEqualInConstantTime(ByteView left, ByteView right) {

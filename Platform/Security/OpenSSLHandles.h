@@ -49,10 +49,23 @@ HandleType required(HandleType handle, const char* name) {
 /// Drops the errors that the enclosed calls leave in the thread's queue: the application may use OpenSSL too.
 class ErrorMark {
 public:
-    ErrorMark() { ERR_set_mark(); }
+    ErrorMark() : isAbove_(ERR_set_mark() == 1) {}
     ErrorMark(const ErrorMark&) = delete;
     ErrorMark& operator=(const ErrorMark&) = delete;
-    ~ErrorMark() { ERR_pop_to_mark(); }
+    ~ErrorMark() {
+        if (isAbove_ || !isClean_) ERR_pop_to_mark();
+    }
+
+    /// The calls have done what they should, and so left no error: where none stood in the queue before, it
+    /// need not be looked at again, which is dear beside a short message.
+    void succeed() noexcept { isClean_ = true; }
+
+    /// Whether errors stood in the queue before.
+    [[nodiscard]] bool isAboveOthers() const noexcept { return isAbove_; }
+
+private:
+    bool isAbove_;
+    bool isClean_ = false;
 };
 
 /// The same, where they are told from those that stood there before.
@@ -60,8 +73,11 @@ class ErrorScope {
 public:
     ErrorScope() {
         // An entry costs allocations; where there is nothing to be told apart, none is needed.
-        if (ERR_peek_last_error() != 0) ERR_raise(ERR_LIB_USER, kBeginning);
+        if (mark_.isAboveOthers()) ERR_raise(ERR_LIB_USER, kBeginning);
     }
+
+    /// As for the mark.
+    void succeed() noexcept { mark_.succeed(); }
 
     /// The newest error since the innermost scope began as text, or an empty text.
     [[nodiscard]] static std::string reason() {
@@ -75,7 +91,7 @@ private:
     /// An entry of the queue that is no error.
     static constexpr int kBeginning = 1;
 
-    const ErrorMark mark_;
+    ErrorMark mark_;
 };
 
 } // namespace korvane::openssl

@@ -3,8 +3,8 @@
 #include "Platform/Security/OpenSSLHandles.h"
 #include "Platform/Security/SecKey.h"
 
-#include <map>
-#include <mutex>
+#include <array>
+#include <atomic>
 
 namespace korvane {
 
@@ -19,6 +19,9 @@ struct SecCurve {
 struct SecKey::Material {
     Material(openssl::Key ownedKey, SecKeyAttributes itsAttributes, const SecCurve* itsCurve)
         : key(std::move(ownedKey)), attributes(itsAttributes), curve(itsCurve) {}
+    Material(const Material&) = delete;
+    Material& operator=(const Material&) = delete;
+    ~Material();
 
     const openssl::Key key;
     const SecKeyAttributes attributes;
@@ -40,15 +43,17 @@ struct SecKey::Material {
         [[nodiscard]] EVP_PKEY_CTX* get() const noexcept { return context_.get(); }
 
     private:
-        Material& material_;
-        /// Where it comes from and goes back to; under the material's lock.
-        openssl::KeyContext* place_ = nullptr;
+        /// Where it comes from and goes back to.
+        std::atomic<EVP_PKEY_CTX*>& place_;
         openssl::KeyContext context_;
     };
 
 private:
-    std::mutex mutex_;
-    std::map<std::pair<SecKeyOperationType, SecKeyAlgorithm>, openssl::KeyContext> idle_;
+    static constexpr std::size_t kAlgorithms =
+        static_cast<std::size_t>(SecKeyAlgorithm::kSecKeyAlgorithmECDHKeyExchangeStandard) + 1;
+
+    /// Owned, of each algorithm: with a public or with a private key there is one operation that it is for.
+    std::array<std::atomic<EVP_PKEY_CTX*>, kAlgorithms> idle_{};
 };
 
 /// The curve of a field size in bits, or null.

@@ -130,33 +130,34 @@ using Transform = int (*)(EVP_PKEY_CTX*, unsigned char*, std::size_t*, const uns
 template <class Result>
 Result transform(const SecKey& key, SecKeyOperationType operation, SecKeyAlgorithm algorithm, Transform apply,
                  ByteView input) {
-    const ErrorScope errors;
+    ErrorScope errors;
     require(key, operation, algorithm);
     const Context context(key.material(), operation, algorithm);
     Result output(static_cast<std::size_t>(EVP_PKEY_get_size(key.material().key.get())));
     std::size_t length = output.size();
     if (apply(context.get(), output.data(), &length, input.data(), input.size()) != 1)
         throw platformError(CFError::errSecParam, "The operation failed.");
+    errors.succeed();
     output.resize(length);
     return output;
 }
 
 } // namespace
 
+SecKey::Material::~Material() {
+    for (const auto& context : idle_)
+        EVP_PKEY_CTX_free(context.load());
+}
+
 SecKey::Material::Context::Context(Material& material, SecKeyOperationType operation,
                                    SecKeyAlgorithm algorithm)
-    : material_(material) {
-    {
-        const std::lock_guard lock(material_.mutex_);
-        place_ = &material_.idle_[{operation, algorithm}];
-        context_ = std::move(*place_);
-    }
-    if (!context_) context_ = makeContext(material_.key.get(), rowOf(operation), rowOf(algorithm));
+    : place_(material.idle_[static_cast<std::size_t>(algorithm)]), context_(place_.exchange(nullptr)) {
+    if (!context_) context_ = makeContext(material.key.get(), rowOf(operation), rowOf(algorithm));
 }
 
 SecKey::Material::Context::~Context() {
-    const std::lock_guard lock(material_.mutex_);
-    place_->swap(context_);
+    // Another thread may have given one back meanwhile: that one goes.
+    context_.reset(place_.exchange(context_.release()));
 }
 
 bool SecKeyIsAlgorithmSupported(const SecKey& key, SecKeyOperationType operation, SecKeyAlgorithm algorithm) {
@@ -176,12 +177,15 @@ Bytes SecKeyCreateSignature(const SecKey& key, SecKeyAlgorithm algorithm, ByteVi
 
 bool SecKeyVerifySignature(const SecKey& key, SecKeyAlgorithm algorithm, ByteView message,
                            ByteView signature) {
-    const ErrorScope errors;
+    ErrorScope errors;
     require(key, kSecKeyOperationTypeVerify, algorithm);
     const MessageDigest digest = digestOf(rowOf(algorithm), message);
     const Context context(key.material(), kSecKeyOperationTypeVerify, algorithm);
-    return EVP_PKEY_verify(context.get(), signature.data(), signature.size(), digest.bytes.data(),
-                           digest.length) == 1;
+    if (EVP_PKEY_verify(context.get(), signature.data(), signature.size(), digest.bytes.data(),
+                        digest.length) != 1)
+        return false;
+    errors.succeed();
+    return true;
 }
 
 Bytes SecKeyCreateEncryptedData(const SecKey& key, SecKeyAlgorithm algorithm, ByteView plaintext) {
