@@ -33,7 +33,7 @@ ContentEncryptionContext AESCBCEncryption::encrypt(ByteView plaintext,
     ContentEncryptionContext result;
     result.initializationVector.resize(initializationVectorLength(contentEncryptionAlgorithm_));
     SecureRandom::fill(result.initializationVector);
-    const ContentKeys keys = retrieveKeys(contentEncryptionAlgorithm_, contentEncryptionKey_);
+    const ContentKeys keys = retrieveKeys(contentEncryptionAlgorithm_, contentEncryptionKey());
     result.ciphertext =
         AES::encrypt(plaintext, keys.encryptionKey, contentEncryptionAlgorithm_, result.initializationVector);
     Mac mac;
@@ -45,7 +45,7 @@ ContentEncryptionContext AESCBCEncryption::encrypt(ByteView plaintext,
 
 Bytes AESCBCEncryption::decrypt(Bytes ciphertext, ByteView initializationVector,
                                 ByteView additionalAuthenticatedData, ByteView authenticationTag) const {
-    const ContentKeys keys = retrieveKeys(contentEncryptionAlgorithm_, contentEncryptionKey_);
+    const ContentKeys keys = retrieveKeys(contentEncryptionAlgorithm_, contentEncryptionKey());
     Mac mac;
     const ByteView expected = computeTag(contentEncryptionAlgorithm_, keys.hmacKey,
                                          additionalAuthenticatedData, initializationVector, ciphertext, mac);

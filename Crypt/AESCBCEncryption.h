@@ -47,8 +47,11 @@ public:
 class AESCBCEncryption : public ContentEncrypter, public ContentDecrypter {
 public:
     AESCBCEncryption(ContentEncryptionAlgorithm contentEncryptionAlgorithm, SecretBytes contentEncryptionKey)
-        : contentEncryptionAlgorithm_(contentEncryptionAlgorithm),
-          contentEncryptionKey_(std::move(contentEncryptionKey)) {}
+        : contentEncryptionAlgorithm_(contentEncryptionAlgorithm), ownKey_(std::move(contentEncryptionKey)) {}
+
+    /// @param contentEncryptionKey  outlives this and its copies: it is not copied.
+    AESCBCEncryption(ContentEncryptionAlgorithm contentEncryptionAlgorithm, ByteView contentEncryptionKey)
+        : contentEncryptionAlgorithm_(contentEncryptionAlgorithm), borrowedKey_(contentEncryptionKey) {}
 
     /// @throws JWEError keyLengthNotSatisfied, AESError encryptingFailed, SecureRandomError
     [[nodiscard]] ContentEncryptionContext encrypt(ByteView headerData,
@@ -67,18 +70,23 @@ public:
     [[nodiscard]] Bytes decrypt(ContentDecryptionContext decryptionContext) const override;
 
 private:
+    [[nodiscard]] ByteView contentEncryptionKey() const {
+        return ownKey_.empty() ? borrowedKey_ : ByteView(ownKey_);
+    }
+
     ContentEncryptionAlgorithm contentEncryptionAlgorithm_;
-    SecretBytes contentEncryptionKey_;
+    SecretBytes ownKey_;
+    ByteView borrowedKey_;
 };
 
-/// The encrypter and decrypter of a row of "enc": one type serves all rows.
+/// The encrypter and decrypter of a row of "enc": one type serves all rows. The decrypter borrows its key.
 [[nodiscard]] inline AESCBCEncryption makeContentEncrypter(ContentEncryptionAlgorithm algorithm,
                                                            SecretBytes contentEncryptionKey) {
     return {algorithm, std::move(contentEncryptionKey)};
 }
 [[nodiscard]] inline AESCBCEncryption makeContentDecrypter(ContentEncryptionAlgorithm algorithm,
-                                                           SecretBytes contentEncryptionKey) {
-    return {algorithm, std::move(contentEncryptionKey)};
+                                                           ByteView contentEncryptionKey) {
+    return {algorithm, contentEncryptionKey};
 }
 
 /// A header's Base64URL text as authenticated data, without the heap for headers of usual length.

@@ -132,20 +132,6 @@ std::string_view withoutPadding(std::string_view text) {
     return text;
 }
 
-template <class Text>
-Text joined(std::span<const DataConvertible> components) {
-    std::size_t length = components.empty() ? 0 : components.size() - 1;
-    for (const DataConvertible& component : components)
-        length += base64URLLength(component.data().size());
-    Text text(length, '.');
-    auto* next = reinterpret_cast<char*>(text.data());
-    for (const DataConvertible& component : components) {
-        writeBase64URL(component.data(), next);
-        next += base64URLLength(component.data().size()) + 1;
-    }
-    return text;
-}
-
 } // namespace
 
 void writeBase64URL(ByteView bytes, char* text) {
@@ -214,12 +200,31 @@ std::string hexEncodedString(ByteView bytes, HexEncodingOptions options) {
     return text;
 }
 
+std::size_t joinedBase64URLLength(std::span<const DataConvertible> components) {
+    std::size_t length = components.empty() ? 0 : components.size() - 1;
+    for (const DataConvertible& component : components)
+        length += base64URLLength(component.data().size());
+    return length;
+}
+
+void writeJoinedBase64URL(std::span<const DataConvertible> components, char* text) {
+    for (std::size_t index = 0; index < components.size(); ++index) {
+        if (index > 0) *text++ = '.';
+        writeBase64URL(components[index].data(), text);
+        text += base64URLLength(components[index].data().size());
+    }
+}
+
 std::string joinedBase64URL(std::span<const DataConvertible> components) {
-    return joined<std::string>(components);
+    std::string text(joinedBase64URLLength(components), '\0');
+    writeJoinedBase64URL(components, text.data());
+    return text;
 }
 
 Bytes asJOSESigningInput(std::span<const DataConvertible> components) {
-    return joined<Bytes>(components);
+    Bytes text(joinedBase64URLLength(components));
+    writeJoinedBase64URL(components, reinterpret_cast<char*>(text.data()));
+    return text;
 }
 
 } // namespace korvane

@@ -79,6 +79,12 @@ void writeBase64URL(ByteView bytes, char* text);
 /// Two digits per byte, without separators; lower case unless the options say otherwise.
 [[nodiscard]] std::string hexEncodedString(ByteView bytes, HexEncodingOptions options = {});
 
+/// The number of characters of `joinedBase64URL`.
+[[nodiscard]] std::size_t joinedBase64URLLength(std::span<const DataConvertible> components);
+
+/// Writes `joinedBase64URL` to `text`, which holds `joinedBase64URLLength(components)` characters.
+void writeJoinedBase64URL(std::span<const DataConvertible> components, char* text);
+
 /// The Base64URL texts of the components, joined by ".".
 [[nodiscard]] std::string joinedBase64URL(std::span<const DataConvertible> components);
 

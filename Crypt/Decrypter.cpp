@@ -27,15 +27,21 @@ Bytes Decrypter::decrypt(DecryptionContext context) const {
     return open(std::move(context));
 }
 
+SecretBytes Decrypter::determineContentKey(const DecryptionContext& context) const {
+    if (shouldContainEphemeralPublicKey(keyManagementAlgorithm_))
+        return keyManagementMode_->determineContentEncryptionKey(context.encryptedKey,
+                                                                 context.protectedHeader);
+    return keyManagementMode_->determineContentEncryptionKey(context.encryptedKey);
+}
+
 Bytes Decrypter::open(DecryptionContext context) const {
-    SecretBytes contentKey =
-        shouldContainEphemeralPublicKey(keyManagementAlgorithm_)
-            ? keyManagementMode_->determineContentEncryptionKey(context.encryptedKey, context.protectedHeader)
-            : keyManagementMode_->determineContentEncryptionKey(context.encryptedKey);
+    const SecretBytes* shared =
+        context.encryptedKey.empty() ? keyManagementMode_->sharedContentEncryptionKey() : nullptr;
+    const SecretBytes determined = shared ? SecretBytes() : determineContentKey(context);
     // Made of the header's bytes as they were received, so that it is the first part of
     // the message as it came.
     const AdditionalAuthenticatedData additionalData(context.protectedHeader);
-    return makeContentDecrypter(contentEncryptionAlgorithm_, std::move(contentKey))
+    return makeContentDecrypter(contentEncryptionAlgorithm_, shared ? *shared : determined)
         .decrypt(ContentDecryptionContext{std::move(context.ciphertext), context.initializationVector,
                                           additionalData.view(), context.authenticationTag});
 }

@@ -55,6 +55,8 @@ private:
         : keyManagementMode_(std::move(mode)), keyManagementAlgorithm_(keyManagementAlgorithm),
           contentEncryptionAlgorithm_(contentEncryptionAlgorithm) {}
 
+    [[nodiscard]] SecretBytes determineContentKey(const DecryptionContext& context) const;
+
     /// As `decrypt`, of a header that is known to name the algorithms.
     [[nodiscard]] Bytes open(DecryptionContext context) const;
 

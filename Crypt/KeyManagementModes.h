@@ -44,6 +44,10 @@ public:
     [[nodiscard]] virtual SecretBytes determineContentEncryptionKey(ByteView, const JWEHeader&) const {
         return {};
     }
+
+    /// The content key of the messages without a second part, where the mode has one for all of them; else
+    /// null. It lives as long as the mode.
+    [[nodiscard]] virtual const SecretBytes* sharedContentEncryptionKey() const { return nullptr; }
 };
 
 /// RFC 7518 sections 4.2 and 4.3.
@@ -119,6 +123,10 @@ public:
     [[nodiscard]] SecretBytes determineContentEncryptionKey(ByteView encryptedKey) const override;
     using DecryptionKeyManagementMode::determineContentEncryptionKey;
     using EncryptionKeyManagementMode::determineContentEncryptionKey;
+
+    [[nodiscard]] const SecretBytes* sharedContentEncryptionKey() const override {
+        return &sharedSymmetricKey_;
+    }
 
 private:
     SecretBytes sharedSymmetricKey_;

@@ -13,13 +13,21 @@ std::optional<Signer> Signer::make(SignatureAlgorithm signingAlgorithm, const An
 }
 
 Bytes Signer::sign(const JWSHeader& header, const Payload& payload) const {
-    return signer_->sign(requireSigningInput(header, payload, algorithm()));
+    return signer_->sign(SigningInput(header, payload, algorithm()).view());
 }
 
-Bytes requireSigningInput(const JWSHeader& header, const Payload& payload, SignatureAlgorithm algorithm) {
+SigningInput::SigningInput(const JWSHeader& header, const Payload& payload, SignatureAlgorithm algorithm) {
     if (header.algorithm() != algorithm) throw JWSError(JWSErrorCase::algorithmMismatch);
     if (!header.isWritten()) throw JWSError(JWSErrorCase::cannotComputeSigningInput);
-    return asJOSESigningInput(std::array<DataConvertible, 2>{header, payload});
+    const std::array<DataConvertible, 2> components{header, payload};
+    const std::size_t length = joinedBase64URLLength(components);
+    if (length > usual_.size()) {
+        long_ = asJOSESigningInput(components);
+        view_ = long_;
+        return;
+    }
+    writeJoinedBase64URL(components, usual_.data());
+    view_ = asBytes({usual_.data(), length});
 }
 
 } // namespace korvane

@@ -7,6 +7,7 @@
 #include "Crypt/Payload.h"
 #include "Crypt/RSA.h"
 
+#include <array>
 #include <memory>
 #include <optional>
 
@@ -60,10 +61,24 @@ private:
     std::shared_ptr<const SignerProtocol> signer_;
 };
 
-/// The signing input of a header that must name `algorithm`.
-/// @throws JWSError algorithmMismatch; cannotComputeSigningInput for a header whose bytes
-/// are not its parameters.
-[[nodiscard]] Bytes requireSigningInput(const JWSHeader& header, const Payload& payload,
-                                        SignatureAlgorithm algorithm);
+/// The JWS Signing Input of header and payload, without the heap for those of usual length.
+class SigningInput {
+public:
+    /// @param algorithm  which the header must name.
+    /// @throws JWSError algorithmMismatch; cannotComputeSigningInput for a header whose bytes
+    /// are not its parameters.
+    SigningInput(const JWSHeader& header, const Payload& payload, SignatureAlgorithm algorithm);
+    SigningInput(const SigningInput&) = delete;
+    SigningInput& operator=(const SigningInput&) = delete;
+
+    [[nodiscard]] ByteView view() const { return view_; }
+
+private:
+    static constexpr std::size_t kUsualLength = 4096;
+
+    std::array<char, kUsualLength> usual_;
+    Bytes long_;
+    ByteView view_;
+};
 
 } // namespace korvane

@@ -13,7 +13,7 @@ std::optional<Verifier> Verifier::make(SignatureAlgorithm verifyingAlgorithm, co
 }
 
 bool Verifier::verify(const JWSHeader& header, const Payload& payload, ByteView signature) const {
-    return verifier_->verify(requireSigningInput(header, payload, algorithm()), signature);
+    return verifier_->verify(SigningInput(header, payload, algorithm()).view(), signature);
 }
 
 } // namespace korvane
