@@ -32,8 +32,13 @@ struct Sealing::State {
     std::string text;
 
     State() {
-        must(EVP_CipherInit_ex2(encryption.get(), cipher.get(), nullptr, nullptr, 1, nullptr) == 1 &&
-             EVP_CipherInit_ex2(decryption.get(), cipher.get(), nullptr, nullptr, 0, nullptr) == 1);
+        // Without padding: a cipher that pads holds a block back, and gives it in a call of its own.
+        unsigned padding = 0;
+        const std::array<OSSL_PARAM, 2> parameters{
+            OSSL_PARAM_construct_uint(OSSL_CIPHER_PARAM_PADDING, &padding), OSSL_PARAM_construct_end()};
+        must(EVP_CipherInit_ex2(encryption.get(), cipher.get(), nullptr, nullptr, 1, parameters.data()) ==
+                 1 &&
+             EVP_CipherInit_ex2(decryption.get(), cipher.get(), nullptr, nullptr, 0, parameters.data()) == 1);
     }
 
     void setKey(EVP_CIPHER_CTX* context, ByteView key) {
@@ -51,13 +56,33 @@ struct Sealing::State {
         return sha256({outerKey, sha256({innerKey, asBytes(header), vector, ciphertext, al})});
     }
 
-    static std::size_t crypt(EVP_CIPHER_CTX* context, ByteView vector, ByteView input, std::uint8_t* output) {
-        int body = 0;
-        int tail = 0;
-        must(EVP_CipherInit_ex2(context, nullptr, nullptr, vector.data(), -1, nullptr) == 1 &&
-             EVP_CipherUpdate(context, output, &body, input.data(), static_cast<int>(input.size())) == 1 &&
-             EVP_CipherFinal_ex(context, output + body, &tail) == 1);
-        return static_cast<std::size_t>(body + tail);
+    static void crypt(EVP_CIPHER_CTX* context, ByteView input, std::uint8_t* output) {
+        int moved = 0;
+        must(EVP_CipherUpdate(context, output, &moved, input.data(), static_cast<int>(input.size())) == 1 &&
+             static_cast<std::size_t>(moved) == input.size());
+    }
+
+    std::size_t encrypt(ByteView vector, ByteView payload, std::uint8_t* output) {
+        const std::size_t tail = payload.size() % kBlock;
+        const std::size_t whole = payload.size() - tail;
+        std::array<std::uint8_t, kBlock> last;
+        last.fill(static_cast<std::uint8_t>(kBlock - tail));
+        std::copy_n(payload.begin() + static_cast<std::ptrdiff_t>(whole), tail, last.begin());
+        must(EVP_CipherInit_ex2(encryption.get(), nullptr, nullptr, vector.data(), -1, nullptr) == 1);
+        crypt(encryption.get(), payload.first(whole), output);
+        crypt(encryption.get(), last, output + whole);
+        return whole + kBlock;
+    }
+
+    /// In the place of the ciphertext.
+    std::size_t decrypt(ByteView vector, std::span<std::uint8_t> ciphertext) {
+        must(EVP_CipherInit_ex2(decryption.get(), nullptr, nullptr, vector.data(), -1, nullptr) == 1);
+        crypt(decryption.get(), ciphertext, ciphertext.data());
+        const std::size_t padding = ciphertext.back();
+        must(padding >= 1 && padding <= kBlock &&
+             std::all_of(ciphertext.end() - static_cast<std::ptrdiff_t>(padding), ciphertext.end(),
+                         [padding](std::uint8_t octet) { return octet == padding; }));
+        return ciphertext.size() - padding;
     }
 };
 
@@ -79,10 +104,6 @@ void Sealing::setOpeningKey(ByteView contentKey) {
 void Sealing::forget() {
     constexpr std::array<std::uint8_t, 2 * kBlock> kZeros{};
     setOpeningKey(kZeros);
-    std::array<std::uint8_t, 2 * kBlock> sink{};
-    int moved = 0;
-    // What is decrypted is held back a block long.
-    must(EVP_CipherUpdate(state_->decryption.get(), sink.data(), &moved, kZeros.data(), kBlock) == 1);
     OPENSSL_cleanse(state_->octets.data(), state_->octets.size());
 }
 
@@ -91,7 +112,7 @@ std::string_view Sealing::seal(std::string_view header, ByteView encryptedKey, B
     std::array<std::uint8_t, kBlock> vector{};
     must(RAND_bytes(vector.data(), kBlock) == 1);
     if (state.octets.size() < payload.size() + kBlock) state.octets.resize(payload.size() + kBlock);
-    const std::size_t length = State::crypt(state.encryption.get(), vector, payload, state.octets.data());
+    const std::size_t length = state.encrypt(vector, payload, state.octets.data());
     const ByteView ciphertext = ByteView(state.octets).first(length);
     const auto tag = state.tag(header, vector, ciphertext);
 
@@ -119,13 +140,11 @@ ByteView Sealing::open(std::string_view header, std::string_view compact) {
     std::uint8_t* const octets = state.octets.data();
     decodeBase64URL(compact.substr(vectorAt, kBlockText), vector.data());
     decodeBase64URL(compact.substr(tagAt), received.data());
-    const std::uint8_t* const end =
-        decodeBase64URL(compact.substr(ciphertextAt, tagAt - 1 - ciphertextAt), octets);
-    const ByteView ciphertext(octets, static_cast<std::size_t>(end - octets));
+    std::uint8_t* const end = decodeBase64URL(compact.substr(ciphertextAt, tagAt - 1 - ciphertextAt), octets);
+    const std::span<std::uint8_t> ciphertext(octets, static_cast<std::size_t>(end - octets));
     const auto expected = state.tag(header, vector, ciphertext);
     must(CRYPTO_memcmp(expected.data(), received.data(), kBlock) == 0);
-    // In the place of what it is decrypted from.
-    return {octets, State::crypt(state.decryption.get(), vector, ciphertext, octets)};
+    return ciphertext.first(state.decrypt(vector, ciphertext));
 }
 
 } // namespace korvane::bench::bare
