@@ -5,6 +5,7 @@
 
 #include <unicode/brkiter.h>
 #include <unicode/regex.h>
+#include <unicode/ubidi.h>
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
 #include <unicode/utf8.h>
@@ -137,6 +138,11 @@ std::string firstCharacters(std::string_view text, std::size_t count) {
             ++end;
     }
     return std::string(text.substr(0, end));
+}
+
+bool isRightToLeft(std::string_view text) {
+    const icu::UnicodeString wide = toUtf16(text);
+    return ubidi_getBaseDirection(wide.getBuffer(), wide.length()) == UBIDI_RTL;
 }
 
 std::string joined(const std::vector<std::string>& texts) {

@@ -33,6 +33,9 @@ KORVANE_EXPORT [[nodiscard]] std::string firstCharacters(std::string_view text, 
 /// over which no script gets and shaping takes quadratic time. Octets that are not UTF-8 stay as they are.
 KORVANE_EXPORT [[nodiscard]] std::string withBoundedMarks(std::string_view text);
 
+/// Whether the first character that has a direction is written from the right to the left (UAX 9, P2 and P3).
+KORVANE_EXPORT [[nodiscard]] bool isRightToLeft(std::string_view text);
+
 /// The texts in their order, with commas and no blanks between them.
 KORVANE_EXPORT [[nodiscard]] std::string joined(const std::vector<std::string>& texts);
 

@@ -1,6 +1,7 @@
 #include "Platform/View/LayoutPlan.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace korvane {
 
@@ -13,18 +14,18 @@ std::string described(const UIView& view) {
 
 } // namespace
 
-LayoutPlan::LayoutPlan(UIView& holder) : holder_(holder), views_{&holder, &holder} {
+LayoutPlan::LayoutPlan(UIView& holder) : holder_(holder), views_{&holder, &holder, &holder} {
     const Equations equations = collect();
     const std::size_t variables = views_.size() * kSlots;
     isPlaced_.assign(views_.size(), false);
     rules_.resize(variables);
     visits_.assign(variables, Visit::none);
     values_.assign(variables, 0);
-    for (std::size_t item = kSafeArea + 1; item < views_.size(); ++item) {
+    for (std::size_t item = kFirstSubview; item < views_.size(); ++item) {
         chooseRules(equations, item, kHorizontal);
         chooseRules(equations, item, kVertical);
     }
-    for (std::size_t target = (kSafeArea + 1) * kSlots; target < variables; ++target)
+    for (std::size_t target = kFirstSubview * kSlots; target < variables; ++target)
         order(target);
 }
 
@@ -32,6 +33,7 @@ LayoutPlan::LayoutPlan(UIView& holder) : holder_(holder), views_{&holder, &holde
 std::size_t LayoutPlan::indexOf(const NSObject* item) {
     if (item == &holder_) return kHolder;
     if (const auto* guide = dynamic_cast<const UILayoutGuide*>(item); guide && guide->owner() == &holder_) {
+        if (guide->kind() == UILayoutGuideKind::readable) return kReadable;
         usesSafeArea_ = true;
         return kSafeArea;
     }
@@ -39,7 +41,7 @@ std::size_t LayoutPlan::indexOf(const NSObject* item) {
         std::ranges::find_if(holder_.subviews(), [item](const auto& view) { return view.get() == item; });
     if (child == holder_.subviews().end())
         throw Fault{"A constraint of " + described(holder_) + " concerns what is not in it."};
-    const auto known = std::find(views_.begin() + kSafeArea + 1, views_.end(), child->get());
+    const auto known = std::find(views_.begin() + kFirstSubview, views_.end(), child->get());
     if (known == views_.end()) {
         views_.push_back(child->get());
         return views_.size() - 1;
@@ -61,7 +63,7 @@ LayoutPlan::Equations LayoutPlan::collect() {
     for (const auto& constraint : holder_.constraints()) {
         if (!constraint->isActive()) continue;
         const std::size_t target = variable(constraint->firstItem().get(), constraint->firstAttribute());
-        if (target < (kSafeArea + 1) * kSlots)
+        if (target < kFirstSubview * kSlots)
             throw Fault{"A constraint of " + described(holder_) + " would move the view itself."};
         if (const auto second = constraint->secondItem())
             static_cast<void>(variable(second.get(), constraint->secondAttribute()));
@@ -101,7 +103,12 @@ std::vector<std::size_t> LayoutPlan::needs(const Step& step) const {
     const std::size_t first = step.target - slot;
     const Axis& axis = axisOf(slot);
     switch (step.rule) {
-    case Rule::equation: return step.source == kNone ? std::vector<std::size_t>{} : std::vector{step.source};
+    case Rule::equation: {
+        std::vector<std::size_t> all;
+        if (step.source != kNone) all.push_back(step.source);
+        if (isGap(step)) all.push_back(first + kVertical.length);
+        return all;
+    }
     case Rule::endFromStart: return {first + axis.start, first + axis.length};
     case Rule::startFromEnd: return {first + axis.end, first + axis.length};
     case Rule::lengthFromEnds: return {first + axis.start, first + axis.end};
@@ -114,7 +121,7 @@ std::vector<std::size_t> LayoutPlan::needs(const Step& step) const {
 
 /// Puts a variable's step behind those that it needs.
 void LayoutPlan::order(std::size_t target) {
-    if (target < (kSafeArea + 1) * kSlots || visits_[target] == Visit::done) return;
+    if (target < kFirstSubview * kSlots || visits_[target] == Visit::done) return;
     if (visits_[target] == Visit::underWay)
         throw Fault{"The constraints of " + described(holder_) + " go round in a circle at " +
                     described(*views_[target / kSlots]) + "."};
@@ -135,7 +142,27 @@ void LayoutPlan::readHolder() {
         std::ranges::copy(all, values_.begin() + static_cast<std::ptrdiff_t>(item * kSlots));
     };
     write(kHolder, 0, size.height, 0, size.width);
-    write(kSafeArea, safe.top, size.height - safe.bottom, safe.left, size.width - safe.right);
+    const bool isMirrored = holder_.isRightToLeft();
+    const double before = isMirrored ? safe.right : safe.left;
+    const double behind = isMirrored ? safe.left : safe.right;
+    write(kSafeArea, safe.top, size.height - safe.bottom, before, size.width - behind);
+    const double margin = std::max(0.0, std::floor((size.width - holder_.readableWidth()) / 2));
+    write(kReadable, 0, size.height, margin, size.width - margin);
+}
+
+/// Whether a step places a view below another one, and gives way with a view that collapses.
+bool LayoutPlan::isGap(const Step& step) const {
+    return step.target % kSlots == kVertical.start && step.source != kNone &&
+           step.source / kSlots >= kFirstSubview && views_[step.target / kSlots]->collapses();
+}
+
+double LayoutPlan::equationValue(const Step& step) const {
+    const UIView& view = *views_[step.target / kSlots];
+    const std::size_t slot = step.target % kSlots;
+    if (slot == kVertical.length && view.collapses() && view.isHidden()) return 0;
+    const double from = step.source == kNone ? 0 : values_[step.source];
+    const bool isGone = isGap(step) && values_[step.target - slot + kVertical.length] <= 0;
+    return isGone ? from : from + step.constraint->constant();
 }
 
 double LayoutPlan::value(const Step& step) const {
@@ -145,13 +172,13 @@ double LayoutPlan::value(const Step& step) const {
     const UIView& view = *views_[step.target / kSlots];
     const auto own = [&](std::size_t other) { return values_[first + other]; };
     switch (step.rule) {
-    case Rule::equation:
-        return (step.source == kNone ? 0 : values_[step.source]) + step.constraint->constant();
+    case Rule::equation: return equationValue(step);
     case Rule::endFromStart: return own(axis.start) + own(axis.length);
     case Rule::startFromEnd: return own(axis.end) - own(axis.length);
     case Rule::lengthFromEnds: return own(axis.end) - own(axis.start);
     case Rule::fittingWidth: return view.fittingSize(kUnbounded).width;
-    case Rule::fittingHeight: return view.fittingSize(own(kHorizontal.length)).height;
+    case Rule::fittingHeight:
+        return view.collapses() && view.isHidden() ? 0 : view.fittingSize(own(kHorizontal.length)).height;
     case Rule::present: break;
     }
     const CGRect frame = view.frame();
@@ -164,12 +191,14 @@ void LayoutPlan::run() {
     readHolder();
     for (const Step& step : steps_)
         values_[step.target] = value(step);
-    for (std::size_t item = kSafeArea + 1; item < views_.size(); ++item) {
+    const bool isMirrored = holder_.isRightToLeft();
+    for (std::size_t item = kFirstSubview; item < views_.size(); ++item) {
         if (!isPlaced_[item]) continue;
         const double* const at = values_.data() + item * kSlots;
-        views_[item]->setFrame(
-            {{at[kHorizontal.start], at[kVertical.start]},
-             {std::max(0.0, at[kHorizontal.length]), std::max(0.0, at[kVertical.length])}});
+        const CGSize size{std::max(0.0, at[kHorizontal.length]), std::max(0.0, at[kVertical.length])};
+        const double leading = at[kHorizontal.start];
+        const double left = isMirrored ? holder_.bounds().size.width - leading - size.width : leading;
+        views_[item]->setFrame({{left, at[kVertical.start]}, size});
     }
 }
 

@@ -46,9 +46,11 @@ private:
     static constexpr std::size_t kNone = ~std::size_t{0};
     /// Top, bottom, leading, trailing, width, height.
     static constexpr std::size_t kSlots = 6;
-    /// The holder and its safe area stand before the subviews.
+    /// The holder and its guides stand before the subviews.
     static constexpr std::size_t kHolder = 0;
     static constexpr std::size_t kSafeArea = 1;
+    static constexpr std::size_t kReadable = 2;
+    static constexpr std::size_t kFirstSubview = 3;
 
     struct Axis {
         std::size_t start;
@@ -72,11 +74,13 @@ private:
     void chooseRules(const Equations& equations, std::size_t item, const Axis& axis);
     void order(std::size_t target);
     [[nodiscard]] std::vector<std::size_t> needs(const Step& step) const;
+    [[nodiscard]] bool isGap(const Step& step) const;
     [[nodiscard]] double value(const Step& step) const;
+    [[nodiscard]] double equationValue(const Step& step) const;
     void readHolder();
 
     UIView& holder_;
-    std::vector<UIView*> views_; // by index; the first two stand for the holder
+    std::vector<UIView*> views_; // by index; the first three stand for the holder
     std::vector<bool> isPlaced_; // has constraints of its own
     bool usesSafeArea_ = false;
     std::vector<Step> rules_; // by variable

@@ -27,17 +27,23 @@ enum class NSLayoutAttribute : int {
 KORVANE_EXPORT [[nodiscard]] std::string_view name(NSLayoutAttribute attribute);
 KORVANE_EXPORT [[nodiscard]] std::optional<NSLayoutAttribute> layoutAttributeNamed(std::string_view name);
 
-/// The part of a view that nothing of the system covers, as an item of constraints.
+/// What a part of a view is left with: what nothing of the system covers, or as much of its width as lines can
+/// be read in.
+enum class UILayoutGuideKind { safeArea, readable };
+
+/// A part of a view as an item of constraints.
 class UILayoutGuide final : public NSObject {
 public:
-    explicit UILayoutGuide(UIView& owner) : owner_(&owner) {}
+    UILayoutGuide(UIView& owner, UILayoutGuideKind kind) : owner_(&owner), kind_(kind) {}
 
     [[nodiscard]] const UIView* owner() const noexcept { return owner_; }
+    [[nodiscard]] UILayoutGuideKind kind() const noexcept { return kind_; }
 
 private:
     friend class UIView;
 
     UIView* owner_; // cleared by the owner's end
+    UILayoutGuideKind kind_;
 };
 
 /// One equation: first.attribute = second.attribute + constant, or first.attribute =

@@ -3,6 +3,7 @@
 #include "Platform/View/UIButton.h"
 #include "Platform/View/UIImageView.h"
 #include "Platform/View/UINavigationBar.h"
+#include "Platform/View/UITextField.h"
 #include "Platform/View/UITextView.h"
 
 #include <functional>
@@ -67,6 +68,12 @@ void addViewProperties(Table& table) {
                 [](UIView& view, const Value& value) { view.setBackgroundColor(value.color()); });
     add<UIView>(table, "contentMode",
                 [](UIView& view, const Value& value) { view.setContentMode(contentMode(value)); });
+    add<UIView>(table, "collapses",
+                [](UIView& view, const Value& value) { view.setCollapses(value.boolean()); });
+    add<UIView>(table, "readableWidth",
+                [](UIView& view, const Value& value) { view.setReadableWidth(value.number()); });
+    add<UIView>(table, "tintColor",
+                [](UIView& view, const Value& value) { view.setTintColor(value.color()); });
     add<UIView>(table, "cornerRadius",
                 [](UIView& view, const Value& value) { view.layer().setCornerRadius(value.number()); });
     add<UIView>(table, "borderColor",
@@ -94,6 +101,8 @@ void addContentProperties(Table& table) {
                       [](UIScrollView& view, const Value& value) { view.setScrollEnabled(value.boolean()); });
     add<UIImageView>(table, "image",
                      [](UIImageView& view, const Value& value) { view.setImage(value.image()); });
+    add<UITextField>(table, "textInset",
+                     [](UITextField& view, const Value& value) { view.setTextInset(value.number()); });
     add<UINavigationBar>(table, "barTintColor", [](UINavigationBar& view, const Value& value) {
         view.setBarTintColor(value.color());
     });

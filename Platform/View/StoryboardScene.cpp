@@ -85,7 +85,9 @@ void StoryboardScene::setMember(const std::shared_ptr<UIView>& view, const std::
 }
 
 void StoryboardScene::fill(UIView& view, const JSON& description) {
-    Items items{{"self", view.shared_from_this()}, {"safeArea", view.safeAreaLayoutGuide()}};
+    Items items{{"self", view.shared_from_this()},
+                {"safeArea", view.safeAreaLayoutGuide()},
+                {"readable", view.readableContentGuide()}};
     addSubviews(view, *member(description, "subviews"), items);
     if (const JSON* const constraints = member(description, "constraints"))
         addConstraints(view, *constraints, items);

@@ -24,6 +24,10 @@ public:
     [[nodiscard]] const std::optional<UIColor>& color() const noexcept { return color_; }
     void setColor(std::optional<UIColor> color) { assign(color_, std::move(color), UIViewChange::paint); }
 
+    /// What the indicator stands on; clear for nothing.
+    [[nodiscard]] const UIColor& plateColor() const noexcept { return plateColor_; }
+    void setPlateColor(const UIColor& color) { assign(plateColor_, color, UIViewChange::paint); }
+
     [[nodiscard]] CGSize sizeThatFits(CGSize /*size*/) const override { return {kLargeSide, kLargeSide}; }
 
 private:
@@ -33,6 +37,7 @@ private:
     }
 
     std::optional<UIColor> color_;
+    UIColor plateColor_ = UIColor::clear();
     bool isAnimating_ = false;
 };
 

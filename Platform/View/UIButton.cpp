@@ -75,13 +75,20 @@ void UIButton::setContentHorizontalAlignment(UIControlContentHorizontalAlignment
     assign(alignment_, alignment, UIViewChange::layout);
 }
 
+/// A touch of the title's colour: the title stays as clear as it is.
+std::optional<UIColor> UIButton::pressedTint() const {
+    constexpr double kTouch = 0.12;
+    if (!isHighlighted()) return std::nullopt;
+    return titleLabel_->textColor().withAlphaComponent(kTouch);
+}
+
 CGSize UIButton::imageSize() const {
     return imageView_ ? imageView_->intrinsicContentSize() : CGSize{};
 }
 
 double UIButton::titleRoom(double width) const {
-    return std::max(0.0, width - imageSize().width - std::max(0.0, titleEdgeInsets_.left) -
-                             std::max(0.0, titleEdgeInsets_.right));
+    return std::max(0.0, width - contentEdgeInsets_.left - contentEdgeInsets_.right - imageSize().width -
+                             std::max(0.0, titleEdgeInsets_.left) - std::max(0.0, titleEdgeInsets_.right));
 }
 
 /// The shift that insets give to something of that alignment.
@@ -98,7 +105,7 @@ double UIButton::shift(const UIEdgeInsets& insets) const {
 void UIButton::layoutSubviews() {
     const CGRect content = UIEdgeInsetsInsetRect(CGRect{{0, 0}, bounds().size}, contentEdgeInsets_);
     const CGSize image = imageSize();
-    const double room = titleRoom(content.size.width);
+    const double room = titleRoom(bounds().size.width);
     const CGSize fitting = titleLabel_->fittingSize(room);
     const CGSize title{std::min(fitting.width, room), std::min(fitting.height, content.size.height)};
 
@@ -106,9 +113,13 @@ void UIButton::layoutSubviews() {
     double x = content.origin.x;
     if (alignment_ == UIControlContentHorizontalAlignment::center) x += free / 2;
     if (alignment_ == UIControlContentHorizontalAlignment::right) x += free;
+    const bool isMirrored = isRightToLeft();
     const auto place = [&](UIView& view, double left, CGSize size, const UIEdgeInsets& insets) {
         const double middle = content.origin.y + (content.size.height - size.height) / 2;
-        view.setFrame({{left + shift(insets), middle + (insets.top - insets.bottom) / 2}, size});
+        const double leading = left + shift(insets);
+        view.setFrame({{isMirrored ? bounds().size.width - leading - size.width : leading,
+                        middle + (insets.top - insets.bottom) / 2},
+                       size});
     };
     if (imageView_) place(*imageView_, x, image, imageEdgeInsets_);
     place(*titleLabel_, x + image.width, title, titleEdgeInsets_);
@@ -117,7 +128,7 @@ void UIButton::layoutSubviews() {
 CGSize UIButton::sizeThatFits(CGSize size) const {
     const double sides = contentEdgeInsets_.left + contentEdgeInsets_.right;
     const CGSize image = imageSize();
-    const double room = size.width == kUnbounded ? kUnbounded : titleRoom(size.width - sides);
+    const double room = size.width == kUnbounded ? kUnbounded : titleRoom(size.width);
     const CGSize title = titleLabel_->fittingSize(room);
     const double titleInsets = std::max(0.0, titleEdgeInsets_.left) + std::max(0.0, titleEdgeInsets_.right);
     return {image.width + title.width + titleInsets + sides,

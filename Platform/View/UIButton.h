@@ -13,6 +13,7 @@ enum class UIControlContentHorizontalAlignment { center, left, right, fill };
 
 /// A control with a title and an image, image first. Main queue only.
 ///
+/// Where it is read from the right to the left, it lies as in a mirror: left is then right.
 /// Title, colour and image that a state has none of are those of the normal state.
 class UIButton : public UIControl {
 public:
@@ -46,10 +47,15 @@ public:
     }
     void setContentHorizontalAlignment(UIControlContentHorizontalAlignment alignment);
 
+    /// What lies between ground and title while the button is pressed; no value for nothing.
+    [[nodiscard]] virtual std::optional<UIColor> pressedTint() const;
+
     void layoutSubviews() override;
     [[nodiscard]] CGSize sizeThatFits(CGSize size) const override;
 
 protected:
+    /// How wide a title can be in a button of a width, without what lies around and beside it.
+    [[nodiscard]] double titleRoom(double width) const;
     void stateDidChange() override;
     void subviewContentDidChange() override { invalidateIntrinsicContentSize(); }
     [[nodiscard]] UIAccessibilityRole defaultAccessibilityRole() const override {
@@ -71,7 +77,6 @@ private:
     void setLook(Value Look::*part, Value value, ControlState state);
     void setInsets(UIEdgeInsets& insets, const UIEdgeInsets& value);
     [[nodiscard]] CGSize imageSize() const;
-    [[nodiscard]] double titleRoom(double width) const;
     [[nodiscard]] double shift(const UIEdgeInsets& insets) const;
 
     std::array<Look, kControlStates> looks_;

@@ -20,6 +20,10 @@ public:
     [[nodiscard]] bool isAccessibilityElement() const override {
         return image_ && UIView::isAccessibilityElement();
     }
+    /// The room that the image leaves at every side, in points.
+    [[nodiscard]] double contentInset() const noexcept { return contentInset_; }
+    void setContentInset(double inset) { assign(contentInset_, inset, UIViewChange::paint); }
+
     /// The image's size; nothing without one.
     [[nodiscard]] CGSize sizeThatFits(CGSize /*size*/) const override {
         return image_ ? image_->size() : CGSize{};
@@ -32,6 +36,7 @@ protected:
 
 private:
     UIImagePtr image_;
+    double contentInset_ = 0;
 };
 
 } // namespace korvane

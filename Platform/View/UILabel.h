@@ -22,7 +22,7 @@ public:
     /// The smallest share of its size that the font may shrink to.
     void setMinimumScaleFactor(double factor) { assign(minimumScaleFactor_, factor, UIViewChange::paint); }
     /// The font's size that fits the present width: 1 down to the smallest share. 1 unless
-    /// the label is of one line and adjusts its font.
+    /// the label has a greatest number of lines and adjusts its font.
     [[nodiscard]] double scaleFactor() const;
 
     [[nodiscard]] CGSize sizeThatFits(CGSize size) const override;
@@ -33,6 +33,8 @@ protected:
     }
 
 private:
+    [[nodiscard]] double scaleForLines() const;
+
     int numberOfLines_ = 1;
     bool adjustsFontSizeToFitWidth_ = false;
     double minimumScaleFactor_ = 0.5;

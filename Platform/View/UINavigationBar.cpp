@@ -92,6 +92,16 @@ void UINavigationBar::showAtEnd(const std::shared_ptr<UIView>& view) {
         control->titleLabel()->setAdjustsFontForContentSizeCategory(false);
 }
 
+/// A button at the end is touched up to the bar's edges.
+std::shared_ptr<UIView> UINavigationBar::hitTest(CGPoint point) {
+    const auto hit = UIView::hitTest(point);
+    if (!hit || !rightView_ || hit == rightView_) return hit;
+    const CGRect place = rightView_->frame();
+    const CGRect reach{{place.origin.x - kMargin, 0}, {place.size.width + 2 * kMargin, bounds().size.height}};
+    const CGPoint middle{place.size.width / 2, place.size.height / 2};
+    return CGRectContainsPoint(reach, point) ? rightView_->hitTest(middle) : hit;
+}
+
 /// The end comes first, and the title gets the room beside it, around the middle.
 void UINavigationBar::layoutSubviews() {
     UIView::layoutSubviews();
@@ -99,7 +109,8 @@ void UINavigationBar::layoutSubviews() {
     double taken = kMargin;
     if (rightView_) {
         const CGSize size = sizeOf(*rightView_, bar.height);
-        rightView_->setFrame({{bar.width - kMargin - size.width, (bar.height - size.height) / 2}, size});
+        const double x = isRightToLeft() ? kMargin : bar.width - kMargin - size.width;
+        rightView_->setFrame({{x, (bar.height - size.height) / 2}, size});
         taken = size.width + 2 * kMargin;
     }
     titleLabel_->setFrame({{taken, 0}, {std::max(0.0, bar.width - 2 * taken), bar.height}});

@@ -83,6 +83,7 @@ public:
 
     [[nodiscard]] const std::shared_ptr<UILabel>& titleLabel() const noexcept { return titleLabel_; }
 
+    [[nodiscard]] std::shared_ptr<UIView> hitTest(CGPoint point) override;
     void layoutSubviews() override;
     [[nodiscard]] CGSize sizeThatFits(CGSize size) const override { return {size.width, kHeight}; }
 

@@ -115,12 +115,11 @@ void UITextField::didResignFirstResponder() {
 }
 
 CGSize UITextField::sizeThatFits(CGSize /*size*/) const {
-    constexpr double kBorderRoom = 7;
-    const double room = borderStyle_ == UITextBorderStyle::none ? 0 : kBorderRoom;
+    const double above = borderStyle_ == UITextBorderStyle::none ? 0 : kBorderRoom;
     std::string shown = onOneLine(text());
     const CGSize line = measuredText(shown, shownFont(), kUnbounded, 1);
     cleanse(shown);
-    return {line.width + 2 * room, line.height + 2 * room};
+    return {line.width + 2 * textInset(), line.height + 2 * above};
 }
 
 } // namespace korvane

@@ -4,6 +4,7 @@
 #include "Platform/View/UIControl.h"
 #include "Platform/View/UITextContent.h"
 
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -64,6 +65,11 @@ public:
     [[nodiscard]] UIKeyboardType keyboardType() const noexcept { return keyboardType_; }
     void setKeyboardType(UIKeyboardType type) { keyboardType_ = type; }
     [[nodiscard]] UITextBorderStyle borderStyle() const noexcept { return borderStyle_; }
+    /// The room between each side and the text, in points; a border has some by itself.
+    [[nodiscard]] double textInset() const noexcept {
+        return borderStyle_ == UITextBorderStyle::none ? textInset_ : std::max(textInset_, kBorderRoom);
+    }
+    void setTextInset(double inset) { assign(textInset_, inset, UIViewChange::content); }
     void setBorderStyle(UITextBorderStyle style) { assign(borderStyle_, style, UIViewChange::content); }
 
     [[nodiscard]] bool hasText() const override { return !text().empty(); }
@@ -98,6 +104,9 @@ private:
     std::weak_ptr<UITextFieldDelegate> delegate_;
     std::shared_ptr<UIView> inputView_;
     UIKeyboardType keyboardType_ = UIKeyboardType::defaultType;
+    static constexpr double kBorderRoom = 7;
+
+    double textInset_ = 0;
     UITextBorderStyle borderStyle_ = UITextBorderStyle::none;
 };
 

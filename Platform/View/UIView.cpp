@@ -43,7 +43,8 @@ UIView::~UIView() {
         view->superview_ = nullptr;
     for (const auto& constraint : constraints_)
         constraint->holder_ = nullptr;
-    if (safeArea_) safeArea_->owner_ = nullptr;
+    for (const auto& guide : {safeArea_, readable_})
+        if (guide) guide->owner_ = nullptr;
 }
 
 void UIView::setBackgroundColor(std::optional<UIColor> color) {
@@ -68,6 +69,11 @@ UIColor UIView::focusColor() const {
 
 void UIView::setFocusColor(std::optional<UIColor> color) {
     assign(focusColor_, std::move(color), UIViewChange::paint);
+}
+
+void UIView::setHidden(bool isHidden) {
+    if (assign(isHidden_, isHidden, UIViewChange::paint) && collapses_ && superview_)
+        superview_->setNeedsLayout();
 }
 
 void UIView::hideFromCapture(bool hide) {

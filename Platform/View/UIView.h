@@ -49,7 +49,7 @@ public:
     [[nodiscard]] double alpha() const noexcept { return alpha_; }
     void setAlpha(double alpha) { assign(alpha_, alpha, UIViewChange::paint); }
     [[nodiscard]] bool isHidden() const noexcept { return isHidden_; }
-    void setHidden(bool isHidden) { assign(isHidden_, isHidden, UIViewChange::paint); }
+    void setHidden(bool isHidden);
     /// Whether anything of the view can be seen, as far as that is its own affair: neither hidden nor
     /// transparent (alpha below 0.01).
     [[nodiscard]] bool isShown() const noexcept { return !isHidden_ && alpha_ >= kTransparent; }
@@ -111,6 +111,17 @@ public:
     void removeConstraint(const std::shared_ptr<NSLayoutConstraint>& constraint);
     /// The item that stands for this view without what the system covers of it.
     [[nodiscard]] std::shared_ptr<UILayoutGuide> safeAreaLayoutGuide();
+    /// The item that stands for this view, in its middle no wider than the widest that it is told.
+    [[nodiscard]] std::shared_ptr<UILayoutGuide> readableContentGuide();
+    [[nodiscard]] double readableWidth() const noexcept { return readableWidth_; }
+    void setReadableWidth(double widest) { assign(readableWidth_, widest, UIViewChange::layout); }
+    /// Whether the view gives up its height and the gap above it when it is hidden, and that gap when it has
+    /// no height.
+    [[nodiscard]] bool collapses() const noexcept { return collapses_; }
+    void setCollapses(bool collapses) { assign(collapses_, collapses, UIViewChange::layout); }
+    /// Whether leading is right and trailing left in this view: as it is told, else as what it lies in.
+    [[nodiscard]] bool isRightToLeft() const;
+    void setRightToLeft(bool isRightToLeft);
     /// Asks for a pass over this view's subviews: at the next `layoutIfNeeded()`, or by itself before the
     /// window is drawn again.
     void setNeedsLayout();
@@ -299,6 +310,10 @@ private:
     std::vector<std::shared_ptr<NSLayoutConstraint>> constraints_;
     std::vector<std::shared_ptr<UIGestureRecognizer>> gestureRecognizers_;
     std::shared_ptr<UILayoutGuide> safeArea_;
+    std::shared_ptr<UILayoutGuide> readable_;
+    double readableWidth_ = kUnbounded;
+    std::optional<bool> isRightToLeft_;
+    bool collapses_ = false;
     std::unique_ptr<LayoutPlan> plan_;
     mutable std::array<Fitting, 2> fittings_; // for any width, and for the last one asked for
     std::uint64_t sizesEra_ = sizesEra();     // from which sizes are remembered

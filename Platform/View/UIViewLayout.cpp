@@ -75,8 +75,23 @@ UIEdgeInsets UIView::safeAreaInsets() const {
 }
 
 std::shared_ptr<UILayoutGuide> UIView::safeAreaLayoutGuide() {
-    if (!safeArea_) safeArea_ = std::make_shared<UILayoutGuide>(*this);
+    if (!safeArea_) safeArea_ = std::make_shared<UILayoutGuide>(*this, UILayoutGuideKind::safeArea);
     return safeArea_;
+}
+
+std::shared_ptr<UILayoutGuide> UIView::readableContentGuide() {
+    if (!readable_) readable_ = std::make_shared<UILayoutGuide>(*this, UILayoutGuideKind::readable);
+    return readable_;
+}
+
+bool UIView::isRightToLeft() const {
+    for (const UIView* view = this; view; view = view->superview_)
+        if (view->isRightToLeft_) return *view->isRightToLeft_;
+    return false;
+}
+
+void UIView::setRightToLeft(bool isRightToLeft) {
+    if (assign(isRightToLeft_, isRightToLeft, UIViewChange::layout)) invalidateTree();
 }
 
 void UIView::addConstraint(std::shared_ptr<NSLayoutConstraint> constraint) {

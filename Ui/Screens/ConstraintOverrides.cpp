@@ -19,13 +19,14 @@ struct Side {
     }
 };
 
-/// Whether the other side of a constraint is the neighbour; without one, the superview or its safe area, and
+/// Whether the other side of a constraint is the neighbour; without one, the superview or a guide of it, and
 /// for a length also nothing.
 bool isBoundTo(const NSLayoutConstraint& constraint, UIView& superview, const Side& side) {
     const auto item = constraint.secondItem();
     if (side.neighbour) return item.get() == side.neighbour;
     if (!item) return side.isLength();
-    return item.get() == &superview || item == superview.safeAreaLayoutGuide();
+    return item.get() == &superview || item == superview.safeAreaLayoutGuide() ||
+           item == superview.readableContentGuide();
 }
 
 void applyConstant(UIView& superview, const UIView& view, const Side& side) {

@@ -102,6 +102,24 @@ TEST_F(Storyboard, EquationsPlaceViewsInWhateverOrderTheyAreGiven) {
     }
 }
 
+TEST_F(Storyboard, WideViewsKeepTheirLinesShortMirrorAndCloseTheGapsOfWhatIsNotThere) {
+    const auto controller = pay(scene(R"({"readableWidth": 200,
+        "subviews": [{"id": "a", "tag": 1, "collapses": true}, {"id": "b", "tag": 2, "collapses": true}],
+        "constraints": ["a.leading = readable.leading + 10", "a.width = 30", "a.top = self.top + 5", "a.height = 20",
+                        "b.leading = a.leading", "b.width = 40", "b.top = a.bottom + 8", "b.height = 9"]})"));
+    window->setRootViewController(controller); // 320 wide
+    const auto a = controller->view()->viewWithTag(1), b = controller->view()->viewWithTag(2);
+    for (const bool isRightToLeft : {false, true})
+        for (const bool isHidden : {true, false}) {
+            controller->view()->setRightToLeft(isRightToLeft);
+            b->setHidden(isHidden);
+            window->layoutIfNeeded();
+            EXPECT_EQ(a->frame(), (CGRect{{isRightToLeft ? 220.0 : 70.0, 5}, {30, 20}}));
+            const double x = isRightToLeft ? 210 : 70;
+            EXPECT_EQ(b->frame(), (isHidden ? CGRect{{x, 25}, {40, 0}} : CGRect{{x, 33}, {40, 9}}));
+        }
+}
+
 /// Whoever changes the file is told where its fault is; nothing of it is shown.
 TEST_F(Storyboard, FaultsAreToldByName) {
     using enum UIStoryboardErrorCase;
