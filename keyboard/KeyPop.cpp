@@ -14,6 +14,9 @@ namespace {
 constexpr double kNeck = 5;
 constexpr double kFoot = 2;
 
+/// How much larger than the key's the glyph in a bubble is, where that has room.
+constexpr double kLarger = 1.4;
+
 /// The pictures have this much shadow at their sides.
 constexpr double kSideShadow = 5.4;
 /// The picture of the keys in the middle is that much heavier at its right.
@@ -77,7 +80,14 @@ void KeyPop::layoutSubviews() {
     if (backgroundView_) backgroundView_->setFrame(bounds());
     const auto key = keyboardButton();
     if (!key) return;
-    contentView_->setFrame(keyContentFrame(*key, type_ == KeyPopType::Press ? bounds() : bubble(*key)));
+    const bool isOverKey = type_ == KeyPopType::Press;
+    const CGRect within = isOverKey ? bounds() : bubble(*key);
+    contentView_->setFrame(keyContentFrame(*key, within));
+    auto* const label = dynamic_cast<UILabel*>(contentView_.get());
+    if (!label || isOverKey) return;
+    const UIFont& font = key->style() ? key->style()->font : label->font();
+    label->setFont(
+        font.withSize(std::max(font.pointSize(), std::min(font.pointSize() * kLarger, within.size.height))));
 }
 
 } // namespace korvane

@@ -4,6 +4,8 @@
 #include "keyboard/KeyboardRow.h"
 
 #include <algorithm>
+#include <array>
+#include <string>
 
 namespace korvane {
 
@@ -24,14 +26,20 @@ CGRect widthAround(const KeyboardButton& key, const UIView& holder) {
 
 /// The pictures behind the bubbles; a pressed key has none. Like the styles they are found once, since every
 /// press shows one.
-UIImagePtr backgroundImage(KeyPopType type) {
-    static const UIImagePtr middle = keyboardImage("velka_sdk_kb_press_bg");
-    static const UIImagePtr left = keyboardImage("velka_sdk_kb_press_bg_left");
-    static const UIImagePtr right = keyboardImage("velka_sdk_kb_press_bg_right");
+UIImagePtr backgroundImage(KeyPopType type, UIUserInterfaceStyle style) {
+    using Images = std::array<UIImagePtr, 3>;
+    const auto found = [](const std::string& surroundings) {
+        return Images{keyboardImage("velka_sdk_kb_press_bg" + surroundings),
+                      keyboardImage("velka_sdk_kb_press_bg_left" + surroundings),
+                      keyboardImage("velka_sdk_kb_press_bg_right" + surroundings)};
+    };
+    static const Images light = found("");
+    static const Images dark = found("_dark");
+    const Images& images = style == UIUserInterfaceStyle::dark ? dark : light;
     switch (type) {
-    case KeyPopType::Default: return middle;
-    case KeyPopType::Left: return left;
-    case KeyPopType::Right: return right;
+    case KeyPopType::Default: return images[0];
+    case KeyPopType::Left: return images[1];
+    case KeyPopType::Right: return images[2];
     case KeyPopType::Press: break;
     }
     return nullptr;
@@ -74,6 +82,10 @@ std::shared_ptr<KeyPop> KeyboardButton::shownKeyPop() const {
 void KeyboardButton::showKeyPop(bool show) {
     if (!style_ || !style_->keyPopType) return;
     const auto shown = shownKeyPop();
+    // The pop-up lets a little through, which the key's own glyph would spoil.
+    for (const auto& glyph :
+         {std::static_pointer_cast<UIView>(textLabel_), std::static_pointer_cast<UIView>(imageView_)})
+        if (glyph) glyph->setHidden(show);
     if (!show) {
         if (shown) shown->removeFromSuperview();
         return;
@@ -96,7 +108,7 @@ std::shared_ptr<KeyPop> KeyboardButton::createKeyPop(KeyPopType type) {
         pop->setFrame(KeyPop::frame(*style_, bounds(), bounds()));
         return pop;
     }
-    pop->setBackgroundImage(backgroundImage(type));
+    pop->setBackgroundImage(backgroundImage(type, traitCollection().userInterfaceStyle));
     const auto holder = popUpHolder();
     pop->setFrame(KeyPop::frame(*style_, convertTo(holder.get(), bounds()), widthAround(*this, *holder)));
     return pop;
