@@ -13,6 +13,8 @@ const metrics = {
 };
 
 const bar = 44;
+/** Lines of no more than this are read with ease. */
+const widest = 560;
 /** How far the screens themselves set the title of a section's button in. */
 const titleInset = 25;
 const regular = (size) => ({ size });
@@ -32,7 +34,7 @@ const filled = {
 const plain = { font: medium(16), titleColor: "challenge_accent", cornerRadius: 10 };
 
 function across(id, { margin }) {
-  return [`${id}.leading = self.leading + ${margin}`, `${id}.trailing = self.trailing - ${margin}`];
+  return [`${id}.leading = readable.leading + ${margin}`, `${id}.trailing = readable.trailing - ${margin}`];
 }
 
 function cancelBar(top, left, right) {
@@ -40,38 +42,40 @@ function cancelBar(top, left, right) {
     barTintColor: "challenge_bar", translucent: false,
     items: [{ title: "Confirm payment",
       right: { class: "ChallengeButton", title: "Cancel", font: regular(17), titleColor: "challenge_accent",
-        contentEdgeInsets: [11, 0, 11, 0] } }],
+        contentEdgeInsets: [7, 8, 7, 8], cornerRadius: 8 } }],
   }, top, `toolBar.leading = ${left}`, `toolBar.trailing = ${right}`, `toolBar.height = ${bar}`);
 }
 
 /** Logos, header, warning, challenge text and label. */
 function head(m) {
-  const logo = { contentMode: "scaleAspectFit", clipsToBounds: true };
+  const logo = { contentMode: "scaleAspectFit", clipsToBounds: true, cornerRadius: 6 };
   const top = `safeArea.top + ${bar + m.gap}`;
   // The text view has an inset of 5 points of its own at both sides.
   const inset = 5;
   return [
     control("bankLogo", "UIImageView", { ...logo, accessibilityLabel: "Bank" },
-      `bankLogo.top = ${top}`, `bankLogo.leading = self.leading + ${m.margin}`,
-      "bankLogo.width = 120", `bankLogo.height = ${m.logo}`),
+      `bankLogo.top = ${top}`, `bankLogo.leading = readable.leading + ${m.margin}`,
+      named("bankLogo.width = 120", "bankLogoWidthConstraint"),
+      named(`bankLogo.height = ${m.logo}`, "bankLogoHeightConstraint")),
     control("psLogo", "UIImageView", { ...logo, accessibilityLabel: "Card scheme" },
-      `psLogo.top = ${top}`, `psLogo.trailing = self.trailing - ${m.margin}`,
-      "psLogo.width = 90", `psLogo.height = ${m.logo}`),
+      `psLogo.top = ${top}`, `psLogo.trailing = readable.trailing - ${m.margin}`,
+      named("psLogo.width = 90", "psLogoWidthConstraint"), `psLogo.height = ${m.logo}`),
     control("challengeInfoHeader", "UILabel",
       { font: semibold(m.header), textColor: "challenge_text", numberOfLines: 0, accessibilityRole: "header" },
-      `challengeInfoHeader.top = bankLogo.bottom + ${m.gap}`, ...across("challengeInfoHeader", m)),
+      named(`challengeInfoHeader.top = bankLogo.bottom + ${m.gap}`, "headerTopConstraint"),
+      ...across("challengeInfoHeader", m)),
     control("warningImage", "UIImageView",
       { image: "Warning", contentMode: "scaleAspectFit", clipsToBounds: true, accessibilityLabel: "Warning" },
       `warningImage.top = challengeInfoHeader.bottom + ${m.small}`,
-      `warningImage.leading = self.leading + ${m.margin - inset}`,
+      `warningImage.leading = readable.leading + ${m.margin - inset}`,
       named("warningImage.width = 0", "warningWidthConstraint"), "warningImage.height = 32"),
     control("challengeInfoText", "UITextView", { font: regular(m.text), textColor: "challenge_text" },
       `challengeInfoText.top = challengeInfoHeader.bottom + ${m.small - 4}`,
       "challengeInfoText.leading = warningImage.trailing",
-      `challengeInfoText.trailing = self.trailing - ${m.margin - inset}`,
+      `challengeInfoText.trailing = readable.trailing - ${m.margin - inset}`,
       named("challengeInfoText.height = 0", "challengeInfoHeightConstraint")),
     control("challengeInfoLabel", "UILabel",
-      { font: medium(15), textColor: "challenge_secondary_text", numberOfLines: 0 },
+      { font: medium(15), textColor: "challenge_secondary_text", numberOfLines: 0, collapses: true },
       `challengeInfoLabel.top = challengeInfoText.bottom`, ...across("challengeInfoLabel", m)),
   ];
 }
@@ -82,11 +86,11 @@ function section(name, above, m) {
     control(button, "ShowInfoButtonButton",
       { image: "ArrowDown", contentHorizontalAlignment: "left", font: medium(16), titleColor: "challenge_accent",
         // The room of the arrow, which stands at the right end.
-        contentEdgeInsets: [0, 0, 0, 20] },
-      `${button}.top = ${above}.bottom + ${m.small}`, `${button}.leading = self.leading + ${m.margin - titleInset}`,
-      `${button}.trailing = self.trailing - ${m.margin}`, `${button}.height = 44`),
+        contentEdgeInsets: [0, 0, 0, 20], collapses: true, tintColor: "challenge_accent" },
+      `${button}.top = ${above}.bottom + ${m.small}`, `${button}.leading = readable.leading + ${m.margin - titleInset}`,
+      `${button}.trailing = readable.trailing - ${m.margin}`, `${button}.height = 44`),
     control(name, "UITextView", { font: regular(15), textColor: "challenge_secondary_text" },
-      `${name}.top = ${button}.bottom + 4`, ...across(name, m),
+      `${name}.top = ${button}.bottom`, ...across(name, m),
       named(`${name}.height = 0`, `${name}HeightConstraint`)),
   ];
 }
@@ -97,16 +101,16 @@ function foot(above, m) {
     control("whitelistingInfo", "ChallengeSelectButton",
       { image: "UncheckedSquareCheckbox", contentHorizontalAlignment: "left", font: regular(15), numberOfLines: 0,
         titleColor: "challenge_text", titleEdgeInsets: [0, 10, 0, 0], clipsToBounds: true,
-        accessibilityRole: "checkBox" },
+        accessibilityRole: "checkBox", collapses: true },
       `whitelistingInfo.top = ${above}.bottom + ${m.gap}`, ...across("whitelistingInfo", m),
-      named("whitelistingInfo.height = 60", "whitelistingInfoHeightConstraint")),
+      named("whitelistingInfo.height = 44", "whitelistingInfoHeightConstraint")),
     ...section("whyInfo", "whitelistingInfo", m),
     ...section("extInfo", "whyInfo", m),
   ];
 }
 
 function button(id, above, look, title, gap, m) {
-  return control(id, "ChallengeButton", { title, ...look },
+  return control(id, "ChallengeButton", { title, collapses: true, ...look },
     `${id}.top = ${above}.bottom + ${gap}`, ...across(id, m), `${id}.height = ${m.control}`);
 }
 
@@ -115,7 +119,7 @@ function optionList(cell, role, m) {
     backgroundColor: "clear", scrollEnabled: false,
     cells: { [cell]: { class: "ChallengeTableViewCell", subviews: [
       { class: "ChallengeSelectButton", id: "option", tag: 1000, image: "UncheckedCheckbox", font: regular(15),
-        numberOfLines: 0, titleColor: "challenge_text", titleEdgeInsets: [0, 12, 0, 0], contentHorizontalAlignment: "left",
+        numberOfLines: 4, titleColor: "challenge_text", titleEdgeInsets: [0, 12, 0, 0], contentHorizontalAlignment: "left",
         accessibilityRole: role }],
       constraints: ["option.top = self.top", "option.bottom = self.bottom", "option.leading = self.leading",
         "option.trailing = self.trailing"] } },
@@ -128,7 +132,7 @@ const middles = {
   Text: (m) => [
     control("otp", "UITextField",
       { font: regular(20), textColor: "challenge_text", textAlignment: "center", backgroundColor: "challenge_field",
-        borderColor: "challenge_border", accessibilityLabel: "Code" },
+        borderColor: "challenge_border", textInset: 12, accessibilityLabel: "Code" },
       `otp.top = challengeInfoLabel.bottom + ${m.small}`, ...across("otp", m), `otp.height = ${m.control}`),
     button("submitButton", "otp", filled, "Submit", m.gap, m),
     button("resendButton", "submitButton", plain, "Send a new code", m.small, m),
@@ -144,9 +148,9 @@ const middles = {
   Oob: (m) => [button("continueButton", "challengeInfoLabel", filled, "Continue", m.gap, m)],
 };
 
-function holding(type, controls) {
+function holding(type, controls, properties) {
   return {
-    class: type, outlet: "screen", backgroundColor: "challenge_background",
+    class: type, outlet: "screen", backgroundColor: "challenge_background", tintColor: "challenge_accent", ...properties,
     subviews: controls.map((each) => each.view),
     constraints: controls.flatMap((each) => each.constraints),
   };
@@ -159,7 +163,8 @@ function nativeScene(kind, orientation) {
   return {
     class: `${orientation === "landscape" ? "Landscape" : ""}Challenge${kind}NativeViewController`, orientation,
     view: holding("UIScrollView", [...head(m), ...middle, ...foot(middle.at(-1).view.id, m),
-      cancelBar(named("toolBar.top = safeArea.top", "toolBarTopConstraint"), left, right)]),
+      cancelBar(named("toolBar.top = safeArea.top", "toolBarTopConstraint"), left, right)],
+    { readableWidth: widest + 2 * m.margin }),
   };
 }
 

@@ -8,6 +8,9 @@ namespace {
 
 constexpr Seconds kPress{0.2};
 constexpr double kTitleInset = 5;
+/// The size, in points, under which a title takes two lines rather than shrink, and the room around these.
+constexpr double kLeastSize = 13;
+constexpr double kAround = 12;
 /// The width that a missing image is given.
 constexpr double kNoImageWidth = 15;
 
@@ -17,6 +20,8 @@ void ChallengeButton::awakeFromNib() {
     UIButton::awakeFromNib();
     titleLabel()->setAdjustsFontSizeToFitWidth(true);
     setTitleEdgeInsets({0, kTitleInset, 0, kTitleInset});
+    if (contentHorizontalAlignment() == UIControlContentHorizontalAlignment::center)
+        titleLabel()->setTextAlignment(NSTextAlignment::center);
     customBackgroundColor = backgroundColor();
     customTextColor = titleColor(ControlState::normal);
 }
@@ -33,6 +38,27 @@ void ChallengeButton::setHighlighted(bool isHighlighted) {
         button->applyLook();
         button->isPressed = false;
     });
+}
+
+int ChallengeButton::linesFor(double width) const {
+    const UIFont font = titleLabel()->shownFont();
+    const double wanted = measuredText(currentTitle(), font, kUnbounded, 1).width;
+    return wanted > 0 && font.pointSize() * titleRoom(width) / wanted < kLeastSize ? 2 : 1;
+}
+
+double ChallengeButton::heightForTitle(double width) const {
+    if (width <= 0 || linesFor(width) == 1) return 0;
+    return measuredText(currentTitle(), titleLabel()->shownFont(), titleRoom(width), 2).height + kAround;
+}
+
+void ChallengeButton::layoutSubviews() {
+    titleLabel()->setNumberOfLines(linesFor(bounds().size.width));
+    UIButton::layoutSubviews();
+}
+
+std::optional<UIColor> ChallengeButton::pressedTint() const {
+    const bool isOwn = customHighlitedColor || customHighlitedTextColor;
+    return isOwn ? std::nullopt : UIButton::pressedTint();
 }
 
 void ChallengeButton::applyLook() {

@@ -17,6 +17,13 @@ public:
     /// ignores further ones.
     void setHighlighted(bool isHighlighted) override;
 
+    /// The height that a title of two lines needs; 0 for one line, which every button has room for.
+    [[nodiscard]] double heightForTitle(double width) const;
+
+    void layoutSubviews() override;
+    /// Nothing where the application says what a press looks like.
+    [[nodiscard]] std::optional<UIColor> pressedTint() const override;
+
     [[nodiscard]] double borderWidth() const noexcept { return layer().borderWidth(); }
     void setBorderWidth(double width) { layer().setBorderWidth(width); }
     [[nodiscard]] double cornerRadius() const noexcept { return layer().cornerRadius(); }
@@ -30,6 +37,7 @@ public:
     bool isPressed = false;
 
 private:
+    [[nodiscard]] int linesFor(double width) const;
     void applyLook();
 };
 

@@ -3,6 +3,7 @@
 #include "Ui/Screens/Later.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace korvane {
 
@@ -11,6 +12,8 @@ namespace {
 constexpr Seconds kMeasuringDelay{0.2};
 constexpr Seconds kSectionAnimation{0.3};
 constexpr double kWarningWidth = 45;
+/// Between a logo and the edge of its plate.
+constexpr double kPlateInset = 5;
 /// Below the fitted challenge text, and once more where no label follows it.
 constexpr double kTextMargin = 20;
 /// Between the bar, or the screen's foot, and what has been scrolled into sight.
@@ -31,13 +34,26 @@ void ChallengeNativeViewController::viewDidLoad() {
     if (scrollView) scrollView->setScrollDelegate(weakFrom(this));
     challengeInfoLabel->setAdjustsFontSizeToFitWidth(true);
     challengeInfoHeader->setAdjustsFontSizeToFitWidth(true);
-    whitelistingRoom_ = whitelistingInfoHeightConstraint->constant();
+    noteStoryboard();
     connect(*whyInfoButton.get(), &ChallengeNativeViewController::inverseWhyInfoDisplaying);
     connect(*extInfoButton.get(), &ChallengeNativeViewController::inverseExtInfoDisplaying);
     whitelistingInfo->addTarget(ControlEvent::touchUpInside, [weak = weakFrom(this)](UIControl& sender) {
         if (const auto self = weak.lock())
             self->whitelistingChecked(static_cast<ChallengeSelectButton&>(sender));
     });
+}
+
+void ChallengeNativeViewController::noteStoryboard() {
+    whitelistingRoom_ = whitelistingInfoHeightConstraint->constant();
+    bankLogoRoom_ = {bankLogoWidthConstraint->constant(), bankLogoHeightConstraint->constant()};
+    psLogoRoom_ = psLogoWidthConstraint->constant();
+    headerGap_ = headerTopConstraint->constant();
+    for (const UiObject object : chain())
+        if (const auto button = std::dynamic_pointer_cast<ChallengeButton>(control(object)))
+            for (const auto& constraint : view()->constraints())
+                if (constraint->firstItem() == button &&
+                    constraint->firstAttribute() == NSLayoutAttribute::height)
+                    fittedButtons_.push_back({object, button, constraint, constraint->constant()});
 }
 
 void ChallengeNativeViewController::viewWillAppear(UIAnimated animated) {
@@ -67,6 +83,8 @@ void ChallengeNativeViewController::viewDidLayoutSubviews() {
         (*text)->setTextContainerInset({});
         (*text)->setLineFragmentPadding(0);
     }
+    fitLogos();
+    fitButtons();
     fitHeights();
     whyInfoButton->applyCustomInsets();
     extInfoButton->applyCustomInsets();
@@ -79,7 +97,51 @@ void ChallengeNativeViewController::viewDidLayoutSubviews() {
     ChallengeViewController::viewDidLayoutSubviews();
 }
 
-/// Widths and the size of text change while the screen is shown; what was fitted to them follows.
+/// The ground of the logos is another one.
+void ChallengeNativeViewController::traitCollectionDidChange(const UITraitCollection& previous) {
+    ChallengeViewController::traitCollectionDidChange(previous);
+    view()->setNeedsLayout();
+}
+
+bool ChallengeNativeViewController::hasDarkGround() {
+    const auto ground = view()->backgroundColor().value_or(UIColor::systemBackground());
+    const RGBA& shade = ground.resolved(view()->traitCollection().userInterfaceStyle);
+    return 0.21 * shade.red + 0.72 * shade.green + 0.07 * shade.blue < 0.5;
+}
+
+/// Without any logo their row goes, and the gap below it.
+void ChallengeNativeViewController::fitLogos() {
+    fitLogo(UiObject::bankLogo, *bankLogo.get(), *bankLogoWidthConstraint.get(), bankLogoRoom_.width);
+    fitLogo(UiObject::psLogo, *psLogo.get(), *psLogoWidthConstraint.get(), psLogoRoom_);
+    const bool isEmpty = !bankLogo->image() && !psLogo->image();
+    setHeight(UiObject::bankLogo, *bankLogoHeightConstraint.get(), isEmpty ? 0 : bankLogoRoom_.height);
+    if (!customConstraints || !customConstraints->getConstraints(UiObject::challengeInfoHeader).top)
+        headerTopConstraint->setConstant(isEmpty ? 0 : headerGap_);
+}
+
+/// A logo is as wide as it is drawn, so that it stands on the margin. Logos are made for white: on a dark ground
+/// they get a plate.
+void ChallengeNativeViewController::fitLogo(UiObject object, UIImageView& logo, NSLayoutConstraint& width,
+                                            double widest) {
+    const auto& image = logo.image();
+    const bool hasPlate = image && hasDarkGround();
+    const double inset = hasPlate ? kPlateInset : 0;
+    logo.setContentInset(inset);
+    logo.setBackgroundColor(hasPlate ? std::optional(UIColor::white()) : std::nullopt);
+    if (customConstraints && customConstraints->getConstraints(object).width) return;
+    const CGSize natural = image ? image->size() : CGSize{};
+    const double height = bankLogoRoom_.height - 2 * inset;
+    const bool isKnown = natural.width > 0 && natural.height > 0;
+    const double drawn = isKnown ? natural.width * height / natural.height : 0;
+    width.setConstant(std::min(widest, std::ceil(drawn) + 2 * inset));
+}
+
+void ChallengeNativeViewController::fitButtons() {
+    for (const FittedButton& row : fittedButtons_)
+        setHeight(row.object, *row.height,
+                  std::max(row.least, row.button->heightForTitle(row.button->bounds().size.width)));
+}
+
 void ChallengeNativeViewController::fitHeights() {
     const auto needed = [](const UIView& view) { return view.fittingSize(view.bounds().size.width).height; };
     if (isChallengeTextFitted_)

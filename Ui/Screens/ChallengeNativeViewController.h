@@ -13,6 +13,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <vector>
 
 namespace korvane {
 
@@ -27,6 +28,7 @@ public:
     void viewWillAppear(UIAnimated animated) override;
     void viewDidAppear(UIAnimated animated) override;
     void viewDidLayoutSubviews() override;
+    void traitCollectionDidChange(const UITraitCollection& previous) override;
     void scrollViewDidScroll(UIScrollView& scrollView) override;
 
     void applyCustomization(const std::shared_ptr<const UiCustomization>& customization) override;
@@ -72,12 +74,16 @@ public:
     UIOutlet<NSLayoutConstraint> whitelistingInfoHeightConstraint{*this, "whitelistingInfoHeightConstraint"};
     /// Keeps the bar in its place while the screen scrolls.
     UIOutlet<NSLayoutConstraint> toolBarTopConstraint{*this, "toolBarTopConstraint"};
+    UIOutlet<NSLayoutConstraint> bankLogoWidthConstraint{*this, "bankLogoWidthConstraint"};
+    UIOutlet<NSLayoutConstraint> bankLogoHeightConstraint{*this, "bankLogoHeightConstraint"};
+    UIOutlet<NSLayoutConstraint> psLogoWidthConstraint{*this, "psLogoWidthConstraint"};
+    UIOutlet<NSLayoutConstraint> headerTopConstraint{*this, "headerTopConstraint"};
     /// True while the screen does not ask about whitelisting.
     bool isWhitelistingInfo = false;
-    ResourceImage arrowDown{"ArrowDown"};
+    ResourceImage arrowDown{"ArrowDown", UIImageRenderingMode::alwaysTemplate};
     /// The same picture, until the application has another one.
-    ResourceImage arrowUp{"ArrowDown"};
-    ResourceImage checkedWhitelistingCheckBox{"CheckedSquareCheckbox"};
+    ResourceImage arrowUp{"ArrowDown", UIImageRenderingMode::alwaysTemplate};
+    ResourceImage checkedWhitelistingCheckBox{"CheckedSquareCheckbox", UIImageRenderingMode::alwaysTemplate};
     ResourceImage uncheckedWhitelistingCheckBox{"UncheckedSquareCheckbox"};
 
 protected:
@@ -86,6 +92,10 @@ protected:
     [[nodiscard]] virtual std::span<const UiObject> chain() const = 0;
     /// The view of an object that the application can move; null for one that the screen does not have.
     [[nodiscard]] virtual std::shared_ptr<UIView> control(UiObject object) const;
+    /// Widths and the size of text change while the screen is shown; what was fitted to them follows.
+    virtual void fitHeights();
+    /// Of something that the application does not give a height of its own.
+    void setHeight(UiObject of, NSLayoutConstraint& constraint, double height) const;
     /// Tells the answer as it is by the time of the question, which may come from any thread and when the
     /// screen has gone: something is sent a while after its button was pressed.
     [[nodiscard]] std::function<std::optional<YesNoSelector>()> latestWhitelistingDataEntry() const;
@@ -103,6 +113,13 @@ private:
         std::atomic<bool> isAskedFor{true};
         std::atomic<bool> isYes{false};
     };
+    /// A button that is as high as its title needs.
+    struct FittedButton {
+        UiObject object;
+        std::shared_ptr<ChallengeButton> button;
+        std::shared_ptr<NSLayoutConstraint> height;
+        double least;
+    };
     /// A section that opens and closes.
     struct Section {
         const UIOutlet<UITextView>& text;
@@ -112,18 +129,25 @@ private:
 
     void inverseDisplaying(const Section& section);
     void noteAnswer();
+    void noteStoryboard();
     void applyCustomConstraints();
     [[nodiscard]] double challengeTextMargin() const;
-    void fitHeights();
-    /// Of something that the application does not give a height of its own.
-    void setHeight(UiObject of, NSLayoutConstraint& constraint, double height) const;
+    void fitLogos();
+    void fitLogo(UiObject object, UIImageView& logo, NSLayoutConstraint& width, double widest);
+    void fitButtons();
+    [[nodiscard]] bool hasDarkGround();
     void customizeImages(const UiCustomization& customization);
     void customizeArrow(ResourceImage& arrow, const CustImageCustomization& look);
     void customizeTexts(const UiCustomization& customization);
 
     const std::shared_ptr<Answer> answer_ = std::make_shared<Answer>();
     bool isChallengeTextFitted_ = false;
-    double whitelistingRoom_ = 0; // the storyboard's height of the question
+    // What the storyboard says.
+    double whitelistingRoom_ = 0;
+    CGSize bankLogoRoom_;
+    double psLogoRoom_ = 0;
+    double headerGap_ = 0;
+    std::vector<FittedButton> fittedButtons_;
 };
 
 } // namespace korvane

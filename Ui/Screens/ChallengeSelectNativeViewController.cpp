@@ -2,13 +2,18 @@
 
 #include "Platform/Failure.h"
 #include "Platform/Text.h"
+#include "Platform/View/UIApplication.h"
 #include "Ui/Screens/Later.h"
 
+#include <algorithm>
 #include <array>
 
 namespace korvane {
 
 namespace {
+
+/// The room that an option leaves in its row, in points.
+constexpr double kLeastRoom = 4;
 
 constexpr std::array kChain{
     UiObject::challengeInfoText, UiObject::challengeInfoLabel, UiObject::tableView,
@@ -32,6 +37,29 @@ void ChallengeSelectNativeViewController::viewDidLoad() {
     tableView->setDataSource(weakFrom(this));
     selectorHeihgtConstraint->setConstant(numberOfRowsInSection(*tableView.get(), 0) * rowHeight());
     connect(*nextButton.get(), &ChallengeSelectNativeViewController::processSelection);
+}
+
+void ChallengeSelectNativeViewController::fitHeights() {
+    ChallengeNativeViewController::fitHeights();
+    const RowFit fit{tableView->bounds().size.width, UIApplication::shared().textScale()};
+    if (fit == rowFit_) return;
+    rowFit_ = fit;
+    const double height = neededRowHeight(fit.width);
+    tableView->setRowHeight(height);
+    setHeight(UiObject::tableView, *selectorHeihgtConstraint.get(),
+              static_cast<double>(optionCount()) * height);
+}
+
+double ChallengeSelectNativeViewController::neededRowHeight(double width) {
+    const auto cell =
+        std::dynamic_pointer_cast<ChallengeTableViewCell>(tableView->dequeueReusableCell(cellIdentifier()));
+    const auto button = cell->button();
+    double tallest = 0;
+    for (std::size_t row = 0; row < optionCount(); ++row) {
+        button->setTitle(option(row).label, ControlState::normal);
+        tallest = std::max(tallest, button->fittingSize(width).height);
+    }
+    return tallest <= rowHeight() - kLeastRoom ? rowHeight() : tallest + 2 * kLeastRoom;
 }
 
 ChallengeSelectNativeViewController::Option

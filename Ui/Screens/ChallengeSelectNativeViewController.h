@@ -49,12 +49,14 @@ public:
     UIOutlet<NSLayoutConstraint> selectorHeihgtConstraint{*this, "selectorHeihgtConstraint"};
     /// The options: of each the first entry counts, from key to label. To be set before the view is loaded.
     std::optional<std::vector<StringTable>> data;
-    ResourceImage checkedCheckBox{"CheckedCheckbox"};
+    ResourceImage checkedCheckBox{"CheckedCheckbox", UIImageRenderingMode::alwaysTemplate};
     ResourceImage uncheckedCheckBox{"UncheckedCheckbox"};
 
 protected:
     [[nodiscard]] std::span<const UiObject> chain() const override;
     [[nodiscard]] std::shared_ptr<UIView> control(UiObject object) const override;
+    /// Rows are higher than usual where an option takes several lines.
+    void fitHeights() override;
     [[nodiscard]] virtual double rowHeight() const { return kRowHeight; }
     [[nodiscard]] virtual std::string cellIdentifier() const = 0;
     virtual void optionSelected(ChallengeSelectButton& sender) = 0;
@@ -68,7 +70,17 @@ protected:
     void sendAfterDelay(const std::string& choice);
 
 private:
+    /// What the rows' height follows from.
+    struct RowFit {
+        double width = -1;
+        double textScale = 0;
+        friend bool operator==(const RowFit&, const RowFit&) = default;
+    };
+
+    [[nodiscard]] double neededRowHeight(double width);
     void showChoice(const UITableViewCell& cell, std::size_t row);
+
+    RowFit rowFit_;
 };
 
 /// The screen on which one option can be chosen.

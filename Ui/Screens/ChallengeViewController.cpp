@@ -111,7 +111,10 @@ void ChallengeViewController::applyCustomization(
     if (cancelLook && cancel) applyCustomization(*cancel, *cancelLook, "cancel");
     if (const auto& background = customization->getBackgroundCustomization())
         applyCustomizationBackground(*background);
-    if (const auto accent = accentOf(*customization)) view()->setFocusColor(accent);
+    if (const auto accent = accentOf(*customization)) {
+        view()->setFocusColor(accent);
+        view()->setTintColor(accent);
+    }
 }
 
 std::shared_ptr<ChallengeButton> ChallengeViewController::cancelButton() const {
@@ -165,6 +168,7 @@ void ChallengeViewController::applyCustomization(ChallengeButton& to, const Butt
 
     auto* section = dynamic_cast<ShowInfoButtonButton*>(&to);
     if (!section) return;
+    if (from.textColor) section->setTintColor(from.textColor);
     if (from.rightImageInset) section->rightImageInset = from.rightImageInset;
     if (from.leftImageInset) section->leftImageInset = from.leftImageInset;
     if (from.leftTitleInset) section->leftTitleInset = from.leftTitleInset;

@@ -5,7 +5,9 @@
 namespace korvane {
 
 const UIImagePtr& ResourceImage::get() {
-    if (!isSet_) set(UIImage::named(name_, *Bundle::resources()));
+    if (isSet_) return image_;
+    const auto found = UIImage::named(name_, *Bundle::resources());
+    set(found && mode_ == UIImageRenderingMode::alwaysTemplate ? found->withRenderingMode(mode_) : found);
     return image_;
 }
 

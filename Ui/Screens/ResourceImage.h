@@ -10,7 +10,9 @@ namespace korvane {
 /// before. Main queue only.
 class ResourceImage {
 public:
-    explicit ResourceImage(std::string name) : name_(std::move(name)) {}
+    /// @param mode  a template takes the tint of what shows it.
+    explicit ResourceImage(std::string name, UIImageRenderingMode mode = UIImageRenderingMode::automatic)
+        : name_(std::move(name)), mode_(mode) {}
 
     [[nodiscard]] const UIImagePtr& get();
     /// Null shows nothing.
@@ -18,6 +20,7 @@ public:
 
 private:
     std::string name_;
+    UIImageRenderingMode mode_;
     UIImagePtr image_;
     bool isSet_ = false;
 };

@@ -42,6 +42,9 @@ std::shared_ptr<ProgressView> ProgressView::make(double alpha,
     auto spinner = std::make_shared<ProgressView>();
     spinner->setTag(ExternalProgressDialog::kTag);
     spinner->setBackgroundColor(UIColor::white().withAlphaComponent(alpha));
+    // The veil is white in the dark as well: the plate sets the spinner off.
+    spinner->setPlateColor(UIColor::systemBackground());
+    spinner->setColor(UIColor::label());
     const auto controller = hudedController ? std::move(hudedController) : getTopController();
     spinner->hudedController_ = controller;
     if (!controller) return spinner;

@@ -1,3 +1,4 @@
+#include "Platform/Text.h"
 #include "Ui/Screens/VCFactory.h"
 
 namespace korvane {
@@ -37,6 +38,8 @@ void setWhitelisting(ChallengeNativeViewController& controller, const std::optio
 void VCFactory::setCommonNativeVcParts(const CRes& cRes, ChallengeNativeViewController& controller) const {
     const auto view = controller.view();
     controller.customConstraints = uiCustomizationConstraints;
+    view->setRightToLeft(
+        isRightToLeft(cRes.challengeInfoHeader.value_or("") + cRes.challengeInfoText.value_or("")));
     // Widths count below, and the application has a say in them.
     view->setNeedsLayout();
     view->layoutIfNeeded();

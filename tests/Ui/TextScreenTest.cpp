@@ -114,7 +114,7 @@ TEST_F(TextScreen, TheFieldStaysInSightAboveTheKeyboardOfAnyWindow) {
 }
 
 TEST_F(TextScreen, ATurnWithTheKeyboardShownLeavesBothTwinsInTheirPlace) {
-    resize({320, 568});
+    resize({320, 480});
     const auto container = factory().getViewControllerContainer(screenCRes(UiType::TEXT));
     const auto upright = show<Screen>(container);
     edit(*upright);

@@ -22,7 +22,7 @@ Rectangle {
 
         Rectangle {
             required property int index
-            readonly property real spread: frame.shadowRadius * (Sizes.shadowLayers - 1 - 2 * index) / Sizes.shadowLayers
+            readonly property real spread: frame.shadowRadius * (Sizes.shadowLayers - index) / Sizes.shadowLayers
 
             x: frame.shadowPath.x - spread
             y: frame.shadowPath.y - spread
@@ -31,7 +31,8 @@ Rectangle {
             z: -1
             radius: Math.max(0, frame.radius + spread)
             color: frame.shadowColor
-            opacity: frame.shadowOpacity / Sizes.shadowLayers
+            // Together they fade as the square of the way out, from half the opacity at the edge.
+            opacity: frame.shadowOpacity / 2 * (2 * index + 1) / (Sizes.shadowLayers * Sizes.shadowLayers)
         }
     }
 }

@@ -36,12 +36,15 @@ UIUserInterfaceStyle styleOf(const UIView& view) {
 }
 
 /// The text comes last, since each change of what it looks like has it laid out anew.
-void setText(QQuickItem& part, const std::string& text, const UIFont& font, const QColor& color,
-             NSTextAlignment alignment) {
+void setText(QQuickItem& part, const UIView& view, const std::string& text, const UIFont& font,
+             const QColor& color, NSTextAlignment alignment) {
     part.setProperty("font", drawnFont(font));
     part.setProperty("color", color);
     switch (alignment) {
-    case NSTextAlignment::natural: break;
+    case NSTextAlignment::natural:
+        // By itself a text stands where its own direction begins, which is not always where the screen's does.
+        if (view.isRightToLeft()) part.setProperty("horizontalAlignment", Qt::AlignRight);
+        break;
     case NSTextAlignment::left: part.setProperty("horizontalAlignment", Qt::AlignLeft); break;
     case NSTextAlignment::center: part.setProperty("horizontalAlignment", Qt::AlignHCenter); break;
     case NSTextAlignment::right: part.setProperty("horizontalAlignment", Qt::AlignRight); break;
@@ -56,7 +59,7 @@ void updateLabel(QQuickItem& part, const UIView& view) {
     // Whole pixels: what is shrunk to fit must not be rounded up.
     const double size = shrunk < 1 ? std::floor(font.pointSize() * shrunk) : font.pointSize();
     part.setProperty("lines", label.numberOfLines());
-    setText(part, label.text(), font.withSize(size), asColor(label.textColor(), styleOf(view)),
+    setText(part, view, label.text(), font.withSize(size), asColor(label.textColor(), styleOf(view)),
             label.textAlignment());
 }
 
@@ -77,7 +80,7 @@ void updateTextView(QQuickItem& part, const UIView& view) {
     part.setProperty("leftPadding", inset.left + text.lineFragmentPadding());
     part.setProperty("rightPadding", inset.right + text.lineFragmentPadding());
     part.setProperty("scrollColor", asColor(UIColor::secondaryLabel(), styleOf(view)));
-    setText(part, text.text(), text.shownFont(), asColor(text.textColor(), styleOf(view)),
+    setText(part, view, text.text(), text.shownFont(), asColor(text.textColor(), styleOf(view)),
             text.textAlignment());
 }
 
@@ -93,18 +96,20 @@ void updateTextField(QQuickItem& part, const UIView& view) {
     const auto& field = static_cast<const UITextField&>(view);
     const UIUserInterfaceStyle style = styleOf(view);
     const QString text = drawnLine(field.text());
-    setText(part, {}, field.shownFont(), asColor(field.textColor(), style), field.textAlignment());
+    setText(part, view, {}, field.shownFont(), asColor(field.textColor(), style), field.textAlignment());
     part.setProperty("text", text);
     part.setProperty("caretColor", asColor(field.tintColor(), style));
     part.setProperty("caretPlace", QFontMetricsF(drawnFont(field.shownFont())).horizontalAdvance(text));
     part.setProperty("editing", field.isFirstResponder());
+    part.setProperty("room", field.textInset());
+    part.setProperty("corner", field.layer().cornerRadius());
     part.setProperty("bordered", field.borderStyle() != UITextBorderStyle::none);
     part.setProperty("lineColor", asColor(UIColor::separator(), style));
 }
 
 void updatePicture(QQuickItem& part, const UIView& view) {
     const auto& image = static_cast<const UIImageView&>(view);
-    static_cast<Picture&>(part).show(image.image(), view.contentMode(),
+    static_cast<Picture&>(part).show(image.image(), view.contentMode(), image.contentInset(),
                                      asColor(view.tintColor(), styleOf(view)), styleOf(view));
 }
 
@@ -131,6 +136,7 @@ void updateCell(QQuickItem& part, const UIView& view) {
 void updateSpinner(QQuickItem& part, const UIView& view) {
     const auto& indicator = static_cast<const UIActivityIndicatorView&>(view);
     part.setProperty("color", asColor(indicator.color().value_or(UIColor::secondaryLabel()), styleOf(view)));
+    part.setProperty("plateColor", asColor(indicator.plateColor(), styleOf(view)));
     part.setProperty("running", indicator.isAnimating());
 }
 

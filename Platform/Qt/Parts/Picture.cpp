@@ -32,11 +32,12 @@ Picture::Picture(PictureLoader& loader, QQuickItem* parent) : QQuickPaintedItem(
     connect(&loader_, &PictureLoader::loaded, this, &Picture::takeLoaded);
 }
 
-void Picture::show(const UIImagePtr& image, UIViewContentMode mode, const QColor& tint,
+void Picture::show(const UIImagePtr& image, UIViewContentMode mode, double inset, const QColor& tint,
                    UIUserInterfaceStyle style) {
-    if (image == image_ && mode == mode_ && tint == tint_ && style == style_) return;
+    if (image == image_ && mode == mode_ && inset == inset_ && tint == tint_ && style == style_) return;
     image_ = image;
     mode_ = mode;
+    inset_ = inset;
     tint_ = tint;
     style_ = style;
     loaded_ = {};
@@ -53,7 +54,8 @@ void Picture::takeLoaded() {
 /// Where the image goes; outside of the item it is cut off.
 QRectF Picture::target() const {
     const QSizeF natural(image_->size().width, image_->size().height);
-    QSizeF size = boundingRect().size();
+    const QRectF room = boundingRect().adjusted(inset_, inset_, -inset_, -inset_);
+    QSizeF size = room.size();
     switch (mode_) {
     case UIViewContentMode::scaleToFill: break;
     case UIViewContentMode::scaleAspectFit: size = natural.scaled(size, Qt::KeepAspectRatio); break;
@@ -63,7 +65,7 @@ QRectF Picture::target() const {
     case UIViewContentMode::center: size = natural; break;
     }
     QRectF rect({0, 0}, size);
-    rect.moveCenter(boundingRect().center());
+    rect.moveCenter(room.center());
     return rect;
 }
 

@@ -20,7 +20,8 @@ public:
     Picture(PictureLoader& loader, QQuickItem* parent);
 
     /// @param image  null for none. One that is rendered as a template has the tint's colour.
-    void show(const UIImagePtr& image, UIViewContentMode mode, const QColor& tint,
+    /// @param inset  the room that the image leaves at every side, in points.
+    void show(const UIImagePtr& image, UIViewContentMode mode, double inset, const QColor& tint,
               UIUserInterfaceStyle style);
 
     void paint(QPainter* painter) override;
@@ -33,6 +34,7 @@ private:
     QImage loaded_; // of an image of the network
     UIImagePtr image_;
     UIViewContentMode mode_ = UIViewContentMode::scaleToFill;
+    double inset_ = 0;
     QColor tint_;
     UIUserInterfaceStyle style_ = UIUserInterfaceStyle::light;
 };

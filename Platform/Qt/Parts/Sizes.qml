@@ -5,8 +5,7 @@ import QtQuick
 QtObject {
     readonly property real hairline: 1
     readonly property real ringWidth: 2
-    readonly property int shadowLayers: 4
-    readonly property real fieldRoom: 7
+    readonly property int shadowLayers: 6
     readonly property real fieldCorner: 6
     readonly property real caretWidth: 2
     readonly property int caretBeat: 530
@@ -16,6 +15,8 @@ QtObject {
     readonly property int scrollMarkStay: 900
     readonly property int scrollMarkFade: 250
     readonly property real spinnerSide: 37
+    readonly property real spinnerPlate: 84
+    readonly property real spinnerCorner: 14
     readonly property int spinnerSpokes: 12
     readonly property int spinnerTurn: 1000
 }

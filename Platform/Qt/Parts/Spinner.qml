@@ -1,13 +1,24 @@
 import QtQuick
 
-// Spokes of which one after the other lights up.
+// Spokes of which one after the other lights up, on a plate.
 Item {
     id: spinner
 
     property color color
+    property color plateColor
     property bool running: false
     property int lit: 0
     readonly property real side: Math.min(width, height, Sizes.spinnerSide)
+
+    Rectangle {
+        anchors.centerIn: parent
+        width: Sizes.spinnerPlate
+        height: Sizes.spinnerPlate
+        radius: Sizes.spinnerCorner
+        color: spinner.plateColor
+        border.width: color.a > 0 ? Sizes.hairline : 0
+        border.color: Qt.rgba(spinner.color.r, spinner.color.g, spinner.color.b, 0.2)
+    }
 
     Repeater {
         model: Sizes.spinnerSpokes

@@ -13,7 +13,8 @@ Item {
     property bool editing: false
     property bool bordered: false
     property color lineColor
-    readonly property real room: bordered ? Sizes.fieldRoom : 0
+    property real room: 0
+    property real corner: 0
 
     Rectangle {
         anchors.fill: parent
@@ -22,6 +23,15 @@ Item {
         radius: Sizes.fieldCorner
         border.width: Sizes.hairline
         border.color: field.lineColor
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        visible: field.editing
+        color: "transparent"
+        radius: field.bordered ? Sizes.fieldCorner : field.corner
+        border.width: Sizes.ringWidth
+        border.color: field.caretColor
     }
 
     Item {

@@ -18,18 +18,26 @@ namespace {
 // The order of drawing within one item: frame, content, subviews, and what lies over these.
 constexpr double kFrameLevel = -2;
 
-/// How much of a pressed button is seen.
-constexpr double kPressedOpacity = 0.55;
-
 QRectF rectOf(const UIView& view) {
     const auto superview = view.superview();
     const CGPoint origin = superview ? superview->bounds().origin : CGPoint{};
     return asRect(CGRectOffset(view.frame(), -origin.x, -origin.y));
 }
 
-double opacityOf(const UIView& view) {
+std::optional<UIColor> pressedTint(const UIView& view) {
     const auto* button = dynamic_cast<const UIButton*>(&view);
-    return view.alpha() * (button && button->isHighlighted() ? kPressedOpacity : 1);
+    return button ? button->pressedTint() : std::nullopt;
+}
+
+/// One colour over another one, which may be clear.
+QColor over(const QColor& below, const QColor& above) {
+    const float alpha = above.alphaF() + below.alphaF() * (1 - above.alphaF());
+    if (alpha <= 0) return below;
+    const auto mixed = [&](float lower, float upper) {
+        return (upper * above.alphaF() + lower * below.alphaF() * (1 - above.alphaF())) / alpha;
+    };
+    return QColor::fromRgbF(mixed(below.redF(), above.redF()), mixed(below.greenF(), above.greenF()),
+                            mixed(below.blueF(), above.blueF()), alpha);
 }
 
 QAccessible::Role accessibleRole(UIAccessibilityRole role) {
@@ -67,7 +75,8 @@ void tell(Event event) {
 
 bool hasFrame(const UIView& view) {
     const CALayer& layer = view.layer();
-    return view.backgroundColor() || layer.borderWidth() > 0 || layer.shadowOpacity() > 0;
+    return view.backgroundColor() || pressedTint(view) || layer.borderWidth() > 0 ||
+           layer.shadowOpacity() > 0;
 }
 
 } // namespace
@@ -84,7 +93,7 @@ void ViewItem::synchronize(const UIView& view, PartFactory& parts, ItemArrival a
 
 /// A view that appears by itself fades in; one that comes with what it lies in is there at once.
 void ViewItem::synchronizePlace(const UIView& view, ItemArrival arrival) {
-    const Place place{rectOf(view), opacityOf(view)};
+    const Place place{rectOf(view), view.alpha()};
     if (place == place_ && arrival == ItemArrival::none) return;
     delete std::exchange(movement_, nullptr);
     place_ = place;
@@ -149,7 +158,7 @@ void ViewItem::synchronizeFrame(const UIView& view, PartFactory& parts) {
         return one ? asColor(*one, style) : QColor(Qt::transparent);
     };
     const CGSize extent = view.bounds().size;
-    frame_->setProperty("color", color(view.backgroundColor()));
+    frame_->setProperty("color", over(color(view.backgroundColor()), color(pressedTint(view))));
     frame_->setProperty("radius", std::min(layer.cornerRadius(), std::min(extent.width, extent.height) / 2));
     frame_->setProperty("strokeWidth", layer.borderWidth());
     frame_->setProperty("strokeColor", color(layer.borderColor()));

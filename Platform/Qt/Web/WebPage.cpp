@@ -1,6 +1,7 @@
 #include "Platform/Qt/Web/WebPage.h"
 
 #include "Platform/Failure.h"
+#include "Platform/View/UIApplication.h"
 #include "Platform/View/UIWindow.h"
 
 #include <QFile>
@@ -177,6 +178,7 @@ void WebPage::leave(UIKeyboardKey by) {
 void WebPage::synchronize() {
     const auto view = view_.lock();
     if (!view) return;
+    web_->setProperty("textScale", UIApplication::shared().textScale());
     gate_->blocked = QString::fromStdString(view->blockedAddress());
     if (view->loadCount() == loadCount_) return;
     loadCount_ = view->loadCount();

@@ -7,6 +7,8 @@ WebEngineView {
 
     // Run in every frame before its page, in this order.
     required property var scripts
+    // A page is laid out anew for larger text, as in a narrower window.
+    property real textScale: 1
     // What any script of the page says to its developer.
     signal spoken(string text)
 
@@ -15,6 +17,9 @@ WebEngineView {
     }
 
     anchors.fill: parent
+    zoomFactor: textScale
+    // The engine gives a page that it loads its own factor.
+    onLoadingChanged: zoomFactor = Qt.binding(() => textScale)
     activeFocusOnPress: true
 
     profile: WebEngineProfile {

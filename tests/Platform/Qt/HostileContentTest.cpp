@@ -64,6 +64,7 @@ TEST_F(HostileContent, ALogoIsDrawnInItsColoursOnceItIsThere) {
         SCOPED_TRACE(format);
         const auto screen = showAs<ChallengeNativeViewController>(screenCRes(UiType::OOB));
         screen->bankLogo->setImage(UIImage::make(encoded(yellow({300, 100}), format)));
+        settle();
         const QPoint middle = middleOf(*screen->bankLogo.get());
         EXPECT_TRUE(waitFor([&] {
             const QRgb pixel = host->picture().pixel(middle);

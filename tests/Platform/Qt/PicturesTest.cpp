@@ -1,10 +1,13 @@
+#include "Platform/Qt/Parts/Values.h"
 #include "Ui/Screens/ChallengeWebViewController.h"
+#include "keyboard/KeyPop.h"
+#include "keyboard/KeyboardLayout.h"
 #include "tests/Platform/Qt/QtScreenTest.h"
 
 #include <QDir>
 
 #include <algorithm>
-#include <cstdlib>
+#include <cmath>
 #include <map>
 
 namespace korvane {
@@ -12,17 +15,27 @@ namespace {
 
 using testing::IsEmpty;
 
-/// How far the lightness that stands out most lies from that of the commonest colour, of 255.
-int contrastIn(const QImage& picture) {
+double luminance(QRgb colour) {
+    const auto linear = [](int part) {
+        const double share = part / 255.0;
+        return share <= 0.04045 ? share / 12.92 : std::pow((share + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(qRed(colour)) + 0.7152 * linear(qGreen(colour)) + 0.0722 * linear(qBlue(colour));
+}
+
+/// The contrast ratio (WCAG 2.2) of the colour that stands out most from the commonest one.
+double contrastIn(const QImage& picture) {
     std::map<QRgb, int> colours;
     for (int y = 0; y < picture.height(); ++y)
         for (int x = 0; x < picture.width(); ++x)
             ++colours[picture.pixel(x, y)];
     const auto ground =
         std::ranges::max_element(colours, {}, [](const auto& colour) { return colour.second; });
-    int best = 0;
-    for (const auto& [colour, count] : colours)
-        best = std::max(best, std::abs(qGray(colour) - qGray(ground->first)));
+    double best = 1;
+    for (const auto& [colour, count] : colours) {
+        const auto [dark, light] = std::minmax({luminance(colour), luminance(ground->first)});
+        best = std::max(best, (light + 0.05) / (dark + 0.05));
+    }
     return best;
 }
 
@@ -67,11 +80,10 @@ protected:
         if (leaves.empty()) faults.emplace_back("the screen is empty");
         return faults;
     }
-    /// Texts of a view that are cut short, larger than their item, or hardly stand out: 90 levels of grey are
-    /// less than the ratio of 3 that WCAG 2.1 asks for (1.4.3) on black and on white. Those that are scrolled
-    /// away are not drawn.
+    /// Texts of a view that are cut short, larger than their item, or stand out less than WCAG 2.2 asks for
+    /// (1.4.3). Those that are scrolled away are not drawn.
     [[nodiscard]] std::vector<std::string> unreadable(const UIView& view) const {
-        constexpr int kLeastContrast = 90;
+        constexpr double kLeastContrast = 4.5;
         std::vector<std::string> faults;
         const QImage picture = host->picture();
         for (const QQuickItem* const text : textsOf(view)) {
@@ -85,7 +97,7 @@ protected:
             for (const QQuickItem* around = text->parentItem(); around != host; around = around->parentItem())
                 if (around->clip()) seen &= around->mapRectToItem(host, around->boundingRect());
             if (seen != place) continue;
-            const int found = contrastIn(picture.copy(place.toAlignedRect()));
+            const double found = contrastIn(picture.copy(place.toAlignedRect()));
             if (found < kLeastContrast) faults.push_back(std::to_string(found) + " contrast: " + name);
         }
         return faults;
@@ -121,6 +133,103 @@ TEST_F(Pictures, EveryTextOfEveryScreenIsWholeAndCanBeRead) {
                 host->setTextScale(scale);
                 look(*screen->view(), std::string(rawValue(kind)) + name + on.name);
             }
+}
+
+/// WCAG 2.2, 1.4.11: what a control is known by, and what tells its state.
+TEST_F(Pictures, FieldsMarksArrowsRingsAndSpinnersStandOut) {
+    for (const bool isDark : {false, true}) {
+        SCOPED_TRACE(isDark);
+        host->setDark(isDark);
+        const auto screen = showAs<ChallengeTextNativeViewController>(screenCRes(UiType::TEXT));
+        const auto contrastOf = [&](const UIView& view) {
+            const CGRect place = view.convertTo(nullptr, view.bounds());
+            return contrastIn(host->picture().copy(rectangle(place).toRect().adjusted(-3, -3, 3, 3)));
+        };
+        const auto box = screen->whitelistingInfo->imageView();
+        EXPECT_GE(contrastOf(*box), 3);
+        tap(*screen->whitelistingInfo.get());
+        settle();
+        const std::shared_ptr<UIView> parts[] = {screen->otp.get(), screen->warningImage.get(), box,
+                                                 screen->whyInfoButton->imageView()};
+        for (const auto& part : parts)
+            EXPECT_GE(contrastOf(*part), 3) << part->accessibilityIdentifier();
+        screen->otp->becomeFirstResponder();
+        settle();
+        const CGRect field = screen->otp->convertTo(nullptr, screen->otp->bounds());
+        const QColor accent =
+            asColor(screen->view()->tintColor(), host->uiWindow()->traits().userInterfaceStyle);
+        for (const int inside : {0, 1})
+            EXPECT_EQ(host->picture().pixelColor(static_cast<int>(field.origin.x) + inside,
+                                                 static_cast<int>(field.origin.y) + 24),
+                      accent);
+        screen->view()->endEditing();
+        screen->showSpinner();
+        settle();
+        const CGRect whole = screen->view()->bounds();
+        const QPoint middle = QPointF(whole.size.width / 2, whole.size.height / 2).toPoint();
+        const QImage drawn = host->picture();
+        EXPECT_TRUE(
+            drawn.save(QStringLiteral(KORVANE_PICTURES) + (isDark ? "/spinner dark.png" : "/spinner.png")));
+        EXPECT_GE(contrastIn(drawn.copy(QRect(middle - QPoint(25, 25), QSize(50, 50)))), 4.5);
+    }
+}
+
+TEST_F(Pictures, APressedKeysBubbleShowsItsGlyphLargeAndClear) {
+    for (const bool isDark : {false, true})
+        for (const char* letter : {"Q", "H", "P"}) {
+            host->setDark(isDark);
+            const auto text = showAs<ChallengeTextNativeViewController>(screenCRes(UiType::TEXT));
+            text->otp->becomeFirstResponder();
+            settle();
+            const auto layout = text->secureKeyboard->customKeyboard()->getCurrentKeyboardLayout();
+            const auto leaves = leavesOf(*layout);
+            const auto key = std::ranges::find_if(
+                leaves, [letter](const UIView* leaf) { return leaf->accessibilityLabel() == letter; });
+            ASSERT_NE(key, leaves.end());
+            finger(0, QEventPoint::State::Pressed, middleOf(**key));
+            settle();
+            const auto pop = layout->viewWithTag(KeyboardButtonPopupViewTag);
+            ASSERT_TRUE(pop);
+            const auto glyph =
+                std::static_pointer_cast<UILabel>(std::static_pointer_cast<KeyPop>(pop)->contentView());
+            EXPECT_GT(glyph->font().pointSize(), 30);
+            const QImage drawn = host->picture();
+            EXPECT_GE(contrastIn(drawn.copy(rectangle(glyph->convertTo(nullptr, glyph->bounds())).toRect())),
+                      4.5);
+            const CGRect foot = (*key)->convertTo(nullptr, (*key)->bounds());
+            EXPECT_LT(contrastIn(drawn.copy(rectangle(foot).toRect().adjusted(8, 16, -8, -8))), 1.2)
+                << "no ghost";
+            EXPECT_TRUE(drawn.save(QStringLiteral(KORVANE_PICTURES) + "/bubble " + letter +
+                                   (isDark ? " dark.png" : ".png")));
+            finger(0, QEventPoint::State::Released, middleOf(**key));
+        }
+}
+
+TEST_F(Pictures, WideWindowsKeepLinesShortAndTextsFromTheRightMirrorTheScreen) {
+    CRes hebrew = screenCRes(UiType::SINGLE_SELECT);
+    hebrew.challengeInfoHeader = "אישור התשלום";
+    hebrew.challengeInfoText = "שלחנו אליך קוד.";
+    hebrew.whitelistingInfoText = "לשאול פחות";
+    const Telephone sizes[] = {{"390 x 844", {390, 844}, {47, 0, 34, 0}},
+                               {"768 x 1024", {768, 1024}, {}},
+                               {"1920 x 1080", {1920, 1080}, {}}};
+    for (const Telephone& on : sizes)
+        for (const bool isMirrored : {false, true}) {
+            resize(on);
+            const auto screen =
+                showAs<ChallengeNativeViewController>(isMirrored ? hebrew : screenCRes(UiType::TEXT));
+            screen->bankLogo->setImage(UIImage::filled({60, 30}, UIColor::red()));
+            settle();
+            const CGRect header = screen->challengeInfoHeader->frame();
+            EXPECT_LE(header.size.width, 560);
+            EXPECT_NEAR(header.origin.x + CGRectGetMaxX(header), on.size.width, 1);
+            const CGRect logo = screen->bankLogo->frame();
+            EXPECT_EQ(isMirrored ? CGRectGetMaxX(logo) : logo.origin.x,
+                      isMirrored ? CGRectGetMaxX(header) : header.origin.x);
+            const CGRect cancel = screen->toolBar->topItem()->rightBarButtonItem()->customView()->frame();
+            EXPECT_EQ(cancel.origin.x < on.size.width / 2, isMirrored);
+            look(*screen->view(), std::string(isMirrored ? "mirrored " : "wide ") + on.name);
+        }
 }
 
 TEST_F(Pictures, APageOfTheBankFillsWhatTheBarLeaves) {
