@@ -5,6 +5,7 @@
 #include "tests/Platform/Qt/QtScreenTest.h"
 
 #include <QDir>
+#include <QScreen>
 
 #include <algorithm>
 #include <cmath>
@@ -120,8 +121,9 @@ protected:
 TEST_F(Pictures, EveryTextOfEveryScreenIsWholeAndCanBeRead) {
     for (const Telephone& on : kTelephones)
         for (const UiType kind : {UiType::TEXT, UiType::SINGLE_SELECT, UiType::MULTI_SELECT, UiType::OOB})
-            for (const auto& [name, scale] : {std::pair(" ", 1.0), {" large ", 1.35}, {" long ", 1.0}}) {
-                const bool isLong = name == std::string(" long ");
+            for (const auto& [name, scale] :
+                 {std::pair(" ", 1.0), {" large ", 1.35}, {" long ", 1.0}, {" long large ", 1.35}}) {
+                const bool isLong = std::string(name).starts_with(" long");
                 resize(on);
                 host->setTextScale(1);
                 const auto screen =
@@ -232,6 +234,53 @@ TEST_F(Pictures, WideWindowsKeepLinesShortAndTextsFromTheRightMirrorTheScreen) {
         }
 }
 
+TEST_F(Pictures, LogosOfAnyShapeStandOnTheMarginWithAPlateWhereItIsDark) {
+    const std::tuple<const char*, CGSize, double, double> rows[] = {
+        {"square", {80, 80}, 44, 44}, {"wide", {900, 30}, 120, 120}, {"tall", {10, 220}, 2, 12}};
+    for (const auto& [name, size, bare, plated] : rows) {
+        const auto screen = showAs<ChallengeNativeViewController>(screenCRes(UiType::OOB));
+        screen->bankLogo->setImage(UIImage::filled(size, UIColor::blue()));
+        for (const bool isDark : {true, false}) {
+            host->setDark(isDark);
+            settle();
+            const CGRect logo = screen->bankLogo->frame();
+            EXPECT_EQ(logo.size.width, isDark ? plated : bare) << name;
+            EXPECT_EQ(logo.origin.x, 25);
+            const QPoint corner(25 + 2, static_cast<int>(logo.origin.y) + 22);
+            EXPECT_TRUE(!isDark || host->picture().pixelColor(corner) == QColor(Qt::white));
+        }
+        look(*screen->view(), std::string("logo ") + name);
+    }
+}
+
+/// A frame of which only what has changed is drawn looks like one that is drawn whole.
+TEST_F(Pictures, ScrollingLeavesNoTraces) {
+    for (const UiType kind : {UiType::TEXT, UiType::MULTI_SELECT}) {
+        resize(kTelephones[0]);
+        const auto screen = showAs<ChallengeNativeViewController>(longCRes(kind));
+        for (const double offset : {0.0, 37.3, 120.7, 61.5, 300.2, 3.4}) {
+            screen->scrollView->setContentOffset({0, offset});
+            int frames = 0;
+            const auto counting =
+                QObject::connect(&scene, &QQuickWindow::frameSwapped, [&frames] { ++frames; });
+            EXPECT_TRUE(waitFor([&] {
+                scene.update();
+                return frames > 2;
+            }));
+            QObject::disconnect(counting);
+            const QImage shown =
+                scene.screen()->grabWindow(scene.winId()).toImage().convertToFormat(QImage::Format_RGB32);
+            const QImage whole = host->picture().convertToFormat(QImage::Format_RGB32);
+            ASSERT_EQ(shown.size(), whole.size());
+            int traces = 0;
+            for (int y = 0; y < whole.height(); ++y)
+                for (int x = 0; x < whole.width() - 8; ++x) // beside the mark, which fades
+                    traces += shown.pixel(x, y) != whole.pixel(x, y);
+            EXPECT_EQ(traces, 0) << "at " << offset;
+        }
+    }
+}
+
 TEST_F(Pictures, APageOfTheBankFillsWhatTheBarLeaves) {
     const QColor ground(0x33, 0x99, 0x66);
     CRes cRes = screenCRes(UiType::HTML_OTHER);
@@ -240,6 +289,7 @@ TEST_F(Pictures, APageOfTheBankFillsWhatTheBarLeaves) {
                                "<input name='code'><button>Send</button></form>");
     for (const Telephone& on : kTelephones) {
         resize(on);
+        host->setTextScale(1);
         const auto page = showAs<ChallengeWebViewController>(cRes);
         const CGRect place = page->challengeWebView->convertTo(nullptr, page->challengeWebView->bounds());
         const QRect drawn = rectangle(place).toRect().adjusted(2, 2, -2, -2);
@@ -249,6 +299,18 @@ TEST_F(Pictures, APageOfTheBankFillsWhatTheBarLeaves) {
                    picture.pixelColor(drawn.bottomRight()) == ground;
         }));
         EXPECT_GT(place.size.height, on.size.height / 2);
+        const std::function<double(const QQuickItem&)> zoomIn = [&zoomIn](const QQuickItem& item) {
+            double zoom = item.property("zoomFactor").toDouble();
+            for (const QQuickItem* const child : item.childItems())
+                zoom = std::max(zoom, zoomIn(*child));
+            return zoom;
+        };
+        const auto zoom = [&] { return zoomIn(*host->itemOf(*page->challengeWebView.get())); };
+        host->setTextScale(1.35);
+        EXPECT_TRUE(waitFor([&] { return std::abs(zoom() - 1.35) < 0.01; }));
+        page->challengeWebView->loadHTMLString(*page->pageString);
+        settle();
+        EXPECT_NEAR(zoom(), 1.35, 0.01) << "of the next page too";
         look(*page->view(), std::string("page ") + on.name);
     }
 }
