@@ -33,8 +33,6 @@ public:
     void tapItem(const QString& name);
     /// Goes there by the tabulator alone and presses Enter.
     void enterItem(const QString& name);
-    /// Whether there is such a control at all.
-    [[nodiscard]] bool hasItem(const QString& name) const { return item(name) != nullptr; }
     void typeInto(const QString& name, const QString& text);
     /// As above, by keys alone.
     void typeIntoByKeys(const QString& name, const QString& text);

@@ -40,8 +40,8 @@ std::string playList() {
     return list;
 }
 
-Player::Player(QQuickWindow& window, Shop& shop, QString shots)
-    : shop_(shop), cardholder_(window, made(std::move(shots))) {}
+Player::Player(QQuickWindow& window, Shop& shop, QString shots, Setting setting)
+    : shop_(shop), setting_(setting), cardholder_(window, made(std::move(shots))) {}
 
 void Player::say(const Play& play, const std::string& how) {
     std::printf("%-14s%-24s%-9s%-9s%s\n", play.name, play.kind, play.theme,
@@ -97,10 +97,10 @@ void Player::use(const Play& play, const QString& name) {
     isByKeys(play) ? cardholder_.enterItem(name) : cardholder_.tapItem(name);
 }
 
-/// By the panel's own buttons; a window too small for the panel stays as it is.
+/// By the panel's own buttons.
 void Player::prepare(const Play& play) {
     cardholder_.beginPayment(play.name);
-    if (cardholder_.hasItem("turn")) {
+    if (setting_ == Setting::asThePlay) {
         if (shop_.isLandscape() != (play.hold == Hold::lying)) use(play, "turn");
         use(play, "theme:" + QString::number(themeNamed(play.theme)));
         Cardholder::waitUntil("the theme", [this, &play] { return shop_.theme() == themeNamed(play.theme); });

@@ -13,12 +13,15 @@ namespace korvane::checkout {
 /// The names, for people.
 [[nodiscard]] std::string playList();
 
+/// Whether the panel gives the device the hold and the look of each play; a small window has no panel.
+enum class Setting { asThePlay, asItStands };
+
 /// Plays payments in the shop's window, one after the other, and writes a line for each to standard output.
 class Player {
 public:
     /// @param shots  the folder for pictures; it is made if it is missing.
     /// @throws Stuck where it cannot be made; so does `play` where it cannot be written into.
-    Player(QQuickWindow& window, Shop& shop, QString shots);
+    Player(QQuickWindow& window, Shop& shop, QString shots, Setting setting);
 
     /// @param names  of the payments.
     /// @return whether all ended as they should.
@@ -36,6 +39,7 @@ private:
     void say(const Play& play, const std::string& how);
 
     Shop& shop_;
+    const Setting setting_;
     Cardholder cardholder_;
 };
 

@@ -81,10 +81,10 @@ std::shared_ptr<ButtonCustomization> filled(const Palette& palette) {
     return button;
 }
 
-/// A button that is only text.
+/// A button that is only text; without a surface, what lies below shows.
 std::shared_ptr<ButtonCustomization> plain(const char* text, const char* surface, double weight) {
-    return std::make_shared<ButtonCustomization>(system(kButtonSize, weight), colour(text), colour(surface),
-                                                 std::nullopt);
+    return std::make_shared<ButtonCustomization>(system(kButtonSize, weight), colour(text),
+                                                 surface ? colour(surface) : std::nullopt, std::nullopt);
 }
 
 std::shared_ptr<CustTextCustomization> paragraph(const char* text) {
@@ -98,7 +98,7 @@ void setButtons(UiCustomization& look, const Palette& palette) {
         look.setButtonCustomization(filled(palette), type);
     for (const ButtonType type : {ButtonType::RESEND, ButtonType::CUST_WHY_INFO, ButtonType::CUST_EXT_INFO})
         look.setButtonCustomization(plain(palette.accent, palette.page, kMedium), type);
-    look.setButtonCustomization(plain(palette.onBar, palette.bar, kRegular), ButtonType::CANCEL);
+    look.setButtonCustomization(plain(palette.onBar, nullptr, kRegular), ButtonType::CANCEL);
 }
 
 void setTexts(UiCustomization& look, const Palette& palette) {

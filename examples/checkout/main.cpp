@@ -32,7 +32,7 @@ struct Options {
     std::vector<std::string> plays;
     bool isQuick = false;
     std::vector<std::size_t> part{1, 1};
-    std::vector<int> size{1220, 940};
+    std::vector<int> size;
     std::string look = "default";
     std::string acs = KORVANE_ACS;
 };
@@ -47,10 +47,11 @@ void define(CLI::App& app, Options& options) {
                    "Of the payments those of one part: \"2 4\" is the second of four.")
         ->expected(2)
         ->check(CLI::PositiveNumber);
-    app.add_option("--size", options.size, "Width and height of the window; a small one is a phone itself.")
+    app.add_option("--size", options.size,
+                   "Width and height of the window; a small one is a phone itself. Payments are then played "
+                   "as it stands.")
         ->expected(2)
-        ->check(CLI::PositiveNumber)
-        ->capture_default_str();
+        ->check(CLI::PositiveNumber);
     app.add_option("--look", options.look, "How it looks at first.")
         ->capture_default_str()
         ->check(CLI::IsMember(themeNames()));
@@ -100,14 +101,16 @@ private:
             giveUp(view_.errors().isEmpty() ? "The pages do not load." : view_.errors().front().toString());
             return;
         }
-        view_.resize(options_.size[0], options_.size[1]);
+        constexpr QSize kWindow{1220, 940};
+        view_.resize(options_.size.empty() ? kWindow : QSize(options_.size[0], options_.size[1]));
         view_.show();
         if (options_.isOffscreen) QTimer::singleShot(0, &view_, [this] { play(); });
     }
 
     void play() {
         try {
-            Player player(view_, shop_, QString::fromStdString(options_.shots));
+            const Setting setting = options_.size.empty() ? Setting::asThePlay : Setting::asItStands;
+            Player player(view_, shop_, QString::fromStdString(options_.shots), setting);
             QCoreApplication::exit(player.play(wanted()) ? kDone : kNotDone);
         } catch (const Stuck& stuck) {
             giveUp("This is missing: " + QString(stuck.what()));

@@ -1,12 +1,13 @@
 import QtQuick
 import QtQuick.Controls.Basic
 
-// A test card to choose.
+// A test card to choose; the chosen one says what its cardholder has to know.
 ItemDelegate {
     id: choice
 
     required property string number
     required property string title
+    required property string advice
     required property bool chosen
 
     implicitHeight: words.implicitHeight + 2 * Look.gap
@@ -20,6 +21,7 @@ ItemDelegate {
     Accessible.checkable: true
     Accessible.checked: chosen
     Accessible.name: title + ", " + number
+    Accessible.description: advice
 
     contentItem: Column {
         id: words
@@ -37,6 +39,14 @@ ItemDelegate {
             width: parent.width
             text: choice.number
             color: Look.quiet
+            wrapMode: Text.Wrap
+            font.pixelSize: Look.note
+        }
+        Text {
+            width: parent.width
+            visible: choice.chosen
+            text: choice.advice
+            color: Look.accent
             wrapMode: Text.Wrap
             font.pixelSize: Look.note
         }

@@ -66,6 +66,7 @@ Page {
                     width: parent.width
                     number: modelData.number
                     title: modelData.title
+                    advice: modelData.advice
                     chosen: page.shop.number === modelData.number
                     onClicked: page.shop.choose(modelData.number)
                 }

@@ -25,7 +25,7 @@ QtObject {
     readonly property color refused: dark ? "#E39C86" : "#A4492E"
     readonly property color field: dark ? "#191D20" : "#FFFFFF"
     readonly property color fieldRule: dark ? "#4A525A" : "#C9C3B9"
-    readonly property real faded: 0.4
+    readonly property real faded: 0.55
 
     // The room around the device, which does not turn dark with it.
     readonly property color room: "#DCD8D0"
