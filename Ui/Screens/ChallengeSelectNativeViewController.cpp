@@ -7,6 +7,8 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
+#include <numeric>
 
 namespace korvane {
 
@@ -50,12 +52,27 @@ void ChallengeSelectNativeViewController::fitHeights() {
               static_cast<double>(optionCount()) * height);
 }
 
+/// As many as there is time to measure, however many options an ACS sends.
+std::vector<std::size_t> ChallengeSelectNativeViewController::rowsOfLongestLabels() const {
+    constexpr std::size_t kMost = 32;
+    const auto length = [this](std::size_t row) {
+        const StringTable& entries = data->at(row);
+        return entries.empty() ? 0 : entries.begin()->second.size();
+    };
+    std::vector<std::size_t> rows(optionCount());
+    std::iota(rows.begin(), rows.end(), std::size_t{0});
+    const auto end = rows.begin() + static_cast<std::ptrdiff_t>(std::min(kMost, rows.size()));
+    std::ranges::partial_sort(rows, end, std::ranges::greater{}, length);
+    rows.erase(end, rows.end());
+    return rows;
+}
+
 double ChallengeSelectNativeViewController::neededRowHeight(double width) {
     const auto cell =
         std::dynamic_pointer_cast<ChallengeTableViewCell>(tableView->dequeueReusableCell(cellIdentifier()));
     const auto button = cell->button();
     double tallest = 0;
-    for (std::size_t row = 0; row < optionCount(); ++row) {
+    for (const std::size_t row : rowsOfLongestLabels()) {
         button->setTitle(option(row).label, ControlState::normal);
         tallest = std::max(tallest, button->fittingSize(width).height);
     }

@@ -77,6 +77,7 @@ private:
         friend bool operator==(const RowFit&, const RowFit&) = default;
     };
 
+    [[nodiscard]] std::vector<std::size_t> rowsOfLongestLabels() const;
     [[nodiscard]] double neededRowHeight(double width);
     void showChoice(const UITableViewCell& cell, std::size_t row);
 
