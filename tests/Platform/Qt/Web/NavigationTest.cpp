@@ -97,6 +97,8 @@ TEST_F(WebPageNavigation, IsDoneOnceAlsoAfterALateAnswerAndThereIsAWayBack) {
     ASSERT_TRUE(ShownPage::await([&] { return page->showsOwnText(); }));
     EXPECT_EQ(page->asked(), (Asked{"GET " + echo, "GET about:blank"}));
     page->load("<b>the second page</b>");
+    page->run("document.body.innerText = 'used'");
+    page->loadAgain();
     EXPECT_EQ(page->evaluate("document.body.innerText"), "the second page");
 }
 

@@ -46,6 +46,13 @@ void ShownPage::load(const std::string& html) {
     asked_.erase(asked_.begin());
 }
 
+void ShownPage::loadAgain() {
+    asked_.clear();
+    view_->loadHTMLString(view_->htmlString());
+    page_->synchronize();
+    ASSERT_TRUE(await([&] { return !asked_.empty() && !web().property("loading").toBool(); }));
+}
+
 void ShownPage::expect(const std::vector<PageCase>& cases) {
     const auto page = make();
     for (const PageCase& row : cases) {

@@ -30,6 +30,8 @@ public:
     /// Ready when the page and its scripts are there. Fails the test otherwise.
     [[nodiscard]] static std::shared_ptr<ShownPage> make(const std::string& html = "");
     void load(const std::string& html);
+    /// The same text once more.
+    void loadAgain();
     void block(const std::string& address) { view_->setBlockedAddress(address); }
     /// Plays the cases one after the other. The page's own text must stay.
     static void expect(const std::vector<PageCase>& cases);
