@@ -17,16 +17,10 @@ constexpr const char* kCanNotBuild = "Can not build CRes from decrypted data.";
 class ExchangeTest : public testing::Test {
 protected:
     ExchangeTest() {
+        exchange_->setTimedOut([this] { ++timeouts_; });
         setParameters(parameters());
         exchange_->openSecureChannel();
         key_ = peerKey(acs_.ephemeral, ECPublicKey::make(asBytes(published_)), kReferenceNumber);
-    }
-
-    [[nodiscard]] std::shared_ptr<Exchange> makeExchange() {
-        auto exchange = std::make_shared<Exchange>(MessageVersion::v2_2_0, kReferenceNumber,
-                                                   std::make_unique<KeysContainer>(certsWithRoot(acs_.root)));
-        exchange->setTimedOut([this] { ++timeouts_; });
-        return exchange;
     }
 
     void setParameters(ChallengeParameters parameters) const {
@@ -97,7 +91,8 @@ protected:
     SimulatedPlatform platform_;
     PlayedAcs acs_;
     int timeouts_ = 0;
-    std::shared_ptr<Exchange> exchange_ = makeExchange();
+    std::shared_ptr<Exchange> exchange_ = std::make_shared<Exchange>(
+        MessageVersion::v2_2_0, kReferenceNumber, std::make_unique<KeysContainer>(certsWithRoot(acs_.root)));
     const std::string published_ = exchange_->ephemeralPublicKey().value();
     SecretBytes key_;
 };
