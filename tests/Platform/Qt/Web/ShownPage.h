@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Qt/QtPlatform.h"
 #include "Platform/Qt/Web/WebPage.h"
 #include "tests/support/LocalServer.h"
 
@@ -65,6 +66,7 @@ public:
 private:
     [[nodiscard]] bool awaitTitle(const std::string& title) const;
 
+    QtPlatform platform_; // of which a page has its texts' scale
     QQmlEngine engine_;
     QQuickWindow window_;
     std::shared_ptr<WKWebView> view_ = std::make_shared<WKWebView>();
