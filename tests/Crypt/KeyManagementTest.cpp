@@ -115,6 +115,13 @@ TEST(KeyAgreement, WrapperFramesItsValuesTwice) {
                             Bytes(4), bigEndianData(bits)));
 }
 
+TEST(ECEncryption, AHeaderThatCannotBeWrittenIsNotSealedUnder) {
+    JWEHeader header(KM::ECDH_ES, kEnc);
+    header.setKid("\xff"); // without its "epk" nobody could open it
+    EXPECT_RAISES(ECErrorCase::encryptingFailed,
+                  EC::encryptionContextFor(kBob.getPublic(), KM::ECDH_ES, kEnc, header, {}));
+}
+
 TEST(ECDecryption, AKeyOfTheWrongLengthIsReplacedAndAMissingOneRefused) {
     const JWEHeader header(KM::ECDH_ES_A128KW, kEnc, {}, {}, kAlice.getPublic());
     const SecretBytes kek = keyAgreementCompute(KM::ECDH_ES_A128KW, kEnc, kAlice, kBob.getPublic(), {}, {});

@@ -131,7 +131,8 @@ TEST_F(ExchangeTest, EachWrongAnswerBecomesItsErrorAndDescription) {
     std::string repeated = cRes().dump();
     repeated.insert(1, R"("sdkTransID":"a","acsTransID":"b",)");
     JSON imageWithoutHigh = cResWith("psImage", {{"medium", "a"}, {"extraHigh", "b"}});
-    JSON optionOfNumber = cResWith("challengeSelectInfo", JSON::array({{{"a", 1}}}));
+    const JSON optionOfNumber = cResWith("challengeSelectInfo", JSON::array({{{"a", 1}}}));
+    const JSON namelessOption = cResWith("challengeSelectInfo", JSON::array({{{"", 1}}}));
     std::string foreign = sealed(cRes());
     foreign[foreign.size() - 5] = foreign[foreign.size() - 5] == 'A' ? 'B' : 'A';
     const std::string undecodable = "The operation couldn\u2019t be completed. (Korvane.JOSEError error 3.)";
@@ -150,6 +151,7 @@ TEST_F(ExchangeTest, EachWrongAnswerBecomesItsErrorAndDescription) {
         {"missing inside", sealed(imageWithoutHigh), 201, "psImage,high", kCanNotBuild},
         {"number for text", sealed(cResWith("challengeInfoText", 1)), 203, "challengeInfoText", kCanNotBuild},
         {"number inside", sealed(optionOfNumber), 203, "challengeSelectInfo,Index 0,a", kCanNotBuild},
+        {"number without a name", sealed(namelessOption), 203, "challengeSelectInfo,Index 0,", kCanNotBuild},
         {"null where required", sealed(cResWith("acsTransID", nullptr)), 203, "acsTransID", kCanNotBuild},
         {"list", sealed("[" + cRes().dump() + "]"), 203, "", kCanNotBuild},
         {"no JSON", sealed(cRes().dump() + ","), 0, "", kCanNotBuild},

@@ -46,6 +46,15 @@ TEST_F(TransactionTest, AuthenticationRequestIsTheSameAtEachCallAndSharesNothing
     EXPECT_NE(other.getSDKEphemeralPublicKey(), first.getSDKEphemeralPublicKey());
 }
 
+TEST_F(TransactionTest, WhatWasEnteredIsKeptThoughItsRequestCannotBeBuilt) {
+    auto exchange = std::make_shared<Exchange>(MessageVersion::v2_1_0, "reference",
+                                               std::make_unique<KeysContainer>(certsWithRoot(root_)));
+    const auto flow = ChallengeFlow::make(std::move(exchange), {});
+    flow->sendChallengeDataToAcs("1234", std::nullopt);
+    EXPECT_EQ(flow->challengeData(), "1234");
+    platform_->runUntilIdle();
+}
+
 TEST_F(TransactionTest, ScreensMayBeLetGoAfterTheirPlatform) {
     auto screens = std::make_shared<ScreenStack>([] { return true; });
     screens->hold(
