@@ -59,7 +59,8 @@ void Mirror::synchronizeChildren(ViewItem& item, const UIView& view, ItemArrival
     for (std::size_t index = 0; index < subviews.size(); ++index) {
         const UIView& subview = *subviews[index];
         ViewItem* known = itemOf(subview);
-        const bool isUsable = known && known->parentItem() == &item && PartFactory::suits(*known, subview);
+        const bool isUsable = known && known->parentItem() == &item && PartFactory::suits(*known, subview) &&
+                              (!away_.contains(&subview) || isWhole(subview));
         if (known && !isUsable) remove(*known);
         if (!isUsable) known = &add(subviews[index], item);
         known->setZ(static_cast<double>(index));
@@ -72,6 +73,12 @@ void Mirror::synchronizeChildren(ViewItem& item, const UIView& view, ItemArrival
                         arrival == ItemArrival::none ? ItemArrival::onItsOwn : ItemArrival::withOthers);
     }
     if (arrival != ItemArrival::none) planAhead(view);
+}
+
+/// Whose turn comes before all of it has been made ahead is made anew.
+bool Mirror::isWhole(const UIView& view) const {
+    return itemOf(view) &&
+           std::ranges::all_of(view.subviews(), [this](const auto& subview) { return isWhole(*subview); });
 }
 
 /// What has changed meanwhile is taken over, and everything if the surroundings have.

@@ -56,6 +56,7 @@ private:
     };
 
     void synchronize(ViewItem& item, const UIView& view, ItemArrival arrival);
+    [[nodiscard]] bool isWhole(const UIView& view) const;
     void comeBack(ViewItem& item, const UIView& view);
     /// @return whether the item has been put aside for the view's next turn.
     bool putAside(ViewItem& item, const UIView& from);
