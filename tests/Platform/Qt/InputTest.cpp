@@ -66,7 +66,14 @@ TEST_F(Input, PagesOfTheKeyboardAreDrawnAheadAndKeptAndFollowTheSurroundings) {
     const auto text = showField();
     const auto key =
         text->secureKeyboard->customKeyboard()->keyboardLayout().lowercase()->getKeyboardButton(0, 0);
-    ASSERT_TRUE(waitFor([&] { return host->itemOf(*key) != nullptr; }));
+    const UIView* page = key.get();
+    while (page->superview())
+        page = page->superview().get();
+    const std::function<bool(const UIView&)> isMade = [&](const UIView& view) {
+        return host->itemOf(view) &&
+               std::ranges::all_of(view.subviews(), [&](const auto& inner) { return isMade(*inner); });
+    };
+    ASSERT_TRUE(waitFor([&] { return isMade(*page); }));
     const QQuickItem* const item = host->itemOf(*key);
     EXPECT_FALSE(item->isVisible());
     for (const bool isDark : {true, false}) {
