@@ -114,6 +114,7 @@ std::string escapedControls(std::string_view text, LineBreaks lineBreaks) {
 
 std::string withBoundedMarks(std::string_view text) {
     constexpr int kMostInARow = 30;
+    constexpr UChar32 kFirstMark = 0x300;
     const auto* const octets = reinterpret_cast<const std::uint8_t*>(text.data());
     const auto size = static_cast<std::int32_t>(text.size());
     std::string result;
@@ -122,7 +123,7 @@ std::string withBoundedMarks(std::string_view text) {
     for (std::int32_t at = 0, next = 0; at < size; at = next) {
         UChar32 point = 0;
         U8_NEXT(octets, next, size, point);
-        inARow = point > 0 && u_getCombiningClass(point) != 0 ? inARow + 1 : 0;
+        inARow = point >= kFirstMark && u_getCombiningClass(point) != 0 ? inARow + 1 : 0;
         if (inARow <= kMostInARow)
             result.append(text, static_cast<std::size_t>(at), static_cast<std::size_t>(next - at));
     }

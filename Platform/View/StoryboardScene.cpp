@@ -77,7 +77,7 @@ std::shared_ptr<UIView> StoryboardScene::makeView(const JSON& description) {
 void StoryboardScene::setMember(const std::shared_ptr<UIView>& view, const std::string& name,
                                 const JSON& value) {
     try {
-        if (setStoryboardProperty(*view, name, {value, *content_.bundle})) return;
+        if (setStoryboardProperty(*view, name, {value, content_->resources})) return;
     } catch (const StoryboardValue::Mismatch&) {
         fail(Case::propertyInvalid, "\"" + name + "\" cannot be " + value.dump());
     }

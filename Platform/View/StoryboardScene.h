@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/JSON.h"
+#include "Platform/View/StoryboardValue.h"
 #include "Platform/View/UINavigationBar.h"
 #include "Platform/View/UIStoryboard.h"
 #include "Platform/View/UITableView.h"
@@ -16,8 +17,8 @@ namespace korvane {
 
 /// What all scenes of a storyboard are made of.
 struct StoryboardContent {
-    std::shared_ptr<const JSON> json;
-    std::shared_ptr<const NSBundle> bundle;
+    std::shared_ptr<const JSON> scenes; // by their identifiers
+    StoryboardResources resources;
 };
 
 /// A new object of a registered class, or null.
@@ -28,7 +29,7 @@ class StoryboardScene {
 public:
     using Outlets = std::vector<std::pair<std::string, std::shared_ptr<NSObject>>>;
 
-    StoryboardScene(StoryboardContent content, std::string identifier)
+    StoryboardScene(std::shared_ptr<const StoryboardContent> content, std::string identifier)
         : content_(std::move(content)), identifier_(std::move(identifier)) {}
 
     /// @throws UIStoryboardError
@@ -54,7 +55,7 @@ private:
     void setItems(UINavigationBar& bar, const JSON& descriptions);
     [[nodiscard]] const std::string& text(const JSON& value, std::string_view what) const;
 
-    StoryboardContent content_;
+    std::shared_ptr<const StoryboardContent> content_;
     std::string identifier_;
     Outlets outlets_;
 };

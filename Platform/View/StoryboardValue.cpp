@@ -50,7 +50,7 @@ UIColor StoryboardValue::color() const {
     if (const auto shade = UIColor::fromHex(text)) return *shade;
     for (const SystemColor& known : kSystemColors)
         if (known.name == text) return known.make();
-    if (const auto named = UIColor::named(text, bundle_)) return *named;
+    if (const auto named = resources_.colors.color(text)) return *named;
     throw Mismatch{};
 }
 
@@ -63,7 +63,7 @@ UIFont StoryboardValue::font() const {
 }
 
 UIImagePtr StoryboardValue::image() const {
-    auto image = UIImage::named(string(), bundle_);
+    auto image = UIImage::named(string(), *resources_.bundle);
     if (!image) throw Mismatch{};
     return image;
 }
@@ -75,12 +75,12 @@ UIEdgeInsets StoryboardValue::insets() const {
 StoryboardValue StoryboardValue::member(std::string_view name) const {
     const auto found = json_.is_object() ? json_.find(name) : json_.end();
     if (found == json_.end()) throw Mismatch{};
-    return {*found, bundle_};
+    return {*found, resources_};
 }
 
 StoryboardValue StoryboardValue::element(std::size_t index) const {
     if (!json_.is_array() || json_.size() != 4) throw Mismatch{};
-    return {json_[index], bundle_};
+    return {json_[index], resources_};
 }
 
 } // namespace korvane

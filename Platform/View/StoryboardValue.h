@@ -8,18 +8,29 @@
 #include "Platform/View/UIImage.h"
 
 #include <initializer_list>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
 
 namespace korvane {
 
+/// What a storyboard's names stand for.
+struct StoryboardResources {
+    explicit StoryboardResources(std::shared_ptr<const NSBundle> of)
+        : bundle(std::move(of)), colors(*bundle) {}
+
+    std::shared_ptr<const NSBundle> bundle;
+    UIColorTable colors;
+};
+
 /// What a storyboard says of one property. Reads of another type than the value's throw `Mismatch`.
 class StoryboardValue {
 public:
     struct Mismatch {};
 
-    StoryboardValue(const JSON& json, const NSBundle& bundle) : json_(json), bundle_(bundle) {}
+    StoryboardValue(const JSON& json, const StoryboardResources& resources)
+        : json_(json), resources_(resources) {}
 
     [[nodiscard]] const std::string& string() const;
     [[nodiscard]] double number() const;
@@ -46,7 +57,7 @@ private:
     [[nodiscard]] StoryboardValue element(std::size_t index) const;
 
     const JSON& json_;
-    const NSBundle& bundle_;
+    const StoryboardResources& resources_;
 };
 
 } // namespace korvane

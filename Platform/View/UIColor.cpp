@@ -11,7 +11,7 @@ namespace korvane {
 
 namespace {
 
-using ColorTable = std::map<std::string, UIColor>;
+using Colors = std::map<std::string, UIColor>;
 
 std::optional<RGBA> shadeFromHex(std::string_view text) {
     if (text.size() != 7 && text.size() != 9) return std::nullopt;
@@ -41,9 +41,9 @@ std::optional<UIColor> color(const JSON& value) {
     return light && dark ? std::optional(UIColor(*light, *dark)) : std::nullopt;
 }
 
-std::shared_ptr<const ColorTable> colorTable(const Bytes& file) {
+std::shared_ptr<const Colors> colorsIn(const Bytes& file) {
     const auto json = JSONSerialization::jsonObject(asText(file));
-    auto table = std::make_shared<ColorTable>();
+    auto table = std::make_shared<Colors>();
     if (!json || !json->is_object()) return table;
     for (const auto& [name, value] : json->items())
         if (const auto one = color(value)) table->emplace(name, *one);
@@ -53,16 +53,7 @@ std::shared_ptr<const ColorTable> colorTable(const Bytes& file) {
 } // namespace
 
 std::optional<UIColor> UIColor::named(const std::string& name, const NSBundle& bundle) {
-    static FileCache<ColorTable> tables;
-    const auto path = bundle.URLForResource("Colors", "json");
-    if (!path) return std::nullopt;
-    try {
-        const auto table = tables.get(*path, colorTable);
-        const auto found = table->find(name);
-        return found == table->end() ? std::nullopt : std::optional(found->second);
-    } catch (const std::exception&) {
-        return std::nullopt;
-    }
+    return UIColorTable(bundle).color(name);
 }
 
 std::optional<UIColor> UIColor::fromHex(std::string_view text) {
@@ -87,6 +78,23 @@ UIColor UIColor::withAlphaComponent(double alpha) const {
     copy.light_.alpha = alpha;
     copy.dark_.alpha = alpha;
     return copy;
+}
+
+UIColorTable::UIColorTable(const NSBundle& bundle) {
+    static FileCache<Colors> tables;
+    const auto path = bundle.URLForResource("Colors", "json");
+    if (!path) return;
+    try {
+        colors_ = tables.get(*path, colorsIn);
+    } catch (const std::exception&) {
+        colors_ = nullptr; // a table that cannot be read is as good as none
+    }
+}
+
+std::optional<UIColor> UIColorTable::color(const std::string& named) const {
+    if (!colors_) return std::nullopt;
+    const auto found = colors_->find(named);
+    return found == colors_->end() ? std::nullopt : std::optional(found->second);
 }
 
 } // namespace korvane

@@ -4,6 +4,8 @@
 #include "Platform/NSBundle.h"
 #include "Platform/View/UITraitCollection.h"
 
+#include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -26,9 +28,7 @@ public:
     explicit UIColor(RGBA shade) : UIColor(shade, shade) {}
     UIColor(RGBA light, RGBA dark) : light_(light), dark_(dark) {}
 
-    /// The colour that the bundle's table `Colors.json` has under that name: an object of names to a shade
-    /// ("#RRGGBB" or "#RRGGBBAA") or to an object of `light` and `dark` shades. No value where the name, the
-    /// table or a shade in it is missing or broken.
+    /// The colour of that name in the bundle's table, as `UIColorTable` reads it, or no value.
     [[nodiscard]] static std::optional<UIColor> named(const std::string& name, const NSBundle& bundle);
 
     /// A shade from "#RRGGBB" or "#RRGGBBAA".
@@ -58,6 +58,21 @@ public:
 private:
     RGBA light_;
     RGBA dark_;
+};
+
+/// The colours that a bundle names, as they are when the table is made: for whoever asks for many of them. Any
+/// thread.
+///
+/// The file `Colors.json`: an object of names to a shade ("#RRGGBB" or "#RRGGBBAA") or to an object of `light`
+/// and `dark` shades. What is missing or broken has no colour.
+class KORVANE_EXPORT UIColorTable {
+public:
+    explicit UIColorTable(const NSBundle& bundle);
+
+    [[nodiscard]] std::optional<UIColor> color(const std::string& named) const;
+
+private:
+    std::shared_ptr<const std::map<std::string, UIColor>> colors_;
 };
 
 } // namespace korvane

@@ -91,29 +91,32 @@ void UIStoryboard::registerClass(const std::string& name, Factory factory) {
 }
 
 UIStoryboard::UIStoryboard(std::string name, std::shared_ptr<const NSBundle> bundle)
-    : name_(std::move(name)), bundle_(std::move(bundle)) {
+    : name_(std::move(name)) {
     static FileCache<JSON> files;
-    const auto path = bundle_->URLForResource(name_, "json");
+    const auto path = bundle->URLForResource(name_, "json");
     if (!path) fail(Case::resourceMissing, "the storyboard \"" + name_ + "\" is missing");
+    std::shared_ptr<const JSON> known;
     try {
-        content_ = files.get(*path, scenes);
+        known = files.get(*path, scenes);
     } catch (const std::exception&) {
         fail(Case::resourceMissing, "the storyboard \"" + name_ + "\" cannot be read");
     }
-    if (!content_) fail(Case::resourceBroken, "the storyboard \"" + name_ + "\" is broken");
+    if (!known) fail(Case::resourceBroken, "the storyboard \"" + name_ + "\" is broken");
+    content_ = std::make_shared<const StoryboardContent>(
+        StoryboardContent{std::move(known), StoryboardResources(std::move(bundle))});
 }
 
 bool UIStoryboard::hasIdentifier(const std::string& identifier) const {
-    return content_->contains(identifier);
+    return content_->scenes->contains(identifier);
 }
 
 std::shared_ptr<UIViewController>
 UIStoryboard::instantiateViewController(const std::string& withIdentifier) const {
-    const auto found = content_->find(withIdentifier);
-    if (found == content_->end())
+    const auto found = content_->scenes->find(withIdentifier);
+    if (found == content_->scenes->end())
         fail(Case::identifierMissing,
              "the storyboard \"" + name_ + "\" has no scene \"" + withIdentifier + "\"");
-    StoryboardScene scene({content_, bundle_}, withIdentifier);
+    StoryboardScene scene(content_, withIdentifier);
     if (!found->is_object()) scene.fail(Case::resourceBroken, "the scene is no object");
     const JSON named = found->value("class", JSON("UIViewController"));
     const std::string className = named.is_string() ? named.get<std::string>() : named.dump();

@@ -11,6 +11,8 @@
 
 namespace korvane {
 
+struct StoryboardContent;
+
 /// Why a screen could not be made from a storyboard.
 enum class UIStoryboardErrorCase {
     resourceMissing,
@@ -45,7 +47,7 @@ struct FailureTraits<UIStoryboardErrorCase> {
 /// Its description names what is missing or broken, and the scene where there is one.
 using UIStoryboardError = TypedFailure<UIStoryboardErrorCase>;
 
-/// Screens as a resource. Making the storyboard and registering classes: any thread;
+/// Screens as a resource, which is read when the storyboard is made. Making the storyboard and registering classes: any thread;
 /// screens: main queue only.
 ///
 /// The file `<name>.json` of a bundle:
@@ -86,8 +88,7 @@ public:
 
 private:
     std::string name_;
-    std::shared_ptr<const JSON> content_;
-    std::shared_ptr<const NSBundle> bundle_;
+    std::shared_ptr<const StoryboardContent> content_;
 };
 
 } // namespace korvane

@@ -41,9 +41,9 @@ void ChallengeButton::setHighlighted(bool isHighlighted) {
 }
 
 int ChallengeButton::linesFor(double width) const {
-    const UIFont font = titleLabel()->shownFont();
-    const double wanted = measuredText(currentTitle(), font, kUnbounded, 1).width;
-    return wanted > 0 && font.pointSize() * titleRoom(width) / wanted < kLeastSize ? 2 : 1;
+    const double wanted = titleLabel()->fittingSize(kUnbounded).width;
+    const double size = titleLabel()->shownFont().pointSize();
+    return wanted > 0 && size * titleRoom(width) / wanted < kLeastSize ? 2 : 1;
 }
 
 double ChallengeButton::heightForTitle(double width) const {

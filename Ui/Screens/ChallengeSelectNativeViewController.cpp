@@ -45,6 +45,8 @@ void ChallengeSelectNativeViewController::fitHeights() {
     ChallengeNativeViewController::fitHeights();
     const RowFit fit{tableView->bounds().size.width, UIApplication::shared().textScale()};
     if (fit == rowFit_) return;
+    // On no screen, it does not hear that texts have another size.
+    if (fit.textScale != rowFit_.textScale) measured_.reset();
     rowFit_ = fit;
     const double height = neededRowHeight(fit.width);
     tableView->setRowHeight(height);
@@ -68,9 +70,10 @@ std::vector<std::size_t> ChallengeSelectNativeViewController::rowsOfLongestLabel
 }
 
 double ChallengeSelectNativeViewController::neededRowHeight(double width) {
-    const auto cell =
-        std::dynamic_pointer_cast<ChallengeTableViewCell>(tableView->dequeueReusableCell(cellIdentifier()));
-    const auto button = cell->button();
+    if (!measured_)
+        measured_ = std::dynamic_pointer_cast<ChallengeTableViewCell>(
+            tableView->dequeueReusableCell(cellIdentifier()));
+    const auto button = measured_->button();
     double tallest = 0;
     for (const std::size_t row : rowsOfLongestLabels()) {
         button->setTitle(option(row).label, ControlState::normal);

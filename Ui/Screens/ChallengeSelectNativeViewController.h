@@ -82,6 +82,7 @@ private:
     void showChoice(const UITableViewCell& cell, std::size_t row);
 
     RowFit rowFit_;
+    std::shared_ptr<ChallengeTableViewCell> measured_; // shows no row
 };
 
 /// The screen on which one option can be chosen.

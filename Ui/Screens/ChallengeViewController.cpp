@@ -1,6 +1,5 @@
 #include "Ui/Screens/ChallengeViewController.h"
 
-#include "Platform/Bundle.h"
 #include "Platform/View/UIApplication.h"
 #include "Platform/View/UIWindow.h"
 #include "Ui/Screens/ChallengeRootNavigationController.h"
@@ -43,7 +42,7 @@ void setTitles(UIButton& button, const std::string& title) {
 void ChallengeViewController::viewDidLoad() {
     UIViewController::viewDidLoad();
     prevention.setPreventScreenCapture(true);
-    view()->setFocusColor(UIColor::named("challenge_accent", *Bundle::resources()));
+    view()->setFocusColor(view()->tintColor());
     vTopArea = std::make_shared<UIView>(topAreaFrame());
     vTopArea->setBackgroundColor(toolBar->barTintColor());
     toolBar->addSubview(vTopArea);
