@@ -3,6 +3,7 @@
 #include "Crypt/JOSEError.h"
 
 #include <array>
+#include <span>
 
 namespace korvane {
 
@@ -79,13 +80,6 @@ constexpr std::array<KeyManagementRow, 11> kKeyManagement{{
     {KM::ECDH_ES_A256KW, EC, kNone, 0, kNone, KM::A256KW},
 }};
 static_assert(hasRowsOfAllCases(kKeyManagement, &KeyManagementRow::algorithm));
-
-constexpr auto kKeyManagementCases = [] {
-    std::array<KM, kKeyManagement.size()> cases{};
-    for (std::size_t index = 0; index < cases.size(); ++index)
-        cases[index] = kKeyManagement[index].algorithm;
-    return cases;
-}();
 
 const KeyManagementRow& rowOf(KM algorithm) {
     return kKeyManagement[static_cast<std::size_t>(algorithm)];
@@ -164,10 +158,6 @@ std::size_t outputLength(HMACAlgorithm algorithm) {
 
 CCHmacAlgorithm ccAlgorithm(HMACAlgorithm algorithm) {
     return rowOf(algorithm).ccAlgorithm;
-}
-
-std::span<const KM> allKeyManagementAlgorithms() {
-    return kKeyManagementCases;
 }
 
 KeyManagementFamily family(KM algorithm) {

@@ -8,7 +8,6 @@
 
 #include <cstddef>
 #include <optional>
-#include <span>
 #include <string_view>
 
 namespace korvane {
@@ -81,7 +80,6 @@ enum class KeyManagementFamily { RSA, AES, direct, EC };
     return kNoRawValue;
 }
 
-[[nodiscard]] std::span<const KeyManagementAlgorithm> allKeyManagementAlgorithms();
 [[nodiscard]] KeyManagementFamily family(KeyManagementAlgorithm algorithm);
 /// The platform's algorithm of the RSA rows.
 [[nodiscard]] std::optional<SecKeyAlgorithm> secKeyAlgorithm(KeyManagementAlgorithm algorithm);

@@ -95,7 +95,7 @@ bool Mirror::putAside(ViewItem& item, const UIView& from) {
     const auto turns = from.alternates();
     if (!view || std::ranges::find(turns, view) == turns.end()) return false;
     item.setVisible(false);
-    away_.try_emplace(view.get(), Away{seen_, from.traitCollection().userInterfaceStyle, seen_});
+    away_.try_emplace(view.get(), Away{seen_, from.traitCollection().userInterfaceStyle});
     return true;
 }
 
@@ -115,15 +115,11 @@ void Mirror::workAhead() {
         const Job job = ahead_.back();
         ahead_.pop_back();
         make(job);
-        const auto view = job.away.lock();
-        const bool isDone = ahead_.empty() || ahead_.back().away.lock() != view;
-        const auto away = view && isDone ? away_.find(view.get()) : away_.end();
-        if (away != away_.end() && away->second.seen == 0) away->second.seen = away->second.begun;
     }
 }
 
-/// A view whose turn has come meanwhile has its item already. Until all of one that is away has been made,
-/// nothing of it counts as taken over.
+/// A view whose turn has come meanwhile has its item already. What changes while the rest of it is made is looked
+/// at when its turn comes.
 void Mirror::make(const Job& job) {
     const auto view = job.view.lock();
     const auto away = job.away.lock();
@@ -133,7 +129,7 @@ void Mirror::make(const Job& job) {
     item.setZ(job.level);
     if (view == away) {
         item.setVisible(false);
-        away_[view.get()] = {0, view->traitCollection().userInterfaceStyle, seen_};
+        away_[view.get()] = {seen_, view->traitCollection().userInterfaceStyle};
     }
     const auto& subviews = view->subviews();
     for (std::size_t index = subviews.size(); index-- > 0;)

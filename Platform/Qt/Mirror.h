@@ -40,12 +40,10 @@ public:
     void hideForCapture(bool hide);
 
 private:
-    /// An item that is not seen, and what was taken over of its view: all up to a revision, in one style;
-    /// nothing (0) while it is being made, which began at that other revision.
+    /// An item that is not seen, and what was taken over of its view: all up to a revision, in one style.
     struct Away {
         std::uint64_t seen = 0;
         UIUserInterfaceStyle style = UIUserInterfaceStyle::light;
-        std::uint64_t begun = 0;
     };
     /// An item that is still to be made, for a view of the one that is away.
     struct Job {

@@ -39,19 +39,21 @@ bool isStop(const UIView& view) {
     return view.canBecomeFocused() && size.width > 0 && size.height > 0;
 }
 
-/// In rows from the top down, and in each from left to right: in a row is what has its middle beside the
+/// In rows from the top down, and in each as its text is read: in a row is what has its middle beside the
 /// first one.
 void sortByPlace(Views& views) {
     const auto top = [](const auto& view) { return placeOf(*view).origin.y; };
-    const auto left = [](const auto& view) { return placeOf(*view).origin.x; };
+    const auto start = [](const auto& view) {
+        const CGRect place = placeOf(*view);
+        return view->isRightToLeft() ? -CGRectGetMaxX(place) : place.origin.x;
+    };
     std::ranges::stable_sort(views, {}, top);
     for (auto row = views.begin(); row != views.end();) {
         const double bottom = CGRectGetMaxY(placeOf(**row));
         const auto end = std::find_if(row, views.end(),
                                       [&](const auto& view) { return middleY(placeOf(*view)) >= bottom; });
         const auto next = end == row ? std::next(row) : end;
-        std::stable_sort(row, next,
-                         [&](const auto& one, const auto& other) { return left(one) < left(other); });
+        std::ranges::stable_sort(row, next, {}, start);
         row = next;
     }
 }

@@ -32,7 +32,7 @@ enum class UIKeyboardKey {
 /// Where the focus of one window lies, and what keys do there. Main queue only. It lives in its window.
 ///
 /// **Order.** Tab goes through what can be focused on the topmost screen: bars first, then from the top down
-/// and from left to right, and round again. The views of a group, as a list or the keys of a keyboard, count
+/// and in each row as its text is read, and round again. The views of a group, as a list or the keys of a keyboard, count
 /// as one; arrows move among them. What an input view holds comes right after the field that it serves. Behind
 /// a modal view nothing is focused.
 ///

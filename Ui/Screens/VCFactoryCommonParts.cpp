@@ -1,4 +1,5 @@
 #include "Platform/Text.h"
+#include "Platform/View/DrawnPart.h"
 #include "Ui/Screens/VCFactory.h"
 
 namespace korvane {
@@ -38,8 +39,8 @@ void setWhitelisting(ChallengeNativeViewController& controller, const std::optio
 void VCFactory::setCommonNativeVcParts(const CRes& cRes, ChallengeNativeViewController& controller) const {
     const auto view = controller.view();
     controller.customConstraints = uiCustomizationConstraints;
-    view->setRightToLeft(
-        isRightToLeft(cRes.challengeInfoHeader.value_or("") + cRes.challengeInfoText.value_or("")));
+    view->setRightToLeft(isRightToLeft(drawnPart(cRes.challengeInfoHeader.value_or("")) +
+                                       drawnPart(cRes.challengeInfoText.value_or(""))));
     // Widths count below, and the application has a say in them.
     view->setNeedsLayout();
     view->layoutIfNeeded();

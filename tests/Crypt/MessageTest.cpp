@@ -126,11 +126,11 @@ JWE sealed(KM algorithm = KM::direct, CE encryption = kEnc, const char* zip = "N
 }
 
 TEST(JWESealing, IsUndoneByOpeningTheWholeInEveryRow) {
-    for (const KM algorithm : allKeyManagementAlgorithms())
+    for (const auto& [algorithm, name] : EnumTable<KM>::rows)
         for (const auto& [enc, zip] : {std::pair(kEnc, "NONE"), {kLongEnc, "DEF"}}) {
             const JWE jwe = sealed(algorithm, enc, zip);
             const std::string compact = jwe.compactSerializedString();
-            SCOPED_TRACE(compact);
+            SCOPED_TRACE(name);
             EXPECT_TRUE(validateJWE(compact));
             EXPECT_NE(sealed(algorithm, enc, zip).initializationVector(), jwe.initializationVector());
             const JWE received(compact);

@@ -1,4 +1,5 @@
 #include "keyboard/KeyPop.h"
+#include "keyboard/KeyMenu.h"
 #include "keyboard/KeyboardStyles.h"
 #include "tests/keyboard/ThumbDriver.h"
 
@@ -54,6 +55,33 @@ TEST(KeyPop, EveryNamedColourAndPictureIsThere) {
     for (const char* name : {"velka_sdk_kb_press_bg", "velka_sdk_kb_press_bg_left",
                              "velka_sdk_kb_press_bg_right", "velka_sdk_kb_ShevronDown"})
         EXPECT_NE(keyboardImage(name), nullptr) << name;
+}
+
+TEST(KeyMenu, OpensAboveItsKeyAndHighlightsWhatIsUnderTheFinger) {
+    const Device device;
+    for (const KeyMenuType type : {KeyMenuType::Horizontal, KeyMenuType::Vertical}) {
+        const auto page = std::make_shared<UIView>(CGRect{{0, 0}, {375, 216}});
+        std::vector<std::shared_ptr<KeyMenuItem>> items;
+        for (const char* title : {"a", "b", "c"})
+            items.push_back(std::make_shared<KeyMenuItem>(title, KeyMenuItemStyle{}));
+        const auto menu = std::make_shared<KeyMenu>(items, KeyMenuStyle{}, type);
+        const auto key = std::make_shared<KeyboardButton>(KeyboardButtonType::Key("a"), KeyboardButtonStyle{},
+                                                          KeyboardButtonWidth::Dynamic(), menu);
+        key->setFrame({{340, 160}, {32, 42}});
+        page->addSubview(key);
+        key->showKeyMenu(true);
+        EXPECT_TRUE(CGRectGetMaxX(menu->frame()) <= 375 && CGRectGetMaxY(menu->frame()) <= 160);
+        for (const int index : {1, 0, 2, -1}) {
+            const CGPoint finger =
+                index < 0 ? CGPoint{1, 1} : items[static_cast<std::size_t>(index)]->middleInWindow();
+            menu->updateSelection(finger, *page);
+            EXPECT_EQ(menu->selectedIndex(), index);
+            for (int each = 0; each < 3; ++each)
+                EXPECT_EQ(items[static_cast<std::size_t>(each)]->highlighted(), each == index);
+        }
+        key->showKeyMenu(false);
+        EXPECT_EQ(menu->superview(), nullptr);
+    }
 }
 
 /// What assistive technology is told of a tree, one line each.

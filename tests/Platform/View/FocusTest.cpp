@@ -65,6 +65,9 @@ TEST_F(Focus, GoesThroughWhatIsShownByPlaceAndRound) {
     EXPECT_EQ(taken(), "pressed left, pressed left");
     low->setHidden(true);
     EXPECT_EQ(way("<"), "right");
+    low->setHidden(false);
+    rootView().setRightToLeft(true);
+    EXPECT_EQ(way(">>"), "left low");
 }
 
 TEST_F(Focus, AFingerHidesItAndTabGoesOnFromThere) {
