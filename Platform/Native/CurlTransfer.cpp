@@ -179,4 +179,10 @@ TransferOutcome CurlTransfer::outcome(CURLcode code) {
     return {std::nullopt, error_.front() ? error_.data() : curl_easy_strerror(code)};
 }
 
+int CurlTransfer::status() const {
+    long status = 0;
+    curl_easy_getinfo(easy_.get(), CURLINFO_RESPONSE_CODE, &status);
+    return static_cast<int>(status);
+}
+
 } // namespace korvane

@@ -35,6 +35,9 @@ public:
     /// Once libcurl has ended the transfer.
     [[nodiscard]] TransferOutcome outcome(CURLcode code);
 
+    /// The answer's status code, or 0 where none has come.
+    [[nodiscard]] int status() const;
+
 private:
     static std::size_t receive(char* bytes, std::size_t size, std::size_t count, void* transfer);
     static std::size_t receiveHead(char* bytes, std::size_t size, std::size_t count, void* transfer);

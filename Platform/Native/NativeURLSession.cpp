@@ -47,7 +47,11 @@ public:
         return transfer_->handle();
     }
 
-    void end(CURLcode code) override { complete(transfer_->outcome(code)); }
+    void end(CURLcode code) override {
+        TransferOutcome outcome = transfer_->outcome(code);
+        if (outcome.body && common_->watcher) common_->watcher(request_, transfer_->status(), *outcome.body);
+        complete(std::move(outcome));
+    }
 
     void release() override { transfer_.reset(); }
 
@@ -74,10 +78,10 @@ private:
 } // namespace
 
 NativeURLSession::NativeURLSession(std::shared_ptr<CurlEngine> engine,
-                                   const URLSessionConfiguration& configuration)
+                                   const URLSessionConfiguration& configuration, AnswerWatcher watcher)
     : common_(std::make_shared<const Common>(
           Common{configuration, authoritiesWith(configuration.additionalCertificateAuthorities),
-                 std::move(engine)})) {}
+                 std::move(engine), std::move(watcher)})) {}
 
 std::shared_ptr<URLSessionDataTask> NativeURLSession::dataTask(URLRequest request, Completion completion) {
     return std::make_shared<NativeDataTask>(common_, std::move(request), std::move(completion));

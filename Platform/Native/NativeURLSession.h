@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Native/AnswerWatcher.h"
 #include "Platform/URLSession.h"
 
 #include <memory>
@@ -13,7 +14,9 @@ class CurlEngine;
 /// for any program of the system; no content coding is asked for.
 class NativeURLSession final : public URLSession {
 public:
-    NativeURLSession(std::shared_ptr<CurlEngine> engine, const URLSessionConfiguration& configuration);
+    /// @param watcher  may be empty.
+    NativeURLSession(std::shared_ptr<CurlEngine> engine, const URLSessionConfiguration& configuration,
+                     AnswerWatcher watcher);
 
     [[nodiscard]] std::shared_ptr<URLSessionDataTask> dataTask(URLRequest request,
                                                                Completion completion) override;
@@ -26,6 +29,7 @@ public:
         /// are none of the latter.
         std::string authorities;
         std::shared_ptr<CurlEngine> engine;
+        AnswerWatcher watcher;
     };
 
 private:

@@ -20,14 +20,16 @@ public:
     makeSession(const URLSessionConfiguration& configuration) override {
         URLSessionConfiguration own = configuration;
         own.additionalCertificateAuthorities += authorities_;
-        return std::make_shared<NativeURLSession>(engine_, own);
+        return std::make_shared<NativeURLSession>(engine_, own, watcher_);
     }
     void addCertificateAuthorities(const std::string& pem) { authorities_ += "\n" + pem; }
+    void watchAnswers(AnswerWatcher watcher) { watcher_ = std::move(watcher); }
     void stop() { engine_->stop(); }
 
 private:
     std::shared_ptr<CurlEngine> engine_ = std::make_shared<CurlEngine>();
     std::string authorities_;
+    AnswerWatcher watcher_;
 };
 
 } // namespace
@@ -73,6 +75,10 @@ void SystemPlatform::endNetwork() {
 
 void SystemPlatform::addCertificateAuthorities(const std::string& pem) {
     services_->urlSessions.addCertificateAuthorities(pem);
+}
+
+void SystemPlatform::watchAnswers(AnswerWatcher watcher) {
+    services_->urlSessions.watchAnswers(std::move(watcher));
 }
 
 } // namespace korvane

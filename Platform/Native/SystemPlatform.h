@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Export.h"
+#include "Platform/Native/AnswerWatcher.h"
 #include "Platform/Platform.h"
 
 #include <memory>
@@ -17,6 +18,10 @@ public:
     /// threads use the platform.
     /// @param pem  certificates in PEM, one after the other.
     void addCertificateAuthorities(const std::string& pem);
+
+    /// Lets someone look at the answers to all sessions made from now on, for tools that say what a server
+    /// did. Before other threads use the platform.
+    void watchAnswers(AnswerWatcher watcher);
 
 protected:
     /// What the system does not give: a filling's own services.
