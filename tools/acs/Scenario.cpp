@@ -2,7 +2,7 @@
 
 #include "Crypt/DataExtensions.h"
 #include "Sdk/Messages/CRes.h"
-#include "tools/acs/ScenarioReader.h"
+#include "tools/common/CheckedText.h"
 #include "tools/common/InputFile.h"
 
 #include <algorithm>
@@ -10,6 +10,12 @@
 #include <charconv>
 
 namespace korvane::acs {
+
+using tools::CheckedText;
+using tools::CheckedValue;
+using tools::elementPath;
+using tools::memberPath;
+using tools::Remark;
 
 namespace {
 
@@ -60,7 +66,7 @@ std::string scenarioPath(std::string path, const std::vector<std::string>& codin
 
 /// Reads the members of a CRes as the library will, so that a slip in a screen shows here
 /// and not in a challenge.
-JSON readScreen(const ScenarioText& text, const ScenarioValue& value) {
+JSON readScreen(CheckedText& text, const CheckedValue& value) {
     value.requireKnown(screenMembers());
     JSON message = value.json();
     for (const CRes::Field& field : CRes::fields())
@@ -68,12 +74,12 @@ JSON readScreen(const ScenarioText& text, const ScenarioValue& value) {
     try {
         static_cast<void>(CRes::decode(message.dump()));
     } catch (const DecodingError& error) {
-        text.fail(scenarioPath(value.path(), error.codingPath()), error.description());
+        text.add(Remark::Kind::fault, scenarioPath(value.path(), error.codingPath()), error.description());
     }
     return value.json();
 }
 
-void checkParameter(const ScenarioValue& value, const FaultParameter& parameter) {
+void checkParameter(const CheckedValue& value, const FaultParameter& parameter) {
     switch (parameter.type) {
     case FaultParameter::Type::any: return;
     case FaultParameter::Type::text: static_cast<void>(value.string()); break;
@@ -92,10 +98,10 @@ std::string faultsOf(Place place) {
     return names;
 }
 
-std::optional<Fault> readFault(const ScenarioValue& owner, Place place) {
+std::optional<Fault> readFault(CheckedText& text, const CheckedValue& owner, Place place) {
     const auto value = owner.memberIfPresent("fault");
     if (!value) return std::nullopt;
-    const ScenarioValue name = value->member("name");
+    const CheckedValue name = value->member("name");
     const FaultRow* row = findFault(name.string());
     if (!row || placeOf(*row) != place)
         name.fail("names no fault of this place; there are " + faultsOf(place) + ".");
@@ -104,47 +110,51 @@ std::optional<Fault> readFault(const ScenarioValue& owner, Place place) {
         known.push_back(parameter.name);
         if (parameter.presence == FaultParameter::Presence::required ||
             value->memberIfPresent(parameter.name))
-            checkParameter(value->member(parameter.name), parameter);
+            text.attempt([&] { checkParameter(value->member(parameter.name), parameter); });
     }
     value->requireKnown(known);
     return Fault{row, value->json()};
 }
 
-JSON readAccepts(const ScenarioValue& value) {
+void checkAnswer(const CheckedValue& member) {
+    const bool isFlag = member.path().ends_with(".oobContinue");
+    if (member.elements().empty()) member.fail("must list a value that passes.");
+    for (const CheckedValue& element : member.elements())
+        if (isFlag ? !element.json().is_boolean() : !element.json().is_string())
+            element.fault(isFlag ? "must be true or false." : "must be a string.");
+}
+
+JSON readAccepts(const CheckedText& text, const CheckedValue& value) {
     value.requireKnown(kAnswerMembers);
-    for (const ScenarioValue& member : value.members()) {
-        const bool isFlag = member.path().ends_with(".oobContinue");
-        if (member.elements().empty()) member.fail("must list a value that passes.");
-        for (const ScenarioValue& element : member.elements())
-            if (isFlag ? !element.json().is_boolean() : !element.json().is_string())
-                element.fail(isFlag ? "must be true or false." : "must be a string.");
-    }
+    for (const CheckedValue& member : value.members())
+        text.attempt([&] { checkAnswer(member); });
     return value.json();
 }
 
-Step readStep(const ScenarioText& text, const ScenarioValue& value) {
+Step readStep(CheckedText& text, const CheckedValue& value) {
     value.requireKnown(kStepMembers);
     Step step;
-    step.screen = readScreen(text, value.member("screen"));
-    if (const auto retry = value.memberIfPresent("retry")) step.retry = readScreen(text, *retry);
-    if (const auto accepts = value.memberIfPresent("accepts")) step.accepts = readAccepts(*accepts);
-    if (const auto attempts = value.memberIfPresent("attempts"))
-        step.attempts = attempts->count(kMostAttempts);
-    if (const auto from = value.memberIfPresent("passesFrom")) step.passesFrom = from->count(step.attempts);
-    step.fault = readFault(value, Place::step);
+    text.attempt([&] { step.screen = readScreen(text, value.member("screen")); });
+    value.readIfPresent("retry", [&](const CheckedValue& retry) { step.retry = readScreen(text, retry); });
+    value.readIfPresent("accepts",
+                        [&](const CheckedValue& accepts) { step.accepts = readAccepts(text, accepts); });
+    value.readIfPresent("attempts",
+                        [&](const CheckedValue& attempts) { step.attempts = attempts.count(kMostAttempts); });
+    value.readIfPresent("passesFrom",
+                        [&](const CheckedValue& from) { step.passesFrom = from.count(step.attempts); });
+    text.attempt([&] { step.fault = readFault(text, value, Place::step); });
     return step;
 }
 
-Ending readEnding(const ScenarioValue& root, std::string_view name, Ending ending) {
-    const auto value = root.memberIfPresent(name);
-    if (!value) return ending;
-    value->requireKnown(kEndingMembers);
-    if (const auto status = value->memberIfPresent("transStatus")) ending.transStatus = status->string();
-    ending.fault = readFault(*value, Place::step);
+Ending readEnding(CheckedText& text, const CheckedValue& value, Ending ending) {
+    value.requireKnown(kEndingMembers);
+    value.readIfPresent("transStatus",
+                        [&](const CheckedValue& status) { ending.transStatus = status.string(); });
+    ending.fault = readFault(text, value, Place::step);
     return ending;
 }
 
-SignatureAlgorithm readSignature(const ScenarioValue& value) {
+SignatureAlgorithm readSignature(const CheckedValue& value) {
     const auto algorithm = fromRawValue<SignatureAlgorithm>(value.string());
     const bool isKnown =
         algorithm && std::find(kSignatures.begin(), kSignatures.end(), *algorithm) != kSignatures.end();
@@ -152,25 +162,40 @@ SignatureAlgorithm readSignature(const ScenarioValue& value) {
     return *algorithm;
 }
 
+Scenario readScenario(CheckedText& text) {
+    const CheckedValue root = text.root();
+    Scenario scenario;
+    root.requireKnown(kScenarioMembers);
+    root.readIfPresent("description",
+                       [&](const CheckedValue& value) { scenario.description = value.string(); });
+    root.readIfPresent("signature",
+                       [&](const CheckedValue& value) { scenario.signature = readSignature(value); });
+    root.readIfPresent("threeDSRequestorAppURL",
+                       [&](const CheckedValue& value) { scenario.threeDSRequestorAppURL = value.string(); });
+    root.readIfPresent("authentication", [&](const CheckedValue& value) {
+        value.requireKnown(kAuthenticationMembers);
+        scenario.authenticationFault = readFault(text, value, Place::authentication);
+    });
+    text.attempt([&] {
+        for (const CheckedValue& step : root.member("steps").elements())
+            text.attempt([&] { scenario.steps.push_back(readStep(text, step)); });
+    });
+    root.readIfPresent("success", [&](const CheckedValue& value) {
+        scenario.success = readEnding(text, value, scenario.success);
+    });
+    root.readIfPresent("failure", [&](const CheckedValue& value) {
+        scenario.failure = readEnding(text, value, scenario.failure);
+    });
+    return scenario;
+}
+
 } // namespace
 
 Scenario readScenario(std::string_view content, const std::string& name) {
-    const ScenarioText text(content, name);
-    const ScenarioValue root(text, text.root(), {});
-    root.requireKnown(kScenarioMembers);
+    CheckedText text(content, name);
     Scenario scenario;
-    if (const auto value = root.memberIfPresent("description")) scenario.description = value->string();
-    if (const auto value = root.memberIfPresent("signature")) scenario.signature = readSignature(*value);
-    if (const auto value = root.memberIfPresent("threeDSRequestorAppURL"))
-        scenario.threeDSRequestorAppURL = value->string();
-    if (const auto value = root.memberIfPresent("authentication")) {
-        value->requireKnown(kAuthenticationMembers);
-        scenario.authenticationFault = readFault(*value, Place::authentication);
-    }
-    for (const ScenarioValue& step : root.member("steps").elements())
-        scenario.steps.push_back(readStep(text, step));
-    scenario.success = readEnding(root, "success", scenario.success);
-    scenario.failure = readEnding(root, "failure", scenario.failure);
+    text.attempt([&] { scenario = readScenario(text); });
+    text.requireNoFault();
     return scenario;
 }
 

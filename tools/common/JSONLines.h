@@ -2,11 +2,12 @@
 
 #include <cstddef>
 #include <map>
-#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
-namespace korvane::acs {
+namespace korvane::tools {
 
 /// On which line of a JSON text each member stands, from 1, by its path: `steps[0].screen.acsUiType`. The
 /// empty path is the whole text.
@@ -18,8 +19,10 @@ public:
     /// The line of a path, or of the nearest that holds it where it is absent.
     [[nodiscard]] std::size_t lineOf(std::string_view path) const;
 
-    /// The path of the first member whose name its object has already.
-    [[nodiscard]] const std::optional<std::string>& repeated() const noexcept { return repeated_; }
+    /// The members whose names their objects have already: paths and lines.
+    [[nodiscard]] const std::vector<std::pair<std::string, std::size_t>>& repeated() const noexcept {
+        return repeated_;
+    }
 
 private:
     void readValue(const std::string& path);
@@ -35,7 +38,7 @@ private:
     std::size_t position_ = 0;
     std::size_t line_ = 1;
     std::map<std::string, std::size_t, std::less<>> lines_;
-    std::optional<std::string> repeated_;
+    std::vector<std::pair<std::string, std::size_t>> repeated_;
 };
 
 /// The line of a position in a text, from 1.
@@ -47,4 +50,4 @@ private:
 /// The path of an element of the list at `path`.
 [[nodiscard]] std::string elementPath(std::string_view path, std::size_t index);
 
-} // namespace korvane::acs
+} // namespace korvane::tools

@@ -1,8 +1,8 @@
-#include "tools/acs/JSONLines.h"
+#include "tools/common/JSONLines.h"
 
 #include <algorithm>
 
-namespace korvane::acs {
+namespace korvane::tools {
 
 JSONLines::JSONLines(std::string_view text) : text_(text) {
     readValue({});
@@ -36,11 +36,7 @@ void JSONLines::readObject(const std::string& path) {
         const std::size_t line = line_;
         const std::string member = memberPath(path, readString());
         // The member stands where its name does.
-        const bool isNew = lines_.emplace(member, line).second;
-        if (!isNew && !repeated_) {
-            repeated_ = member;
-            lines_[member] = line;
-        }
+        if (!lines_.emplace(member, line).second) repeated_.emplace_back(member, line);
         skipSpace();
         static_cast<void>(skip(':'));
         readValue(member);
@@ -97,4 +93,4 @@ std::string elementPath(std::string_view path, std::size_t index) {
     return std::string(path) + "[" + std::to_string(index) + "]";
 }
 
-} // namespace korvane::acs
+} // namespace korvane::tools

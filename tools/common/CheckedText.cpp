@@ -1,0 +1,138 @@
+#include "tools/common/CheckedText.h"
+
+#include "tools/common/JSONBreak.h"
+#include "tools/common/UsageError.h"
+
+#include <algorithm>
+
+namespace korvane::tools {
+
+namespace {
+
+std::string listOf(std::span<const std::string_view> names) {
+    std::string list;
+    for (const std::string_view name : names)
+        list += (list.empty() ? "" : ", ") + std::string(name);
+    return list;
+}
+
+std::string placeOf(const std::string& name, std::size_t line) {
+    return name + ":" + std::to_string(line) + ": ";
+}
+
+} // namespace
+
+CheckedText::CheckedText(std::string_view text, std::string name)
+    : name_(std::move(name)), root_(parse(text, name_)), lines_(text) {
+    for (const auto& [path, line] : lines_.repeated())
+        remarks_.push_back({line, Remark::Kind::fault, placeOf(name_, line) + path + ": stands twice."});
+}
+
+JSON CheckedText::parse(std::string_view text, const std::string& name) {
+    if (auto value = JSONSerialization::jsonObject(text)) return std::move(*value);
+    const JSONBreak at = findJSONBreak(text);
+    throw UsageError(placeOf(name, lineAt(text, at.position)) + at.reason);
+}
+
+CheckedValue CheckedText::root() {
+    return {*this, root_, {}};
+}
+
+void CheckedText::add(Remark::Kind kind, std::string_view path, std::string_view what) {
+    const std::size_t line = lines_.lineOf(path);
+    std::string text = placeOf(name_, line);
+    if (kind == Remark::Kind::warning) text += "warning: ";
+    if (!path.empty()) text += std::string(path) + ": ";
+    remarks_.push_back({line, kind, text + std::string(what)});
+}
+
+void CheckedText::attempt(const std::function<void()>& part) const {
+    try {
+        part();
+    } catch (const UselessValue&) {
+        return;
+    }
+}
+
+std::vector<Remark> CheckedText::remarks() const {
+    std::vector<Remark> sorted = remarks_;
+    std::stable_sort(sorted.begin(), sorted.end(),
+                     [](const Remark& left, const Remark& right) { return left.line < right.line; });
+    return sorted;
+}
+
+void CheckedText::requireNoFault() const {
+    std::string faults;
+    for (const Remark& remark : remarks())
+        if (remark.kind == Remark::Kind::fault) faults += (faults.empty() ? "" : "\n") + remark.text;
+    if (!faults.empty()) throw UsageError(faults);
+}
+
+void CheckedValue::fail(std::string_view what) const {
+    fault(what);
+    throw UselessValue();
+}
+
+const std::string& CheckedValue::string() const {
+    if (!value_.is_string()) fail("must be a string.");
+    return value_.get_ref<const std::string&>();
+}
+
+std::size_t CheckedValue::count(std::size_t largest) const {
+    if (!value_.is_number_integer() || value_ < 1 || value_ > largest)
+        fail("must be a whole number from 1 to " + std::to_string(largest) + ".");
+    return value_.get<std::size_t>();
+}
+
+double CheckedValue::amount(double largest) const {
+    if (!value_.is_number() || value_ <= 0 || value_ > largest)
+        fail("must be a number above 0 and at most " + std::to_string(static_cast<int>(largest)) + ".");
+    return value_.get<double>();
+}
+
+const JSON& CheckedValue::object() const {
+    if (!value_.is_object()) fail("must be an object.");
+    return value_;
+}
+
+std::vector<CheckedValue> CheckedValue::elements() const {
+    if (!value_.is_array()) fail("must be a list.");
+    std::vector<CheckedValue> values;
+    for (const JSON& element : value_)
+        values.emplace_back(text_, element, elementPath(path_, values.size()));
+    return values;
+}
+
+std::vector<CheckedValue> CheckedValue::members() const {
+    std::vector<CheckedValue> values;
+    for (const auto& [name, value] : object().items())
+        values.emplace_back(text_, value, memberPath(path_, name));
+    return values;
+}
+
+CheckedValue CheckedValue::member(std::string_view name) const {
+    if (auto value = memberIfPresent(name)) return std::move(*value);
+    fail("lacks the member \"" + std::string(name) + "\".");
+}
+
+std::optional<CheckedValue> CheckedValue::memberIfPresent(std::string_view name) const {
+    const auto found = object().find(name);
+    if (found == value_.end()) return std::nullopt;
+    return CheckedValue(text_, *found, memberPath(path_, name));
+}
+
+void CheckedValue::readIfPresent(std::string_view name,
+                                 const std::function<void(const CheckedValue&)>& read) const {
+    if (const auto value = memberIfPresent(name)) text_.attempt([&] { read(*value); });
+}
+
+void CheckedValue::requireKnown(std::span<const std::string_view> names) const {
+    for (const CheckedValue& member : members()) {
+        const std::string_view name =
+            std::string_view(member.path()).substr(path_.empty() ? 0 : path_.size() + 1);
+        if (std::find(names.begin(), names.end(), name) == names.end())
+            member.fault("is not known here; known are " + listOf(names) + ".");
+    }
+}
+
+} // namespace korvane::tools
