@@ -23,7 +23,7 @@ const words = [
   {
     name: "a thread or a clock of its own",
     pattern: /\bstd::(jthread|thread|this_thread|async)\b|_clock::now\b/,
-    folders: ["Platform/Native", "Platform/Qt", "tools/acs", "examples", "tests", "bench", "fuzz"],
+    folders: ["Platform/Native", "Platform/Qt", "tools/acs", "tools/challenge/play", "examples", "tests", "bench", "fuzz"],
   },
 ];
 

@@ -178,9 +178,7 @@ constexpr ActionRow kActions[] = {
     {"navigate", kNavigateMembers, navigate, "what a page does when its form is sent or a link followed"},
 };
 
-} // namespace
-
-Aftermath performAction(const JSON& line, const Stage& stage) {
+const ActionRow& rowOf(const JSON& line) {
     const auto name = line.find("action");
     if (name == line.end() || !name->is_string())
         throw tools::memberError(InputErrorCase::missingMember, "action", "is missing or no string.");
@@ -190,7 +188,18 @@ Aftermath performAction(const JSON& line, const Stage& stage) {
     if (row == std::end(kActions))
         throw tools::memberError(InputErrorCase::unknownOp, "action",
                                  "is not known: " + name->get<std::string>());
-    return row->perform(Arguments(line, row->members), stage);
+    return *row;
+}
+
+} // namespace
+
+Aftermath performAction(const JSON& line, const Stage& stage) {
+    const ActionRow& row = rowOf(line);
+    return row.perform(Arguments(line, row.members), stage);
+}
+
+void requireAction(const JSON& line) {
+    static_cast<void>(Arguments(line, rowOf(line).members));
 }
 
 std::string actionHelp() {

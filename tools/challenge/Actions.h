@@ -30,6 +30,10 @@ enum class Aftermath {
 /// control. Nothing has been done then.
 Aftermath performAction(const JSON& line, const Stage& stage);
 
+/// Looks at a line without doing anything.
+/// @throws InputError for a line that no screen could serve.
+void requireAction(const JSON& line);
+
 /// The actions with their members, optional ones in brackets: one line each.
 [[nodiscard]] std::string actionHelp();
 

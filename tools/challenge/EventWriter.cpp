@@ -10,8 +10,11 @@
 
 namespace korvane::challenge {
 
-EventWriter::EventWriter() : output_(::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0)) {
-    isGood_ = output_ >= 0 && ::dup2(STDERR_FILENO, STDOUT_FILENO) >= 0;
+EventWriter::EventWriter(StrayOutput stray) : output_(::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0)) {
+    const bool isKept = stray == StrayOutput::standardError;
+    const int target = isKept ? STDERR_FILENO : ::open("/dev/null", O_WRONLY | O_CLOEXEC);
+    isGood_ = output_ >= 0 && ::dup2(target, STDOUT_FILENO) >= 0;
+    if (!isKept) ::close(target);
 }
 
 EventWriter::~EventWriter() {

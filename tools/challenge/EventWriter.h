@@ -6,11 +6,13 @@
 
 namespace korvane::challenge {
 
-/// Writes events as JSON lines to standard output, which is its own from then on: what others write there
-/// goes to standard error. One for a process.
+/// Where that goes which others write to standard output.
+enum class StrayOutput { standardError, nowhere };
+
+/// Writes events as JSON lines to standard output, which is its own from then on. One for a process.
 class EventWriter {
 public:
-    EventWriter();
+    explicit EventWriter(StrayOutput stray);
     EventWriter(const EventWriter&) = delete;
     EventWriter& operator=(const EventWriter&) = delete;
     ~EventWriter();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tools/challenge/play/Play.h"
+
 #include <cstdint>
 #include <string>
 
@@ -19,7 +21,10 @@ struct Options {
     std::string locale = "en-US";
     /// Further authorities for HTTPS; empty for none.
     std::string certificateAuthority;
+    /// Where the authentication request goes; empty where the standard streams carry it.
+    std::string authenticate;
     bool isLogging = false;
+    PlayOptions play;
 };
 
 } // namespace korvane::challenge

@@ -57,6 +57,8 @@ constexpr Member kValues[] = {
     {"acsRefNumber", MemberType::text, Presence::optional},
     {"acsSignedContent", MemberType::text, Presence::optional},
     {"threeDSRequestorAppURL", MemberType::text, Presence::optional},
+    // What the directory server read of the device: the test ACS shows it, and no challenge needs it.
+    {"deviceData", MemberType::object, Presence::optional},
 };
 
 JSON requestEvent(const AuthenticationRequestParameters& request) {
@@ -77,9 +79,9 @@ int pageOf(const ChallengeViewController& screen) {
 } // namespace
 
 Session::Session(HeadlessPlatform& platform, Options options, TransactionCerts certificates,
-                 EventWriter& events)
+                 EventWriter& events, std::shared_ptr<const Wire> wire)
     : platform_(platform), options_(std::move(options)), certificates_(std::move(certificates)),
-      events_(events) {}
+      events_(events), wire_(std::move(wire)) {}
 
 void Session::begin() {
     platform_.turn(UIDeviceOrientation::portrait, kPortrait);
@@ -96,7 +98,9 @@ void Session::begin() {
     service_.initialize(std::make_shared<ConfigParameters>(), nullptr, logger, Locale{options_.locale});
     try {
         transaction_ = service_.createTransaction(options_.directoryServer, options_.messageVersion);
-        events_.write(requestEvent(transaction_->getAuthenticationRequestParameters()));
+        const JSON request = requestEvent(transaction_->getAuthenticationRequestParameters());
+        events_.write(request);
+        if (!options_.authenticate.empty()) authenticate(request);
     } catch (const SdkError& error) {
         const std::string kind(rawValue(error.kind()));
         events_.write({{"event", "sdkError"}, {"kind", kind}, {"message", error.message()}});
@@ -148,6 +152,27 @@ void Session::serve(const InputLine& line) {
         events_.writeError(error.description());
     } catch (const Refusal& refusal) {
         events_.writeError(refusal.what());
+    }
+}
+
+void Session::authenticate(const JSON& request) {
+    turn_ = Turn::library;
+    askServer(options_.authenticate, request, wire_, [weak = weak_from_this()](const ServerReply& reply) {
+        if (const auto self = weak.lock()) self->takeReply(reply);
+    });
+}
+
+void Session::takeReply(const ServerReply& reply) {
+    const auto giveUp = [this](const std::string& complaint) {
+        events_.writeError(options_.authenticate + ": " + complaint);
+        turn_ = Turn::nobody;
+        stop();
+    };
+    if (!reply.values) return giveUp(reply.complaint);
+    try {
+        startChallenge(*reply.values);
+    } catch (const InputError& error) {
+        giveUp("The answer's member " + error.description());
     }
 }
 
@@ -274,9 +299,10 @@ void Session::runtimeError(const RuntimeErrorEvent& event) {
 }
 
 /// Only the first ending counts: a challenge whose time ran out before its first screen may go on unseen.
-void Session::end(const JSON& event) {
+void Session::end(JSON event) {
     if (std::exchange(hasEnded_, true)) return;
     turn_ = Turn::nobody;
+    if (const std::string hint = wire_->hintAt(event); !hint.empty()) event["hint"] = hint;
     events_.write(event);
     stopWhenScreensAreGone();
 }

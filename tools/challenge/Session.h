@@ -4,6 +4,7 @@
 #include "Platform/View/UIWindow.h"
 #include "Sdk/Service/ThreeDS2Service.h"
 #include "Ui/Screens/ChallengeViewController.h"
+#include "tools/challenge/Authentication.h"
 #include "tools/challenge/EventWriter.h"
 #include "tools/challenge/Finger.h"
 #include "tools/challenge/LineReader.h"
@@ -20,9 +21,11 @@ namespace korvane::challenge {
 /// them. Main queue only.
 class Session final : public ChallengeStatusReceiver, public std::enable_shared_from_this<Session> {
 public:
-    Session(HeadlessPlatform& platform, Options options, TransactionCerts certificates, EventWriter& events);
+    /// @param wire  hears of the platform's answers.
+    Session(HeadlessPlatform& platform, Options options, TransactionCerts certificates, EventWriter& events,
+            std::shared_ptr<const Wire> wire);
 
-    /// Creates the transaction and begins to read lines. At its end the platform's main loop is stopped.
+    /// Creates the transaction, asks the 3DS server if it is to, and begins to read lines. At its end the platform's main loop is stopped.
     void begin();
 
     /// Whether the challenge came to an ending.
@@ -41,6 +44,8 @@ private:
     void takeLine(InputLine line);
     void serveLines();
     void serve(const InputLine& line);
+    void authenticate(const JSON& request);
+    void takeReply(const ServerReply& reply);
     void startChallenge(const JSON& values);
     void act(const JSON& line);
     void inputEnded();
@@ -52,7 +57,7 @@ private:
     [[nodiscard]] std::shared_ptr<ChallengeViewController> standingScreen() const;
     void turnDevice(UIDeviceOrientation orientation);
 
-    void end(const JSON& event);
+    void end(JSON event);
     void stopWhenScreensAreGone();
     void stop();
 
@@ -60,6 +65,7 @@ private:
     const Options options_;
     const TransactionCerts certificates_;
     EventWriter& events_;
+    const std::shared_ptr<const Wire> wire_;
     ThreeDS2Service service_;
     std::shared_ptr<Transaction> transaction_;
     std::shared_ptr<UIWindow> window_;

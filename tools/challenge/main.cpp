@@ -1,7 +1,10 @@
 #include "tools/challenge/Actions.h"
 #include "tools/challenge/Certificates.h"
 #include "tools/challenge/Session.h"
+#include "tools/challenge/play/Plan.h"
 #include "tools/common/Tool.h"
+
+#include <functional>
 
 namespace {
 
@@ -19,7 +22,22 @@ std::string footer() {
            "line that\n"
            "cannot be served is answered by an error event. The end of the input cancels.\n\n"
            "Actions, as in {\"action\":\"submit\",\"data\":\"1234\"}; members in brackets may be absent:\n" +
-           actionHelp() + "\nExit: 0 when an ending was told, 1 without one, 2 on wrong usage.";
+           actionHelp() + "\n" + planHelp() +
+           "The first difference cancels the challenge. Times run from the authentication request to the "
+           "ending, the\n"
+           "server's answer included; where many run at a time they wait for this machine's processors too.\n"
+           "\nExit: 0 when an ending was told, and with --play when all challenges passed; 1 else; 2 on "
+           "wrong usage.";
+}
+
+CLI::Validator isHTTP() {
+    return CLI::Validator(
+        [](std::string& text) {
+            const bool isFit =
+                (text.starts_with("https://") || text.starts_with("http://")) && URL::make(text);
+            return isFit ? std::string() : "must be a URL of https or http, and is " + text;
+        },
+        "");
 }
 
 void define(CLI::App& app, Options& options) {
@@ -43,6 +61,28 @@ void define(CLI::App& app, Options& options) {
     app.add_option("--locale", options.locale, "Locale for the device data.")->capture_default_str();
     app.add_option("--ca", options.certificateAuthority, "Further authorities for HTTPS, in DER or PEM.")
         ->check(tools::notEmpty());
+    CLI::Option* authenticate =
+        app.add_option(
+               "--authenticate", options.authenticate,
+               "URL of a 3DS server that takes the authenticationRequest event and answers the values, "
+               "in place of the standard streams.")
+            ->check(isHTTP());
+    CLI::Option* plan = app.add_option("--play", options.play.plan,
+                                       "A plan to play: what comes is compared with what it expects.")
+                            ->check(tools::notEmpty())
+                            ->needs(authenticate);
+    app.add_option("--repeat", options.play.repeat, "How many challenges to play by it.")
+        ->capture_default_str()
+        ->check(CLI::Range(1, 1000000))
+        ->needs(plan);
+    app.add_option("--parallel", options.play.parallel,
+                   "How many of them run side by side, each in a process of its own.")
+        ->capture_default_str()
+        ->check(CLI::Range(1, 256))
+        ->needs(plan);
+    app.add_option("--junit", options.play.junit, "A file for the outcomes, as XML for build servers.")
+        ->check(tools::notEmpty())
+        ->needs(plan);
     app.add_flag("--log", options.isLogging, "Print the library's log lines on standard error.");
     app.footer(footer());
 }
@@ -55,17 +95,39 @@ TransactionCerts certificatesOf(const Options& options) {
             options.directoryServer};
 }
 
-int run(const Options& options) {
-    EventWriter events;
-    TransactionCerts certificates = certificatesOf(options);
+/// What the files that the options name hold.
+struct Given {
+    TransactionCerts certificates;
+    /// As PEM; empty for none.
+    std::string authorities;
+};
+
+Given readFiles(const Options& options) {
+    const std::string& authorities = options.certificateAuthority;
+    return {certificatesOf(options), authorities.empty() ? std::string() : readAuthorities(authorities)};
+}
+
+int playChallenge(const Options& options, const Given& given) {
+    // Many at a time have one standard error, and the report on it.
+    EventWriter events(options.play.plan.empty() ? StrayOutput::standardError : StrayOutput::nowhere);
     HeadlessPlatform platform;
-    if (!options.certificateAuthority.empty())
-        platform.addCertificateAuthorities(readAuthorities(options.certificateAuthority));
-    const auto session = std::make_shared<Session>(platform, options, std::move(certificates), events);
+    if (!given.authorities.empty()) platform.addCertificateAuthorities(given.authorities);
+    const auto wire = std::make_shared<Wire>();
+    platform.watchAnswers(std::bind_front(&Wire::watch, wire));
+    const auto session = std::make_shared<Session>(platform, options, given.certificates, events, wire);
     platform.dispatch().mainQueue().async([session] { session->begin(); });
     platform.runMain();
     if (!events.isGood()) tools::complain("korvane-challenge", "The output cannot be written.");
     return session->hasEnded() && events.isGood() ? tools::kDone : tools::kNotDone;
+}
+
+int run(Options options) {
+    const Given given = readFiles(options);
+    const auto challenge = [&] { return playChallenge(options, given); };
+    if (options.play.plan.empty()) return challenge();
+    // The challenge's own limit comes first, if only it is kept.
+    options.play.silence = std::chrono::minutes(options.timeout + 2);
+    return play(options.play, challenge);
 }
 
 } // namespace

@@ -47,13 +47,12 @@ export class Cardholder {
   }
 
   /** Takes the authentication request to the ACS and its answer back. */
-  async authenticate(acs, change = (values) => values) {
+  async authenticate(acs, change = (answer) => answer) {
     const { event, ...request } = await this.next();
     if (event !== "authenticationRequest") throw new Error(`unexpected ${event}`);
     const answer = JSON.parse((await acs.post("/authenticate", JSON.stringify(request))).body);
-    const { deviceData, ...values } = answer;
-    Object.assign(this, { deviceData, request });
-    this.write(change(values));
+    Object.assign(this, { deviceData: answer.deviceData, request });
+    this.write(change(answer));
   }
 
   /** A challenge as far as its first event. */
