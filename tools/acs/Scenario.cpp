@@ -1,21 +1,18 @@
 #include "tools/acs/Scenario.h"
 
-#include "Crypt/DataExtensions.h"
 #include "Sdk/Messages/CRes.h"
-#include "tools/common/CheckedText.h"
+#include "tools/acs/ScenarioAdvice.h"
+#include "tools/acs/ScreenCheck.h"
 #include "tools/common/InputFile.h"
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 
 namespace korvane::acs {
 
 using tools::CheckedText;
 using tools::CheckedValue;
 using tools::elementPath;
-using tools::memberPath;
-using tools::Remark;
 
 namespace {
 
@@ -31,51 +28,15 @@ constexpr std::array<std::string_view, 5> kAnswerMembers{"challengeDataEntry", "
                                                          "challengeNoEntry", "oobContinue",
                                                          "whitelistingDataEntry"};
 
-/// What every CRes has, the ACS sets itself; the rest is a screen's.
-std::vector<std::string_view> screenMembers() {
-    std::vector<std::string_view> names;
-    for (const CRes::Field& field : CRes::fields())
-        if (!field.isRequired()) names.push_back(field.name);
-    return names;
-}
-
 constexpr std::array<SignatureAlgorithm, 3> kSignatures{SignatureAlgorithm::PS256, SignatureAlgorithm::RS256,
                                                         SignatureAlgorithm::ES256};
 
 constexpr std::size_t kMostAttempts = 1000;
 constexpr double kMostSeconds = 600;
 
-/// The index that a step of a decoder's path names; a member may bear a name of that kind too.
-std::optional<std::size_t> indexOf(std::string_view key) {
-    constexpr std::string_view kIndex = "Index ";
-    if (!key.starts_with(kIndex)) return std::nullopt;
-    std::size_t index = 0;
-    const auto [end, error] = std::from_chars(key.data() + kIndex.size(), key.data() + key.size(), index);
-    const bool isNumber = error == std::errc() && end == key.data() + key.size();
-    return isNumber ? std::optional(index) : std::nullopt;
-}
-
-/// "Index 0" of a decoder's path is "[0]" here.
-std::string scenarioPath(std::string path, const std::vector<std::string>& codingPath) {
-    for (const std::string& key : codingPath) {
-        const auto index = indexOf(key);
-        path = index ? elementPath(path, *index) : memberPath(path, key);
-    }
-    return path;
-}
-
-/// Reads the members of a CRes as the library will, so that a slip in a screen shows here
-/// and not in a challenge.
 JSON readScreen(CheckedText& text, const CheckedValue& value) {
     value.requireKnown(screenMembers());
-    JSON message = value.json();
-    for (const CRes::Field& field : CRes::fields())
-        if (field.isRequired()) message[std::string(field.name)] = "";
-    try {
-        static_cast<void>(CRes::decode(message.dump()));
-    } catch (const DecodingError& error) {
-        text.add(Remark::Kind::fault, scenarioPath(value.path(), error.codingPath()), error.description());
-    }
+    static_cast<void>(decodeChecked(text, value.path(), messageOf(value.object())));
     return value.json();
 }
 
@@ -131,7 +92,7 @@ JSON readAccepts(const CheckedText& text, const CheckedValue& value) {
     return value.json();
 }
 
-Step readStep(CheckedText& text, const CheckedValue& value) {
+Step readStep(CheckedText& text, const CheckedValue& value, MessagePlace place) {
     value.requireKnown(kStepMembers);
     Step step;
     text.attempt([&] { step.screen = readScreen(text, value.member("screen")); });
@@ -143,13 +104,16 @@ Step readStep(CheckedText& text, const CheckedValue& value) {
     value.readIfPresent("passesFrom",
                         [&](const CheckedValue& from) { step.passesFrom = from.count(step.attempts); });
     text.attempt([&] { step.fault = readFault(text, value, Place::step); });
+    adviseOnStep(text, value, step, place);
     return step;
 }
 
 Ending readEnding(CheckedText& text, const CheckedValue& value, Ending ending) {
     value.requireKnown(kEndingMembers);
-    value.readIfPresent("transStatus",
-                        [&](const CheckedValue& status) { ending.transStatus = status.string(); });
+    value.readIfPresent("transStatus", [&](const CheckedValue& status) {
+        ending.transStatus = status.string();
+        adviseOnStatus(status);
+    });
     ending.fault = readFault(text, value, Place::step);
     return ending;
 }
@@ -161,6 +125,8 @@ SignatureAlgorithm readSignature(const CheckedValue& value) {
     if (!isKnown) value.fail("must be PS256, RS256 or ES256.");
     return *algorithm;
 }
+
+} // namespace
 
 Scenario readScenario(CheckedText& text) {
     const CheckedValue root = text.root();
@@ -178,7 +144,11 @@ Scenario readScenario(CheckedText& text) {
     });
     text.attempt([&] {
         for (const CheckedValue& step : root.member("steps").elements())
-            text.attempt([&] { scenario.steps.push_back(readStep(text, step)); });
+            text.attempt([&] {
+                const bool isFirst = step.path() == elementPath("steps", 0);
+                const MessagePlace place = isFirst ? MessagePlace::first : MessagePlace::anywhere;
+                scenario.steps.push_back(readStep(text, step, place));
+            });
     });
     root.readIfPresent("success", [&](const CheckedValue& value) {
         scenario.success = readEnding(text, value, scenario.success);
@@ -188,8 +158,6 @@ Scenario readScenario(CheckedText& text) {
     });
     return scenario;
 }
-
-} // namespace
 
 Scenario readScenario(std::string_view content, const std::string& name) {
     CheckedText text(content, name);

@@ -3,6 +3,7 @@
 #include "Crypt/Algorithms.h"
 #include "Platform/JSON.h"
 #include "tools/acs/Faults.h"
+#include "tools/common/CheckedText.h"
 
 #include <cstddef>
 #include <optional>
@@ -45,8 +46,11 @@ struct Scenario {
     Ending failure{"N", {}};
 };
 
-/// @throws UsageError `FILE:LINE: MEMBER: what is wrong` for the first fault of the file.
+/// @throws UsageError `FILE:LINE: MEMBER: what is wrong` for the faults of the file, a line each.
 [[nodiscard]] Scenario loadScenario(const std::string& file);
+
+/// Reads what the file has, and gathers all that is to be said of it: faults and warnings.
+[[nodiscard]] Scenario readScenario(tools::CheckedText& text);
 
 /// As `loadScenario`, of a text.
 /// @param name  stands in place of the file in errors.

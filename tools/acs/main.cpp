@@ -1,3 +1,4 @@
+#include "tools/acs/Check.h"
 #include "tools/acs/EventLog.h"
 #include "tools/acs/HttpServer.h"
 #include "tools/acs/Pki.h"
@@ -9,6 +10,7 @@
 
 #include <cmath>
 #include <csignal>
+#include <iostream>
 #include <thread>
 
 namespace {
@@ -24,6 +26,7 @@ struct Options {
     std::string log;
     std::string directoryServerID = "A999999999";
     double forgetAfter = 600;
+    std::vector<std::string> check;
 };
 
 struct Address {
@@ -90,8 +93,11 @@ std::string footer() {
 
 void addOptions(CLI::App& app, Options& options) {
     app.add_option("--pki", options.pki, "Folder of certificates and keys; filled when absent or empty.")
-        ->required()
         ->check(korvane::tools::notEmpty());
+    app.add_option(
+        "--check", options.check,
+        "Files to look at, scenarios or CRes, in place of serving: all that is wrong with them, and "
+        "what surely is not meant. Exit: 1 if one cannot be used.");
     app.add_option("--listen", options.listen, "Where to listen; port 0 takes a free one.")
         ->capture_default_str();
     app.add_option("--scenario", options.scenario,
@@ -132,7 +138,14 @@ sigset_t blockStopSignals() {
     return signals;
 }
 
+int check(const Options& options) {
+    const bool areUsable = checkFiles(options.check, std::cout);
+    if (!std::cout) throw std::runtime_error("The output cannot be written.");
+    return areUsable ? korvane::tools::kDone : korvane::tools::kNotDone;
+}
+
 int serve(const Options& options) {
+    if (options.pki.empty()) throw CLI::RequiredError("--pki");
     const Address address = parseAddress(options.listen);
     const std::chrono::milliseconds lifetime = lifetimeOf(options.forgetAfter);
     Scenario scenario = options.scenario.empty() ? readScenario(defaultScenario(), "the default scenario")
@@ -163,5 +176,6 @@ int main(int argc, char** argv) {
     CLI::App app("Plays the 3DS server, the directory server and the ACS of a test, over HTTPS on loopback.",
                  "korvane-acs");
     addOptions(app, options);
-    return korvane::tools::runTool(app, argc, argv, [&] { return serve(options); });
+    return korvane::tools::runTool(app, argc, argv,
+                                   [&] { return options.check.empty() ? serve(options) : check(options); });
 }

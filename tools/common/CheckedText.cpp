@@ -25,7 +25,8 @@ std::string placeOf(const std::string& name, std::size_t line) {
 CheckedText::CheckedText(std::string_view text, std::string name)
     : name_(std::move(name)), root_(parse(text, name_)), lines_(text) {
     for (const auto& [path, line] : lines_.repeated())
-        remarks_.push_back({line, Remark::Kind::fault, placeOf(name_, line) + path + ": stands twice."});
+        remarks_.push_back(
+            {line, Remark::Kind::fault, path, placeOf(name_, line) + path + ": stands twice."});
 }
 
 JSON CheckedText::parse(std::string_view text, const std::string& name) {
@@ -43,7 +44,10 @@ void CheckedText::add(Remark::Kind kind, std::string_view path, std::string_view
     std::string text = placeOf(name_, line);
     if (kind == Remark::Kind::warning) text += "warning: ";
     if (!path.empty()) text += std::string(path) + ": ";
-    remarks_.push_back({line, kind, text + std::string(what)});
+    text += what;
+    const bool isNew = std::none_of(remarks_.begin(), remarks_.end(),
+                                    [&text](const Remark& remark) { return remark.text == text; });
+    if (isNew) remarks_.push_back({line, kind, std::string(path), std::move(text)});
 }
 
 void CheckedText::attempt(const std::function<void()>& part) const {
@@ -59,6 +63,17 @@ std::vector<Remark> CheckedText::remarks() const {
     std::stable_sort(sorted.begin(), sorted.end(),
                      [](const Remark& left, const Remark& right) { return left.line < right.line; });
     return sorted;
+}
+
+bool CheckedText::hasFault() const {
+    return std::any_of(remarks_.begin(), remarks_.end(),
+                       [](const Remark& remark) { return remark.kind == Remark::Kind::fault; });
+}
+
+bool CheckedText::hasFaultAt(std::string_view path) const {
+    return std::any_of(remarks_.begin(), remarks_.end(), [path](const Remark& remark) {
+        return remark.kind == Remark::Kind::fault && remark.path == path;
+    });
 }
 
 void CheckedText::requireNoFault() const {
@@ -127,11 +142,11 @@ void CheckedValue::readIfPresent(std::string_view name,
 }
 
 void CheckedValue::requireKnown(std::span<const std::string_view> names) const {
-    for (const CheckedValue& member : members()) {
-        const std::string_view name =
-            std::string_view(member.path()).substr(path_.empty() ? 0 : path_.size() + 1);
-        if (std::find(names.begin(), names.end(), name) == names.end())
-            member.fault("is not known here; known are " + listOf(names) + ".");
+    std::string known = "; known are " + listOf(names);
+    for (const auto& [name, value] : object().items()) {
+        if (std::find(names.begin(), names.end(), name) != names.end()) continue;
+        text_.add(Remark::Kind::fault, memberPath(path_, name), "is not known here" + known + ".");
+        known.clear();
     }
 }
 

@@ -23,6 +23,7 @@ struct Remark {
 
     std::size_t line;
     Kind kind;
+    std::string path;
     /// `FILE:LINE: MEMBER: what is wrong`.
     std::string text;
 };
@@ -39,6 +40,7 @@ public:
 
     [[nodiscard]] CheckedValue root();
 
+    /// Once, however often it is said.
     void add(Remark::Kind kind, std::string_view path, std::string_view what);
 
     /// Reads a part. What makes a value of no use ends the part, and has been gathered by then.
@@ -46,6 +48,9 @@ public:
 
     /// By line.
     [[nodiscard]] std::vector<Remark> remarks() const;
+    [[nodiscard]] bool hasFault() const;
+    /// Whether a fault of just this member has been gathered.
+    [[nodiscard]] bool hasFaultAt(std::string_view path) const;
 
     /// @throws UsageError with the faults, a line each, if there are any.
     void requireNoFault() const;
@@ -92,7 +97,7 @@ public:
     /// Reads a member, if there is one, as a part of its own.
     void readIfPresent(std::string_view name, const std::function<void(const CheckedValue&)>& read) const;
 
-    /// Gathers every member that is not among the names.
+    /// Gathers every member that is not among the names, and tells them with the first.
     void requireKnown(std::span<const std::string_view> names) const;
 
 private:

@@ -198,8 +198,6 @@ suite("wrong usage", () => {
     ["no JSON", '{"steps": [\n  {,\n]}', /:2: This is not JSON/],
     ["a level too many", `["[",\n${"[".repeat(256)}${"]".repeat(256)}\n]`, /:2: This nests deeper than 256/],
     ["a number that overflows", '{"steps": [],\n"attempts": 1e400}', /:2: This number is too large/],
-    ["an unknown member", '{\n"steps": [],\n"stops": []}', /:3: stops: is not known here; known are/],
-    ["a pass beyond the attempts", step({ attempts: 2, passesFrom: 3 }), /steps\[0\]\.passesFrom: .* from 1 to 2/],
     ["a fault in the wrong place", fault("foreignRoot"), /fault\.name: names no fault of this place; there are wrongCounter/],
     ["a pause without end", fault("slowAnswer", { seconds: 601 }), /seconds: must be a number above 0 and at most 600/],
   ];
@@ -211,4 +209,71 @@ suite("wrong usage", () => {
       assert.ok(stderr.startsWith(`korvane-acs: ${file}:`), stderr);
       assert.match(stderr, says);
     });
+
+  const checked = (file, status, lines) => {
+    const { stdout, ...rest } = run("--check", file);
+    const told = stdout.trimEnd().split("\n").map((line) => line.replace(`${file}:`, ""));
+    assert.deepEqual([rest.status, told.length], [status, lines.length], stdout);
+    lines.forEach((says, index) => assert.ok(told[index].startsWith(says), `${told[index]} for ${says}`));
+    return file;
+  };
+  const endsWith = (code) => `; the library ends the challenge with error ${code}.`;
+
+  test("--check tells all that is wrong with a scenario and all that surely is not meant, by line", () => {
+    const texts = '"challengeInfoHeader": "h", "challengeInfoLabel": "l", "challengeInfoText": "t", "submitAuthenticationLabel": "s"';
+    const choice = '"challengeSelectInfo": [{"a": "A"}, {"b": "B"}]';
+    const file = checked(written(`{ "stops": [],
+"steps": [{"screen": {"challengeInfoHeader": "x"}},
+{"screen": {"acsUiType": "06"}, "attempts": 2, "passesFrom": 3},
+{"screen": {"acsUiType": 1, "whyInfoText": 2}, "accepts": {"oobContinue": ["Y"]}},
+{"screen": {"acsUiType": "01", ${texts.replace('"h"', `"${"h".repeat(46)}"`)}}, "accepts": {"oobContinue": [true]}},
+{"screen": {"acsUiType": "02", ${texts}, ${choice}}, "accepts": {"challengeDataEntry": ["a", "c"], "whitelistingDataEntry": ["Y"]}},
+{"screen": {"acsUiType": "03", ${texts}, ${choice}}, "accepts": {"challengeDataEntry": ["b,a", "a,a"], "challengeNoEntry": ["Y", "N"]}},
+{"screen": {"acsUiType": "05", "acsHTML": "<p>"}, "retry": {"acsHTML": ""}, "accepts": {"challengeHTMLDataEntry": ["x"]}}],
+"success": {"transStatus": "Z"}, "failure": {"transStatus": 1} }`), 1, [
+      "1: stops: is not known here; known are description,",
+      `2: warning: steps[0].screen.acsUiType: is missing or empty${endsWith(201)}`,
+      "3: steps[1].passesFrom: must be a whole number from 1 to 2.",
+      `3: warning: steps[1].screen.acsUiType: has a value that is not allowed${endsWith(203)}`,
+      '4: steps[2].screen.acsUiType: "acsUiType" is not a string.',
+      '4: steps[2].screen.whyInfoText: "whyInfoText" is not a string.',
+      "4: steps[2].accepts.oobContinue[0]: must be true or false.",
+      `5: warning: steps[3].screen.challengeInfoHeader: has a value that is not allowed (1 to 45 characters)${endsWith(203)}`,
+      "5: warning: steps[3].accepts.oobContinue[0]: is no answer that this screen can give.",
+      "6: warning: steps[4].accepts.challengeDataEntry[1]: is no answer",
+      "6: warning: steps[4].accepts.whitelistingDataEntry[0]: is no answer",
+      "7: warning: steps[5].accepts.challengeDataEntry[1]: is no answer",
+      "7: warning: steps[5].accepts.challengeNoEntry[1]: is no answer",
+      `8: warning: steps[6].retry.acsHTML: is missing or empty${endsWith(201)}`,
+      '8: warning: steps[6].retry: is never shown: "attempts" is 1.',
+      "9: warning: success.transStatus: is no status that the library knows",
+      "9: failure.transStatus: must be a string.",
+    ]);
+    const { status, stderr } = run("--pki", pki, "--scenario", file);
+    assert.deepEqual([status, stderr.match(/:\d+: /g)], [2, [":1: ", ":3: ", ":4: ", ":4: ", ":4: ", ":9: "]]); // without the warnings
+  });
+
+  test("--check tells all that is wrong with a CRes", () => {
+    const id = "6f1c9a52-0f3f-4f57-8b5c-0f2f4ea1f2b1";
+    const cres = { threeDSServerTransID: id, acsTransID: "x", sdkTransID: id, acsCounterAtoS: "003", challengeCompletionInd: "N",
+      messageType: "CRes", messageVersion: "2.2.0" };
+    const lines = (members) => JSON.stringify({ ...cres, ...members }, null, 1);
+    checked(written(lines({ acsUiType: "06" })), 1, [`3: acsTransID: has a value that is not allowed${endsWith(203)}`,
+      `9: acsUiType: has a value that is not allowed${endsWith(203)}`]);
+    checked(written(lines({ acsUIType: "01", issuerImage: { medium: "m" }, psImage: 1, sdkTransID: null })), 1, [
+      `1: acsUiType: is missing or empty${endsWith(201)}`, '4: sdkTransID: "sdkTransID" is null.',
+      '9: warning: acsUIType: is not known here and is ignored; "acsUiType" is known.',
+      '10: issuerImage.high: "high" is missing.', '13: psImage: "psImage" is not an object.']);
+    checked(written(lines({ acsTransID: id, challengeCompletionInd: "Y", transStatus: "Y" })), 0, [" This CRes is good."]);
+  });
+
+  test("--check has nothing against the scenarios that come with the tool but where it is their point", () => {
+    const files = readdirSync(process.env.KORVANE_SCENARIOS).map((name) => join(process.env.KORVANE_SCENARIOS, name));
+    const { status, stdout } = run("--check", ...files);
+    const odd = stdout.trimEnd().split("\n").filter((line) => !line.endsWith(": This scenario is good."));
+    assert.deepEqual([status, odd.length], [0, 1]);
+    assert.match(odd[0], /statusOnFirstScreen\.json:11: warning: steps\[0\]\.screen\.transStatus: /);
+    assert.deepEqual(run("--check", "/dev/null", "absent", files[0]).stdout.split("\n").slice(0, 2),
+      ["/dev/null: The file is empty.", "absent: The file cannot be read: No such file or directory."]);
+  });
 });
