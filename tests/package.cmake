@@ -21,6 +21,14 @@ add_test(NAME package.pkgConfig
 
 set_tests_properties(package.cmake package.pkgConfig PROPERTIES FIXTURES_REQUIRED package)
 
+if(KORVANE_TOOLS)
+    add_test(NAME package.pages
+        COMMAND sh -c "for tool in acs challenge jose; do \
+            test -s '${prefix}/${CMAKE_INSTALL_MANDIR}/man1/korvane-'$tool.1 && \
+            test -s '${prefix}/${CMAKE_INSTALL_DATADIR}/bash-completion/completions/korvane-'$tool || exit 1; done")
+    set_tests_properties(package.pages PROPERTIES FIXTURES_REQUIRED package)
+endif()
+
 # Within another project: what is there, and that nothing of it is installed. To build it all once more would prove no more.
 set(parent "${CMAKE_BINARY_DIR}/package/parent")
 add_test(NAME package.subproject

@@ -5,6 +5,7 @@
 #include "tools/acs/Scenario.h"
 #include "tools/acs/Sealing.h"
 #include "tools/acs/Service.h"
+#include "tools/common/Manual.h"
 #include "tools/common/Tool.h"
 #include "tools/common/UsageError.h"
 
@@ -88,22 +89,27 @@ std::string footer() {
            "  fault       {\"name\": ..., parameters}: spoils the CRes that shows the screen\n\n"
            "Faults, with their parameters in quotes; the first two are for authentication, the others for "
            "steps:\n" +
-           faultHelp();
+           faultHelp() +
+           "\nExit: 0 when a signal ended it or all files can be used, 1 when not, 2 on wrong usage.";
 }
 
 void addOptions(CLI::App& app, Options& options) {
     app.add_option("--pki", options.pki, "Folder of certificates and keys; filled when absent or empty.")
+        ->type_name(korvane::tools::kFolder)
         ->check(korvane::tools::notEmpty());
     app.add_option(
-        "--check", options.check,
-        "Files to look at, scenarios or CRes, in place of serving: all that is wrong with them, and "
-        "what surely is not meant. Exit: 1 if one cannot be used.");
+           "--check", options.check,
+           "Files to look at, scenarios or CRes, in place of serving: all that is wrong with them, and "
+           "what surely is not meant.")
+        ->type_name(korvane::tools::kFile);
     app.add_option("--listen", options.listen, "Where to listen; port 0 takes a free one.")
         ->capture_default_str();
     app.add_option("--scenario", options.scenario,
                    "The scenario to play; without it a text screen that takes 1234.")
+        ->type_name(korvane::tools::kFile)
         ->check(korvane::tools::notEmpty());
     app.add_option("--log", options.log, "A file that gets the lines too.")
+        ->type_name(korvane::tools::kFile)
         ->check(korvane::tools::notEmpty());
     app.add_option("--directory-server", options.directoryServerID,
                    "Directory server identifier that EC device data is bound to.")

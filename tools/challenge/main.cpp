@@ -2,6 +2,7 @@
 #include "tools/challenge/Certificates.h"
 #include "tools/challenge/Session.h"
 #include "tools/challenge/play/Plan.h"
+#include "tools/common/Manual.h"
 #include "tools/common/Tool.h"
 
 #include <functional>
@@ -48,9 +49,11 @@ void define(CLI::App& app, Options& options) {
         ->check(CLI::IsMember({"EC", "RSA"}));
     app.add_option("--ds-certificate", options.directoryServerCertificate,
                    "Its certificate for device data, in DER or PEM.")
+        ->type_name(tools::kFile)
         ->required()
         ->check(tools::notEmpty());
     app.add_option("--ds-root", options.directoryServerRoot, "The root of the ACS's chain, in DER or PEM.")
+        ->type_name(tools::kFile)
         ->required()
         ->check(tools::notEmpty());
     app.add_option("--message-version", options.messageVersion, "Version of the protocol's messages.")
@@ -60,15 +63,18 @@ void define(CLI::App& app, Options& options) {
         ->check(CLI::Range(std::int64_t{0}, std::int64_t{1000000}));
     app.add_option("--locale", options.locale, "Locale for the device data.")->capture_default_str();
     app.add_option("--ca", options.certificateAuthority, "Further authorities for HTTPS, in DER or PEM.")
+        ->type_name(tools::kFile)
         ->check(tools::notEmpty());
     CLI::Option* authenticate =
         app.add_option(
                "--authenticate", options.authenticate,
                "URL of a 3DS server that takes the authenticationRequest event and answers the values, "
                "in place of the standard streams.")
+            ->type_name("URL")
             ->check(isHTTP());
     CLI::Option* plan = app.add_option("--play", options.play.plan,
                                        "A plan to play: what comes is compared with what it expects.")
+                            ->type_name(tools::kFile)
                             ->check(tools::notEmpty())
                             ->needs(authenticate);
     app.add_option("--repeat", options.play.repeat, "How many challenges to play by it.")
@@ -81,6 +87,7 @@ void define(CLI::App& app, Options& options) {
         ->check(CLI::Range(1, 256))
         ->needs(plan);
     app.add_option("--junit", options.play.junit, "A file for the outcomes, as XML for build servers.")
+        ->type_name(tools::kFile)
         ->check(tools::notEmpty())
         ->needs(plan);
     app.add_flag("--log", options.isLogging, "Print the library's log lines on standard error.");

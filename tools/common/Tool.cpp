@@ -1,6 +1,7 @@
 #include "tools/common/Tool.h"
 
 #include "Platform/Failure.h"
+#include "tools/common/Manual.h"
 #include "tools/common/Terminal.h"
 #include "tools/common/UsageError.h"
 
@@ -38,11 +39,23 @@ int answer(const CLI::App& app, const CLI::ParseError& error) {
     return kNotDone;
 }
 
+/// `--version`, and what the build asks a tool for. They are answered before anything is found missing.
+void addPages(CLI::App& app) {
+    app.set_version_flag("--version", app.get_name() + " " + KORVANE_VERSION, "Print the version and exit");
+    const auto add = [&app](const char* name, const std::function<std::string()>& make) {
+        const auto print = [make] { throw CLI::CallForVersion(make(), 0); };
+        // In no group, so that nothing lists it.
+        app.add_flag_callback(name, print)->trigger_on_parse()->group("");
+    };
+    add("--manual-page", [&app] { return manualPage(app, KORVANE_VERSION); });
+    add("--bash-completion", [&app] { return bashCompletion(app); });
+}
+
 } // namespace
 
 int runTool(CLI::App& app, int argc, char** argv, const std::function<int()>& run) {
     holdStandardStreams();
-    app.set_version_flag("--version", app.get_name() + " " + KORVANE_VERSION);
+    addPages(app);
     try {
         app.parse(argc, argv);
         return run();

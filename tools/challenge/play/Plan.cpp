@@ -101,15 +101,17 @@ std::vector<std::string> differences(const JSON& expected, const JSON& got) {
 
 std::string planHelp() {
     std::string members;
-    for (const std::string_view name : kScreenMembers)
-        members += (members.empty() ? "" : ", ") + std::string(name);
+    for (std::size_t index = 0; index < kScreenMembers.size(); ++index) {
+        const std::string_view separator = index % 9 == 0 ? "\n  " : " ";
+        members += (index == 0 ? "" : ",") + std::string(separator) + std::string(kScreenMembers[index]);
+    }
     return "A plan is a JSON object:\n"
            "  description  for people\n"
            "  steps        list of actions as above, each with the \"screen\" that it is for: the members\n"
            "               of the screen event that are to be as given, null where one must be absent\n"
            "  ending       the event that ends the challenge, with the members that are compared\n"
            "as in {\"steps\":[{\"screen\":{\"uiType\":\"01\"},\"action\":\"submit\",\"data\":\"1234\"}],\n"
-           "\"ending\":{\"event\":\"completed\",\"transactionStatus\":\"Y\"}}. Members of a screen:\n  " +
+           "\"ending\":{\"event\":\"completed\",\"transactionStatus\":\"Y\"}}. Members of a screen:" +
            members + "\n";
 }
 
