@@ -17,6 +17,7 @@ const taken = await Acs.start(["--pki", at("pki")]);
 after(async () => assert.equal(await taken.stop(), 0));
 mkdirSync(at("folder"));
 writeFileSync(at("text"), "text");
+writeFileSync(at("plan"), '{"ending":{"event":"cancelled"}}');
 writeFileSync(at("half"), "-----BEGIN CERTIFICATE-----\nAAAA\n");
 for (const copy of ["wrong-key", "no-certificate", "no-key"]) cpSync(at("pki"), at(copy), { recursive: true });
 cpSync(at("pki/acs-ec.key"), at("wrong-key/acs-rsa.key"));
@@ -57,9 +58,15 @@ const rows = [
   ["nothing", bare("challenge"), 2, /--directory-server is required/],
   ["an unknown algorithm", challenge({ "--algorithm": "X" }), 2, /--algorithm/],
   ["a certificate that is not there", challenge({ "--ds-certificate": at("absent") }), 2, /absent: .*No such file/],
-  ["an RSA certificate under EC", challenge({ "--ds-certificate": at("pki/device-data-rsa.der") }), 2, /The certificate has no EC key/],
-  ["an EC certificate under RSA", challenge({ "--algorithm": "RSA" }), 2, /The certificate has no RSA key/],
+  ["an RSA certificate under EC", challenge({ "--ds-certificate": at("pki/device-data-rsa.der") }), 2, /has no EC key, as --algorithm says, but an RSA key/],
+  ["an EC certificate under RSA", challenge({ "--algorithm": "RSA" }), 2, /has no RSA key, as --algorithm says, but an EC key/],
   ["a root that is no certificate", challenge({ "--ds-root": at("text") }), 2, /text: This is no certificate, neither in DER nor in PEM/],
+  ["a key for a root", challenge({ "--ds-root": at("pki/acs-ec.key") }), 2, /acs-ec\.key: This PEM text holds no certificate, but: [A-Z ]*PRIVATE KEY\./],
+  ["a folder for an authority", challenge({ "--ca": at("folder") }), 2, /folder: The file cannot be read: Is a directory/],
+  ["a URL that is none", challenge({ "--authenticate": "ftp://x" }), 2, /--authenticate: must be a URL of https or http/],
+  ["a plan without a server", challenge({ "--play": at("text") }), 2, /--play requires --authenticate/],
+  ["outcomes below a device", challenge({ "--authenticate": taken.url, "--play": at("plan"), "--junit": "/dev/null/x" }), 2,
+    /--junit: \/dev\/null\/x: The file cannot be written: Not a directory/],
   ["a certificate that lacks its end", challenge({ "--ca": at("half") }), 2, /half: The last certificate lacks its end/],
   ["a time that is no number", challenge({ "--timeout": "nan" }), 2, /--timeout/],
   ["a version that plays with the terminal", challenge({ "--message-version": "\u009b2J" }), 1, /^$/, /\\u009b2J/],
@@ -75,6 +82,8 @@ const rows = [
   ["an operation that plays with the terminal", jose('{"op":"\u009b2J\u007f\u202e\u2028"}'), 1, /^$/,
     /names no operation: \\u009b2J\\u007f\\u202e\\u2028"/],
   ["numbers that overflow", jose(`{"op":1e400}\n{"op":${"9".repeat(10000)}}`), 1, /^$/, /notJSON.*\n.*notJSON/],
+  ["a message of two parts", jose('{"op":"jws.verify","jws":"a.b","key":{"kty":"RSA","n":"AQAB","e":"AQAB"}}'), 1, /^$/,
+    /"description":"The operation failed: invalid compact serialization component count\."/],
   ["nesting without end", jose("[".repeat(100000)), 1, /^$/, /notJSON/],
   ["no standard input", streams("<&-", jose()), 1, /The input cannot be read: Bad file descriptor/],
   ["a folder as standard input", streams(`<${folder}`, jose()), 1, /The input cannot be read: Is a directory/],

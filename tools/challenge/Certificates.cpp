@@ -39,12 +39,29 @@ std::string pemOf(const Bytes& der) {
     return pem;
 }
 
+/// What the first part of a PEM text is called, or an empty text.
+std::string labelOf(std::string_view text) {
+    constexpr std::string_view kStart = "-----BEGIN ";
+    const std::size_t start = text.find(kStart);
+    if (start == std::string_view::npos) return {};
+    text.remove_prefix(start + kStart.size());
+    return std::string(text.substr(0, text.find("-----")));
+}
+
+std::string nameOf(SecKeyType type) {
+    return type == SecKeyType::kSecAttrKeyTypeRSA ? "RSA" : "EC";
+}
+
 /// The certificates of a file as DER: one, or those of a PEM text.
 std::vector<Bytes> readCertificates(const std::string& path) {
     const std::string content = tools::readInputFile(path);
     std::vector<Bytes> certificates;
     std::size_t begin = content.find(kBegin);
-    if (begin == std::string::npos) certificates.push_back(toBytes(content));
+    if (begin == std::string::npos) {
+        if (const std::string label = labelOf(content); !label.empty())
+            fail(path, "This PEM text holds no certificate, but: " + label + ".");
+        certificates.push_back(toBytes(content));
+    }
     for (; begin != std::string::npos; begin = content.find(kBegin, begin)) {
         begin += kBegin.size();
         const std::size_t end = content.find(kEnd, begin);
@@ -68,10 +85,11 @@ Bytes readCertificate(const std::string& path) {
 Bytes readCertificate(const std::string& path, SecKeyType type) {
     Bytes der = readCertificate(path);
     const auto key = SecCertificateCopyKey(SecCertificateCreateWithData(der).value());
-    const bool isFit = key && SecKeyCopyAttributes(*key).kSecAttrKeyType == type;
-    if (!isFit)
-        fail(path, std::string("The certificate has no ") +
-                       (type == SecKeyType::kSecAttrKeyTypeRSA ? "RSA" : "EC") + " key.");
+    if (!key) fail(path, "The certificate's key is neither RSA nor on P-256, P-384 or P-521.");
+    const SecKeyType found = SecKeyCopyAttributes(*key).kSecAttrKeyType;
+    if (found != type)
+        fail(path, "The certificate has no " + nameOf(type) + " key, as --algorithm says, but an " +
+                       nameOf(found) + " key.");
     return der;
 }
 

@@ -5,6 +5,8 @@
 #include "Ui/Screens/ChallengeWebViewController.h"
 #include "Ui/Screens/TopController.h"
 #include "tools/challenge/Actions.h"
+#include "tools/challenge/FailureNames.h"
+#include "tools/challenge/Hints.h"
 #include "tools/challenge/ScreenText.h"
 #include "tools/common/Arguments.h"
 #include "tools/common/JSONBreak.h"
@@ -35,7 +37,8 @@ public:
     void log(const std::string& message, const char* file, const char* function, unsigned line) override {
         const std::string text =
             std::string(file) + ":" + std::to_string(line) + " " + function + ": " + message;
-        std::cerr << tools::printable(text) + "\n" << std::flush;
+        const std::string names = namesOfFailures(message);
+        std::cerr << tools::printable(text + (names.empty() ? "" : " [" + names + "]") + "\n") << std::flush;
     }
 };
 
@@ -184,6 +187,7 @@ void Session::startChallenge(const JSON& values) {
     parameters->acsRefNumber = arguments.textIfPresent("acsRefNumber");
     parameters->acsSignedContent = arguments.textIfPresent("acsSignedContent");
     parameters->tdsRequestorAppURL = arguments.textIfPresent("threeDSRequestorAppURL");
+    signedContent_ = parameters->acsSignedContent.value_or(std::string());
     turn_ = Turn::library;
     transaction_->doChallenge(parameters, shared_from_this(), options_.timeout);
 }
@@ -302,7 +306,8 @@ void Session::runtimeError(const RuntimeErrorEvent& event) {
 void Session::end(JSON event) {
     if (std::exchange(hasEnded_, true)) return;
     turn_ = Turn::nobody;
-    if (const std::string hint = wire_->hintAt(event); !hint.empty()) event["hint"] = hint;
+    const std::string hint = hintAt(event, {*wire_, certificates_.dsRootCADerBytes, signedContent_});
+    if (!hint.empty()) event["hint"] = hint;
     events_.write(event);
     stopWhenScreensAreGone();
 }

@@ -73,6 +73,7 @@ private:
     std::optional<Finger> finger_;
     std::unique_ptr<LineReader> reader_;
     std::deque<InputLine> lines_;
+    std::string signedContent_;
     Turn turn_ = Turn::application;
     /// The screen that was written last, and which of its pages.
     std::weak_ptr<ChallengeViewController> shown_;

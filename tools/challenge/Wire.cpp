@@ -1,8 +1,8 @@
 #include "tools/challenge/Wire.h"
 
+#include "Platform/JSON.h"
 #include "Platform/Text.h"
 #include "Sdk/Messages/UiUtils.h"
-#include "tools/challenge/FailureNames.h"
 
 #include <algorithm>
 
@@ -32,15 +32,9 @@ int Wire::lastStatus() const {
     return lastStatus_;
 }
 
-std::string Wire::hintAt(const JSON& ending) const {
+std::string Wire::complaint() const {
     const std::lock_guard lock(mutex_);
-    std::string hint = complaint_;
-    for (const JSON& member : ending) {
-        if (!member.is_string()) continue;
-        const std::string names = namesOfFailures(member.get<std::string>());
-        if (!names.empty()) hint += (hint.empty() ? "" : " ") + names;
-    }
-    return hint;
+    return complaint_;
 }
 
 } // namespace korvane::challenge

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/JSON.h"
+#include "Platform/Bytes.h"
 #include "Platform/URLSession.h"
 
 #include <mutex>
@@ -20,14 +20,12 @@ public:
     /// The status of the last answer to a request that is no JWE.
     [[nodiscard]] int lastStatus() const;
 
-    /// What there is to say of an ending beside its own members: an answer that was no JWE, and the names of
-    /// failures that its texts number. Empty for nothing.
-    [[nodiscard]] std::string hintAt(const JSON& ending) const;
+    /// What is to be said of the last answer to a JWE, if it was none itself; else empty.
+    [[nodiscard]] std::string complaint() const;
 
 private:
     mutable std::mutex mutex_;
     int lastStatus_ = 0;
-    /// Of the last answer to a JWE, if it was none itself; else empty.
     std::string complaint_;
 };
 

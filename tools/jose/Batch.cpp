@@ -49,15 +49,40 @@ JSON performed(const Line& line) {
     return answer;
 }
 
+bool isUpper(char character) {
+    return character >= 'A' && character <= 'Z';
+}
+
 JSON refused(std::string_view error, std::string description) {
     return {{"ok", false}, {"error", error}, {"description", std::move(description)}};
+}
+
+/// The name of a failure's case as words: "component not valid base64URL".
+std::string wordsOf(std::string_view name) {
+    name.remove_prefix(name.find('.') + 1);
+    std::string words;
+    for (std::size_t index = 0; index < name.size(); ++index) {
+        const bool isCapital = isUpper(name[index]);
+        const bool isStart = isCapital && index > 0 && !isUpper(name[index - 1]);
+        const bool isWord = index + 1 < name.size() && !isUpper(name[index + 1]);
+        if (isStart) words += ' ';
+        words += isStart && isWord ? static_cast<char>(name[index] - 'A' + 'a') : name[index];
+    }
+    return words;
+}
+
+/// A failure that carries no words says its number, which tells nobody anything.
+std::string descriptionOf(const Failure& failure) {
+    const std::string own = failure.localizedDescription();
+    return own == failure.genericDescription() ? "The operation failed: " + wordsOf(failure.what()) + "."
+                                               : own;
 }
 
 JSON answerTo(const Line& line) {
     try {
         return performed(line);
     } catch (const Failure& failure) {
-        return refused(failure.what(), failure.localizedDescription());
+        return refused(failure.what(), descriptionOf(failure));
     } catch (const std::exception& error) {
         return refused("InternalError", error.what());
     }

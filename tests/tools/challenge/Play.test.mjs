@@ -55,6 +55,8 @@ suite("a plan", { concurrency: 3 }, () => {
       "screen 1, continue: This screen has no such control.\n"],
     ["an answer that is no JWE", { ending }, "faultHttp500",
       /got protocolError \{.*"hint":"The ACS's answer is no JWE: status 500, 21 bytes, which begin with \\"Internal Server Error\\"\."/],
+    ["a chain that leads elsewhere", { ending }, "faultForeignRoot",
+      /"hint":"The chain in acsSignedContent does not lead to the certificate of --ds-root: unable to get local issuer certificate\."/],
     ["a signature that is broken", { ending }, "faultBadSignature", /"hint":"JOSEError error 9 is signatureInvalid\."/],
   ];
   for (const [name, plan, scenario, says] of rows)
