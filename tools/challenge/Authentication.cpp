@@ -23,7 +23,7 @@ ServerReply replyOf(const std::optional<Bytes>& body, const std::optional<std::s
     const int status = wire.lastStatus();
     auto values = JSONSerialization::jsonObject(asText(*body));
     const bool isFit =
-        status == 200 && values && values->is_object() && values->value("messageType", JSON()) != "Erro";
+        status / 100 == 2 && values && values->is_object() && values->value("messageType", JSON()) != "Erro";
     if (!isFit)
         return {std::nullopt, "The answer has no values for a challenge: " + describeAnswer(status, *body)};
     return {std::move(values), {}};

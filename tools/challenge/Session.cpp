@@ -64,6 +64,15 @@ constexpr Member kValues[] = {
     {"deviceData", MemberType::object, Presence::optional},
 };
 
+/// Of what a server answers: it may say more than a challenge needs.
+JSON knownValues(const JSON& answer) {
+    JSON values = JSON::object();
+    for (const Member& member : kValues)
+        if (const auto found = answer.find(member.name); found != answer.end() && member.name != "deviceData")
+            values[std::string(member.name)] = *found;
+    return values;
+}
+
 JSON requestEvent(const AuthenticationRequestParameters& request) {
     return JSON::object({{"event", "authenticationRequest"},
                          {"deviceData", request.getDeviceData()},
@@ -173,7 +182,7 @@ void Session::takeReply(const ServerReply& reply) {
     };
     if (!reply.values) return giveUp(reply.complaint);
     try {
-        startChallenge(*reply.values);
+        startChallenge(knownValues(*reply.values));
     } catch (const InputError& error) {
         giveUp("The answer's member " + error.description());
     }
