@@ -2,7 +2,9 @@
 
 import { strict as assert } from "node:assert";
 import { execFile } from "node:child_process";
+import { once } from "node:events";
 import { readFileSync } from "node:fs";
+import { createServer } from "node:http";
 import { join } from "node:path";
 import { suite, test } from "node:test";
 
@@ -13,12 +15,13 @@ const code = { screen: { uiType: "01", label: "Your code", whitelisting: null },
 const ending = { event: "completed", transactionStatus: "Y" };
 
 /** How a run of the tool with a plan ends, and what it says. */
-const play = (acs, plan, args = [], url = `${acs.url}/authenticate`, wrap = (program, all) => [program, all]) =>
+const play = (acs, plan, args = [], url = `${acs.url}/authenticate`, wrap = (program, all) => [program, all],
+  meet = () => {}) =>
   new Promise((resolve) => {
     const file = written(typeof plan === "string" ? plan : JSON.stringify(plan));
     const all = [...Cardholder.options(acs), "--authenticate", url, "--play", file, ...args];
-    execFile(...wrap(process.env.KORVANE_CHALLENGE, all), { timeout: 120000 }, (error, stdout, stderr) =>
-      resolve({ status: error?.code ?? 0, stdout, stderr, file }));
+    meet(execFile(...wrap(process.env.KORVANE_CHALLENGE, all), { timeout: 120000 }, (error, stdout, stderr) =>
+      resolve({ status: error?.code ?? 0, stdout, stderr, file })));
   });
 
 suite("a plan", { concurrency: 3 }, () => {
@@ -32,13 +35,15 @@ suite("a plan", { concurrency: 3 }, () => {
       assert.deepEqual(lines.slice(0, 12).map((line) => +/^(\d+) passed, \d+\.\d\d s$/.exec(line)[1]).sort((a, b) => a - b),
         Array.from({ length: 12 }, (_, index) => index + 1));
       assert.match(lines[12], /^12 challenges, 5 at a time, in \d+\.\d\d s: 12 passed, 0 failed$/);
-      const [median, late, longest] = /median (\S+) s, 95th percentile (\S+) s, longest (\S+) s/.exec(lines[13]).slice(1).map(Number);
-      assert.ok(median > 0 && median <= late && late === longest, lines[13]); // 95 of a hundred are 12 of 12
       const ended = acs.events.filter(({ event, message }) => event === "received" && message?.challengeDataEntry === "1234");
       assert.equal(new Set(ended.map(({ message }) => message.sdkTransID)).size, 12);
       const xml = readFileSync(junit, "utf8");
       assert.match(xml, /<testsuite name="[^"]*" tests="12" failures="0" /);
-      assert.equal(xml.match(/<testcase [^>]*time="\d+\.\d+"\/>/g).length, 12);
+      const times = [...xml.matchAll(/<testcase [^>]*time="([\d.]+)"\/>/g)].map(([, time]) => +time).sort((a, b) => a - b);
+      assert.equal(times.length, 12);
+      assert.ok(times[0] > 1); // two answers, which the library holds back for a moment each
+      const told = [times[5], times[11], times[11]].map((time) => time.toFixed(2)); // by nearest rank: 6 and 12 of 12
+      assert.deepEqual(/median (\S+) s, 95th percentile (\S+) s, longest (\S+) s$/.exec(lines[13]).slice(1), told);
     }));
 
   const rows = [
@@ -78,6 +83,50 @@ suite("a plan", { concurrency: 3 }, () => {
       (program, all) => ["script", ["-qec", quoted([program, ...all]), "/dev/null"]]);
     assert.match(stdout, /\[ {40}\] 0\/2, 0 failed\r\u001b\[K1 failed [^]*\[#{20} {20}\] 1\/2, 1 failed\r/);
   }));
+
+  test("a process that dies takes no other along", () => withAcs("text", async (acs) => {
+    let child;
+    const killing = (process_) => {
+      const look = setInterval(() => {
+        child = readFileSync(`/proc/${process_.pid}/task/${process_.pid}/children`, "utf8").trim().split(" ").filter(Boolean)[0];
+        if (child === undefined) return;
+        clearInterval(look);
+        process.kill(+child, "SIGKILL");
+      }, 5);
+    };
+    const { status, stdout } = await play(acs, { steps: [code], ending }, ["--repeat", "3", "--parallel", "3"], undefined, undefined, killing);
+    assert.equal(status, 1);
+    assert.match(stdout, /^    .*: got no event any more: signal 9$/m);
+    assert.match(stdout, /: 2 passed, 1 failed$/m);
+  }));
+
+  test("servers that say too little, too much and something else", async (context) => {
+    const answers = {
+      "/drop": [null, "There is no answer: Empty reply from server"],
+      "/list": [[200, "[1]"], 'The answer has no values for a challenge: status 200, 3 bytes, which begin with "[1]".'],
+      "/nothing": [[204, ""], "The answer has no values for a challenge: status 204, no body."],
+      "/bad": [[502, `<p>\u001b[2J${"x".repeat(99)}`],
+        `The answer has no values for a challenge: status 502, 106 bytes, which begin with "<p>\\u001b[2J${"x".repeat(73)}".`],
+      "/erro": [[200, '{"messageType":"Erro"}'], 'The answer has no values for a challenge: status 200, 22 bytes, which begin with "{\\"messageType\\":\\"Erro\\"}".'],
+      "/type": [[200, '{"acsTransID":1,"dsTransID":"x"}'], 'The answer\'s member "acsTransID" must be a string.'],
+    };
+    const server = createServer((request, answer) => {
+      const [status, body] = answers[request.url][0] ?? [];
+      if (status) answer.writeHead(status).end(body);
+      else request.socket.destroy();
+    }).listen(0, "127.0.0.1");
+    await once(server, "listening");
+    context.after(() => server.close());
+    await withAcs("text", async (acs) => {
+      for (const [path, [, says]] of Object.entries(answers)) {
+        const url = `http://127.0.0.1:${server.address().port}${path}`;
+        const cardholder = new Cardholder([...Cardholder.options(acs), "--authenticate", url]);
+        assert.equal((await cardholder.next()).event, "authenticationRequest");
+        assert.deepEqual(await cardholder.next(), { event: "error", message: `${url}: ${says}` });
+        assert.equal(await cardholder.ended(), 1);
+      }
+    });
+  });
 
   test("servers that have no answer, and all that is wrong with a plan at once", () => withAcs("text", async (acs) => {
     const servers = [[`${acs.url}/elsewhere`, /elsewhere: The answer has no values for a challenge: status 404, 24 bytes, /],

@@ -65,9 +65,9 @@ private:
 };
 
 /// The challenges that run side by side.
-class Stage {
+class Round {
 public:
-    Stage(const PlayOptions& options, const Plan& plan, const std::function<int()>& session)
+    Round(const PlayOptions& options, const Plan& plan, const std::function<int()>& session)
         : options_(options), plan_(plan), session_(session) {}
 
     void run(Report& report) {
@@ -125,7 +125,7 @@ int play(const PlayOptions& options, const std::function<int()>& session) {
     Report report(std::cout, ::isatty(STDOUT_FILENO) == 1 ? Display::bar : Display::lines, options.repeat);
     report.begin();
     const auto begin = PlayClock::now();
-    Stage(options, plan, session).run(report);
+    Round(options, plan, session).run(report);
     const std::chrono::duration<double> wallTime = PlayClock::now() - begin;
     report.summarise(std::min(options.parallel, options.repeat), wallTime);
     if (junit) *junit << junitXML(options.plan, report.outcomes(), wallTime) << std::flush;
