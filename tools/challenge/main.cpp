@@ -21,7 +21,8 @@ std::string footer() {
            "cancelled,\n"
            "timedout, protocolError or runtimeError. A failure before the challenge is an sdkError event. A "
            "line that\n"
-           "cannot be served is answered by an error event. The end of the input cancels.\n\n"
+           "cannot be served is answered by an error event. The end of the input cancels.\n"
+           "An ending has a hint where the tool knows more of its reason than the library tells.\n\n"
            "Actions, as in {\"action\":\"submit\",\"data\":\"1234\"}; members in brackets may be absent:\n" +
            actionHelp() + "\n" + planHelp() +
            "The first difference cancels the challenge. Times run from the authentication request to the "
@@ -39,6 +40,28 @@ CLI::Validator isHTTP() {
             return isFit ? std::string() : "must be a URL of https or http, and is " + text;
         },
         "");
+}
+
+/// What many challenges need, which ask a server themselves.
+void definePlay(CLI::App& app, PlayOptions& options, CLI::Option* authenticate) {
+    CLI::Option* plan =
+        app.add_option("--play", options.plan, "A plan to play: what comes is compared with what it expects.")
+            ->type_name(tools::kFile)
+            ->check(tools::notEmpty())
+            ->needs(authenticate);
+    app.add_option("--repeat", options.repeat, "How many challenges to play by it.")
+        ->capture_default_str()
+        ->check(CLI::Range(1, 1000000))
+        ->needs(plan);
+    app.add_option("--parallel", options.parallel,
+                   "How many of them run side by side, each in a process of its own.")
+        ->capture_default_str()
+        ->check(CLI::Range(1, 256))
+        ->needs(plan);
+    app.add_option("--junit", options.junit, "A file for the outcomes, as XML for build servers.")
+        ->type_name(tools::kFile)
+        ->check(tools::notEmpty())
+        ->needs(plan);
 }
 
 void define(CLI::App& app, Options& options) {
@@ -72,24 +95,7 @@ void define(CLI::App& app, Options& options) {
                "in place of the standard streams.")
             ->type_name("URL")
             ->check(isHTTP());
-    CLI::Option* plan = app.add_option("--play", options.play.plan,
-                                       "A plan to play: what comes is compared with what it expects.")
-                            ->type_name(tools::kFile)
-                            ->check(tools::notEmpty())
-                            ->needs(authenticate);
-    app.add_option("--repeat", options.play.repeat, "How many challenges to play by it.")
-        ->capture_default_str()
-        ->check(CLI::Range(1, 1000000))
-        ->needs(plan);
-    app.add_option("--parallel", options.play.parallel,
-                   "How many of them run side by side, each in a process of its own.")
-        ->capture_default_str()
-        ->check(CLI::Range(1, 256))
-        ->needs(plan);
-    app.add_option("--junit", options.play.junit, "A file for the outcomes, as XML for build servers.")
-        ->type_name(tools::kFile)
-        ->check(tools::notEmpty())
-        ->needs(plan);
+    definePlay(app, options.play, authenticate);
     app.add_flag("--log", options.isLogging, "Print the library's log lines on standard error.");
     app.footer(footer());
 }
