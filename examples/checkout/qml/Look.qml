@@ -24,7 +24,7 @@ QtObject {
     readonly property color tile: dark ? "#DCD8D0" : "#F1ECE3"
     readonly property color refused: dark ? "#E39C86" : "#A4492E"
     readonly property color field: dark ? "#191D20" : "#FFFFFF"
-    readonly property color fieldRule: dark ? "#4A525A" : "#C9C3B9"
+    readonly property color fieldRule: dark ? "#6E7780" : "#8C8579"
     readonly property real faded: 0.55
 
     // The room around the device, which does not turn dark with it.
@@ -32,7 +32,7 @@ QtObject {
     readonly property color roomText: "#34393C"
     readonly property color roomCard: "#EEEBE5"
     readonly property color roomRule: "#BDB7AC"
-    readonly property color roomQuiet: "#6B7175"
+    readonly property color roomQuiet: "#565B5F"
     readonly property color bezel: "#24282B"
     readonly property color lightInk: "#FFFFFF"
     readonly property color darkInk: "#1B1F22"
