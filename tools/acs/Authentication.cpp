@@ -123,8 +123,9 @@ AuthenticationRequest AuthenticationRequest::read(std::string_view body, const K
             text("messageVersion"), std::move(key)};
 }
 
-Authentication Authentication::make(const AuthenticationRequest& request, const Scenario& scenario,
-                                    const KeyRing& keys, const std::string& url) {
+Authentication Authentication::make(const AuthenticationRequest& request,
+                                    const std::shared_ptr<const Scenario>& scenario, const KeyRing& keys,
+                                    const std::string& url) {
     const ECPrivateKey own = ECPrivateKey::generateWithoutParametersWith(ECCurveType::P256);
     TransactionIDs ids{makeTransactionID(), makeTransactionID(), request.sdkTransID, request.messageVersion};
     const JSON content = {{"acsEphemPubKey", jwkOf(own.getPublic())},
@@ -134,8 +135,8 @@ Authentication Authentication::make(const AuthenticationRequest& request, const 
                     {"acsTransID", ids.acsTransID},
                     {"acsRefNumber", kReferenceNumber}};
     auto challenge = std::make_shared<Challenge>(std::move(ids), sessionKey(own, request), scenario);
-    members["acsSignedContent"] = signContent(content, scenario, keys);
-    if (scenario.threeDSRequestorAppURL) members["threeDSRequestorAppURL"] = *scenario.threeDSRequestorAppURL;
+    members["acsSignedContent"] = signContent(content, *scenario, keys);
+    if (const auto& appURL = scenario->threeDSRequestorAppURL) members["threeDSRequestorAppURL"] = *appURL;
     members["deviceData"] = request.deviceData;
     Answer answer;
     answer.body = members.dump(-1, ' ', false, JSON::error_handler_t::replace);

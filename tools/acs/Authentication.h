@@ -32,7 +32,8 @@ struct Authentication {
 
     /// @param url  of the service.
     /// @throws ProtocolFault 203 for an ephemeral key that does not agree.
-    [[nodiscard]] static Authentication make(const AuthenticationRequest& request, const Scenario& scenario,
+    [[nodiscard]] static Authentication make(const AuthenticationRequest& request,
+                                             const std::shared_ptr<const Scenario>& scenario,
                                              const KeyRing& keys, const std::string& url);
 };
 

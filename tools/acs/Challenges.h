@@ -16,11 +16,13 @@ namespace korvane::acs {
 
 /// One challenge between its authentication and its end.
 struct Challenge {
-    Challenge(TransactionIDs itsIds, SecretBytes itsKey, const Scenario& scenario)
-        : ids(std::move(itsIds)), key(std::move(itsKey)), director(scenario) {}
+    Challenge(TransactionIDs itsIds, SecretBytes itsKey, std::shared_ptr<const Scenario> itsScenario)
+        : ids(std::move(itsIds)), key(std::move(itsKey)), scenario(std::move(itsScenario)),
+          director(*scenario) {}
 
     const TransactionIDs ids;
     const SecretBytes key;
+    const std::shared_ptr<const Scenario> scenario;
 
     /// Guards what follows.
     std::mutex mutex;

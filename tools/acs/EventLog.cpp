@@ -3,7 +3,10 @@
 #include "tools/common/Terminal.h"
 #include "tools/common/UsageError.h"
 
+#include <array>
 #include <cerrno>
+#include <chrono>
+#include <ctime>
 #include <system_error>
 
 #include <fcntl.h>
@@ -12,6 +15,23 @@
 namespace korvane::acs {
 
 using tools::UsageError;
+
+namespace {
+
+/// Now, in UTC: `2024-02-29T12:00:00.000Z` (RFC 3339).
+std::string timeText() {
+    using namespace std::chrono;
+    const auto now = system_clock::now();
+    const std::time_t seconds = system_clock::to_time_t(now);
+    std::tm parts{};
+    ::gmtime_r(&seconds, &parts);
+    std::array<char, 32> text{};
+    const std::size_t length = std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%S.", &parts);
+    const auto part = duration_cast<milliseconds>(now.time_since_epoch()).count() % 1000;
+    return std::string(text.data(), length) + std::to_string(1000 + part).substr(1) + "Z";
+}
+
+} // namespace
 
 EventLog::EventLog(const std::optional<std::string>& file) {
     if (file) {
@@ -32,8 +52,12 @@ EventLog::~EventLog() {
 }
 
 void EventLog::write(const JSON& event) {
-    const std::string line = tools::jsonLine(event);
+    // Within the lock, so that the times stand in their order.
     const std::lock_guard lock(mutex_);
+    JSON timed = {{"time", timeText()}};
+    timed.update(event);
+    const std::string line = tools::jsonLine(timed);
+    journal_.add(line);
     for (const auto& sink : sinks_)
         sink->write(line);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/JSON.h"
+#include "tools/acs/Journal.h"
 #include "tools/acs/LineSink.h"
 
 #include <memory>
@@ -11,8 +12,8 @@
 
 namespace korvane::acs {
 
-/// One JSON object a line, at once, to standard output and, where one is named, to a file too, in one order.
-/// Nobody waits for a reader (`LineSink`). Any thread.
+/// One JSON object a line, at once, with its time: to the journal, to standard output and, where one is named,
+/// to a file, in one order. Nobody waits for a reader (`LineSink`). Any thread.
 class EventLog {
 public:
     /// @throws UsageError when the file cannot be written.
@@ -22,9 +23,12 @@ public:
     /// Texts that are not UTF-8 are repaired.
     void write(const JSON& event);
 
+    [[nodiscard]] const Journal& journal() const noexcept { return journal_; }
+
 private:
     int file_ = -1;
     std::mutex mutex_;
+    Journal journal_;
     std::vector<std::unique_ptr<LineSink>> sinks_;
 };
 

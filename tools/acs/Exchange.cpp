@@ -91,7 +91,7 @@ void requireInStep(const Challenge& challenge, const JSON& creq) {
         throw ProtocolFault(202, critical);
 }
 
-Answer sealCRes(const Challenge& challenge, const Cue& cue, const JSON& members) {
+Answer makeCRes(const Challenge& challenge, const Cue& cue, const JSON& members) {
     Answer answer;
     answer.contentType = kJOSEType;
     answer.message = {{"threeDSServerTransID", challenge.ids.threeDSServerTransID},
@@ -105,11 +105,14 @@ Answer sealCRes(const Challenge& challenge, const Cue& cue, const JSON& members)
     strike(cue.fault, Stage::message, answer);
     answer.text = answer.message.dump(-1, ' ', false, JSON::error_handler_t::replace);
     strike(cue.fault, Stage::text, answer);
-    answer.key = challenge.key;
-    strike(cue.fault, Stage::key, answer);
-    answer.body = seal(answer.text, answer.key, challenge.ids.acsTransID);
-    strike(cue.fault, Stage::body, answer);
     return answer;
+}
+
+void sealCRes(const Challenge& challenge, const std::optional<Fault>& fault, Answer& answer) {
+    answer.key = challenge.key;
+    strike(fault, Stage::key, answer);
+    answer.body = seal(answer.text, answer.key, challenge.ids.acsTransID);
+    strike(fault, Stage::body, answer);
 }
 
 Answer plainAnswer(int status, const Erro& erro) {

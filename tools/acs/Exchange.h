@@ -31,8 +31,12 @@ struct Received {
 /// @throws ProtocolFault 301, 302, 203, 202
 void requireInStep(const Challenge& challenge, const JSON& creq);
 
-/// The sealed CRes of a cue, with what its fault spoils.
-[[nodiscard]] Answer sealCRes(const Challenge& challenge, const Cue& cue, const JSON& members);
+/// The CRes of a cue up to its text, with what its fault spoils of that.
+[[nodiscard]] Answer makeCRes(const Challenge& challenge, const Cue& cue, const JSON& members);
+
+/// Seals the text of a CRes, with what a fault spoils of the body. Needs nothing that the challenge's mutex
+/// guards.
+void sealCRes(const Challenge& challenge, const std::optional<Fault>& fault, Answer& answer);
 
 /// The message of a challenge that is no CRes: an error in the clear.
 [[nodiscard]] Answer plainAnswer(int status, const Erro& erro);

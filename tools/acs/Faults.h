@@ -5,6 +5,7 @@
 #include "tools/acs/Sealing.h"
 
 #include <chrono>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -13,6 +14,14 @@
 namespace korvane::acs {
 
 enum class Delivery { send, withhold, closeConnection };
+
+/// A field of an HTTP header.
+struct HeaderField {
+    const char* name;
+    const char* value;
+};
+
+class HeldAnswer;
 
 /// An answer on its way out. It is built stage by stage; each stage reads what the one before it left.
 struct Answer {
@@ -29,8 +38,11 @@ struct Answer {
 
     int status = 200;
     std::string_view contentType = "application/json;charset=UTF-8";
+    std::span<const HeaderField> headers;
     Delivery delivery = Delivery::send;
     std::chrono::milliseconds delay{};
+    /// Where a person decides first: the rest is what that brings.
+    std::shared_ptr<HeldAnswer> held;
 };
 
 /// Where a fault strikes: what has just been made when it is let loose.

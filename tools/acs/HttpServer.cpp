@@ -1,5 +1,6 @@
 #include "tools/acs/HttpServer.h"
 
+#include "tools/acs/HeldAnswer.h"
 #include "tools/common/UsageError.h"
 
 #include <httplib.h>
@@ -26,6 +27,11 @@ constexpr std::size_t kLongestPath = 1024;
 constexpr std::size_t kMostDiscarded = std::size_t{16} * 1024 * 1024;
 
 constexpr int kNotInTime = -1;
+/// A person who went away keeps no app waiting for longer.
+constexpr int kHeldMilliseconds = 10 * 60 * 1000;
+
+/// What a wait comes to.
+enum class Wake { time, decision, cut };
 
 /// The library's server with a queue of connections that a burst does not overrun.
 class Listener : public httplib::SSLServer {
@@ -63,6 +69,13 @@ int socketOf(const httplib::Request& request) {
     return SSL_get_fd(request.ssl);
 }
 
+Request readRequest(const httplib::Request& request, std::string_view body) {
+    const auto field = [&](const char* name) { return request.get_header_value(name); };
+    const bool isLocal = request.remote_addr.starts_with("127.") || request.remote_addr == "::1";
+    return {request.method,     request.path,          body,   field("Host"), field("Origin"),
+            field(kTokenField), field(kScenarioField), isLocal};
+}
+
 } // namespace
 
 struct HttpServer::Parts {
@@ -78,7 +91,8 @@ struct HttpServer::Parts {
 
     void configure();
     void serve(const httplib::Request& request, httplib::Response& response, std::string_view body);
-    [[nodiscard]] bool isCutWithin(int socket, int milliseconds) const;
+    void send(const Answer& answer, int socket, httplib::Response& response) const;
+    [[nodiscard]] Wake wait(int socket, int milliseconds, int decided = -1) const;
 
     Listener listener;
     /// Readable from the moment that the server is to stop, and that it has.
@@ -115,28 +129,39 @@ void HttpServer::Parts::configure() {
     });
 }
 
-/// Waits until the peer goes, the server stops, or the time is over.
-bool HttpServer::Parts::isCutWithin(int socket, int milliseconds) const {
-    std::array<pollfd, 2> waited{{{stopping, POLLIN, 0}, {socket, POLLRDHUP, 0}}};
+/// Waits until the peer goes, the server stops, something is decided, or the time is over.
+Wake HttpServer::Parts::wait(int socket, int milliseconds, int decided) const {
+    std::array<pollfd, 3> waited{{{stopping, POLLIN, 0}, {socket, POLLRDHUP, 0}, {decided, POLLIN, 0}}};
     int changed = 0;
     do
         changed = ::poll(waited.data(), waited.size(), milliseconds);
     while (changed < 0 && errno == EINTR);
-    return changed != 0;
+    if (changed == 0) return Wake::time;
+    return waited[0].revents == 0 && waited[1].revents == 0 ? Wake::decision : Wake::cut;
 }
 
 void HttpServer::Parts::serve(const httplib::Request& request, httplib::Response& response,
                               std::string_view body) {
-    const Answer answer = handler(request.method, request.path, body);
     const int socket = socketOf(request);
+    const Answer answer = handler(readRequest(request, body));
+    if (!answer.held) return send(answer, socket, response);
+    if (wait(socket, kHeldMilliseconds, answer.held->decided()) != Wake::cut)
+        return send(answer.held->release(), socket, response);
+    answer.held->abandon();
+    ::shutdown(socket, SHUT_RDWR);
+}
+
+void HttpServer::Parts::send(const Answer& answer, int socket, httplib::Response& response) const {
     const bool isWithheld = answer.delivery == Delivery::withhold;
     const int patience = isWithheld ? kNotInTime : static_cast<int>(answer.delay.count());
-    const bool isCut = (isWithheld || patience > 0) && isCutWithin(socket, patience);
+    const bool isCut = (isWithheld || patience > 0) && wait(socket, patience) == Wake::cut;
     if (isCut || answer.delivery == Delivery::closeConnection) {
         ::shutdown(socket, SHUT_RDWR);
         return;
     }
     response.status = answer.status;
+    for (const HeaderField& field : answer.headers)
+        response.set_header(field.name, field.value);
     response.set_content(answer.body, std::string(answer.contentType));
 }
 

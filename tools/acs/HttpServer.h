@@ -1,20 +1,19 @@
 #pragma once
 
 #include "tools/acs/Faults.h"
+#include "tools/acs/Request.h"
 
 #include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
-#include <string_view>
 
 namespace korvane::acs {
 
 /// HTTPS on one loopback address, a thread a connection.
 class HttpServer {
 public:
-    using Handler =
-        std::function<Answer(std::string_view method, std::string_view path, std::string_view body)>;
+    using Handler = std::function<Answer(const Request& request)>;
 
     /// Bodies beyond this many bytes, inflated ones included, are refused with 413.
     static constexpr std::size_t kLongestBody = std::size_t{1024} * 1024;

@@ -3,7 +3,6 @@
 #include "Sdk/Messages/CRes.h"
 #include "tools/acs/ScenarioAdvice.h"
 #include "tools/acs/ScreenCheck.h"
-#include "tools/common/InputFile.h"
 
 #include <algorithm>
 #include <array>
@@ -165,10 +164,6 @@ Scenario readScenario(std::string_view content, const std::string& name) {
     text.attempt([&] { scenario = readScenario(text); });
     text.requireNoFault();
     return scenario;
-}
-
-Scenario loadScenario(const std::string& file) {
-    return readScenario(tools::readInputFile(file), file);
 }
 
 } // namespace korvane::acs

@@ -46,17 +46,11 @@ struct Scenario {
     Ending failure{"N", {}};
 };
 
-/// @throws UsageError `FILE:LINE: MEMBER: what is wrong` for the faults of the file, a line each.
-[[nodiscard]] Scenario loadScenario(const std::string& file);
-
 /// Reads what the file has, and gathers all that is to be said of it: faults and warnings.
 [[nodiscard]] Scenario readScenario(tools::CheckedText& text);
 
-/// As `loadScenario`, of a text.
-/// @param name  stands in place of the file in errors.
+/// @param name  of the file, or what stands in its place in errors.
+/// @throws UsageError `NAME:LINE: MEMBER: what is wrong` for the faults of the text, a line each.
 [[nodiscard]] Scenario readScenario(std::string_view text, const std::string& name);
-
-/// The scenario that is played when none is named.
-[[nodiscard]] std::string_view defaultScenario();
 
 } // namespace korvane::acs

@@ -1,8 +1,10 @@
 #include "tools/acs/Check.h"
+#include "tools/acs/Embedded.h"
 #include "tools/acs/EventLog.h"
 #include "tools/acs/HttpServer.h"
+#include "tools/acs/Page.h"
 #include "tools/acs/Pki.h"
-#include "tools/acs/Scenario.h"
+#include "tools/acs/Scenarios.h"
 #include "tools/acs/Sealing.h"
 #include "tools/acs/Service.h"
 #include "tools/common/Manual.h"
@@ -24,6 +26,7 @@ struct Options {
     std::string listen = "127.0.0.1:0";
     /// Empty where the option is absent, as below.
     std::string scenario;
+    std::string scenarios;
     std::string log;
     std::string directoryServerID = "A999999999";
     double forgetAfter = 600;
@@ -69,7 +72,8 @@ std::string faultHelp() {
 std::string footer() {
     return "Endpoints: POST /authenticate, POST /challenge/<acsTransID>, GET "
            "/logo/{issuer,ps}-{medium,high,extraHigh}"
-           ".png\n"
+           ".png; GET / is a page that shows the transactions and steers them.\n"
+           "The header field Korvane-Scenario of POST /authenticate names the scenario of that transaction.\n"
            "The first line on stdout has the event \"listening\", the url, and the certificates that a "
            "client needs; "
            "then comes a line per message, opened.\n\n"
@@ -107,6 +111,10 @@ void addOptions(CLI::App& app, Options& options) {
     app.add_option("--scenario", options.scenario,
                    "The scenario to play; without it a text screen that takes 1234.")
         ->type_name(korvane::tools::kFile)
+        ->check(korvane::tools::notEmpty());
+    app.add_option("--scenarios", options.scenarios,
+                   "A folder of scenarios that can be asked for by name, beside those that are built in.")
+        ->type_name(korvane::tools::kFolder)
         ->check(korvane::tools::notEmpty());
     app.add_option("--log", options.log, "A file that gets the lines too.")
         ->type_name(korvane::tools::kFile)
@@ -154,19 +162,26 @@ int serve(const Options& options) {
     if (options.pki.empty()) throw CLI::RequiredError("--pki");
     const Address address = parseAddress(options.listen);
     const std::chrono::milliseconds lifetime = lifetimeOf(options.forgetAfter);
-    Scenario scenario = options.scenario.empty() ? readScenario(defaultScenario(), "the default scenario")
-                                                 : loadScenario(options.scenario);
+    const Scenarios scenarios(options.scenarios);
+    const Play standing = options.scenario.empty()
+                              ? Play::read("text", std::string(embeddedText("scenarios/text.json")))
+                              : Play::load(options.scenario);
     const sigset_t signals = blockStopSignals();
     const Pki pki(options.pki);
     const KeyRing keys(pki, options.directoryServerID);
     EventLog log(options.log.empty() ? std::nullopt : std::optional(options.log));
     HttpServer server(pki.file(Pki::tlsServer, ".pem"), pki.file(Pki::tlsServer, ".key"));
-    const std::string url =
-        "https://" + address.host + ":" + std::to_string(server.bind(address.host, address.port));
-    Service service({std::move(scenario), url, lifetime}, keys, log);
+    const int port = server.bind(address.host, address.port);
+    const std::string url = "https://" + address.host + ":" + std::to_string(port);
+    Desk desk;
+    Service service({standing, scenarios, url, lifetime}, keys, log, desk);
+    Page page(port, standing, scenarios, log.journal(), desk);
     log.write(listeningEvent(options, pki, url));
     std::thread serving([&] {
-        server.run([&](auto method, auto path, auto body) { return service.answer(method, path, body); });
+        server.run([&](const Request& request) {
+            auto answer = page.answer(request);
+            return answer ? std::move(*answer) : service.answer(request);
+        });
     });
     int signal = 0;
     sigwait(&signals, &signal);

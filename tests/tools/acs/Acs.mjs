@@ -22,6 +22,12 @@ export const written = (text) => {
   writeFileSync(path, text);
   return path;
 };
+/** A new folder with these files. */
+export const writtenFolder = (files) => {
+  const path = mkdtempSync(join(folder, "folder-"));
+  for (const [name, text] of Object.entries(files)) writeFileSync(join(path, name), text);
+  return path;
+};
 export const shipped = (name) => JSON.parse(readFileSync(join(process.env.KORVANE_SCENARIOS, `${name}.json`)));
 
 export class Acs {
@@ -49,7 +55,9 @@ export class Acs {
   /** The answer to a request: status, headers and body; rejects when the connection ends without one. */
   send(method, path, body, headers = {}) {
     return new Promise((resolve, reject) => {
-      const outgoing = request(new URL(path, this.url), { method, agent: this.agent, headers }, (answer) => {
+      // The server's name is told, or Node takes it from a Host among the headers.
+      const options = { method, agent: this.agent, headers, servername: "localhost" };
+      const outgoing = request(new URL(path, this.url), options, (answer) => {
         const parts = [];
         answer.on("data", (part) => parts.push(part));
         answer.on("error", reject);

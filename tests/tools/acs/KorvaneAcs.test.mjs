@@ -10,7 +10,7 @@ import { after, before, suite, test } from "node:test";
 import { setTimeout } from "node:timers/promises";
 import { gzipSync } from "node:zlib";
 
-import { Acs, pki, withAcs, written } from "./Acs.mjs";
+import { Acs, pki, shipped, withAcs, written, writtenFolder } from "./Acs.mjs";
 import { Sdk, open, seal } from "./Sdk.mjs";
 
 const run = (...args) => spawnSync(process.env.KORVANE_ACS, args, { encoding: "utf8", timeout: 20000 });
@@ -37,6 +37,15 @@ suite("challenges", () => {
       assert.deepEqual(messages.pop(), last);
       for (const message of messages) assert.deepEqual({ ...message, ...common, challengeCompletionInd: "N" }, message);
     }));
+
+  test("a field of the request names its scenario", () => withAcs("text", async (acs) => {
+    const field = { "Korvane-Scenario": "own" };
+    const own = await new Sdk(acs).authenticate(undefined, field);
+    assert.equal((await own.post()).acsUiType, "02");
+    assert.equal((await (await new Sdk(acs).authenticate()).post()).acsUiType, "01");
+    const { status, body } = await acs.post("/authenticate", "", { "Korvane-Scenario": "none" });
+    assert.deepEqual([status, body.toString().slice(0, 46)], [400, "There is no scenario of this name: none. There"]);
+  }, "--scenarios", writtenFolder({ "own.json": JSON.stringify(shipped("singleSelect")) })));
 
   test("64 challenges at once keep apart", () => withAcs("text", async (acs) => {
     const sdks = await Promise.all(Array.from({ length: 64 }, () => new Sdk(acs).authenticate()));
@@ -92,6 +101,42 @@ suite("faults", () => {
     assert.ok(names.length >= 30);
     for (const name of names) await withAcs(name.replace(".json", ""), () => {});
   });
+});
+
+suite("the page", () => {
+  const tokenOf = async (acs) => (await acs.send("GET", "/")).body.toString().match(/"token" content="([^"]+)"/)[1];
+
+  test("nothing but itself steers the tool or reads its log", () => withAcs("text", async (acs) => {
+    const own = { "Korvane-Token": await tokenOf(acs) };
+    const port = new URL(acs.url).port;
+    const rows = [
+      ["itself", { ...own, Origin: acs.url }, 200],
+      ["itself by its other name", { ...own, Host: `localhost:${port}`, Origin: `https://localhost:${port}` }, 200],
+      ["a page without the token", { Origin: acs.url }, 403],
+      ["a page with a token of its own", { "Korvane-Token": "x" }, 403],
+      ["another site", { ...own, Origin: "https://evil.example" }, 403],
+      ["a page without an origin", { ...own, Origin: "null" }, 403],
+      ["another service of this machine", { ...own, Origin: "https://127.0.0.1:1" }, 403],
+      ["a name that leads here", { ...own, Host: `evil.example:${port}` }, 403],
+    ];
+    for (const [name, headers, status] of rows)
+      for (const [method, path, body] of [["POST", "/control/hold", "false"], ["GET", "/control/events/0"], ["GET", "/control/log"]])
+        assert.equal((await acs.send(method, path, body, headers)).status, status, `${name}: ${path}`);
+    assert.equal((await acs.send("GET", "/", undefined, { Host: "evil.example" })).status, 403, "the token stands there");
+    const { headers } = await acs.send("GET", "/");
+    assert.match(headers["content-security-policy"], /^default-src 'none'; script-src 'self'; .*frame-ancestors 'none'$/);
+  }));
+
+  test("it remembers the latest messages, up to 16 MiB", () => withAcs("text", async (acs) => {
+    const challenges = await Promise.all(Array.from({ length: 24 }, () => new Sdk(acs).authenticate()));
+    await Promise.all(challenges.map((challenge) => challenge.post({ filler: "x".repeat(780000) })));
+    const token = { "Korvane-Token": await tokenOf(acs) };
+    const log = (await acs.send("GET", "/control/log", undefined, token)).body;
+    assert.ok(log.length > 15 << 20 && log.length <= 16 << 20, `${log.length}`);
+    const { oldest, events } = JSON.parse((await acs.send("GET", "/control/events/0", undefined, token)).body);
+    const kept = log.toString().trimEnd().split("\n");
+    assert.deepEqual([events[0], oldest + kept.length], [JSON.parse(kept[0]), 1 + 24 * 4]);
+  }));
 });
 
 suite("rubbish", () => {

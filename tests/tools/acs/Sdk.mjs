@@ -61,8 +61,8 @@ export class Sdk {
   }
 
   /** Sends the authentication request; takes over what the challenge needs. */
-  async authenticate(request = this.request()) {
-    const { status, body } = await this.acs.post("/authenticate", JSON.stringify(request));
+  async authenticate(request = this.request(), headers = {}) {
+    const { status, body } = await this.acs.post("/authenticate", JSON.stringify(request), headers);
     assert.equal(status, 200, body.toString());
     this.authentication = JSON.parse(body);
     const [, payload] = this.authentication.acsSignedContent.split(".");
