@@ -51,6 +51,11 @@ EventLog::~EventLog() {
     if (file_ >= 0) ::close(file_);
 }
 
+void EventLog::keepFromStandardOutput() {
+    const std::lock_guard lock(mutex_);
+    sinks_.pop_back();
+}
+
 void EventLog::write(const JSON& event) {
     // Within the lock, so that the times stand in their order.
     const std::lock_guard lock(mutex_);

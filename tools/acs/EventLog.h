@@ -23,6 +23,9 @@ public:
     /// Texts that are not UTF-8 are repaired.
     void write(const JSON& event);
 
+    /// What comes from now on stays away from standard output.
+    void keepFromStandardOutput();
+
     [[nodiscard]] const Journal& journal() const noexcept { return journal_; }
 
 private:

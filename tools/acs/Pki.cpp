@@ -4,6 +4,7 @@
 #include "tools/common/InputFile.h"
 #include "tools/common/UsageError.h"
 
+#include <arpa/inet.h>
 #include <fcntl.h>
 #include <openssl/pem.h>
 #include <openssl/rand.h>
@@ -118,17 +119,34 @@ void setNames(X509& certificate, X509& issuer, const CertificateRow& row) {
     require(X509_set_issuer_name(&certificate, X509_get_subject_name(&issuer)) == 1, "set an issuer");
 }
 
-void addExtensions(X509& certificate, Role role) {
+bool isAddress(const std::string& host) {
+    in_addr address{};
+    return ::inet_pton(AF_INET, host.c_str(), &address) == 1;
+}
+
+/// It becomes a part of an extension's text, where other characters would say more than a name.
+void requireHost(std::string_view host) {
+    constexpr std::string_view kCharacters =
+        "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789.-";
+    constexpr std::size_t kLongest = 253;
+    if (host.size() > kLongest || host.find_first_not_of(kCharacters) != std::string_view::npos)
+        throw UsageError("--expose: " + std::string(host) + " is no name or IPv4 address of a host.");
+}
+
+void addExtensions(X509& certificate, Role role, const std::string& host) {
     for (const ExtensionRow& row : kExtensions) {
         if (row.role != role) continue;
-        X509_EXTENSION* extension = X509V3_EXT_conf_nid(nullptr, nullptr, row.identifier, row.value);
+        std::string value = row.value;
+        if (row.identifier == NID_subject_alt_name && !host.empty())
+            value += (isAddress(host) ? ",IP:" : ",DNS:") + host;
+        X509_EXTENSION* extension = X509V3_EXT_conf_nid(nullptr, nullptr, row.identifier, value.c_str());
         const bool isAdded = extension && X509_add_ext(&certificate, extension, -1) == 1;
         X509_EXTENSION_free(extension);
         require(isAdded, "add an extension");
     }
 }
 
-Issued issue(const CertificateRow& row, const IssuedByName& issued) {
+Issued issue(const CertificateRow& row, const IssuedByName& issued, const std::string& host) {
     Issued made{openssl::Certificate(X509_new()), makeKey(row, issued)};
     require(made.certificate && made.key, "make a key");
     X509& certificate = *made.certificate;
@@ -140,7 +158,7 @@ Issued issue(const CertificateRow& row, const IssuedByName& issued) {
     X509_gmtime_adj(X509_getm_notBefore(&certificate), -kDay);
     X509_gmtime_adj(X509_getm_notAfter(&certificate), kValidity);
     require(X509_set_pubkey(&certificate, made.key.get()) == 1, "set a key");
-    addExtensions(certificate, row.role);
+    addExtensions(certificate, row.role, host);
     require(X509_sign(&certificate, issuer.key.get(), EVP_sha256()) > 0, "sign a certificate");
     return made;
 }
@@ -177,14 +195,14 @@ void write(const fs::path& folder, const CertificateRow& row, const Issued& made
 }
 
 /// Fills a folder beside the wanted one and moves it there as a whole.
-void fill(const fs::path& folder) {
+void fill(const fs::path& folder, const std::string& host) {
     const fs::path beside = folder.string() + "." + std::to_string(::getpid()) + ".new";
     std::error_code error;
     fs::create_directories(beside, error);
     if (error) throw UsageError(beside.string() + " cannot be made: " + error.message() + ".");
     IssuedByName issued;
     for (const CertificateRow& row : kCertificates)
-        write(beside, row, issued.emplace(row.name, issue(row, issued)).first->second);
+        write(beside, row, issued.emplace(row.name, issue(row, issued, host)).first->second);
     fs::rename(beside, folder, error);
     if (!error) return;
     std::error_code ignored;
@@ -200,11 +218,25 @@ fs::path withoutTrailingSlash(const fs::path& folder) {
 
 } // namespace
 
-Pki::Pki(const fs::path& folder) : folder_(withoutTrailingSlash(folder)) {
+Pki::Pki(const fs::path& folder, const std::string& host) : folder_(withoutTrailingSlash(folder)) {
+    requireHost(host);
     std::error_code error;
-    if (!fs::exists(folder_, error) || fs::is_empty(folder_, error)) fill(folder_);
+    if (!fs::exists(folder_, error) || fs::is_empty(folder_, error)) fill(folder_, host);
     if (error)
         throw UsageError(folder_.string() + " is no folder that can be read: " + error.message() + ".");
+    if (!host.empty()) requireServerFor(host);
+}
+
+void Pki::requireServerFor(const std::string& host) const {
+    const Bytes encoded = certificate(tlsServer);
+    const unsigned char* at = encoded.data();
+    const openssl::Certificate read(d2i_X509(nullptr, &at, static_cast<long>(encoded.size())));
+    const bool isFor =
+        read && (isAddress(host) ? X509_check_ip_asc(read.get(), host.c_str(), 0)
+                                 : X509_check_host(read.get(), host.data(), host.size(), 0, nullptr)) == 1;
+    if (!isFor)
+        throw UsageError(file(tlsServer, ".pem").string() + " is not for " + host +
+                         ": give --pki a new folder.");
 }
 
 fs::path Pki::file(std::string_view name, std::string_view extension) const {

@@ -29,8 +29,10 @@ public:
 
     /// Fills the folder where it is absent or empty. Two processes may start on one folder:
     /// the first to end wins.
-    /// @throws UsageError when the folder cannot be filled.
-    explicit Pki(const std::filesystem::path& folder);
+    /// @param host  that others reach the server by, beside this machine's names for itself; empty for none.
+    /// @throws UsageError when the folder cannot be filled, for what is no name or IPv4 address of a host, and for a
+    ///         server's certificate that is there and is not for this host.
+    Pki(const std::filesystem::path& folder, const std::string& host);
 
     [[nodiscard]] std::filesystem::path file(std::string_view name, std::string_view extension) const;
 
@@ -42,6 +44,8 @@ public:
     [[nodiscard]] std::string key(std::string_view name) const;
 
 private:
+    void requireServerFor(const std::string& host) const;
+
     std::filesystem::path folder_;
 };
 

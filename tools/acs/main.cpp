@@ -4,10 +4,12 @@
 #include "tools/acs/HttpServer.h"
 #include "tools/acs/Page.h"
 #include "tools/acs/Pki.h"
+#include "tools/acs/ReadyFile.h"
 #include "tools/acs/Scenarios.h"
 #include "tools/acs/Sealing.h"
 #include "tools/acs/Service.h"
 #include "tools/common/Manual.h"
+#include "tools/common/Terminal.h"
 #include "tools/common/Tool.h"
 #include "tools/common/UsageError.h"
 
@@ -31,6 +33,9 @@ struct Options {
     std::string directoryServerID = "A999999999";
     double forgetAfter = 600;
     std::vector<std::string> check;
+    std::string expose;
+    std::string readyFile;
+    bool isQuiet = false;
 };
 
 struct Address {
@@ -38,15 +43,18 @@ struct Address {
     int port;
 };
 
-Address parseAddress(const std::string& text) {
+Address addressOf(const Options& options) {
+    const std::string& text = options.listen;
+    const bool isExposed = !options.expose.empty();
     const std::size_t colon = text.rfind(':');
     const std::string host = text.substr(0, colon);
     const std::string port = colon == std::string::npos ? "" : text.substr(colon + 1);
     const bool isNumber =
         !port.empty() && port.size() <= 5 && port.find_first_not_of("0123456789") == std::string::npos;
-    if (!isNumber || std::stoi(port) > 65535 || (host != "127.0.0.1" && host != "localhost"))
+    if (!isNumber || std::stoi(port) > 65535 || (!isExposed && host != "127.0.0.1" && host != "localhost"))
         throw UsageError("--listen: " + text +
-                         " is no address of this kind: 127.0.0.1:PORT or localhost:PORT.");
+                         " is no address of this kind: 127.0.0.1:PORT or localhost:PORT" +
+                         (isExposed ? ", or another HOST:PORT." : "; others need --expose."));
     return {host, std::stoi(port)};
 }
 
@@ -126,6 +134,16 @@ void addOptions(CLI::App& app, Options& options) {
     app.add_option("--forget-after", options.forgetAfter,
                    "Seconds until a challenge is forgotten: 0.001 to 86400.")
         ->capture_default_str();
+    app.add_option(
+           "--expose", options.expose,
+           "Serve other machines: --listen may be any address, as 0.0.0.0:8443; they reach it by this "
+           "name or IPv4 address, which the certificate is for. The page stays on this machine.")
+        ->check(korvane::tools::notEmpty());
+    app.add_option("--ready-file", options.readyFile,
+                   "A file that is there, with what the first line says, while the tool serves.")
+        ->type_name(korvane::tools::kFile)
+        ->check(korvane::tools::notEmpty());
+    app.add_flag("--quiet", options.isQuiet, "Nothing on stdout but the first line.");
     app.footer(footer());
 }
 
@@ -160,23 +178,28 @@ int check(const Options& options) {
 
 int serve(const Options& options) {
     if (options.pki.empty()) throw CLI::RequiredError("--pki");
-    const Address address = parseAddress(options.listen);
+    const Address address = addressOf(options);
     const std::chrono::milliseconds lifetime = lifetimeOf(options.forgetAfter);
     const Scenarios scenarios(options.scenarios);
     const Play standing = options.scenario.empty()
                               ? Play::read("text", std::string(embeddedText("scenarios/text.json")))
                               : Play::load(options.scenario);
     const sigset_t signals = blockStopSignals();
-    const Pki pki(options.pki);
+    const Pki pki(options.pki, options.expose);
     const KeyRing keys(pki, options.directoryServerID);
+    ReadyFile ready(options.readyFile);
     EventLog log(options.log.empty() ? std::nullopt : std::optional(options.log));
     HttpServer server(pki.file(Pki::tlsServer, ".pem"), pki.file(Pki::tlsServer, ".key"));
     const int port = server.bind(address.host, address.port);
-    const std::string url = "https://" + address.host + ":" + std::to_string(port);
+    const std::string host = options.expose.empty() ? address.host : options.expose;
+    const std::string url = "https://" + host + ":" + std::to_string(port);
     Desk desk;
     Service service({standing, scenarios, url, lifetime}, keys, log, desk);
     Page page(port, standing, scenarios, log.journal(), desk);
-    log.write(listeningEvent(options, pki, url));
+    const korvane::JSON listening = listeningEvent(options, pki, url);
+    ready.write(korvane::tools::jsonLine(listening));
+    log.write(listening);
+    if (options.isQuiet) log.keepFromStandardOutput();
     std::thread serving([&] {
         server.run([&](const Request& request) {
             auto answer = page.answer(request);

@@ -4,13 +4,13 @@ import { strict as assert } from "node:assert";
 import { spawnSync } from "node:child_process";
 import * as crypto from "node:crypto";
 import { once } from "node:events";
-import { readFileSync, readdirSync, statSync } from "node:fs";
+import { existsSync, readFileSync, readdirSync, statSync } from "node:fs";
 import { join } from "node:path";
 import { after, before, suite, test } from "node:test";
 import { setTimeout } from "node:timers/promises";
 import { gzipSync } from "node:zlib";
 
-import { Acs, pki, shipped, withAcs, written, writtenFolder } from "./Acs.mjs";
+import { Acs, folder, pki, shipped, withAcs, written, writtenFolder } from "./Acs.mjs";
 import { Sdk, open, seal } from "./Sdk.mjs";
 
 const run = (...args) => spawnSync(process.env.KORVANE_ACS, args, { encoding: "utf8", timeout: 20000 });
@@ -223,6 +223,25 @@ suite("the process", () => {
     assert.deepEqual(await Promise.race([exit, setTimeout(10000, "still there", { ref: false })]), [0, null]);
     acs.child.stdout.resume();
   }));
+
+  test("other machines reach it under the name that it is told, but not its page", async () => {
+    const acs = await Acs.start(["--pki", join(folder, "exposed"), "--listen", "0.0.0.0:0", "--expose", "127.0.0.2"]);
+    assert.match(acs.url, /^https:\/\/127\.0\.0\.2:/);
+    const answer = await (await new Sdk(acs).authenticate()).post();
+    assert.match(answer.issuerImage.high, /^https:\/\/127\.0\.0\.2:/);
+    assert.equal((await acs.send("GET", "/")).status, 403);
+    assert.equal(await acs.stop(), 0);
+  });
+
+  test("quiet, it says its first line, which is in a file while it serves", () => {
+    const ready = written("from another run");
+    return withAcs("text", async (acs) => {
+      assert.deepEqual({ ...acs.listening, time: undefined }, { ...JSON.parse(readFileSync(ready)), time: undefined });
+      await (await new Sdk(acs).authenticate()).post();
+      assert.equal(await acs.stop(), 0);
+      assert.deepEqual([acs.events.length, existsSync(ready)], [1, false]);
+    }, "--quiet", "--ready-file", ready);
+  });
 
   test("the PKI is kept, and its keys are for the owner alone", async () => {
     const names = readdirSync(pki);
