@@ -25,7 +25,8 @@ void Desk::setHolding(bool isHolding) {
 std::shared_ptr<HeldAnswer> Desk::hold(const std::string& transaction, const std::string& text,
                                        HeldAnswer::Ends ends) {
     const std::lock_guard lock(mutex_);
-    if (!isHolding_) return nullptr;
+    forgetGone();
+    if (!isHolding_ || held_.size() >= kMostHeld) return nullptr;
     auto held = std::make_shared<HeldAnswer>(transaction, text, std::move(ends));
     held_.emplace(++lastNumber_, held);
     return held;
@@ -40,10 +41,14 @@ bool Desk::letGo(std::size_t number, std::optional<std::string> edited) {
     return held && held->decide(std::move(edited));
 }
 
+/// Who waits for an answer owns it.
+void Desk::forgetGone() {
+    std::erase_if(held_, [](const auto& entry) { return entry.second.expired(); });
+}
+
 JSON Desk::state() {
     const std::lock_guard lock(mutex_);
-    // Who waited for an answer owns it, and may have gone.
-    std::erase_if(held_, [](const auto& entry) { return entry.second.expired(); });
+    forgetGone();
     JSON held = JSON::array();
     for (const auto& [number, answer] : held_)
         if (const auto waiting = answer.lock())

@@ -23,7 +23,7 @@ public:
 
     /// Whether answers wait from now on. Those that do go when it ends.
     void setHolding(bool isHolding);
-    /// @return null where nothing is to wait.
+    /// @return null where nothing is to wait, and where so many do that the page would find no connection.
     [[nodiscard]] std::shared_ptr<HeldAnswer> hold(const std::string& transaction, const std::string& text,
                                                    HeldAnswer::Ends ends);
     /// Lets an answer go, with another text where there is one.
@@ -35,6 +35,9 @@ public:
 
 private:
     using ByNumber = std::map<std::size_t, std::weak_ptr<HeldAnswer>>;
+    static constexpr std::size_t kMostHeld = 64;
+
+    void forgetGone();
 
     std::mutex mutex_;
     std::optional<Play> next_;

@@ -95,7 +95,7 @@ std::optional<Answer> Page::answer(const Request& request) {
         {"GET", "/control/choices", Kind::whole, &Page::choices},
         {"GET", "/control/events/", Kind::prefix, &Page::events},
         {"GET", "/control/log", Kind::whole, &Page::log},
-        {"POST", "/control/next", Kind::whole, &Page::next},
+        {"POST", "/control/next/", Kind::prefix, &Page::next},
         {"POST", "/control/hold", Kind::whole, &Page::hold},
         {"POST", "/control/held/", Kind::prefix, &Page::letGo},
     }};
@@ -168,13 +168,13 @@ Answer Page::log(std::string_view /*rest*/, const Request& /*request*/) {
     return respond(200, "application/jsonl;charset=UTF-8", journal_.text());
 }
 
-Answer Page::next(std::string_view /*rest*/, const Request& request) {
+Answer Page::next(std::string_view rest, const Request& request) {
     if (request.body.empty()) {
         desk_.setNext(std::nullopt);
         return respond(JSON::object());
     }
     try {
-        desk_.setNext(Play::read("the scenario from the page", std::string(request.body)));
+        desk_.setNext(Play::read(std::string(rest), std::string(request.body)));
     } catch (const tools::UsageError& error) {
         return refuse(400, error.what());
     }

@@ -29,15 +29,22 @@ export async function makeChoices() {
   find("fault").append(element("option", { value: "" }, "none, or the scenario's own"),
     ...faults.map(({ name, effect }) => element("option", { value: name }, `${name}: ${effect}`)));
 
+  const scenario = () => scenarios[find("scenario").value];
+  const fault = () => faults.find(({ name }) => name === find("fault").value);
+  let made;
   const choose = () => {
-    const scenario = scenarios[find("scenario").value];
-    const fault = faults.find(({ name }) => name === find("fault").value);
-    find("description").textContent = scenario.description;
-    find("text").value = fault ? withFault(scenario.text, fault) : scenario.text;
+    find("description").textContent = scenario().description;
+    find("text").value = fault() ? withFault(scenario().text, fault()) : scenario().text;
+    made = find("text").value; // a text area has its own line ends
     say();
   };
   for (const id of ["scenario", "fault"]) find(id).addEventListener("change", choose);
   choose();
-  find("play").addEventListener("click", () => ask("next", find("text").value).then(() => say(), say));
-  find("forget").addEventListener("click", () => ask("next", "").then(() => say(), say));
+
+  /** What it is called in the list of transactions. */
+  const name = () => [scenario().name.split("/").at(-1), fault() && ` with ${fault().name}`,
+    find("text").value !== made && ", changed"].filter(Boolean).join("");
+  const lay = (path, body) => ask(`next/${path}`, body).then(() => say(), say);
+  find("play").addEventListener("click", () => lay(encodeURIComponent(name()), find("text").value));
+  find("forget").addEventListener("click", () => lay("", ""));
 }

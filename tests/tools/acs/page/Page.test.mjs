@@ -50,7 +50,7 @@ test("a scenario and a fault are chosen for the next transaction alone", async (
   await browser.choose("#scenario", "oob");
   await browser.choose("#fault", "wrongC");
   await browser.click("#play");
-  await browser.shows("#next", "the scenario from the page");
+  await browser.shows("#next", "Next: oob with wrongCounter");
   const [chosen, usual] = [await authenticated(), await authenticated()];
   const [first, second] = [await chosen.post(), await usual.post()];
   assert.deepEqual([first.acsUiType, first.acsCounterAtoS, second.acsUiType, second.acsCounterAtoS], ["04", "001", "01", "000"]);
@@ -63,7 +63,7 @@ test("a scenario that cannot be played is said to be so", async () => {
   await browser.click("#text");
   await browser.write('{"steps": [], "stops": []}');
   await browser.click("#play");
-  await browser.shows("#wrong", ":1: stops: is not known here");
+  await browser.shows("#wrong", "oob with wrongCounter, changed:1: stops: is not known here");
   await browser.picture("wrong");
 });
 
