@@ -42,7 +42,6 @@ const rows = [
   ["a name that says more", acs("--expose", "a,IP:8.8.8.8"), 2, /--expose: a,IP:8\.8\.8\.8 is no name or IPv4 address/],
   ["a name that the PKI is not for", acs("--expose", "127.0.0.2"), 2, /tls-server\.pem is not for 127\.0\.0\.2: give --pki a new/],
   ["a device for a sign", acs("--ready-file", "/dev/null"), 2, /\/dev\/null is there, and is no file that can be replaced/],
-  ["a sign below a device", acs("--ready-file", "/dev/null/ready"), 2, /--ready-file: .*(cannot be written|is there)/],
   ["no folder of scenarios", acs("--scenarios", at("absent")), 2, /--scenarios: .*absent: No such file/],
   ["a port beyond all ports", acs("--listen", "127.0.0.1:65536"), 2, /is no address/],
   ["a port that is taken", acs("--listen", new URL(taken.url).host), 2, /Nothing can listen on .*: Address already in use/],

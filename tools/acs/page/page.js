@@ -129,7 +129,6 @@ let position = 0;
 async function update() {
   const { oldest, upTo, desk, events } = await (await ask(`events/${position}`)).json();
   events.forEach((event, index) => add(Object.assign(event, { number: upTo - events.length + index })));
-  forgetBefore(oldest);
   const isNew = upTo !== position;
   position = upTo;
   find("status").textContent = "Listening";
@@ -137,8 +136,10 @@ async function update() {
   find("hold").checked = desk.holding;
   find("holding").textContent = desk.holding ? "They wait for you here." : "They go at once.";
   showHeld(desk.held);
-  if (isNew) show();
-  return isNew;
+  if (!isNew) return false;
+  forgetBefore(oldest);
+  show();
+  return true;
 }
 
 async function run() {

@@ -9,7 +9,7 @@ function textOfHtml(encoded) {
     for (const element of page.querySelectorAll("script, style")) element.remove();
     for (const element of page.querySelectorAll("input:not([type=hidden]), textarea")) element.append(" [______] ");
     for (const element of page.querySelectorAll("button")) element.prepend(" ["), element.append("] ");
-    for (const element of page.querySelectorAll("p, div, h1, h2, h3, li, br, form, label")) element.prepend("\n");
+    for (const element of page.querySelectorAll("p, div, h1, h2, h3, li, form, label, button, br")) element.prepend("\n");
     return page.body.textContent.replace(/[ \t]+/g, " ").replace(/\s*\n\s*/g, "\n").trim();
   } catch {
     return "(This is no page: acsHTML is not Base64URL.)";

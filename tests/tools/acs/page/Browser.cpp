@@ -39,7 +39,7 @@ public:
     void act(const QJsonObject& command) {
         const auto text = [&](const char* name) { return command[QLatin1String(name)].toString(); };
         if (command.contains("open")) return view_.load(QUrl(text("open")));
-        if (command.contains("run")) return run(text("run"), [](const QVariant& value) { tell(value); });
+        if (command.contains("run")) return view_.page()->runJavaScript(text("run"), tell);
         if (command.contains("click")) return click(text("click"));
         if (command.contains("type")) QTest::keyClicks(hands(), text("type"));
         if (command.contains("selectAll")) QTest::keyClick(hands(), Qt::Key_A, Qt::ControlModifier);
@@ -58,11 +58,6 @@ private:
         download.accept();
     }
 
-    template <class Then>
-    void run(const QString& expression, Then then) {
-        view_.page()->runJavaScript(expression, then);
-    }
-
     void click(const QString& selector) {
         const QString middle =
             QStringLiteral("(() => { const element = document.querySelector(`%1`);"
@@ -70,7 +65,7 @@ private:
                            "const { x, y, width, height } = element.getBoundingClientRect();"
                            "return [x + width / 2, y + height / 2]; })()")
                 .arg(selector);
-        run(middle, [this](const QVariant& place) {
+        view_.page()->runJavaScript(middle, [this](const QVariant& place) {
             const QVariantList at = place.toList();
             if (at.size() == 2)
                 QTest::mouseClick(hands(), Qt::LeftButton, {}, QPoint(at[0].toInt(), at[1].toInt()));

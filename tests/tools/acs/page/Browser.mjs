@@ -29,17 +29,11 @@ export class Browser {
     return (await this.next()).value;
   }
 
-  run(expression) {
-    return this.do({ run: expression });
-  }
+  run(expression) { return this.do({ run: expression }); }
 
-  async open(url) {
-    assert.ok(await this.do({ open: url }), "the page loads");
-  }
+  async open(url) { assert.ok(await this.do({ open: url }), "the page loads"); }
 
-  async click(selector) {
-    assert.ok(await this.do({ click: selector }), `there is ${selector}`);
-  }
+  async click(selector) { assert.ok(await this.do({ click: selector }), `there is ${selector}`); }
 
   /** Types into the field that has the focus, in place of what stands there. */
   async write(text) {
@@ -67,11 +61,7 @@ export class Browser {
     return this.until(`[...document.querySelectorAll(\`${selector}\`)].some((e) => e.innerText.includes(${JSON.stringify(text)}))`);
   }
 
-  picture(name) {
-    return this.do({ picture: join(process.env.KORVANE_PICTURES, `acs-page-${name}.png`) });
-  }
+  picture(name) { return this.do({ picture: join(process.env.KORVANE_PICTURES, `acs-page-${name}.png`) }); }
 
-  close() {
-    this.child.stdin.end();
-  }
+  close() { this.child.stdin.end(); }
 }
