@@ -17,7 +17,7 @@ endforeach()
 add_library(headers_alone OBJECT EXCLUDE_FROM_ALL ${sources})
 target_link_libraries(headers_alone PRIVATE korvane_internals korvane_flags OpenSSL::Crypto)
 if(KORVANE_QT)
-    target_link_libraries(headers_alone PRIVATE korvane-qt Qt6::WebEngineQuick)
+    target_link_libraries(headers_alone PRIVATE korvane-qt $<TARGET_NAME_IF_EXISTS:Qt6::WebEngineQuick>)
 endif()
 target_compile_options(headers_alone PRIVATE -O0 -g0)
 add_test(NAME tree.headersCompileAlone

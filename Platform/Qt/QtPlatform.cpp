@@ -7,8 +7,10 @@
 #include "Platform/Qt/Parts/ViewItem.h"
 #include "Platform/Qt/QtDevice.h"
 #include "Platform/Qt/QtMainLoop.h"
+#include "Platform/Qt/Web/PageEngine.h"
+#include "Platform/View/UIApplication.h"
 
-#include <QtWebEngineQuick>
+#include <qqml.h>
 
 /// Resources of a static library are there only where they are asked for; outside of every namespace.
 static void loadResources() {
@@ -16,17 +18,6 @@ static void loadResources() {
 }
 
 namespace korvane {
-
-namespace {
-
-/// What scripts take from a page's documents may have gaps; the engine itself has none, but knows no such
-/// switch for one page, nor one for TCP.
-void refuseUdpToPages() {
-    constexpr const char* kFlags = "QTWEBENGINE_CHROMIUM_FLAGS";
-    qputenv(kFlags, qgetenv(kFlags) + " --force-webrtc-ip-handling-policy=disable_non_proxied_udp");
-}
-
-} // namespace
 
 struct QtPlatform::Parts {
     QtScreen screen;
@@ -38,8 +29,7 @@ struct QtPlatform::Parts {
 };
 
 void QtPlatform::prepare() {
-    refuseUdpToPages();
-    QtWebEngineQuick::initialize();
+    if (const auto* const pages = PageEngine::ofBuild()) pages->prepare();
 }
 
 QtPlatform::QtPlatform()
@@ -50,6 +40,7 @@ QtPlatform::QtPlatform()
                                          .textMeasurer = parts_->textMeasurer,
                                          .dispatch = parts_->dispatch})) {
     loadResources();
+    application().setShowsPages(PageEngine::ofBuild() != nullptr);
     qmlRegisterType<ViewItem>("Korvane.Parts", 1, 0, "ViewItem");
     qmlRegisterType<KorvaneHost>("Korvane", 1, 0, "KorvaneHost");
 }

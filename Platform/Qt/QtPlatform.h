@@ -13,7 +13,8 @@ namespace korvane {
 class KORVANE_EXPORT QtPlatform final : public SystemPlatform {
 public:
     /// Prepares Qt for screens with web pages. Before the `QGuiApplication` is made. No page of this process
-    /// can send by UDP then: a flag is added to `QTWEBENGINE_CHROMIUM_FLAGS`.
+    /// can send by UDP then: a flag is added to `QTWEBENGINE_CHROMIUM_FLAGS`. Built without Qt WebEngine it does
+    /// nothing, and banks' pages end their challenges in `runtimeError`.
     static void prepare();
 
     /// Makes the QML type `KorvaneHost` known, in the module `Korvane` 1.0.

@@ -60,6 +60,9 @@ public:
     /// Whether a renderer plays animations, so that completions wait for their time. Off without a renderer:
     /// completions run as soon as the main queue comes to them.
     void setPlaysAnimations(bool plays) { playsAnimations_ = plays; }
+    /// Whether what draws the views has an engine for web pages; at first it counts as having one. Any thread.
+    [[nodiscard]] bool showsPages() const noexcept { return showsPages_; }
+    void setShowsPages(bool shows) { showsPages_ = shows; }
     /// Runs work from the main queue when an animation of that length has been played.
     void afterAnimation(Seconds length, std::function<void()> work) const;
 
@@ -83,6 +86,7 @@ private:
     std::weak_ptr<UIResponder> firstResponder_;
     UIApplicationState state_ = UIApplicationState::active;
     std::atomic<double> textScale_{1};
+    std::atomic<bool> showsPages_{true};
     bool playsAnimations_ = false;
     std::weak_ptr<UIWindow> inputWindow_; // shows an input view
 };

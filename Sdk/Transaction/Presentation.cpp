@@ -19,6 +19,13 @@ std::optional<UiType> uiTypeOf(const CRes& cRes) {
     return cRes.acsUiType ? fromRawValue<UiType>(*cRes.acsUiType) : std::nullopt;
 }
 
+constexpr const char* kNoPages =
+    "The bank asks with a web page, and this application was built without an engine for them.";
+
+bool isOutOfReach(const CRes& cRes) {
+    return uiTypeOf(cRes) == UiType::HTML_OTHER && !ChallengeWebViewController::isAvailable();
+}
+
 } // namespace
 
 /// A challenge that began with an HTML page stays with pages; the other way round nothing is said.
@@ -39,6 +46,12 @@ void ChallengeFlow::updateViewControllerContainer(const CRes& cRes) {
 }
 
 void ChallengeFlow::presentRootChallengeVc(const CRes& cRes) {
+    if (isOutOfReach(cRes)) {
+        cancelChallengeTimer();
+        KORVANE_LOG(kPresentRoot, kNoPages);
+        endWithRuntimeError(kNoPages);
+        return;
+    }
     try {
         updateViewControllerContainer(cRes);
         screens_->present(screens_->firstController(), shared_from_this());
@@ -52,6 +65,10 @@ void ChallengeFlow::presentRootChallengeVc(const CRes& cRes) {
 }
 
 void ChallengeFlow::continueChallenge(const CRes& cRes) {
+    if (isOutOfReach(cRes)) {
+        endWithError(kContinue, kNoPages);
+        return;
+    }
     try {
         updateViewControllerContainer(cRes);
     } catch (const std::exception& error) {

@@ -43,6 +43,10 @@ std::string addScalingHeader(std::string_view to) {
            std::string(to);
 }
 
+bool ChallengeWebViewController::isAvailable() {
+    return UIApplication::shared().showsPages();
+}
+
 void ChallengeWebViewController::viewDidLoad() {
     if (!addedListeners) {
         NotificationCenter& center = NotificationCenter::defaultCenter();

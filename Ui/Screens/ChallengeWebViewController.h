@@ -14,6 +14,9 @@ namespace korvane {
 /// would send is taken from it and handed to the transaction, on the global queue. Main queue only.
 class ChallengeWebViewController : public ChallengeViewController, public WKNavigationDelegate {
 public:
+    /// Whether what draws the screens can show pages: without an engine this one stays empty. Any thread.
+    [[nodiscard]] static bool isAvailable();
+
     void viewDidLoad() override;
     void viewWillDisappear(UIAnimated animated) override;
 

@@ -1,3 +1,4 @@
+#include "Platform/View/UIApplication.h"
 #include "Ui/Screens/ChallengeOobNativeViewController.h"
 #include "Ui/Screens/ChallengeTextNativeViewController.h"
 #include "Ui/Screens/ChallengeWebViewController.h"
@@ -75,6 +76,18 @@ TEST_F(ChallengeTest, PageIsLoadedOnceAndTheNextOneChangesInItsPlace) {
     EXPECT_EQ(top<ChallengeWebViewController>(), page);
     EXPECT_EQ(page->challengeWebView->loadCount(), 2);
     EXPECT_FALSE(page->externalAppWasPresented);
+}
+
+TEST_F(ChallengeTest, PageWithoutAnEngineEndsTheChallengeWithATextThatSaysSo) {
+    UIApplication::shared().setShowsPages(false);
+    for (const std::vector<std::string>& uiTypes : {std::vector<std::string>{"05"}, {"04", "05"}}) {
+        create();
+        start(uiTypes);
+        if (uiTypes.size() == 2) goOn();
+        EXPECT_THAT(heard, ElementsAre("runtimeError(-1, The bank asks with a web page, and this application "
+                                       "was built without an engine for them.)"));
+        EXPECT_EQ(root(), nullptr);
+    }
 }
 
 TEST_F(ChallengeTest, ErroAboutTheTimeDoesNotHoldTheMainQueue) {

@@ -4,7 +4,7 @@
 #include "Platform/Qt/Parts/Picture.h"
 #include "Platform/Qt/Parts/Values.h"
 #include "Platform/Qt/Parts/ViewItem.h"
-#include "Platform/Qt/Web/WebPage.h"
+#include "Platform/Qt/Web/PageEngine.h"
 #include "Platform/Security/Secret.h"
 #include "Platform/View/UIActivityIndicatorView.h"
 #include "Platform/View/UIImageView.h"
@@ -146,7 +146,7 @@ void updateVeil(QQuickItem& part, const UIView& view) {
 }
 
 void updatePage(QQuickItem& part, const UIView&) {
-    static_cast<WebPage&>(part).synchronize();
+    static_cast<Page&>(part).synchronize();
 }
 
 struct Row {
@@ -216,11 +216,12 @@ bool PartFactory::suits(const ViewItem& item, const UIView& view) {
 
 QQuickItem* PartFactory::makeContent(const UIView& view, ViewItem& in) {
     const Row* const row = rowOf(view.kind());
-    if (!row) return nullptr;
+    const PageEngine* const pages = PageEngine::ofBuild();
+    if (!row || (view.kind() == UIViewKind::webView && !pages)) return nullptr;
     QQuickItem* part = nullptr;
     if (view.kind() == UIViewKind::image) part = new Picture(pictures_, &in);
     if (view.kind() == UIViewKind::webView)
-        part = new WebPage(engine_, std::static_pointer_cast<WKWebView>(in.view()), &in);
+        part = pages->makePage(engine_, std::static_pointer_cast<WKWebView>(in.view()), in);
     if (!part) part = make(row->file, in);
     part->setZ(row->level);
     return part;

@@ -132,8 +132,7 @@ private:
 };
 
 WebPage::WebPage(QQmlEngine& engine, const std::shared_ptr<WKWebView>& view, QQuickItem* parent)
-    : QQuickItem(parent), view_(view), word_(QUuid::createUuid().toString()),
-      gate_(std::make_unique<Gate>()) {
+    : Page(parent), view_(view), word_(QUuid::createUuid().toString()), gate_(std::make_unique<Gate>()) {
     setFlag(ItemIsFocusScope);
     makeWeb(engine);
     makeEdges();

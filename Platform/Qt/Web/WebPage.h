@@ -1,11 +1,11 @@
 #pragma once
 
+#include "Platform/Qt/Web/PageEngine.h"
 #include "Platform/Qt/Web/WebForm.h"
 #include "Platform/View/UIFocusSystem.h"
 #include "Platform/View/WKWebView.h"
 
 #include <QQmlEngine>
-#include <QQuickItem>
 #include <QUrl>
 
 #include <deque>
@@ -43,7 +43,7 @@ namespace korvane {
 /// **Late answers.** The engine does not wait. A navigation that has no answer when `decidePolicy` returns is
 /// refused. One of the main frame is made once more if it is allowed later, unless the page has asked for
 /// another in between or it is a form of a frame within the page.
-class WebPage : public QQuickItem {
+class WebPage : public Page {
     Q_OBJECT
 
 public:
@@ -51,8 +51,7 @@ public:
     WebPage(QQmlEngine& engine, const std::shared_ptr<WKWebView>& view, QQuickItem* parent);
     ~WebPage() override;
 
-    /// After a change of the view: shows its page if it is another one than before.
-    void synchronize();
+    void synchronize() override;
 
 private slots:
     void onNavigation(QWebEngineNavigationRequest* request);

@@ -1,0 +1,9 @@
+#include "Platform/Qt/Web/PageEngine.h"
+
+namespace korvane {
+
+const PageEngine* PageEngine::ofBuild() {
+    return nullptr;
+}
+
+} // namespace korvane
