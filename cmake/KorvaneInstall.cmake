@@ -1,58 +1,73 @@
-# What `cmake --install` gives: headers under include/korvane (those of the seam as a component of their own), the library, a CMake package and a pkg-config file.
+# What `cmake --install` gives: headers under include/korvane (those of the seam as a component of their own), the libraries, a
+# CMake package, files for pkg-config and the resources. Tools and the QML module install themselves.
 
 include(CMakePackageConfigHelpers)
 
 set(package_folder "${CMAKE_INSTALL_LIBDIR}/cmake/Korvane")
 
-install(TARGETS korvane EXPORT KorvaneTargets
-    ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
-    LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}")
-install(EXPORT KorvaneTargets NAMESPACE Korvane:: DESTINATION "${package_folder}")
+# korvane_install_library(<target> <export> <component of the runtime> <component of the rest>)
+function(korvane_install_library target export runtime development)
+    install(TARGETS ${target} EXPORT ${export}
+        ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT ${development}
+        LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT ${runtime} NAMELINK_COMPONENT ${development})
+    install(EXPORT ${export} NAMESPACE Korvane:: DESTINATION "${package_folder}" COMPONENT ${development})
+endfunction()
 
-foreach(header IN LISTS KORVANE_PUBLISHED)
-    get_filename_component(folder "${header}" DIRECTORY)
-    install(FILES "${KORVANE_PUBLIC_ROOT}/${header}" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/${folder}")
-endforeach()
-foreach(header IN LISTS KORVANE_PUBLISHED_SEAM)
-    get_filename_component(folder "${header}" DIRECTORY)
-    install(FILES "${KORVANE_PUBLIC_ROOT}/${header}" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/${folder}" COMPONENT seam)
-endforeach()
+# korvane_install_headers(<component> <header>...)
+function(korvane_install_headers component)
+    foreach(header IN LISTS ARGN)
+        get_filename_component(folder "${header}" DIRECTORY)
+        install(FILES "${KORVANE_PUBLIC_ROOT}/${header}" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/${folder}" COMPONENT ${component})
+    endforeach()
+endfunction()
 
-# What is shared finds its neighbours from where it lies, so that an installed tree can be moved.
+# korvane_install_pkgconfig(<name> <component>): the prefix is told by where the file lies, so that an installed tree can be moved.
+file(RELATIVE_PATH prefix_from_pkgconfig "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
+function(korvane_install_pkgconfig name component)
+    configure_file("${PROJECT_SOURCE_DIR}/cmake/${name}.pc.in" "${PROJECT_BINARY_DIR}/${name}.pc" @ONLY)
+    install(FILES "${PROJECT_BINARY_DIR}/${name}.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig" COMPONENT ${component})
+endfunction()
+
+# What a static library needs a program must name; a shared one has it. curl is linked as the shared library that it is: its own
+# static requirements are many, and none is ours.
 if(BUILD_SHARED_LIBS)
-    file(RELATIVE_PATH up "/${CMAKE_INSTALL_LIBDIR}" "/")
-    foreach(target IN ITEMS korvane korvane-qt)
-        if(TARGET ${target})
-            set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN/${up}${CMAKE_INSTALL_LIBDIR}")
-        endif()
-    endforeach()
-    file(RELATIVE_PATH up "/${CMAKE_INSTALL_BINDIR}" "/")
-    foreach(target IN ITEMS korvane-acs korvane-challenge korvane-jose)
-        if(TARGET ${target})
-            set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN/${up}${CMAKE_INSTALL_LIBDIR}")
-        endif()
-    endforeach()
+    set(pkgconfig_private .private)
+else()
+    set(pkgconfig_curl " -lcurl")
 endif()
+korvane_install_library(korvane KorvaneTargets library development)
+korvane_install_headers(development ${KORVANE_PUBLISHED})
+korvane_install_headers(seam ${KORVANE_PUBLISHED_SEAM})
+korvane_install_pkgconfig(korvane development)
 
 # The Qt filling is exported apart: applications without Qt do not need to find it.
 if(KORVANE_QT)
-    install(TARGETS korvane-qt EXPORT KorvaneQtTargets
-        ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"
-        LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}")
-    install(EXPORT KorvaneQtTargets NAMESPACE Korvane:: DESTINATION "${package_folder}")
+    if(KORVANE_WEB)
+        set(pkgconfig_web ", Qt6WebEngineQuick")
+    endif()
+    if(NOT BUILD_SHARED_LIBS)
+        set(pkgconfig_korvane "korvane, ")
+    endif()
+    korvane_install_library(korvane-qt KorvaneQtTargets qtlibrary qt)
+    korvane_install_headers(qt ${KORVANE_PUBLISHED_QT})
+    korvane_install_pkgconfig(korvane-qt qt)
+endif()
+
+# What is shared finds its neighbours from where it lies, so that an installed tree can be moved. The tools hold the library.
+if(BUILD_SHARED_LIBS)
+    foreach(target IN ITEMS korvane korvane-qt)
+        if(TARGET ${target})
+            set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN")
+        endif()
+    endforeach()
 endif()
 
 configure_package_config_file("${PROJECT_SOURCE_DIR}/cmake/KorvaneConfig.cmake.in"
     "${PROJECT_BINARY_DIR}/KorvaneConfig.cmake" INSTALL_DESTINATION "${package_folder}")
-write_basic_package_version_file("${PROJECT_BINARY_DIR}/KorvaneConfigVersion.cmake" COMPATIBILITY SameMajorVersion)
+write_basic_package_version_file("${PROJECT_BINARY_DIR}/KorvaneConfigVersion.cmake" COMPATIBILITY SameMinorVersion)
 install(FILES "${PROJECT_BINARY_DIR}/KorvaneConfig.cmake" "${PROJECT_BINARY_DIR}/KorvaneConfigVersion.cmake"
     DESTINATION "${package_folder}")
 
-# The prefix is told by where the file lies, so that an installed tree can be moved.
-file(RELATIVE_PATH prefix_from_pkgconfig "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
-configure_file("${PROJECT_SOURCE_DIR}/cmake/korvane.pc.in" "${PROJECT_BINARY_DIR}/korvane.pc" @ONLY)
-install(FILES "${PROJECT_BINARY_DIR}/korvane.pc" DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
-
 # The resources, where the native platform looks for those of applications that bring none along.
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/resources/KorvaneResources.bundle"
-    DESTINATION "${CMAKE_INSTALL_DATADIR}/korvane/Frameworks/Korvane.framework")
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/korvane/Frameworks/Korvane.framework" COMPONENT resources)

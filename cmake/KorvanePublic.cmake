@@ -70,18 +70,23 @@ function(korvane_publish variable root)
     set(${variable} "${written}" PARENT_SCOPE)
 endfunction()
 
-# What is published lies apart for each component: an application's headers, and those of the seam.
+# What is published lies apart for each component: an application's headers, those of Qt, and those of the seam.
 set(KORVANE_PUBLIC_ROOT "${PROJECT_BINARY_DIR}/include")
-korvane_publish(KORVANE_PUBLISHED "${KORVANE_PUBLIC_ROOT}" ${KORVANE_APPLICATION_HEADERS} ${KORVANE_QT_HEADERS})
+korvane_publish(KORVANE_PUBLISHED "${KORVANE_PUBLIC_ROOT}" ${KORVANE_APPLICATION_HEADERS})
+korvane_publish(KORVANE_PUBLISHED_QT "${KORVANE_PUBLIC_ROOT}" ${KORVANE_APPLICATION_HEADERS} ${KORVANE_QT_HEADERS})
 korvane_publish(published_with_seam "${KORVANE_PUBLIC_ROOT}"
     ${KORVANE_APPLICATION_HEADERS} ${KORVANE_QT_HEADERS} ${KORVANE_SEAM_HEADERS})
 set(KORVANE_PUBLISHED_SEAM ${published_with_seam})
-list(REMOVE_ITEM KORVANE_PUBLISHED_SEAM ${KORVANE_PUBLISHED})
+list(REMOVE_ITEM KORVANE_PUBLISHED_SEAM ${KORVANE_PUBLISHED_QT})
+list(REMOVE_ITEM KORVANE_PUBLISHED_QT ${KORVANE_PUBLISHED})
 
-set(umbrella "#pragma once\n\n/// All that an application without Qt needs.\n\n")
+set(umbrella "#pragma once\n\n/// All that an application without Qt needs.\n\n#include <korvane/Version.h>\n")
 foreach(header IN LISTS KORVANE_APPLICATION_HEADERS)
     korvane_public_name(name "${header}")
     string(APPEND umbrella "#include <${name}>\n")
 endforeach()
 file(CONFIGURE OUTPUT "${KORVANE_PUBLIC_ROOT}/korvane/korvane.h" CONTENT "${umbrella}" @ONLY)
 list(APPEND KORVANE_PUBLISHED korvane/korvane.h)
+
+configure_file("${CMAKE_CURRENT_LIST_DIR}/Version.h.in" "${KORVANE_PUBLIC_ROOT}/korvane/Version.h" @ONLY)
+list(APPEND KORVANE_PUBLISHED korvane/Version.h)

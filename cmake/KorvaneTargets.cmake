@@ -8,6 +8,8 @@ target_compile_features(korvane_flags INTERFACE cxx_std_20)
 target_compile_options(korvane_flags INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror=switch
     "-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=")
+include(KorvaneHardening)
+target_link_libraries(korvane_flags INTERFACE korvane_hardening)
 if(KORVANE_LINKER)
     target_link_options(korvane_flags INTERFACE -fuse-ld=${KORVANE_LINKER})
 endif()
@@ -16,6 +18,9 @@ if(KORVANE_SANITIZE)
         -fsanitize=${KORVANE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(korvane_flags INTERFACE -fsanitize=${KORVANE_SANITIZE})
 endif()
+
+# Until 1.0 the binary interface is kept within a minor version.
+set(KORVANE_ABI "${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}")
 
 # korvane_precompile(<target> [<owner>]): what nearly every source draws in, parsed once for an owner, whose file of a
 # hundred megabytes others with the same flags take over. Each header still compiles alone, which a test of the tree
@@ -81,7 +86,7 @@ function(korvane_library name)
     add_library(${name})
     add_library(Korvane::${name} ALIAS ${name})
     korvane_join_layers(${name} ${LIBRARY_LAYERS})
-    set_target_properties(${name} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+    set_target_properties(${name} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${KORVANE_ABI})
     target_include_directories(${name} PUBLIC
         "$<BUILD_INTERFACE:${KORVANE_PUBLIC_ROOT}>" "$<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>")
     if(BUILD_SHARED_LIBS)
@@ -104,11 +109,13 @@ function(korvane_join_layers library)
     get_target_property(type ${library} TYPE)
     if(type STREQUAL "SHARED_LIBRARY")
         korvane_hide_others(${library})
+        target_link_libraries(${library} PRIVATE "$<BUILD_INTERFACE:korvane_hardening>")
     endif()
     foreach(layer IN LISTS ARGN)
         target_sources(${library} PRIVATE $<TARGET_OBJECTS:korvane_${layer}>)
         get_target_property(libraries korvane_${layer} KORVANE_LIBRARIES)
         target_link_libraries(${library} PRIVATE ${libraries})
+        set_property(GLOBAL APPEND PROPERTY KORVANE_LINKED ${libraries})
     endforeach()
 endfunction()
 

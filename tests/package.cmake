@@ -12,7 +12,7 @@ add_test(NAME package.cmake
         "-DCMAKE_CXX_COMPILER=${CMAKE_CXX_COMPILER}" --test-command sh -c "./consumer && ./filling")
 
 set(libraries "${prefix}/${CMAKE_INSTALL_LIBDIR}")
-set(pkg_config "PKG_CONFIG_PATH=${libraries}/pkgconfig pkg-config $<$<NOT:$<BOOL:${BUILD_SHARED_LIBS}>>:--static> --cflags --libs korvane")
+set(pkg_config "PKG_CONFIG_PATH=${libraries}/pkgconfig pkg-config --cflags --libs korvane")
 set(program "${CMAKE_BINARY_DIR}/package/pkg-config-consumer")
 add_test(NAME package.pkgConfig
     COMMAND sh -c
@@ -27,6 +27,13 @@ if(KORVANE_TOOLS)
             test -s '${prefix}/${CMAKE_INSTALL_MANDIR}/man1/korvane-'$tool.1 && \
             test -s '${prefix}/${CMAKE_INSTALL_DATADIR}/bash-completion/completions/korvane-'$tool || exit 1; done")
     set_tests_properties(package.pages PROPERTIES FIXTURES_REQUIRED package)
+endif()
+
+# The bill of materials names every library that the tools need, but for the compiler's own.
+if(DPKG_QUERY)
+    add_test(NAME package.bill COMMAND "${NODE}" "${consumer}/bill.mjs" "${prefix}/${CMAKE_INSTALL_DATADIR}/doc/korvane/korvane.spdx.json"
+        "${PROJECT_VERSION}" "$<TARGET_FILE:korvane-acs>" "$<TARGET_FILE:korvane-challenge>")
+    set_tests_properties(package.bill PROPERTIES FIXTURES_REQUIRED package)
 endif()
 
 # Within another project: what is there, and that nothing of it is installed. To build it all once more would prove no more.
@@ -56,6 +63,14 @@ add_test(NAME package.shared.hidesTheRest
         ! grep -E 'korvane::(JWE|KeysContainer|ChallengeFlow|Exchange|VCFactory|KeyboardLayout)|nlohmann|asio::' \
             '${shared_program}.symbols'")
 set_tests_properties(package.shared.consumer package.shared.filling package.shared.hidesTheRest PROPERTIES FIXTURES_REQUIRED shared)
+
+# Qt's linter knows what a host has, and what it has not.
+if(KORVANE_QT)
+    set(lint "'${QT6_INSTALL_PREFIX}/${QT6_INSTALL_BINS}/qmllint' -I '${libraries}/qt6/qml'")
+    add_test(NAME package.qmllint
+        COMMAND sh -c "${lint} '${consumer}/qt/Host.qml' && ! ${lint} '${consumer}/qt/WrongHost.qml'")
+    set_tests_properties(package.qmllint PROPERTIES FIXTURES_REQUIRED package)
+endif()
 
 # The program of the README: the scene is loaded, and a transaction is made.
 if(KORVANE_QT)

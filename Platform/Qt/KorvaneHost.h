@@ -6,6 +6,7 @@
 #include <QImage>
 #include <QQuickItem>
 #include <QTimer>
+#include <QtQml/qqmlregistration.h>
 
 #include <memory>
 
@@ -24,6 +25,7 @@ class QtPlatform;
 ///     KorvaneHost { anchors.fill: parent }
 class KorvaneHost : public QQuickItem {
     Q_OBJECT
+    QML_ELEMENT
     /// Dark surroundings; at first as the system's palette is.
     Q_PROPERTY(bool dark READ isDark WRITE setDark NOTIFY darkChanged)
     /// Multiplies the size of all text but bars' and keys'; from 0.5 to 3, at first 1.

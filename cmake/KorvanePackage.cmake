@@ -1,0 +1,80 @@
+# The packages for Debian, one for each component that is installed (`cpack` in the build's folder), and the bill of what they are
+# made of.
+
+# Everything that is linked or compiled in, as files of the machine: dpkg knows whose they are when a package is made.
+find_file(NLOHMANN_JSON_HEADER nlohmann/json.hpp REQUIRED)
+set(linked "")
+get_property(libraries GLOBAL PROPERTY KORVANE_LINKED)
+foreach(library IN LISTS libraries)
+    get_target_property(type ${library} TYPE)
+    if(NOT type STREQUAL "INTERFACE_LIBRARY")
+        list(APPEND linked "korvane|$<TARGET_FILE:${library}>")
+    endif()
+endforeach()
+list(APPEND linked "korvane|${simdjson_DIR}/simdjson-config.cmake" "compiled|${ASIO_INCLUDE_DIR}/asio.hpp"
+    "compiled|${NLOHMANN_JSON_HEADER}")
+if(TARGET CLI11::CLI11)
+    find_file(CLI11_HEADER CLI/CLI.hpp REQUIRED)
+    list(APPEND linked "compiled|${CLI11_HEADER}")
+endif()
+if(TARGET korvane-acs)
+    get_directory_property(httplib DIRECTORY "${PROJECT_SOURCE_DIR}/tools/acs" DEFINITION HTTPLIB_LIBRARY)
+    list(APPEND linked "tools|${httplib}")
+endif()
+if(KORVANE_QT)
+    list(APPEND linked "qt|$<TARGET_FILE:Qt6::Quick>" "qt|${Qt6Quick_DIR}/Qt6QuickConfig.cmake")
+    if(KORVANE_WEB)
+        list(APPEND linked "qt|$<TARGET_FILE:Qt6::WebEngineQuick>" "qt|${Qt6WebEngineQuick_DIR}/Qt6WebEngineQuickConfig.cmake")
+    endif()
+endif()
+list(REMOVE_DUPLICATES linked)
+list(JOIN linked "\n" linked)
+file(GENERATE OUTPUT "${PROJECT_BINARY_DIR}/linked.txt" CONTENT "${linked}\n")
+
+# The licence and its notices, and the bill of materials, which is made anew whenever something is installed.
+set(documents "${CMAKE_INSTALL_DATADIR}/doc/korvane")
+install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" "${PROJECT_SOURCE_DIR}/NOTICE" "${PROJECT_SOURCE_DIR}/CHANGELOG.md"
+    DESTINATION "${documents}" COMPONENT resources)
+find_program(DPKG_QUERY dpkg-query)
+if(DPKG_QUERY)
+    set(bill "${PROJECT_BINARY_DIR}/bill")
+    install(CODE "execute_process(COMMAND \"${CMAKE_COMMAND}\" \"-DVERSION=${PROJECT_VERSION}\" \"-DDPKG_QUERY=${DPKG_QUERY}\"
+        \"-DLINKED=${PROJECT_BINARY_DIR}/linked.txt\" \"-DBUILT_WITH=${PROJECT_SOURCE_DIR}/packages.txt\" \"-DOUTPUT=${bill}\"
+        -P \"${PROJECT_SOURCE_DIR}/cmake/Bill.cmake\" COMMAND_ERROR_IS_FATAL ANY)" COMPONENT resources)
+    install(DIRECTORY "${bill}/" DESTINATION "${documents}" COMPONENT resources)
+endif()
+
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME korvane)
+set(CPACK_PACKAGE_VENDOR "The Korvane developers")
+set(CPACK_PACKAGE_CONTACT "The Korvane developers")
+set(CPACK_STRIP_FILES ON)
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SECTION libs)
+set(CPACK_PROJECT_CONFIG_FILE "${PROJECT_SOURCE_DIR}/cmake/KorvanePackageDepends.cmake")
+set(CPACK_KORVANE_BUILT_WITH "${PROJECT_SOURCE_DIR}/packages.txt")
+set(CPACK_KORVANE_LINKED "${PROJECT_BINARY_DIR}/linked.txt")
+set(CPACK_KORVANE_DPKG_QUERY "${DPKG_QUERY}")
+
+# korvane_deb(<component> <package> <description>): how a component's package is called. One that is not named here is called
+# after its component.
+function(korvane_deb component package description)
+    string(TOUPPER "${component}" key)
+    set(CPACK_DEBIAN_${key}_PACKAGE_NAME "${package}" PARENT_SCOPE)
+    set(CPACK_COMPONENT_${key}_DESCRIPTION "${PROJECT_DESCRIPTION}: ${description}" PARENT_SCOPE)
+    get_cmake_property(components COMPONENTS)
+    if(component IN_LIST components)
+        install(FILES "${PROJECT_SOURCE_DIR}/NOTICE" DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/${package}" RENAME copyright
+            COMPONENT ${component})
+    endif()
+endfunction()
+korvane_deb(resources korvane-data "pictures, storyboard and colours of the screens, licences and the bill of materials")
+korvane_deb(tools korvane-tools "command-line tools")
+korvane_deb(library "libkorvane${KORVANE_ABI}" "the shared library")
+korvane_deb(qtlibrary "libkorvane-qt${KORVANE_ABI}" "the shared library with screens in Qt Quick")
+korvane_deb(development libkorvane-dev "library, headers, CMake package")
+korvane_deb(seam libkorvane-seam-dev "headers for those who bring it to another system")
+korvane_deb(qt libkorvane-qt-dev "library and QML module for Qt Quick")
+include(CPack)
