@@ -53,6 +53,13 @@ if(KORVANE_QT)
     korvane_install_pkgconfig(korvane-qt qt)
 endif()
 
+# Whole programs to begin with, which whoever has the packages copies.
+set(examples "${CMAKE_INSTALL_DATADIR}/doc/korvane/examples")
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples/payment" DESTINATION "${examples}" PATTERN build EXCLUDE)
+if(KORVANE_QT)
+    install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples/shop" DESTINATION "${examples}" COMPONENT qt PATTERN build EXCLUDE)
+endif()
+
 # What is shared finds its neighbours from where it lies, so that an installed tree can be moved. The tools hold the library.
 if(BUILD_SHARED_LIBS)
     foreach(target IN ITEMS korvane korvane-qt)

@@ -67,8 +67,9 @@ set_tests_properties(package.shared.consumer package.shared.filling package.shar
 # Qt's linter knows what a host has, and what it has not.
 if(KORVANE_QT)
     set(lint "'${QT6_INSTALL_PREFIX}/${QT6_INSTALL_BINS}/qmllint' -I '${libraries}/qt6/qml'")
+    set(wrong "${CMAKE_BINARY_DIR}/package/Wrong.qml")
     add_test(NAME package.qmllint
-        COMMAND sh -c "${lint} '${consumer}/qt/Host.qml' && ! ${lint} '${consumer}/qt/WrongHost.qml'")
+        COMMAND sh -c "cd '${PROJECT_SOURCE_DIR}/examples/shop' && ${lint} Shop.qml && sed s/onActive/onBusy/ Shop.qml >'${wrong}' && ! ${lint} '${wrong}'")
     set_tests_properties(package.qmllint PROPERTIES FIXTURES_REQUIRED package)
 endif()
 
