@@ -28,7 +28,7 @@ const words = [
 ];
 
 /** Programs that are built apart from the tree. */
-const isApart = (file) => /^(tests\/(package|docs)|examples\/(payment|shop))\//.test(file);
+const isApart = (file) => /^tests\/(package|docs)\//.test(file);
 
 function* sources(folder) {
   for (const entry of readdirSync(folder, { withFileTypes: true })) {
