@@ -18,6 +18,7 @@ endif()
 # What those include who fill the seam, or draw the screens.
 set(KORVANE_SEAM_HEADERS
     Platform/NotificationCenter.h
+    Platform/Hosted/HostedPlatform.h
     Platform/Native/NativeDispatch.h
     Platform/View/TextMeasurer.h
     Platform/View/UIApplication.h

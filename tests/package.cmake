@@ -45,7 +45,7 @@ add_test(NAME package.subproject
 
 # The same objects as a shared library: what is public can be linked, and nothing else.
 add_library(korvane_shared SHARED EXCLUDE_FROM_ALL)
-korvane_join_layers(korvane_shared platform native headless crypt protocol keyboard ui sdk)
+korvane_join_layers(korvane_shared ${KORVANE_LAYERS})
 set(shared_program "${CMAKE_BINARY_DIR}/package/shared")
 add_test(NAME package.shared.build
     COMMAND "${CMAKE_COMMAND}" --build "${CMAKE_BINARY_DIR}" --target korvane_shared)

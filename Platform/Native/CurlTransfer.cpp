@@ -1,6 +1,7 @@
 #include "Platform/Native/CurlTransfer.h"
 
 #include "Platform/Failure.h"
+#include "Platform/Native/RequestRules.h"
 #include "Platform/Security/TLSSecrets.h"
 
 #include <algorithm>
@@ -13,24 +14,12 @@ namespace {
 
 constexpr const char* kProtocols = "http,https";
 constexpr const char* kProtocolsAfterTLS = "https";
-constexpr long kMostRedirects = 20;
 constexpr Seconds kLongestLimit{30.0 * 24 * 3600};
 
 /// A connection that has idled for longer than these seconds is not used for what may not be
 /// repeated: servers close idle connections after a few seconds, and under TLS libcurl does not
 /// always notice before it has sent.
 constexpr long kFreshEnough = 1;
-
-bool hasPrefix(std::string_view text, std::string_view lowerCasePrefix) {
-    const auto isSame = [](char a, char b) { return (a >= 'A' && a <= 'Z' ? a + ('a' - 'A') : a) == b; };
-    return text.size() >= lowerCasePrefix.size() &&
-           std::equal(lowerCasePrefix.begin(), lowerCasePrefix.end(), text.begin(),
-                      [&](char prefix, char character) { return isSame(character, prefix); });
-}
-
-bool hasControl(std::string_view text) {
-    return std::any_of(text.begin(), text.end(), [](char c) { return c == '\r' || c == '\n' || c == '\0'; });
-}
 
 /// libcurl would write the secrets of a connection to the file that SSLKEYLOGFILE names: whoever sets the
 /// variable could read what the challenge keeps from all others.
@@ -46,15 +35,6 @@ long asLimit(Seconds span, double unitsPerSecond) {
 }
 
 } // namespace
-
-std::optional<std::string> refusal(const URLRequest& request) {
-    const std::string& url = request.url.absoluteString();
-    if (!hasPrefix(url, "http://") && !hasPrefix(url, "https://")) return "unsupported URL";
-    bool isBroken = request.httpMethod.empty() || hasControl(request.httpMethod);
-    for (const auto& [name, value] : request.httpHeaderFields)
-        isBroken = isBroken || name.empty() || hasControl(name) || hasControl(value);
-    return isBroken ? std::optional<std::string>("malformed request") : std::nullopt;
-}
 
 CurlTransfer::CurlTransfer(const URLRequest& request, const URLSessionConfiguration& configuration,
                            std::string_view authorities) {
@@ -93,7 +73,7 @@ void CurlTransfer::setRoads() {
 void CurlTransfer::setMethod(const URLRequest& request) {
     CURL* easy = easy_.get();
     const bool isPost = request.httpMethod == "POST";
-    isRepeatable_ = request.httpMethod == "GET" || request.httpMethod == "HEAD";
+    isRepeatable_ = isRepeatable(request);
     if (isPost || request.httpBody) {
         static constexpr std::uint8_t kNothing = 0;
         const ByteView body = request.httpBody ? ByteView(*request.httpBody) : ByteView();
@@ -142,7 +122,7 @@ void CurlTransfer::setTrust(std::string_view authorities) {
 std::size_t CurlTransfer::receive(char* bytes, std::size_t size, std::size_t count, void* transfer) {
     auto& self = *static_cast<CurlTransfer*>(transfer);
     const std::size_t length = size * count;
-    if (length > kMostResponseBytes - self.body_.size()) self.excess_ = "The answer is larger than 16 MiB.";
+    if (length > kMostResponseBytes - self.body_.size()) self.excess_ = kBodyRefusal;
     if (self.excess_) return 0;
     self.body_.insert(self.body_.end(), bytes, bytes + length);
     return length;
@@ -165,7 +145,7 @@ int CurlTransfer::permit(void* transfer, char*, char*, int, int) {
     if (std::exchange(self.isSent_, true) && !self.isRepeatable_) return CURL_PREREQFUNC_ABORT;
     const char* url = nullptr;
     curl_easy_getinfo(self.easy_.get(), CURLINFO_EFFECTIVE_URL, &url);
-    if (!url || hasPrefix(url, "https:"))
+    if (!url || isOverTLS(url))
         curl_easy_setopt(self.easy_.get(), CURLOPT_REDIR_PROTOCOLS_STR, kProtocolsAfterTLS);
     self.headBytes_ = 0;
     return CURL_PREREQFUNC_OK;
@@ -174,7 +154,7 @@ int CurlTransfer::permit(void* transfer, char*, char*, int, int) {
 TransferOutcome CurlTransfer::outcome(CURLcode code) {
     if (code == CURLE_OK) return {std::move(body_), std::nullopt};
     if (code == CURLE_ABORTED_BY_CALLBACK) return {std::nullopt, "The connection ended without an answer."};
-    if (code == CURLE_LOGIN_DENIED) return {std::nullopt, "A URL must not name a user."};
+    if (code == CURLE_LOGIN_DENIED) return {std::nullopt, kUserRefusal};
     if (excess_) return {std::nullopt, excess_};
     return {std::nullopt, error_.front() ? error_.data() : curl_easy_strerror(code)};
 }

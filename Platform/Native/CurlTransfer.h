@@ -16,9 +16,6 @@ struct TransferOutcome {
     std::optional<std::string> error;
 };
 
-/// Why a request cannot be sent at all: its URL's scheme, or a line break in its method or headers.
-[[nodiscard]] std::optional<std::string> refusal(const URLRequest& request);
-
 /// One request in libcurl's terms. One thread.
 class CurlTransfer {
 public:

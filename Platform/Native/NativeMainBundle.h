@@ -9,7 +9,7 @@ namespace korvane {
 
 /// The application's own files, which lie beside its program. Its frameworks do too, or else where an
 /// installation of the library has them.
-class NativeMainBundle final : public FolderBundle {
+class NativeMainBundle : public FolderBundle {
 public:
     NativeMainBundle() : FolderBundle(programFile().parent_path().string()) {}
 

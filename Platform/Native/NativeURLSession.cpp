@@ -2,6 +2,7 @@
 
 #include "Platform/Native/CurlEngine.h"
 #include "Platform/Native/CurlTransfer.h"
+#include "Platform/Native/RequestRules.h"
 
 #include <atomic>
 #include <fstream>

@@ -17,7 +17,7 @@ public:
     /// Trusts further authorities in every session made from now on, as a test bed needs. Before other
     /// threads use the platform.
     /// @param pem  certificates in PEM, one after the other.
-    void addCertificateAuthorities(const std::string& pem);
+    virtual void addCertificateAuthorities(const std::string& pem);
 
     /// Lets someone look at the answers to all sessions made from now on, for tools that say what a server
     /// did. Before other threads use the platform.

@@ -18,23 +18,12 @@ QEvent::Type jobEvent() {
 } // namespace
 
 void QtMainLoop::post(std::function<void()> job) {
-    {
-        const std::lock_guard lock(mutex_);
-        jobs_.push_back(std::move(job));
-    }
-    hasJobs_.notify_one();
+    jobs_.push(std::move(job));
     QCoreApplication::postEvent(this, new QEvent(jobEvent()));
 }
 
 void QtMainLoop::runOne() {
-    std::function<void()> job;
-    {
-        std::unique_lock lock(mutex_);
-        hasJobs_.wait(lock, [this] { return !jobs_.empty(); });
-        job = std::move(jobs_.front());
-        jobs_.pop_front();
-    }
-    job();
+    jobs_.pop()();
 }
 
 bool QtMainLoop::isCurrent() const {
@@ -44,14 +33,7 @@ bool QtMainLoop::isCurrent() const {
 /// A job that was run by `runOne` leaves its event behind.
 bool QtMainLoop::event(QEvent* event) {
     if (event->type() != jobEvent()) return QObject::event(event);
-    std::function<void()> job;
-    {
-        const std::lock_guard lock(mutex_);
-        if (jobs_.empty()) return true;
-        job = std::move(jobs_.front());
-        jobs_.pop_front();
-    }
-    job();
+    if (const auto job = jobs_.popWithin(Seconds{0})) job();
     return true;
 }
 

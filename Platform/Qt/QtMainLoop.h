@@ -1,13 +1,11 @@
 #pragma once
 
+#include "Platform/Native/JobQueue.h"
 #include "Platform/Native/MainLoop.h"
 
 #include <QObject>
 
-#include <condition_variable>
-#include <deque>
 #include <functional>
-#include <mutex>
 
 namespace korvane {
 
@@ -26,9 +24,7 @@ protected:
     bool event(QEvent* event) override;
 
 private:
-    std::mutex mutex_;
-    std::condition_variable hasJobs_;
-    std::deque<std::function<void()>> jobs_;
+    JobQueue jobs_;
 };
 
 } // namespace korvane

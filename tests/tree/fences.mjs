@@ -13,7 +13,7 @@ const libraries = [
   { name: /^zlib\.h$/, folders: ["Platform/Security"] },
   { name: /^unicode\//, folders: ["Platform"] },
   { name: /^simdjson/, folders: ["Platform"] },
-  { name: /^(curl|asio)[./]/, folders: ["Platform/Native"] },
+  { name: /^(curl|asio)[./]/, folders: ["Platform/Native", "tests/Platform/Hosted"] },
   { name: /^fontconfig\//, folders: ["Platform/Headless"] },
   { name: /^Q[A-Z]/, folders: ["Platform/Qt", "examples", "tests/Platform/Qt", "tests/examples", "tests/tools/acs/page", "bench/Qt"] },
 ];
@@ -23,7 +23,7 @@ const words = [
   {
     name: "a thread or a clock of its own",
     pattern: /\bstd::(jthread|thread|this_thread|async)\b|_clock::now\b/,
-    folders: ["Platform/Native", "Platform/Qt", "tools/acs", "tools/challenge/play", "examples", "tests", "bench", "fuzz"],
+    folders: ["Platform/Native", "Platform/Hosted", "Platform/Qt", "tools/acs", "tools/challenge/play", "examples", "tests", "bench", "fuzz"],
   },
 ];
 
