@@ -8,15 +8,33 @@
 
 namespace korvane {
 
-std::shared_ptr<NSBundle> Bundle::resources() {
-    const std::filesystem::path framework =
-        std::filesystem::path(Platform::current().mainBundle().privateFrameworksPath()) / "Korvane.framework";
-    const std::filesystem::path bundle = framework / "KorvaneResources.bundle";
+namespace {
+
+std::filesystem::path framework() {
+    return std::filesystem::path(Platform::current().mainBundle().privateFrameworksPath()) /
+           "Korvane.framework";
+}
+
+std::filesystem::path bundle() {
+    return framework() / "KorvaneResources.bundle";
+}
+
+bool isFolder(const std::filesystem::path& path) {
     std::error_code error;
-    if (std::filesystem::is_directory(bundle, error)) return NSBundle::bundleWithPath(bundle.string());
-    const bool hasFramework = std::filesystem::is_directory(framework, error);
-    fatalError(hasFramework ? "KorvaneResources.bundle not found!"
-                            : "Cannot access KorvaneResources.bundle!");
+    return std::filesystem::is_directory(path, error);
+}
+
+} // namespace
+
+bool Bundle::hasResources() {
+    return isFolder(bundle());
+}
+
+std::shared_ptr<NSBundle> Bundle::resources() {
+    const std::filesystem::path folder = bundle();
+    if (isFolder(folder)) return NSBundle::bundleWithPath(folder.string());
+    fatalError(isFolder(framework()) ? "KorvaneResources.bundle not found!"
+                                     : "Cannot access KorvaneResources.bundle!");
 }
 
 } // namespace korvane

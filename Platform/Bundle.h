@@ -11,6 +11,9 @@ struct Bundle {
     /// Images, colours and screens: the folder `Frameworks/Korvane.framework/KorvaneResources.bundle` of the
     /// application's own bundle. Without it no challenge can be shown and the process ends (`fatalError`).
     [[nodiscard]] static std::shared_ptr<NSBundle> resources();
+
+    /// Whether the folder is there.
+    [[nodiscard]] static bool hasResources();
 };
 
 } // namespace korvane

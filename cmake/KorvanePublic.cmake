@@ -91,3 +91,7 @@ list(APPEND KORVANE_PUBLISHED korvane/korvane.h)
 
 configure_file("${CMAKE_CURRENT_LIST_DIR}/Version.h.in" "${KORVANE_PUBLIC_ROOT}/korvane/Version.h" @ONLY)
 list(APPEND KORVANE_PUBLISHED korvane/Version.h)
+
+# The face for C is apart: it stands alone, and applications in C++ have no need of it.
+korvane_publish(published_for_c "${KORVANE_PUBLIC_ROOT}" C/korvane_c.h)
+list(APPEND KORVANE_PUBLISHED ${published_for_c})

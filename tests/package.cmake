@@ -60,6 +60,7 @@ endforeach()
 add_test(NAME package.shared.hidesTheRest
     COMMAND sh -c "nm -DC --defined-only '$<TARGET_FILE:korvane_shared>' >'${shared_program}.symbols' && \
         grep -q 'korvane::ThreeDS2Service::' '${shared_program}.symbols' && \
+        grep -q 'korvane_release@@KORVANE_0' '${shared_program}.symbols' && \
         ! grep -E 'korvane::(JWE|KeysContainer|ChallengeFlow|Exchange|VCFactory|KeyboardLayout)|nlohmann|asio::' \
             '${shared_program}.symbols'")
 set_tests_properties(package.shared.consumer package.shared.filling package.shared.hidesTheRest PROPERTIES FIXTURES_REQUIRED shared)

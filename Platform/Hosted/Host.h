@@ -56,10 +56,10 @@ struct HostRequest {
 struct HostAnswer {
     int status = 0;
     /// Where a redirecting answer leads to, as a whole URL.
-    std::optional<std::string> location;
-    Bytes body;
+    std::optional<std::string> location = std::nullopt;
+    Bytes body = {};
     /// Not empty where no answer came.
-    std::string error;
+    std::string error = {};
 };
 
 /// What a host hands in. An empty function leaves the operating system's own service in place. Called on any
@@ -68,23 +68,23 @@ struct HostAnswer {
 struct Host {
     /// Asks the host to call `HostedPlatform::runMain` with 0 seconds on its main thread, once for each call
     /// and soon. Empty where the host's main thread waits in `runMain` itself.
-    std::function<void()> wakeMain;
+    std::function<void()> wakeMain = {};
 
     /// Without an answer the system's value counts.
-    std::function<std::vector<std::string>(HostValue)> values;
+    std::function<std::vector<std::string>(HostValue)> values = {};
 
     /// Begins an exchange and returns at once; `HostedPlatform::complete` is told what came of it. Answers
     /// whose head has more than `kMostHeadBytes` or whose body has more than `kMostResponseBytes` are errors,
     /// and are not read to their end.
-    std::function<void(const HostRequest&)> send;
+    std::function<void(const HostRequest&)> send = {};
 
     /// Nobody waits for this exchange any more. May be empty, and come before `send` has returned.
-    std::function<void(std::uint64_t number)> cancel;
+    std::function<void(std::uint64_t number)> cancel = {};
 
     /// The application's small texts that survive restarts. Both or none.
-    std::function<std::optional<std::string>(const std::string& key)> load;
+    std::function<std::optional<std::string>(const std::string& key)> load = {};
     /// @return whether the text is kept.
-    std::function<bool(const std::string& key, const std::string& text)> save;
+    std::function<bool(const std::string& key, const std::string& text)> save = {};
 };
 
 } // namespace korvane
