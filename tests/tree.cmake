@@ -3,7 +3,8 @@
 # Every header compiles alone, and twice.
 file(GLOB_RECURSE headers RELATIVE "${PROJECT_SOURCE_DIR}" CONFIGURE_DEPENDS
     "${PROJECT_SOURCE_DIR}/Platform/*.h" "${PROJECT_SOURCE_DIR}/Crypt/*.h" "${PROJECT_SOURCE_DIR}/Sdk/*.h"
-    "${PROJECT_SOURCE_DIR}/keyboard/*.h" "${PROJECT_SOURCE_DIR}/Ui/*.h" "${PROJECT_SOURCE_DIR}/C/*.h"
+    "${PROJECT_SOURCE_DIR}/keyboard/*.h" "${PROJECT_SOURCE_DIR}/Ui/*.h" "${PROJECT_SOURCE_DIR}/Input/*.h" "${PROJECT_SOURCE_DIR}/Cardholder/*.h"
+    "${PROJECT_SOURCE_DIR}/C/*.h"
     "${PROJECT_SOURCE_DIR}/tests/support/*.h")
 if(NOT KORVANE_QT)
     list(FILTER headers EXCLUDE REGEX "^Platform/Qt/")
@@ -34,6 +35,6 @@ add_test(NAME tree.includesKeepTheirFences
 # Sources look as .clang-format says. Others than the version that the machines of the project have may say otherwise.
 find_program(CLANG_FORMAT NAMES clang-format-14 clang-format REQUIRED)
 add_test(NAME tree.isFormatted
-    COMMAND sh -c "find Platform Crypt Sdk keyboard Ui C tools examples tests fuzz bench -name '*.h' -o -name '*.cpp' |
+    COMMAND sh -c "find Platform Crypt Sdk keyboard Ui Input Cardholder C tools examples tests fuzz bench -name '*.h' -o -name '*.cpp' |
         xargs '${CLANG_FORMAT}' --dry-run -Werror"
     WORKING_DIRECTORY "${PROJECT_SOURCE_DIR}")

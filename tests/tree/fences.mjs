@@ -5,7 +5,7 @@
 import { existsSync, readdirSync, readFileSync } from "node:fs";
 import { dirname, join, relative } from "node:path";
 
-const roots = ["Platform", "Crypt", "Sdk", "keyboard", "Ui", "C", "tools", "examples", "tests", "fuzz", "bench"];
+const roots = ["Platform", "Crypt", "Sdk", "keyboard", "Ui", "Input", "Cardholder", "C", "tools", "examples", "tests", "fuzz", "bench"];
 
 /** Which folders may include a foreign library. */
 const libraries = [

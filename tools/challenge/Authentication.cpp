@@ -8,8 +8,7 @@ namespace {
 
 constexpr Seconds kTimeLimit{60.0};
 
-URLRequest requestOf(const std::string& url, JSON values) {
-    values.erase("event");
+URLRequest requestOf(const std::string& url, const JSON& values) {
     URLRequest request{URL::make(url).value()};
     request.httpMethod = "POST";
     request.httpHeaderFields = {{"Content-Type", "application/json;charset=UTF-8"}};

@@ -20,7 +20,7 @@ struct ServerReply {
 
 /// Sends an authentication request to a 3DS server, as the application would.
 /// @param url      one that `URL::make` takes.
-/// @param request  the `authenticationRequest` event.
+/// @param request  its values, as the application sends them.
 /// @param onReply  runs on the main queue.
 void askServer(const std::string& url, const JSON& request, std::shared_ptr<const Wire> wire,
                std::function<void(const ServerReply&)> onReply);

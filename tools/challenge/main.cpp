@@ -1,4 +1,4 @@
-#include "tools/challenge/Actions.h"
+#include "Cardholder/Actions.h"
 #include "tools/challenge/Certificates.h"
 #include "tools/challenge/Session.h"
 #include "tools/challenge/play/Plan.h"
@@ -24,7 +24,7 @@ std::string footer() {
            "cannot be served is answered by an error event. The end of the input cancels.\n"
            "An ending has a hint where the tool knows more of its reason than the library tells.\n\n"
            "Actions, as in {\"action\":\"submit\",\"data\":\"1234\"}; members in brackets may be absent:\n" +
-           actionHelp() + "\n" + planHelp() +
+           cardholder::actionHelp() + "\n" + planHelp() +
            "The first difference cancels the challenge. Times run from the authentication request to the "
            "ending, the\n"
            "server's answer included; where many run at a time they wait for this machine's processors too.\n"

@@ -1,6 +1,6 @@
 #include "tools/common/CheckedText.h"
 
-#include "tools/common/JSONBreak.h"
+#include "Input/JSONBreak.h"
 #include "tools/common/UsageError.h"
 
 #include <algorithm>
@@ -31,7 +31,7 @@ CheckedText::CheckedText(std::string_view text, std::string name)
 
 JSON CheckedText::parse(std::string_view text, const std::string& name) {
     if (auto value = JSONSerialization::jsonObject(text)) return std::move(*value);
-    const JSONBreak at = findJSONBreak(text);
+    const input::JSONBreak at = input::findJSONBreak(text);
     throw UsageError(placeOf(name, lineAt(text, at.position)) + at.reason);
 }
 

@@ -1,9 +1,9 @@
 #include "tools/jose/Batch.h"
 
+#include "Input/InputError.h"
+#include "Input/JSONBreak.h"
 #include "Platform/JSON.h"
 #include "Platform/Security/Secret.h"
-#include "tools/common/InputError.h"
-#include "tools/common/JSONBreak.h"
 #include "tools/common/Terminal.h"
 #include "tools/jose/OperationTable.h"
 
@@ -11,6 +11,7 @@
 
 namespace korvane::jose {
 
+using namespace input;
 using namespace tools;
 
 namespace {

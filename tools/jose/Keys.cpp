@@ -5,12 +5,12 @@
 #include "Crypt/RSAPrivateKey.h"
 #include "Crypt/RSAPublicKey.h"
 #include "Crypt/SymmetricKey.h"
+#include "Input/Arguments.h"
 #include "Platform/Security/SecCertificate.h"
-#include "tools/common/Arguments.h"
 
 namespace korvane::jose {
 
-using namespace tools;
+using namespace input;
 
 /// An RSA private key by its numbers. The library makes no platform key of an RSA private JWK; this type is
 /// the way that it leaves to applications.

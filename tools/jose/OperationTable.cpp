@@ -7,7 +7,7 @@
 
 namespace korvane::jose {
 
-using namespace tools;
+using namespace input;
 
 namespace {
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "Input/Arguments.h"
 #include "Platform/JSON.h"
-#include "tools/common/Arguments.h"
 
 #include <span>
 #include <string>
@@ -13,8 +13,8 @@ namespace korvane::jose {
 struct Operation {
     std::string_view name;
     /// All members of its lines, "op" included.
-    std::span<const tools::Member> members;
-    JSON (*perform)(const tools::Arguments& arguments);
+    std::span<const input::Member> members;
+    JSON (*perform)(const input::Arguments& arguments);
 };
 
 /// Finds the operation that a line asks for and does it.

@@ -10,7 +10,7 @@
 
 namespace korvane::jose {
 
-using namespace tools;
+using namespace input;
 
 namespace {
 

@@ -1,9 +1,9 @@
 #include "tools/challenge/play/Plan.h"
 
-#include "tools/challenge/Actions.h"
-#include "tools/challenge/ScreenText.h"
+#include "Cardholder/Actions.h"
+#include "Cardholder/ScreenText.h"
+#include "Input/InputError.h"
 #include "tools/common/CheckedText.h"
-#include "tools/common/InputError.h"
 #include "tools/common/InputFile.h"
 
 #include <algorithm>
@@ -49,14 +49,14 @@ void checkEnding(const CheckedValue& ending) {
 PlannedStep readStep(const CheckedValue& value) {
     PlannedStep step;
     value.readIfPresent("screen", [&step](const CheckedValue& screen) {
-        screen.requireKnown(kScreenMembers);
+        screen.requireKnown(cardholder::kScreenMembers);
         step.screen = screen.json();
     });
     step.action = value.object();
     step.action.erase("screen");
     try {
-        requireAction(step.action);
-    } catch (const tools::InputError& error) {
+        cardholder::requireAction(step.action);
+    } catch (const input::InputError& error) {
         value.fault(error.description());
     }
     return step;
@@ -101,9 +101,10 @@ std::vector<std::string> differences(const JSON& expected, const JSON& got) {
 
 std::string planHelp() {
     std::string members;
-    for (std::size_t index = 0; index < kScreenMembers.size(); ++index) {
+    for (std::size_t index = 0; index < cardholder::kScreenMembers.size(); ++index) {
         const std::string_view separator = index % 9 == 0 ? "\n  " : " ";
-        members += (index == 0 ? "" : ",") + std::string(separator) + std::string(kScreenMembers[index]);
+        members +=
+            (index == 0 ? "" : ",") + std::string(separator) + std::string(cardholder::kScreenMembers[index]);
     }
     return "A plan is a JSON object:\n"
            "  description  for people\n"

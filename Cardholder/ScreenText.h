@@ -6,7 +6,7 @@
 #include <array>
 #include <string_view>
 
-namespace korvane::challenge {
+namespace korvane::cardholder {
 
 /// The members that a `screen` event can have, beside "event" itself.
 inline constexpr std::array<std::string_view, 17> kScreenMembers{
@@ -21,4 +21,4 @@ inline constexpr std::array<std::string_view, 17> kScreenMembers{
 /// How a screen is meant to be held: "PORTRAIT" or "LANDSCAPE"; a page is shown in either.
 [[nodiscard]] std::string_view orientationOf(const ChallengeViewController& screen);
 
-} // namespace korvane::challenge
+} // namespace korvane::cardholder

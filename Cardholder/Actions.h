@@ -1,14 +1,14 @@
 #pragma once
 
+#include "Cardholder/Finger.h"
 #include "Platform/JSON.h"
 #include "Platform/UIDevice.h"
-#include "tools/challenge/Finger.h"
 
 #include <functional>
 #include <memory>
 #include <string>
 
-namespace korvane::challenge {
+namespace korvane::cardholder {
 
 /// What an action is done to.
 struct Stage {
@@ -37,4 +37,4 @@ void requireAction(const JSON& line);
 /// The actions with their members, optional ones in brackets: one line each.
 [[nodiscard]] std::string actionHelp();
 
-} // namespace korvane::challenge
+} // namespace korvane::cardholder

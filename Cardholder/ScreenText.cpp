@@ -1,4 +1,4 @@
-#include "tools/challenge/ScreenText.h"
+#include "Cardholder/ScreenText.h"
 
 #include "Platform/Platform.h"
 #include "Ui/Screens/ChallengeOobNativeViewController.h"
@@ -6,7 +6,7 @@
 #include "Ui/Screens/ChallengeTextNativeViewController.h"
 #include "Ui/Screens/ChallengeWebViewController.h"
 
-namespace korvane::challenge {
+namespace korvane::cardholder {
 
 namespace {
 
@@ -130,4 +130,4 @@ JSON screenEvent(ChallengeViewController& screen) {
     return event;
 }
 
-} // namespace korvane::challenge
+} // namespace korvane::cardholder

@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace korvane::tools {
+namespace korvane::input {
 
 /// What can be wrong with a line of input before the library has been asked anything. All cases
 /// carry a description.
@@ -38,19 +38,19 @@ enum class InputErrorCase {
     return kNoRawValue;
 }
 
-} // namespace korvane::tools
+} // namespace korvane::input
 
 namespace korvane {
 
 template <>
-struct FailureTraits<tools::InputErrorCase> {
+struct FailureTraits<input::InputErrorCase> {
     static constexpr std::string_view domain = "InputError";
     using Value = FailureValue;
 };
 
 } // namespace korvane
 
-namespace korvane::tools {
+namespace korvane::input {
 
 using InputError = TypedFailure<InputErrorCase>;
 
@@ -60,4 +60,4 @@ using InputError = TypedFailure<InputErrorCase>;
     return InputError(kind, Description{"\"" + std::string(member) + "\" " + std::string(what)});
 }
 
-} // namespace korvane::tools
+} // namespace korvane::input

@@ -8,7 +8,7 @@
 #include <stdexcept>
 #include <string>
 
-namespace korvane::challenge {
+namespace korvane::cardholder {
 
 /// Why a screen does not take an action, in words for a person.
 class Refusal : public std::runtime_error {
@@ -44,4 +44,4 @@ private:
     std::shared_ptr<UIWindow> window_;
 };
 
-} // namespace korvane::challenge
+} // namespace korvane::cardholder

@@ -1,10 +1,10 @@
-#include "tools/common/Arguments.h"
+#include "Input/Arguments.h"
 
 #include "Crypt/DataExtensions.h"
 
 #include <algorithm>
 
-namespace korvane::tools {
+namespace korvane::input {
 
 namespace {
 
@@ -105,4 +105,4 @@ std::size_t Arguments::count(std::string_view name, std::size_t largest) const {
     return number.get<std::size_t>();
 }
 
-} // namespace korvane::tools
+} // namespace korvane::input

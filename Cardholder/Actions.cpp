@@ -1,25 +1,25 @@
-#include "tools/challenge/Actions.h"
+#include "Cardholder/Actions.h"
 
+#include "Input/Arguments.h"
 #include "Platform/View/UIApplication.h"
 #include "Ui/Screens/ChallengeOobNativeViewController.h"
 #include "Ui/Screens/ChallengeSelectNativeViewController.h"
 #include "Ui/Screens/ChallengeTextNativeViewController.h"
 #include "Ui/Screens/ChallengeWebViewController.h"
-#include "tools/common/Arguments.h"
 
 #include <algorithm>
 #include <map>
 #include <set>
 #include <span>
 
-namespace korvane::challenge {
+namespace korvane::cardholder {
 
-using tools::Arguments;
-using tools::InputError;
-using tools::InputErrorCase;
-using tools::Member;
-using tools::MemberType;
-using tools::Presence;
+using input::Arguments;
+using input::InputError;
+using input::InputErrorCase;
+using input::Member;
+using input::MemberType;
+using input::Presence;
 
 namespace {
 
@@ -122,7 +122,7 @@ Aftermath cancel(const Arguments& /*arguments*/, const Stage& stage) {
 Aftermath rotate(const Arguments& arguments, const Stage& stage) {
     const std::string& to = arguments.text("to");
     if (to != "PORTRAIT" && to != "LANDSCAPE")
-        throw tools::memberError(InputErrorCase::outOfRange, "to", "must be PORTRAIT or LANDSCAPE.");
+        throw input::memberError(InputErrorCase::outOfRange, "to", "must be PORTRAIT or LANDSCAPE.");
     stage.turn(to == "PORTRAIT" ? UIDeviceOrientation::portrait : UIDeviceOrientation::landscapeLeft);
     return Aftermath::turn;
 }
@@ -181,12 +181,12 @@ constexpr ActionRow kActions[] = {
 const ActionRow& rowOf(const JSON& line) {
     const auto name = line.find("action");
     if (name == line.end() || !name->is_string())
-        throw tools::memberError(InputErrorCase::missingMember, "action", "is missing or no string.");
+        throw input::memberError(InputErrorCase::missingMember, "action", "is missing or no string.");
     const auto* row = std::find_if(std::begin(kActions), std::end(kActions), [&](const ActionRow& candidate) {
         return candidate.name == name->get_ref<const std::string&>();
     });
     if (row == std::end(kActions))
-        throw tools::memberError(InputErrorCase::unknownOp, "action",
+        throw input::memberError(InputErrorCase::unknownOp, "action",
                                  "is not known: " + name->get<std::string>());
     return *row;
 }
@@ -215,4 +215,4 @@ std::string actionHelp() {
     return help;
 }
 
-} // namespace korvane::challenge
+} // namespace korvane::cardholder

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "Input/InputError.h"
 #include "Platform/Bytes.h"
 #include "Platform/JSON.h"
 #include "Platform/Security/Secret.h"
-#include "tools/common/InputError.h"
 
 #include <cstddef>
 #include <optional>
@@ -12,7 +12,7 @@
 #include <string_view>
 #include <vector>
 
-namespace korvane::tools {
+namespace korvane::input {
 
 enum class MemberType { text, number, object, boolean, list };
 enum class Presence { required, optional };
@@ -84,4 +84,4 @@ private:
     std::string_view path_;
 };
 
-} // namespace korvane::tools
+} // namespace korvane::input

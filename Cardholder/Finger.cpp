@@ -1,11 +1,11 @@
-#include "tools/challenge/Finger.h"
+#include "Cardholder/Finger.h"
 
 #include "Platform/Text.h"
 
 #include <array>
 #include <optional>
 
-namespace korvane::challenge {
+namespace korvane::cardholder {
 
 namespace {
 
@@ -127,4 +127,4 @@ void Finger::closeKeyboard(ChallengeTextNativeViewController& screen) {
     if (screen.otp->isFirstResponder() && bar) tap(*bar->buttonClose());
 }
 
-} // namespace korvane::challenge
+} // namespace korvane::cardholder
