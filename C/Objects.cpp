@@ -1,5 +1,6 @@
 #include "C/Objects.h"
 
+#include "Platform/Bundle.h"
 #include "Platform/Logger.h"
 
 #include <condition_variable>
@@ -79,6 +80,15 @@ void Visit::requireOutermost() const {
     requireMain();
     const std::lock_guard lock(visitors().mutex);
     if (visitors().ofMain > 1) throw CallError(KORVANE_BAD_STATE, "This is not for callbacks.");
+}
+
+void requireReadyForChallenge(const Visit& visit, std::int64_t minutes) {
+    constexpr std::int64_t kMostMinutes = 1'000'000;
+    if (minutes < 0 || minutes > kMostMinutes)
+        throw CallError(KORVANE_BAD_ARGUMENT, "minutes are 0 to 1000000.");
+    if (Bundle::hasResources()) return;
+    throw CallError(KORVANE_NO_RESOURCES, "Korvane.framework/KorvaneResources.bundle is not in " +
+                                              visit.platform().mainBundle().privateFrameworksPath() + ".");
 }
 
 } // namespace korvane::c

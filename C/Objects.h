@@ -91,9 +91,22 @@ public:
         : transaction(std::move(itsTransaction)), request(transaction->getAuthenticationRequestParameters()) {
     }
 
+    /// To be called before its challenge starts.
+    /// @throws CallError where it has had one.
+    void takeStart() {
+        if (isStarted_.exchange(true))
+            throw CallError(KORVANE_BAD_STATE, "The transaction has had its challenge.");
+    }
+
     const std::shared_ptr<Transaction> transaction;
     const AuthenticationRequestParameters request;
-    std::atomic<bool> isStarted{false};
+
+private:
+    std::atomic<bool> isStarted_{false};
 };
+
+/// What every challenge needs.
+/// @throws CallError for minutes that no challenge has, and without the screens' resources.
+void requireReadyForChallenge(const Visit& visit, std::int64_t minutes);
 
 } // namespace korvane::c

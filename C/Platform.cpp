@@ -24,11 +24,18 @@ bool isExtent(double points) {
     return std::isfinite(points) && points >= 0 && points <= kMost;
 }
 
+/// A reason that has no words is one all the same.
+std::string failureOf(const char* error) {
+    if (!error) return {};
+    const std::string text = textOf(error, "error");
+    return text.empty() ? "The host tells no reason." : text;
+}
+
 HostAnswer answerOf(const korvane_http_answer& given) {
     return {.status = given.status,
             .location = textIfPresent(given.location, "location"),
             .body = bytesOf(given.body, given.body_length, kMostResponseBytes, "body"),
-            .error = given.error ? textOf(given.error, "error") + "." : std::string()};
+            .error = failureOf(given.error)};
 }
 
 } // namespace

@@ -1,13 +1,10 @@
 #include "C/Objects.h"
-#include "Platform/Bundle.h"
-#include "Platform/JSON.h"
+#include "Cardholder/Values.h"
 
 using namespace korvane;
 using namespace korvane::c;
 
 namespace {
-
-constexpr std::int64_t kMostMinutes = 1'000'000;
 
 /// Tells a program the ending of a challenge: the first one, since a challenge whose time ran out before its
 /// first screen may go on unseen. Main queue only.
@@ -103,15 +100,7 @@ korvane_result korvane_transaction_authentication_request_json(korvane_transacti
         const Visit visit;
         const auto found = visit.find<TransactionObject>(transaction, "transaction");
         require(json, "json");
-        const AuthenticationRequestParameters& own = found->request;
-        JSONObjectWriter object(own.getDeviceData().size() + 512);
-        object.addString("deviceData", own.getDeviceData());
-        object.addString("sdkTransId", own.getSDKTransactionID());
-        object.addString("sdkAppID", own.getSDKAppID());
-        object.addString("sdkReferenceNum", own.getSDKReferenceNumber());
-        object.addJSON("ephemeralPublic", own.getSDKEphemeralPublicKey());
-        object.addString("messageVersion", own.getMessageVersion());
-        *json = givenAway(std::move(object).finish());
+        *json = givenAway(cardholder::requestValues(found->request).dump());
     });
 }
 
@@ -124,14 +113,8 @@ korvane_result korvane_transaction_challenge(korvane_transaction* transaction,
         const auto found = visit.find<TransactionObject>(transaction, "transaction");
         auto given = parametersOf(copyOf(parameters, "parameters"));
         require(ending, "ending");
-        if (minutes < 0 || minutes > kMostMinutes)
-            throw CallError(KORVANE_BAD_ARGUMENT, "minutes are 0 to 1000000.");
-        if (!Bundle::hasResources())
-            throw CallError(KORVANE_NO_RESOURCES, "Korvane.framework/KorvaneResources.bundle is not in " +
-                                                      visit.platform().mainBundle().privateFrameworksPath() +
-                                                      ".");
-        if (found->isStarted.exchange(true))
-            throw CallError(KORVANE_BAD_STATE, "The transaction has had its challenge.");
+        requireReadyForChallenge(visit, minutes);
+        found->takeStart();
         found->transaction->doChallenge(std::move(given), std::make_shared<ProgramsReceiver>(ending, context),
                                         minutes);
     });

@@ -64,6 +64,7 @@ typedef struct korvane_error {
 typedef struct korvane_platform korvane_platform;
 typedef struct korvane_service korvane_service;
 typedef struct korvane_transaction korvane_transaction;
+typedef struct korvane_cardholder korvane_cardholder;
 
 /// Adds a reference. Any thread.
 KORVANE_C korvane_result korvane_retain(const void* handle, korvane_error* error);
@@ -320,13 +321,42 @@ typedef struct korvane_ending {
 
 typedef void (*korvane_ending_function)(void* context, const korvane_ending* ending);
 
-/// Starts the challenge that the ACS demands and returns at once. Its screens stand on the platform's window;
-/// `ending` hears its end, once, on the main thread, unless the platform ends before. Once for a transaction,
-/// with 0 to 1,000,000 minutes. The transaction may be released meanwhile. Any thread.
+/// Starts the challenge that the ACS demands and returns at once, for a program whose platform has a window
+/// that is drawn: its screens stand there, and without one they stand nowhere until the time is over. Others
+/// take `korvane_cardholder_create`. `ending` hears the end, once, on the main thread, unless the platform
+/// ends before. Once for a transaction, with 0 to 1,000,000 minutes. The transaction may be released meanwhile.
+/// Any thread.
 KORVANE_C korvane_result korvane_transaction_challenge(korvane_transaction* transaction,
                                                        const korvane_challenge_parameters* parameters,
                                                        int64_t minutes, korvane_ending_function ending,
                                                        void* context, korvane_error* error);
+
+// A cardholder without a screen: what a program does that draws nothing, or draws by itself.
+
+/// An event as a JSON object, whose "event" is "screen", an ending ("completed", "cancelled", "timedout",
+/// "protocolError", "runtimeError"), or "error" where the screens have gone without an ending. Null once
+/// nothing more comes: the screens have gone, and the ACS has been told what it is to be told. The text lasts
+/// until the callback returns.
+typedef void (*korvane_event_function)(void* context, const char* json);
+
+/// Starts the transaction's challenge, as `korvane_transaction_challenge` does, with its screens in a window
+/// that nobody sees. The values are a JSON object of texts, each of which may be absent:
+/// "threeDSServerTransID", "acsTransID", "acsRefNumber", "acsSignedContent", "threeDSRequestorAppURL". One at
+/// a time, until the null event. A handle that is released earlier takes the actions away and nothing else: the
+/// challenge goes on, and is told to its end. Main thread.
+KORVANE_C korvane_result korvane_cardholder_create(korvane_transaction* transaction, const char* values_json,
+                                                   int64_t minutes, korvane_event_function event,
+                                                   void* context, korvane_cardholder** cardholder,
+                                                   korvane_error* error);
+
+/// Performs an action on the controls of the screen that was told of last, as a finger would. A JSON object:
+/// "action" is "type" (with "data"), "submit" ("data", "whitelisting"), "select" ("keys", "whitelisting"),
+/// "resend", "continue" ("whitelisting"), "cancel", "rotate" ("to": "PORTRAIT" or "LANDSCAPE"),
+/// "leaveAndReturn" or "navigate" ("url", "method", "body"). The next event follows. `KORVANE_BAD_STATE`
+/// while no screen waits, `KORVANE_REFUSED` where this one does not take the action: nothing has been done
+/// then. Main thread, in the event callback too.
+KORVANE_C korvane_result korvane_cardholder_act(korvane_cardholder* cardholder, const char* action_json,
+                                                korvane_error* error);
 
 #ifdef __cplusplus
 }

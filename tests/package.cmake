@@ -9,7 +9,7 @@ set_tests_properties(package.install PROPERTIES FIXTURES_SETUP package)
 add_test(NAME package.cmake
     COMMAND "${CMAKE_CTEST_COMMAND}" --build-and-test "${consumer}" "${CMAKE_BINARY_DIR}/package/consumer"
         --build-generator Ninja --build-options "-DCMAKE_PREFIX_PATH=${prefix}"
-        "-DCMAKE_CXX_COMPILER=${CMAKE_CXX_COMPILER}" --test-command sh -c "./consumer && ./filling")
+        "-DCMAKE_CXX_COMPILER=${CMAKE_CXX_COMPILER}" --test-command sh -c "./consumer && ./filling && ./payment 2>&1 | grep -q AUTHORITIES")
 
 set(libraries "${prefix}/${CMAKE_INSTALL_LIBDIR}")
 set(pkg_config "PKG_CONFIG_PATH=${libraries}/pkgconfig pkg-config --cflags --libs korvane")
@@ -57,13 +57,18 @@ foreach(source IN ITEMS consumer filling)
                 '$<TARGET_FILE:korvane_shared>' -Wl,-rpath,'$<TARGET_FILE_DIR:korvane_shared>' \
                 -o '${shared_program}-${source}' && '${shared_program}-${source}'")
 endforeach()
+add_test(NAME package.shared.c
+    COMMAND sh -c
+        "'${CMAKE_CXX_COMPILER}' -x c -std=c99 -pedantic-errors -Wall -Wextra -Werror -I'${KORVANE_PUBLIC_ROOT}' \
+            '${PROJECT_SOURCE_DIR}/examples/c/payment.c' -x none '$<TARGET_FILE:korvane_shared>' \
+            -Wl,-rpath,'$<TARGET_FILE_DIR:korvane_shared>' -o '${shared_program}-c' && '${shared_program}-c' 2>&1 | grep -q AUTHORITIES")
 add_test(NAME package.shared.hidesTheRest
     COMMAND sh -c "nm -DC --defined-only '$<TARGET_FILE:korvane_shared>' >'${shared_program}.symbols' && \
         grep -q 'korvane::ThreeDS2Service::' '${shared_program}.symbols' && \
         grep -q 'korvane_release@@KORVANE_0' '${shared_program}.symbols' && \
         ! grep -E 'korvane::(JWE|KeysContainer|ChallengeFlow|Exchange|VCFactory|KeyboardLayout)|nlohmann|asio::' \
             '${shared_program}.symbols'")
-set_tests_properties(package.shared.consumer package.shared.filling package.shared.hidesTheRest PROPERTIES FIXTURES_REQUIRED shared)
+set_tests_properties(package.shared.consumer package.shared.filling package.shared.c package.shared.hidesTheRest PROPERTIES FIXTURES_REQUIRED shared)
 
 # Qt's linter knows what a host has, and what it has not.
 if(KORVANE_QT)

@@ -1,5 +1,6 @@
 #include "C/korvane_c.h"
 #include "Platform/JSON.h"
+#include "tests/support/Messages.h"
 #include "tests/support/PlayedAcs.h"
 
 #include <gmock/gmock.h>
@@ -39,6 +40,9 @@ protected:
         host_.log = [](void* self, const char* message, const char*, const char*, unsigned) {
             static_cast<Interface*>(self)->log_ += std::string(message) + "\n";
         };
+        host_.send = [](void* self, const korvane_http_request* request) {
+            static_cast<Interface*>(self)->carry(*request);
+        };
         EXPECT_EQ(korvane_platform_create(&host_, &platform_, &error_), KORVANE_OK) << error_.text;
         server_ = {kServer, KORVANE_EC, key_.der.data(), key_.der.size(), root_.der.data(), root_.der.size()};
         configuration_.size = sizeof configuration_;
@@ -65,6 +69,23 @@ protected:
                   KORVANE_OK);
     }
 
+    static void hear(void* self, const char* json) {
+        static_cast<Interface*>(self)->heard_.push_back(json ? JSON::parse(json)["event"] : "nothing");
+    }
+
+    /// To an ACS that answers what is no message.
+    void carry(const korvane_http_request& request) {
+        sent_.push_back(std::string(request.method) + " " + request.url);
+        const std::string text = "hello";
+        korvane_http_answer answer{};
+        answer.size = sizeof answer;
+        answer.status = 200;
+        answer.body = asBytes(text).data();
+        answer.body_length = text.size();
+        EXPECT_EQ(korvane_platform_complete(platform_, request.number, &answer, nullptr), KORVANE_OK);
+        EXPECT_EQ(korvane_platform_complete(platform_, request.number, &answer, nullptr), KORVANE_BAD_STATE);
+    }
+
     const TestIdentity root_ = selfSigned(authority("Root"));
     const TestIdentity key_ = root_.issue({});
     korvane_host host_{};
@@ -77,6 +98,7 @@ protected:
     korvane_answer* lastAnswer_ = nullptr;
     bool hasResources_ = true;
     std::string log_;
+    std::vector<std::string> heard_, sent_;
 };
 
 TEST_F(Interface, RequestIsTheSameInAStructureAndAsJSON) {
@@ -234,6 +256,36 @@ TEST_F(Interface, AChallengeEndsOnceOnTheMainThreadAndCannotBeHadTwice) {
     EXPECT_THAT(heard.code, Not(IsEmpty()));
     EXPECT_EQ(heard.ended, KORVANE_BAD_STATE);
     EXPECT_EQ(heard.ran, KORVANE_BAD_STATE);
+}
+
+/// The host carries what goes to the ACS, and the cardholder is told what came of it.
+TEST_F(Interface, ACardholderIsToldOfAnEndingAndThenOfNothingMore) {
+    const PlayedAcs acs;
+    server_.root = acs.root.der.data();
+    server_.root_length = acs.root.der.size();
+    makeTransaction();
+    const auto begin = [&](const std::string& values, korvane_cardholder** made) {
+        return korvane_cardholder_create(transaction_, values.c_str(), 5, hear, this, made, &error_);
+    };
+    korvane_cardholder* cardholder = nullptr;
+    for (const char* values : {"", "[]", "{\"acsTransID\":1}", "{\"other\":\"\"}"})
+        EXPECT_EQ(begin(values, &cardholder), KORVANE_BAD_ARGUMENT) << values;
+    ASSERT_EQ(begin(JSON({{"threeDSServerTransID", kServerTransID},
+                          {"acsTransID", kAcsTransID},
+                          {"acsRefNumber", kReferenceNumber},
+                          {"acsSignedContent", acs.signedContent()}})
+                        .dump(),
+                    &cardholder),
+              KORVANE_OK)
+        << error_.text;
+    EXPECT_EQ(begin("{}", &cardholder), KORVANE_BAD_STATE) << "one has the screen";
+    EXPECT_EQ(korvane_cardholder_act(cardholder, "{\"action\":\"cancel\"}", &error_), KORVANE_BAD_STATE);
+    for (bool didRun = true; didRun && (heard_.empty() || heard_.back() != "nothing");)
+        ASSERT_EQ(korvane_platform_run(platform_, 10'000, &didRun, &error_), KORVANE_OK);
+    EXPECT_THAT(heard_, testing::ElementsAre("protocolError", "nothing"));
+    EXPECT_THAT(sent_, testing::Contains("POST " + std::string(acs.payload()["acsURL"])));
+    EXPECT_EQ(korvane_cardholder_act(cardholder, "{\"action\":\"cancel\"}", &error_), KORVANE_BAD_STATE);
+    EXPECT_EQ(korvane_release(cardholder, &error_), KORVANE_OK);
 }
 
 } // namespace
