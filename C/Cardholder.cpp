@@ -4,7 +4,7 @@
 #include "Cardholder/Actions.h"
 #include "Cardholder/Values.h"
 #include "Input/InputError.h"
-#include "Input/JSONBreak.h"
+#include "Platform/JSONBreak.h"
 #include "Platform/View/UIApplication.h"
 
 using namespace korvane;
@@ -46,7 +46,7 @@ JSON objectOf(const char* text, const char* name) {
     const std::string copy = textOf(text, name);
     const auto object = JSONSerialization::jsonObject(copy);
     if (!object || !object->is_object())
-        throw CallError(KORVANE_BAD_ARGUMENT, std::string(name) + ": " + input::complaintAboutLine(copy));
+        throw CallError(KORVANE_BAD_ARGUMENT, std::string(name) + ": " + complaintAboutLine(copy));
     return *object;
 }
 

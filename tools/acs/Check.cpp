@@ -4,12 +4,8 @@
 #include "tools/acs/ScreenCheck.h"
 #include "tools/common/InputFile.h"
 #include "tools/common/Terminal.h"
-#include "tools/common/UsageError.h"
 
 namespace korvane::acs {
-
-using tools::CheckedText;
-using tools::Remark;
 
 namespace {
 
@@ -42,7 +38,7 @@ bool checkFiles(const std::vector<std::string>& files, std::ostream& out) {
         bool isUsable = false;
         try {
             out << tools::printable(reportOn(file, isUsable));
-        } catch (const tools::UsageError& error) {
+        } catch (const std::runtime_error& error) {
             out << tools::printable(error.what()) << "\n";
         }
         areUsable = areUsable && isUsable;

@@ -9,10 +9,6 @@
 
 namespace korvane::acs {
 
-using tools::CheckedText;
-using tools::CheckedValue;
-using tools::elementPath;
-
 namespace {
 
 constexpr std::array<std::string_view, 7> kScenarioMembers{

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "Crypt/Algorithms.h"
+#include "Platform/CheckedText.h"
 #include "Platform/JSON.h"
 #include "tools/acs/Faults.h"
-#include "tools/common/CheckedText.h"
 
 #include <cstddef>
 #include <optional>
@@ -47,10 +47,10 @@ struct Scenario {
 };
 
 /// Reads what the file has, and gathers all that is to be said of it: faults and warnings.
-[[nodiscard]] Scenario readScenario(tools::CheckedText& text);
+[[nodiscard]] Scenario readScenario(CheckedText& text);
 
 /// @param name  of the file, or what stands in its place in errors.
-/// @throws UsageError `NAME:LINE: MEMBER: what is wrong` for the faults of the text, a line each.
+/// @throws FaultyText `NAME:LINE: MEMBER: what is wrong` for the faults of the text, a line each.
 [[nodiscard]] Scenario readScenario(std::string_view text, const std::string& name);
 
 } // namespace korvane::acs

@@ -8,11 +8,6 @@
 
 namespace korvane::acs {
 
-using tools::CheckedText;
-using tools::CheckedValue;
-using tools::memberPath;
-using tools::Remark;
-
 namespace {
 
 using Keys = std::vector<std::string>;

@@ -13,12 +13,6 @@
 
 namespace korvane::acs {
 
-using tools::CheckedText;
-using tools::CheckedValue;
-using tools::elementPath;
-using tools::memberPath;
-using tools::Remark;
-
 namespace {
 
 const CRes::Field* fieldOf(std::string_view name) {

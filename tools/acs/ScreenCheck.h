@@ -1,8 +1,8 @@
 #pragma once
 
+#include "Platform/CheckedText.h"
 #include "Platform/JSON.h"
 #include "Sdk/Messages/CRes.h"
-#include "tools/common/CheckedText.h"
 
 #include <string>
 #include <string_view>
@@ -21,16 +21,16 @@ namespace korvane::acs {
 /// Decodes a message, and gathers every member that cannot be.
 /// @param path  of the object in the file that has the members.
 /// @return the message without those members.
-CRes decodeChecked(tools::CheckedText& text, const std::string& path, JSON message);
+CRes decodeChecked(CheckedText& text, const std::string& path, JSON message);
 
 /// Whether it answers the first request of a challenge: that must be a screen.
 enum class MessagePlace { first, anywhere };
 
 /// Gathers the members for which the library would end the challenge.
-void judgeMessage(tools::CheckedText& text, tools::Remark::Kind kind, const std::string& path,
-                  const CRes& message, MessagePlace place);
+void judgeMessage(CheckedText& text, Remark::Kind kind, const std::string& path, const CRes& message,
+                  MessagePlace place);
 
 /// Reads a file's CRes: what is wrong with it is a fault, what the library does not know a warning.
-void checkCRes(tools::CheckedText& text);
+void checkCRes(CheckedText& text);
 
 } // namespace korvane::acs

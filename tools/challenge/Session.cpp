@@ -3,7 +3,7 @@
 #include "Cardholder/Actions.h"
 #include "Cardholder/Values.h"
 #include "Input/Arguments.h"
-#include "Input/JSONBreak.h"
+#include "Platform/JSONBreak.h"
 #include "Sdk/Events/SdkError.h"
 #include "tools/challenge/FailureNames.h"
 #include "tools/challenge/Hints.h"
@@ -111,7 +111,7 @@ void Session::serve(const InputLine& line) {
         }
         if (line.kind == InputLine::Kind::tooLong) throw Refusal("The line has more than 1 MiB.");
         const auto object = JSONSerialization::jsonObject(line.text);
-        if (!object || !object->is_object()) throw Refusal(input::complaintAboutLine(line.text));
+        if (!object || !object->is_object()) throw Refusal(complaintAboutLine(line.text));
         if (turn_ == Turn::application)
             startChallenge(*object);
         else

@@ -1,6 +1,7 @@
 #include "tools/common/Tool.h"
 
 #include "Platform/Failure.h"
+#include "Platform/FaultyText.h"
 #include "tools/common/Manual.h"
 #include "tools/common/Terminal.h"
 #include "tools/common/UsageError.h"
@@ -62,6 +63,9 @@ int runTool(CLI::App& app, int argc, char** argv, const std::function<int()>& ru
     } catch (const CLI::ParseError& error) {
         return answer(app, error);
     } catch (const UsageError& error) {
+        complain(app.get_name(), error.what());
+        return kWrongUsage;
+    } catch (const FaultyText& error) {
         complain(app.get_name(), error.what());
         return kWrongUsage;
     } catch (const std::exception& error) {

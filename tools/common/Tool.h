@@ -13,7 +13,7 @@ constexpr int kNotDone = 1;
 constexpr int kWrongUsage = 2;
 
 /// Runs a tool from its command line to its exit code: `--help` and `--version`, and what every tool says of
-/// errors. Nothing that is thrown gets past it: a `UsageError` is wrong usage, anything else a job not done.
+/// errors. Nothing that is thrown gets past it: a `UsageError` or a `FaultyText` is wrong usage, anything else a job not done.
 /// A standard stream that is closed becomes one that fails, and a reader that goes is no signal any more.
 /// @param run  does the job, and gives the exit code.
 [[nodiscard]] int runTool(CLI::App& app, int argc, char** argv, const std::function<int()>& run);

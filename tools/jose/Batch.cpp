@@ -1,8 +1,8 @@
 #include "tools/jose/Batch.h"
 
 #include "Input/InputError.h"
-#include "Input/JSONBreak.h"
 #include "Platform/JSON.h"
+#include "Platform/JSONBreak.h"
 #include "Platform/Security/Secret.h"
 #include "tools/common/Terminal.h"
 #include "tools/jose/OperationTable.h"

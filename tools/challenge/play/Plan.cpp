@@ -3,16 +3,13 @@
 #include "Cardholder/Actions.h"
 #include "Cardholder/ScreenText.h"
 #include "Input/InputError.h"
-#include "tools/common/CheckedText.h"
+#include "Platform/CheckedText.h"
 #include "tools/common/InputFile.h"
 
 #include <algorithm>
 #include <array>
 
 namespace korvane::challenge {
-
-using tools::CheckedText;
-using tools::CheckedValue;
 
 namespace {
 

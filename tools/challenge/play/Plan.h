@@ -23,7 +23,7 @@ struct Plan {
     JSON ending;
 };
 
-/// @throws UsageError with everything that is wrong with the file, by line.
+/// @throws FaultyText with everything that is wrong with the file, by line.
 [[nodiscard]] Plan loadPlan(const std::string& file);
 
 /// Each member that is not as expected, as "text: expected ..., got ...".

@@ -1,8 +1,8 @@
-#include "Input/JSONBreak.h"
+#include "Platform/JSONBreak.h"
 
 #include "Platform/JSON.h"
 
-namespace korvane::input {
+namespace korvane {
 
 namespace {
 
@@ -81,4 +81,4 @@ std::string complaintAboutLine(std::string_view line) {
     return complaint + " Byte " + std::to_string(at.position + 1) + ": " + at.reason;
 }
 
-} // namespace korvane::input
+} // namespace korvane

@@ -1,8 +1,8 @@
-#include "tools/common/JSONLines.h"
+#include "Platform/JSONLines.h"
 
 #include <algorithm>
 
-namespace korvane::tools {
+namespace korvane {
 
 JSONLines::JSONLines(std::string_view text) : text_(text) {
     readValue({});
@@ -93,4 +93,4 @@ std::string elementPath(std::string_view path, std::size_t index) {
     return std::string(path) + "[" + std::to_string(index) + "]";
 }
 
-} // namespace korvane::tools
+} // namespace korvane

@@ -1,11 +1,11 @@
-#include "tools/common/CheckedText.h"
+#include "Platform/CheckedText.h"
 
-#include "Input/JSONBreak.h"
-#include "tools/common/UsageError.h"
+#include "Platform/FaultyText.h"
+#include "Platform/JSONBreak.h"
 
 #include <algorithm>
 
-namespace korvane::tools {
+namespace korvane {
 
 namespace {
 
@@ -14,6 +14,10 @@ std::string listOf(std::span<const std::string_view> names) {
     for (const std::string_view name : names)
         list += (list.empty() ? "" : ", ") + std::string(name);
     return list;
+}
+
+std::string textOf(const Bounds& bounds) {
+    return " from " + std::to_string(bounds.least) + " to " + std::to_string(bounds.most) + ".";
 }
 
 std::string placeOf(const std::string& name, std::size_t line) {
@@ -31,8 +35,8 @@ CheckedText::CheckedText(std::string_view text, std::string name)
 
 JSON CheckedText::parse(std::string_view text, const std::string& name) {
     if (auto value = JSONSerialization::jsonObject(text)) return std::move(*value);
-    const input::JSONBreak at = input::findJSONBreak(text);
-    throw UsageError(placeOf(name, lineAt(text, at.position)) + at.reason);
+    const JSONBreak at = findJSONBreak(text);
+    throw FaultyText(placeOf(name, lineAt(text, at.position)) + at.reason);
 }
 
 CheckedValue CheckedText::root() {
@@ -80,7 +84,7 @@ void CheckedText::requireNoFault() const {
     std::string faults;
     for (const Remark& remark : remarks())
         if (remark.kind == Remark::Kind::fault) faults += (faults.empty() ? "" : "\n") + remark.text;
-    if (!faults.empty()) throw UsageError(faults);
+    if (!faults.empty()) throw FaultyText(faults);
 }
 
 void CheckedValue::fail(std::string_view what) const {
@@ -103,6 +107,23 @@ double CheckedValue::amount(double largest) const {
     if (!value_.is_number() || value_ <= 0 || value_ > largest)
         fail("must be a number above 0 and at most " + std::to_string(static_cast<int>(largest)) + ".");
     return value_.get<double>();
+}
+
+double CheckedValue::number(const Bounds& bounds) const {
+    if (!value_.is_number() || value_ < bounds.least || value_ > bounds.most)
+        fail("must be a number" + textOf(bounds));
+    return value_.get<double>();
+}
+
+int CheckedValue::wholeNumber(const Bounds& bounds) const {
+    if (!value_.is_number_integer() || value_ < bounds.least || value_ > bounds.most)
+        fail("must be a whole number" + textOf(bounds));
+    return value_.get<int>();
+}
+
+bool CheckedValue::boolean() const {
+    if (!value_.is_boolean()) fail("must be true or false.");
+    return value_.get<bool>();
 }
 
 const JSON& CheckedValue::object() const {
@@ -150,4 +171,4 @@ void CheckedValue::requireKnown(std::span<const std::string_view> names) const {
     }
 }
 
-} // namespace korvane::tools
+} // namespace korvane

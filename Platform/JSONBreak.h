@@ -4,9 +4,9 @@
 #include <string>
 #include <string_view>
 
-namespace korvane::input {
+namespace korvane {
 
-/// Where a text stops being JSON that is read here, and why.
+/// Where a text stops being JSON that the tools read, and why.
 struct JSONBreak {
     /// In bytes from 0; the length of the text where it only lacks its end.
     std::size_t position = 0;
@@ -21,4 +21,4 @@ struct JSONBreak {
 /// unless it is another JSON value.
 [[nodiscard]] std::string complaintAboutLine(std::string_view line);
 
-} // namespace korvane::input
+} // namespace korvane

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Platform/JSON.h"
-#include "tools/common/JSONLines.h"
+#include "Platform/JSONLines.h"
 
 #include <cstddef>
 #include <exception>
@@ -12,7 +12,7 @@
 #include <string_view>
 #include <vector>
 
-namespace korvane::tools {
+namespace korvane {
 
 /// Something to be said of a member of a file.
 struct Remark {
@@ -35,7 +35,7 @@ class CheckedValue;
 class CheckedText {
 public:
     /// @param name  stands for the file in remarks.
-    /// @throws UsageError for text that is not JSON, with the line where it breaks.
+    /// @throws FaultyText for text that is not JSON, with the line where it breaks.
     CheckedText(std::string_view text, std::string name);
 
     [[nodiscard]] CheckedValue root();
@@ -52,7 +52,7 @@ public:
     /// Whether a fault of just this member has been gathered.
     [[nodiscard]] bool hasFaultAt(std::string_view path) const;
 
-    /// @throws UsageError with the faults, a line each, if there are any.
+    /// @throws FaultyText with the faults, a line each, if there are any.
     void requireNoFault() const;
 
 private:
@@ -66,6 +66,12 @@ private:
 
 /// A value that is of no use; its fault has been gathered. Caught by `CheckedText::attempt`.
 class UselessValue : public std::exception {};
+
+/// What a number may be, both ends included. They are whole.
+struct Bounds {
+    int least;
+    int most;
+};
 
 /// One value of such a file. Borrows text and value.
 class CheckedValue {
@@ -86,6 +92,9 @@ public:
     [[nodiscard]] std::size_t count(std::size_t largest) const;
     /// A number above 0 and at most `largest`.
     [[nodiscard]] double amount(double largest) const;
+    [[nodiscard]] double number(const Bounds& bounds) const;
+    [[nodiscard]] int wholeNumber(const Bounds& bounds) const;
+    [[nodiscard]] bool boolean() const;
     [[nodiscard]] const JSON& object() const;
     [[nodiscard]] std::vector<CheckedValue> elements() const;
     [[nodiscard]] std::vector<CheckedValue> members() const;
@@ -106,4 +115,4 @@ private:
     std::string path_;
 };
 
-} // namespace korvane::tools
+} // namespace korvane

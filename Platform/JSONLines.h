@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-namespace korvane::tools {
+namespace korvane {
 
 /// On which line of a JSON text each member stands, from 1, by its path: `steps[0].screen.acsUiType`. The
 /// empty path is the whole text.
@@ -50,4 +50,4 @@ private:
 /// The path of an element of the list at `path`.
 [[nodiscard]] std::string elementPath(std::string_view path, std::size_t index);
 
-} // namespace korvane::tools
+} // namespace korvane
