@@ -78,3 +78,5 @@ install(FILES "${PROJECT_BINARY_DIR}/KorvaneConfig.cmake" "${PROJECT_BINARY_DIR}
 # The resources, where the native platform looks for those of applications that bring none along.
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/resources/KorvaneResources.bundle"
     DESTINATION "${CMAKE_INSTALL_DATADIR}/korvane/Frameworks/Korvane.framework" COMPONENT resources)
+install(FILES "${PROJECT_SOURCE_DIR}/resources/theme.schema.json" DESTINATION "${CMAKE_INSTALL_DATADIR}/korvane"
+    COMPONENT resources)

@@ -8,6 +8,7 @@ set(KORVANE_APPLICATION_HEADERS
     Platform/Headless/HeadlessPlatform.h
     Sdk/Events/SdkError.h
     Sdk/Service/ThreeDS2Service.h
+    Ui/Customisation/Theme.h
     Ui/Customisation/UiCustomization.h
     Ui/Customisation/UiCustomizationConstraints.h
     Ui/Screens/PreventScreenRecording.h)
