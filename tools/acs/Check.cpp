@@ -1,7 +1,7 @@
 #include "tools/acs/Check.h"
 
 #include "tools/acs/Scenario.h"
-#include "tools/acs/ScreenCheck.h"
+#include "tools/common/CResCheck.h"
 #include "tools/common/InputFile.h"
 #include "tools/common/Terminal.h"
 
@@ -19,7 +19,7 @@ std::string reportOn(const std::string& file, bool& isUsable) {
     const bool isCRes = isMessage(text.root().json());
     text.attempt([&] {
         if (isCRes)
-            checkCRes(text);
+            static_cast<void>(tools::checkCRes(text));
         else
             static_cast<void>(readScenario(text));
     });

@@ -3,11 +3,14 @@
 #include "Sdk/Messages/CRes.h"
 #include "tools/acs/ScenarioAdvice.h"
 #include "tools/acs/ScreenCheck.h"
+#include "tools/common/CResCheck.h"
 
 #include <algorithm>
 #include <array>
 
 namespace korvane::acs {
+
+using tools::MessagePlace;
 
 namespace {
 
@@ -31,7 +34,7 @@ constexpr double kMostSeconds = 600;
 
 JSON readScreen(CheckedText& text, const CheckedValue& value) {
     value.requireKnown(screenMembers());
-    static_cast<void>(decodeChecked(text, value.path(), messageOf(value.object())));
+    static_cast<void>(tools::decodeChecked(text, value.path(), messageOf(value.object())));
     return value.json();
 }
 

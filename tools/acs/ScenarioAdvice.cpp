@@ -2,11 +2,14 @@
 
 #include "Sdk/Messages/MessageValues.h"
 #include "Sdk/Transaction/TransactionStatus.h"
+#include "tools/acs/ScreenCheck.h"
 
 #include <algorithm>
 #include <array>
 
 namespace korvane::acs {
+
+using tools::MessagePlace;
 
 namespace {
 
@@ -108,14 +111,14 @@ void adviseOnStep(CheckedText& text, const CheckedValue& value, const Step& step
     const std::string screenPath = memberPath(value.path(), "screen");
     JSON again = step.screen;
     again.update(step.retry);
-    const Variants variants{decodeChecked(text, screenPath, messageOf(step.screen)),
-                            decodeChecked(text, screenPath, messageOf(again))};
+    const Variants variants{tools::decodeChecked(text, screenPath, messageOf(step.screen)),
+                            tools::decodeChecked(text, screenPath, messageOf(again))};
     const std::size_t before = text.remarks().size();
-    judgeMessage(text, Remark::Kind::warning, screenPath, variants[0], place);
+    tools::judgeMessage(text, Remark::Kind::warning, screenPath, variants[0], place);
     const bool isScreenGood = text.remarks().size() == before;
     if (isScreenGood && !step.retry.empty())
-        judgeMessage(text, Remark::Kind::warning, memberPath(value.path(), "retry"), variants[1],
-                     MessagePlace::anywhere);
+        tools::judgeMessage(text, Remark::Kind::warning, memberPath(value.path(), "retry"), variants[1],
+                            MessagePlace::anywhere);
     value.readIfPresent("accepts",
                         [&](const CheckedValue& accepts) { adviseOnAnswers(text, accepts, variants); });
     const bool passesAlways = step.accepts.empty() && step.passesFrom == 1;
