@@ -23,7 +23,7 @@ set_tests_properties(package.cmake package.pkgConfig PROPERTIES FIXTURES_REQUIRE
 
 if(KORVANE_TOOLS)
     add_test(NAME package.pages
-        COMMAND sh -c "for tool in acs challenge jose; do \
+        COMMAND sh -c "for tool in acs challenge jose $<$<TARGET_EXISTS:korvane-screen>:screen>; do \
             test -s '${prefix}/${CMAKE_INSTALL_MANDIR}/man1/korvane-'$tool.1 && \
             test -s '${prefix}/${CMAKE_INSTALL_DATADIR}/bash-completion/completions/korvane-'$tool || exit 1; done")
     set_tests_properties(package.pages PROPERTIES FIXTURES_REQUIRED package)

@@ -15,7 +15,8 @@ const libraries = [
   { name: /^simdjson/, folders: ["Platform"] },
   { name: /^(curl|asio)[./]/, folders: ["Platform/Native", "tests/Platform/Hosted"] },
   { name: /^fontconfig\//, folders: ["Platform/Headless"] },
-  { name: /^Q[A-Z]/, folders: ["Platform/Qt", "examples", "tests/Platform/Qt", "tests/examples", "tests/tools/acs/page", "bench/Qt"] },
+  { name: /^Q[A-Z]/, folders: ["Platform/Qt", "tools/screen", "examples", "tests/Platform/Qt", "tests/examples", "tests/tools/acs/page",
+    "bench/Qt"] },
 ];
 
 /** What only the folders named may say: all waiting, and all knowledge of the time, goes through `Dispatch`. */

@@ -92,8 +92,9 @@ CRes decodeChecked(CheckedText& text, const std::string& path, JSON message) {
         try {
             return CRes::decode(message.dump());
         } catch (const DecodingError& error) {
-            text.add(Remark::Kind::fault, filePath(path, error.codingPath()),
-                     error.description() + endBy(codeOf(error)));
+            std::string what = error.description();
+            if (what.ends_with('.')) what.pop_back();
+            text.add(Remark::Kind::fault, filePath(path, error.codingPath()), what + endBy(codeOf(error)));
             // The decoder stops at the first fault: the next one shows without it.
             const std::string& name = error.codingPath().front();
             message.erase(name);

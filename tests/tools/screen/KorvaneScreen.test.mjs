@@ -1,0 +1,82 @@
+// korvane-screen as its users start it: pictures are looked into, and refusals read.
+
+import assert from "node:assert/strict";
+import { spawnSync } from "node:child_process";
+import { mkdtempSync, readFileSync, rmSync, writeFileSync } from "node:fs";
+import { tmpdir } from "node:os";
+import { join } from "node:path";
+import { after, test } from "node:test";
+import { inflateSync } from "node:zlib";
+
+const folder = mkdtempSync(join(tmpdir(), "korvane-screen-"));
+after(() => rmSync(folder, { recursive: true }));
+
+// The web engine starts neither as root nor in most containers otherwise; the pages are the tests' own.
+const env = { ...process.env, QTWEBENGINE_DISABLE_SANDBOX: "1" };
+const run = (...options) => spawnSync(process.env.KORVANE_SCREEN, options, { env, encoding: "utf8" });
+const written = (name, value) => {
+  const file = join(folder, name);
+  writeFileSync(file, typeof value === "string" ? value : JSON.stringify(value, null, 1));
+  return file;
+};
+const example = (name) => JSON.parse(readFileSync(join(process.env.KORVANE_EXAMPLES, `${name}.json`), "utf8"));
+const page = (html) => ({ ...example("html"), acsHTML: Buffer.from(html).toString("base64url") });
+
+/** Draws, and reads of the PNG its size and its first pixel, which no filter of PNG changes. */
+function draw(cres, ...options) {
+  const output = join(folder, "out.png");
+  const { status, stderr } = run(written("cres.json", cres), "-o", output, ...options);
+  assert.equal(status, 0, stderr);
+  const png = readFileSync(output);
+  const from = png.indexOf("IDAT");
+  const data = png.subarray(from + 4, from + 4 + png.readUInt32BE(from - 4));
+  const [red, green, blue] = inflateSync(data, { finishFlush: 2 }).subarray(1, 4);
+  return { png, size: `${png.readUInt32BE(16)}x${png.readUInt32BE(20)}`, corner: [red, green, blue] };
+}
+
+test("Every kind of screen is drawn, and everything that is asked for shows", () => {
+  const theme = written("theme.json", { toolbar: { backgroundColor: { light: "#0F4C46", dark: "#102030" } } });
+  const plain = draw(example("text"));
+  assert.equal(plain.size, "390x844");
+  assert.deepEqual(draw(example("text"), "--theme", theme).corner, [0x0f, 0x4c, 0x46]);
+  const pictures = [
+    plain,
+    ...["singleSelect", "multiSelect", "oob", "html"].map((name) => draw(example(name))),
+    draw(page("<p>Another page")),
+    draw(example("text"), "--keyboard"),
+    draw(example("text"), "--dark"),
+    draw(example("text"), "--text-scale", "1.4"),
+    draw({ ...example("text"), challengeInfoTextIndicator: "Y" }),
+  ];
+  assert.equal(new Set(pictures.map(({ png }) => png.toString("base64"))).size, pictures.length);
+  const lying = draw(example("oob"), "--dark", "--theme", theme, "--size", "568x320");
+  assert.deepEqual([lying.size, lying.corner], ["568x320", [0x10, 0x20, 0x30]]);
+  const [width, height] = draw(example("text"), "--all").size.split("x").map(Number);
+  assert.ok(width > 2 * (320 + 390 + 768) && height > 1024 + 2 * 768);
+});
+
+test("What cannot be drawn is told with its reason", () => {
+  const text = example("text");
+  const rows = [
+    [1, { ...text, acsUiType: "09", challengeInfoHeader: "x".repeat(46) },
+      /cres.json:9: acsUiType: has a value that is not allowed.* error 203\.\n.*:10: challengeInfoHeader: .*1 to 45 characters.* 203\./],
+    [1, { ...text, challengeInfoLabel: undefined, acsTransID: undefined }, /: acsTransID: .* error 201\./],
+    [1, { ...text, challengeInfoText: 7 }, /:12: challengeInfoText: .* is not a string; .* error 203\./],
+    [1, { ...text, challengeCompletionInd: "Y", transStatus: "Y", acsUiType: undefined }, /ends the challenge and shows no screen/],
+    [1, { ...example("html"), acsHTML: "_w" }, /cannot show this CRes/],
+    [1, "{\n", /cres.json:2: This is not JSON\./],
+    [1, text, /picture cannot be written/, "-o", join(folder, "none", "out.png")],
+    [2, text, /theme.json:2: buttons.sumbit: is not known here; known are verify/, "--theme",
+      written("theme.json", '{"buttons": {\n"sumbit": {}}}')],
+    [2, example("oob"), /This screen has no field/, "--keyboard"],
+    [2, text, /must be width and height in points/, "--size", "390"],
+    [2, text, /must be width and height in points/, "--size", "390x199"],
+    [2, text, /--all excludes|excludes --all/, "--all", "--dark"],
+  ];
+  for (const [expected, cres, reason, ...options] of rows) {
+    const output = options[0] === "-o" ? [] : ["-o", join(folder, "refused.png")];
+    const { status, stderr } = run(written("cres.json", cres), ...output, ...options);
+    assert.match(stderr, reason);
+    assert.equal(status, expected, stderr);
+  }
+});

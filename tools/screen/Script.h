@@ -1,0 +1,22 @@
+#pragma once
+
+#include "Sdk/Messages/CRes.h"
+#include "Ui/Customisation/Theme.h"
+#include "tools/screen/NotDone.h"
+
+#include <string>
+
+namespace korvane::screen {
+
+/// What is to be shown, as files have it.
+struct Script {
+    CRes cRes;
+    Theme theme;
+};
+
+/// @throws NotDone for a CRes that the library refuses, or that ends a challenge; FaultyText for a theme that
+/// cannot be used; UsageError for a file that cannot be read.
+/// @param theme  empty for none.
+[[nodiscard]] Script readScript(const std::string& cres, const std::string& theme);
+
+} // namespace korvane::screen

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "Platform/Qt/KorvaneWindow.h"
+#include "Sdk/Transaction/ScreenStack.h"
+#include "tools/screen/Options.h"
+#include "tools/screen/Script.h"
+
+#include <QImage>
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace korvane::screen {
+
+/// A window as the device's screen, on which one challenge screen stands. Main queue only.
+class Stage {
+public:
+    Stage();
+    Stage(const Stage&) = delete;
+    Stage& operator=(const Stage&) = delete;
+    ~Stage();
+
+    [[nodiscard]] KorvaneWindow& window() noexcept { return window_; }
+
+    void set(const Setting& setting);
+
+    /// Shows a screen in place of the one that stands, as the device is held.
+    /// @throws NotDone for what no screen can be made of.
+    void show(const Script& script);
+
+    void clear();
+
+    /// Opens the keyboard.
+    /// @return whether the screen has a field.
+    bool openKeyboard();
+
+    /// What stands, once nothing moves any more and a bank's page has loaded.
+    /// @throws NotDone if that takes more than ten seconds.
+    [[nodiscard]] QImage picture();
+
+private:
+    void settle();
+    [[nodiscard]] QImage steadyPicture();
+
+    KorvaneWindow window_;
+    std::shared_ptr<ScreenStack> stack_;
+};
+
+} // namespace korvane::screen

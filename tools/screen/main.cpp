@@ -1,0 +1,164 @@
+#include "Platform/Qt/QtPlatform.h"
+#include "Platform/View/UIApplication.h"
+#include "Ui/Screens/PreventScreenRecording.h"
+#include "tools/common/Manual.h"
+#include "tools/common/Tool.h"
+#include "tools/common/UsageError.h"
+#include "tools/screen/Sheet.h"
+
+#include <QGuiApplication>
+#include <QImageWriter>
+
+#include <charconv>
+
+#include <unistd.h>
+
+namespace {
+
+using namespace korvane;
+using namespace korvane::screen;
+
+constexpr const char* kName = "korvane-screen";
+constexpr int kSmallest = 200;
+constexpr int kLargest = 4096;
+
+/// A whole number of points at the front of a text, which it is taken from; 0 for none.
+int takePoints(std::string_view& text) {
+    int points = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), points);
+    text.remove_prefix(static_cast<std::size_t>(end - text.data()));
+    return error == std::errc() ? points : 0;
+}
+
+/// No value for anything but "390x844", within bounds.
+std::optional<QSize> sizeFrom(std::string_view text) {
+    const auto isFit = [](int points) { return points >= kSmallest && points <= kLargest; };
+    const int width = takePoints(text);
+    if (!text.starts_with('x')) return std::nullopt;
+    text.remove_prefix(1);
+    const int height = takePoints(text);
+    if (!text.empty() || !isFit(width) || !isFit(height)) return std::nullopt;
+    return QSize(width, height);
+}
+
+CLI::Validator isSize() {
+    return CLI::Validator(
+        [](std::string& text) {
+            return sizeFrom(text) ? std::string()
+                                  : "must be width and height in points, as in 390x844, from " +
+                                        std::to_string(kSmallest) + " to " + std::to_string(kLargest) +
+                                        " each, and is " + text;
+        },
+        "");
+}
+
+void define(CLI::App& app, Options& options) {
+    app.add_option("cres", options.cres, "The CRes whose screen is drawn, as JSON.")
+        ->type_name(tools::kFile)
+        ->required()
+        ->check(tools::notEmpty());
+    app.add_option("--theme", options.theme, "The application's look, as JSON by theme.schema.json.")
+        ->type_name(tools::kFile)
+        ->check(tools::notEmpty());
+    CLI::Option* output = app.add_option("-o,--output", options.output, "The picture to write, as PNG.")
+                              ->type_name(tools::kFile)
+                              ->check(tools::notEmpty())
+                              ->required();
+    CLI::Option* sheet =
+        app.add_flag("--all", options.isSheet,
+                     "A sheet of both orientations, light and dark, on three sizes, in place of one picture.")
+            ->needs(output);
+    app.add_option_function<std::string>(
+           "--size", [&options](const std::string& text) { options.setting.size = sizeFrom(text).value(); },
+           "Width and height in points; wider than high lies on its side.")
+        ->type_name("WIDTHxHEIGHT")
+        ->default_str("390x844")
+        ->check(isSize())
+        ->excludes(sheet);
+    app.add_flag("--dark", options.setting.isDark, "Dark surroundings.")->excludes(sheet);
+    app.add_option("--text-scale", options.setting.textScale, "Multiplies the size of texts.")
+        ->capture_default_str()
+        ->check(CLI::Range(0.5, 3.0));
+    app.add_flag("--keyboard", options.setting.hasKeyboard,
+                 "With the keyboard open, on a screen with a code field.");
+    app.footer(
+        "A CRes that the library would refuse is told with the fields at fault, the error's code and the "
+        "reason.\n\nExit: 0 when it was drawn, 1 when the CRes was refused or the picture not written, 2 on "
+        "wrong usage,\na theme that cannot be used included.");
+}
+
+/// What the environment says already stands. Before Qt reads it.
+void goOffscreen() {
+    const auto set = [](const char* name, const char* value) {
+        if (!qEnvironmentVariableIsSet(name)) qputenv(name, value);
+    };
+    set("QT_QPA_PLATFORM", "offscreen");
+    set("QT_QUICK_BACKEND", "software");
+}
+
+/// Qt tells much of the machine that says nothing of the screen.
+void quieten() {
+    if (!qEnvironmentVariableIsSet("QT_LOGGING_RULES"))
+        qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
+            if (type == QtCriticalMsg || type == QtFatalMsg) tools::complain(kName, text.toStdString());
+        });
+}
+
+/// The web engine ends the whole program then, with a line that only its developers understand.
+void requireSandbox(const CRes& cRes) {
+    const bool isPage = cRes.acsUiType == rawValue(UiType::HTML_OTHER);
+    if (isPage && ::geteuid() == 0 && !qEnvironmentVariableIsSet("QTWEBENGINE_DISABLE_SANDBOX"))
+        throw tools::UsageError(
+            "A bank's page is not drawn as root. Run this as another user, or, for pages that "
+            "you trust, set QTWEBENGINE_DISABLE_SANDBOX=1.");
+}
+
+void write(const QImage& picture, const std::string& file) {
+    QImageWriter writer(QString::fromStdString(file), "png");
+    if (!writer.write(picture))
+        throw NotDone(file + ": The picture cannot be written: " + writer.errorString().toStdString() + ".");
+}
+
+int draw(const Options& options) {
+    UIApplication::shared().setPlaysAnimations(false);
+    const Script script = readScript(options.cres, options.theme);
+    requireSandbox(script.cRes);
+    Stage stage;
+    stage.window().show();
+    if (options.isSheet) {
+        write(sheetOf(stage, script, options.setting), options.output);
+        return tools::kDone;
+    }
+    stage.set(options.setting);
+    stage.show(script);
+    if (options.setting.hasKeyboard && !stage.openKeyboard())
+        throw tools::UsageError("--keyboard: This screen has no field for a code.");
+    write(stage.picture(), options.output);
+    return tools::kDone;
+}
+
+int run(const Options& options, int argc, char** argv) {
+    goOffscreen();
+    QtPlatform::prepare();
+    quieten();
+    const QGuiApplication application(argc, argv);
+    // Pictures are what this program is for.
+    isEnablePreventScreenCapture = false;
+    isEnablePreventScreenRecording = false;
+    const QtPlatform platform;
+    try {
+        return draw(options);
+    } catch (const NotDone& error) {
+        tools::complain(kName, error.what());
+        return tools::kNotDone;
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    Options options;
+    CLI::App app("Draws the screen of a CRes as the library would show it.", kName);
+    define(app, options);
+    return tools::runTool(app, argc, argv, [&] { return run(options, 1, argv); });
+}
