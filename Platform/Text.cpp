@@ -1,32 +1,15 @@
 #include "Platform/Text.h"
 
-#include "Platform/Failure.h"
 #include "Platform/JSON.h"
-
-#include <unicode/brkiter.h>
-#include <unicode/regex.h>
-#include <unicode/ubidi.h>
-#include <unicode/uchar.h>
-#include <unicode/unistr.h>
-#include <unicode/utf8.h>
+#include "Platform/Unicode.h"
 
 #include <algorithm>
 #include <cstdio>
-#include <memory>
 #include <optional>
 
 namespace korvane {
 
 namespace {
-
-icu::UnicodeString toUtf16(std::string_view text) {
-    return icu::UnicodeString::fromUTF8({text.data(), static_cast<std::int32_t>(text.size())});
-}
-
-std::string toUtf8(const icu::UnicodeString& text) {
-    std::string result;
-    return text.toUTF8String(result);
-}
 
 /// In ASCII only CR LF makes one character of two octets, so that anything without CR counts by octets. A block
 /// is looked at without a branch, which a compiler does many octets at a time.
@@ -41,14 +24,6 @@ bool countsByOctets(std::string_view text) {
         if (others != 0) return false;
     }
     return std::none_of(text.begin(), text.end(), isOther);
-}
-
-std::unique_ptr<icu::BreakIterator> makeCharacterIterator() {
-    UErrorCode status = U_ZERO_ERROR;
-    std::unique_ptr<icu::BreakIterator> made(
-        icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
-    if (U_FAILURE(status)) fatalError("ICU has no rules for characters.");
-    return made;
 }
 
 /// A code point that must not go out as it is, and how many octets of UTF-8 it has.
@@ -79,17 +54,11 @@ bool isContinuation(char octet) {
 
 std::size_t characterCount(std::string_view text) {
     if (countsByOctets(text)) return text.size();
-    const icu::UnicodeString utf16 = toUtf16(text);
-    thread_local const std::unique_ptr<icu::BreakIterator> characters = makeCharacterIterator();
-    characters->setText(utf16);
-    std::size_t count = 0;
-    while (characters->next() != icu::BreakIterator::DONE)
-        ++count;
-    return count;
+    return unicode::clusterCount(text);
 }
 
 std::string repairedUtf8(std::string_view text) {
-    return toUtf8(toUtf16(text));
+    return unicode::repaired(text);
 }
 
 std::string escapedControls(std::string_view text, LineBreaks lineBreaks) {
@@ -114,18 +83,15 @@ std::string escapedControls(std::string_view text, LineBreaks lineBreaks) {
 
 std::string withBoundedMarks(std::string_view text) {
     constexpr int kMostInARow = 30;
-    constexpr UChar32 kFirstMark = 0x300;
-    const auto* const octets = reinterpret_cast<const std::uint8_t*>(text.data());
-    const auto size = static_cast<std::int32_t>(text.size());
+    constexpr unsigned char kFirstOctetOfMarks = 0xCC; // of U+0300
     std::string result;
     result.reserve(text.size());
     int inARow = 0;
-    for (std::int32_t at = 0, next = 0; at < size; at = next) {
-        UChar32 point = 0;
-        U8_NEXT(octets, next, size, point);
-        inARow = point >= kFirstMark && u_getCombiningClass(point) != 0 ? inARow + 1 : 0;
-        if (inARow <= kMostInARow)
-            result.append(text, static_cast<std::size_t>(at), static_cast<std::size_t>(next - at));
+    for (unicode::CodePoint point; !text.empty(); text.remove_prefix(point.octets)) {
+        const bool canBeMark = static_cast<unsigned char>(text.front()) >= kFirstOctetOfMarks;
+        point = canBeMark ? unicode::firstCodePoint(text) : unicode::CodePoint{1, false};
+        inARow = point.isCombining ? inARow + 1 : 0;
+        if (inARow <= kMostInARow) result += text.substr(0, point.octets);
     }
     return result;
 }
@@ -142,8 +108,7 @@ std::string firstCharacters(std::string_view text, std::size_t count) {
 }
 
 bool isRightToLeft(std::string_view text) {
-    const icu::UnicodeString wide = toUtf16(text);
-    return ubidi_getBaseDirection(wide.getBuffer(), wide.length()) == UBIDI_RTL;
+    return unicode::isRightToLeft(text);
 }
 
 std::string joined(const std::vector<std::string>& texts) {
@@ -157,16 +122,7 @@ std::string joined(const std::vector<std::string>& texts) {
 
 std::vector<std::vector<std::string>> regularExpressionMatches(std::string_view pattern,
                                                                std::string_view text) {
-    UErrorCode status = U_ZERO_ERROR;
-    const icu::UnicodeString utf16 = toUtf16(text);
-    icu::RegexMatcher matcher(toUtf16(pattern), utf16, 0, status);
-    std::vector<std::vector<std::string>> matches;
-    while (U_SUCCESS(status) && matcher.find(status)) {
-        std::vector<std::string>& groups = matches.emplace_back();
-        for (std::int32_t group = 0; group <= matcher.groupCount(); ++group)
-            groups.push_back(toUtf8(matcher.group(group, status)));
-    }
-    return matches;
+    return unicode::matches(pattern, text);
 }
 
 } // namespace korvane

@@ -1,7 +1,8 @@
 #include "Platform/Native/NativeLocales.h"
 
-#include <unicode/locid.h>
+#include "Platform/Unicode.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <ctime>
 #include <string_view>
@@ -15,32 +16,25 @@ std::string environment(const char* name) {
     return value ? value : "";
 }
 
+std::string withoutCodeSet(std::string_view name) {
+    return std::string(name.substr(0, name.find_first_of(".@")));
+}
+
 /// The name of the user's locale, as setlocale(3) finds it, without code set and modifier;
 /// empty for the C locale.
 std::string localeName() {
     for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
         const std::string value = environment(variable);
         if (value.empty()) continue;
-        const std::string name = value.substr(0, value.find_first_of(".@"));
+        const std::string name = withoutCodeSet(value);
         return name == "C" || name == "POSIX" ? std::string() : name;
     }
     return {};
 }
 
-icu::Locale localeOf(std::string_view name) {
-    const std::string plain(name.substr(0, name.find_first_of(".@")));
-    return icu::Locale(plain.c_str());
-}
-
-std::string languageTag(const icu::Locale& locale) {
-    UErrorCode status = U_ZERO_ERROR;
-    std::string tag = locale.toLanguageTag<std::string>(status);
-    return U_SUCCESS(status) ? tag : std::string();
-}
-
 void appendTag(std::string_view name, std::vector<std::string>& tags) {
     if (name.empty() || name == "C" || name == "POSIX") return;
-    if (std::string tag = languageTag(localeOf(name)); !tag.empty() && tag != "und")
+    if (std::string tag = unicode::languageTag(withoutCodeSet(name)); !tag.empty() && tag != "und")
         tags.push_back(std::move(tag));
 }
 
@@ -48,17 +42,11 @@ void appendTag(std::string_view name, std::vector<std::string>& tags) {
 
 Locale NativeLocales::current() const {
     const std::string name = localeName();
-    return {name.empty() ? "en_US_POSIX" : localeOf(name).getName()};
+    return {name.empty() ? "en_US_POSIX" : unicode::localeIdentifier(name)};
 }
 
 std::vector<std::string> NativeLocales::availableIdentifiers() const {
-    std::int32_t count = 0;
-    const icu::Locale* locales = icu::Locale::getAvailableLocales(count);
-    std::vector<std::string> identifiers;
-    identifiers.reserve(static_cast<std::size_t>(count));
-    for (std::int32_t index = 0; index < count; ++index)
-        identifiers.emplace_back(locales[index].getName());
-    return identifiers;
+    return unicode::localeIdentifiers();
 }
 
 std::vector<std::string> NativeLocales::preferredLanguages() const {

@@ -7,11 +7,11 @@ import { dirname, join, relative } from "node:path";
 
 const roots = ["Platform", "Crypt", "Sdk", "keyboard", "Ui", "Input", "Cardholder", "C", "tools", "examples", "tests", "fuzz", "bench"];
 
-/** Which folders may include a foreign library. */
+/** Which folders, or sources, may include a foreign library. */
 const libraries = [
   { name: /^openssl\//, folders: ["Platform/Security", "bench/BareOpenSSL", "tests/support/TestPki", "tools/acs/Pki"] },
   { name: /^zlib\.h$/, folders: ["Platform/Security"] },
-  { name: /^unicode\//, folders: ["Platform"] },
+  { name: /^unicode\//, folders: ["Platform/Unicode.cpp"] },
   { name: /^simdjson/, folders: ["Platform"] },
   { name: /^(curl|asio)[./]/, folders: ["Platform/Native", "tests/Platform/Hosted"] },
   { name: /^fontconfig\//, folders: ["Platform/Headless"] },

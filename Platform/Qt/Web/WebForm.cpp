@@ -1,51 +1,21 @@
 #include "Platform/Qt/Web/WebForm.h"
 
+#include "Platform/Unicode.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QUuid>
 
-#include <unicode/ucnv.h>
-#include <unicode/ucnv_err.h>
-
-#include <memory>
 #include <string_view>
 
 namespace korvane {
 
 namespace {
 
-using Converter = std::unique_ptr<UConverter, decltype(&ucnv_close)>;
-
-/// Writes texts in a form's charset, and what the charset lacks as "&#8364;". Source: Encoding Standard,
-/// encoding with the error mode "html".
-class FormEncoder {
-public:
-    explicit FormEncoder(const std::string& charset) {
-        if (charset == "utf-8") return;
-        UErrorCode status = U_ZERO_ERROR;
-        converter_.reset(ucnv_open(charset.c_str(), &status));
-        if (!converter_) return;
-        ucnv_setFallback(converter_.get(), true);
-        ucnv_setFromUCallBack(converter_.get(), UCNV_FROM_U_CALLBACK_ESCAPE, UCNV_ESCAPE_XML_DEC, nullptr,
-                              nullptr, &status);
-    }
-
-    [[nodiscard]] std::string encoded(const QString& text) const {
-        if (!converter_) return text.toStdString();
-        const auto* const units = reinterpret_cast<const UChar*>(text.utf16());
-        const auto length = static_cast<std::int32_t>(text.size());
-        UErrorCode status = U_ZERO_ERROR;
-        const std::int32_t size = ucnv_fromUChars(converter_.get(), nullptr, 0, units, length, &status);
-        std::string bytes(static_cast<std::size_t>(size), '\0');
-        status = U_ZERO_ERROR;
-        ucnv_fromUChars(converter_.get(), bytes.data(), size, units, length, &status);
-        return bytes;
-    }
-
-private:
-    Converter converter_{nullptr, &ucnv_close};
-};
+std::string encoded(const QString& text, const std::string& charset) {
+    return charset == "utf-8" ? text.toStdString() : unicode::inCharset(text.toStdU16String(), charset);
+}
 
 /// Every line break as CR LF.
 QString withNetworkLines(QString text) {
@@ -72,33 +42,33 @@ void appendUrlencoded(std::string& to, std::string_view bytes) {
     }
 }
 
-std::string urlencoded(const std::vector<WebFormField>& fields, const FormEncoder& encoder) {
+std::string urlencoded(const std::vector<WebFormField>& fields, const std::string& charset) {
     std::string text;
     for (const WebFormField& field : fields) {
         if (!text.empty()) text += '&';
-        appendUrlencoded(text, encoder.encoded(withNetworkLines(field.name)));
+        appendUrlencoded(text, encoded(withNetworkLines(field.name), charset));
         text += '=';
-        appendUrlencoded(text, encoder.encoded(withNetworkLines(field.value)));
+        appendUrlencoded(text, encoded(withNetworkLines(field.value), charset));
     }
     return text;
 }
 
 /// Source: HTML Standard, text/plain encoding algorithm.
-std::string plain(const std::vector<WebFormField>& fields, const FormEncoder& encoder) {
+std::string plain(const std::vector<WebFormField>& fields, const std::string& charset) {
     std::string text;
     for (const WebFormField& field : fields) {
-        text += encoder.encoded(withNetworkLines(field.name));
+        text += encoded(withNetworkLines(field.name), charset);
         text += '=';
-        text += encoder.encoded(withNetworkLines(field.value));
+        text += encoded(withNetworkLines(field.value), charset);
         text += "\r\n";
     }
     return text;
 }
 
 /// A name in the quotes of a part's header. Source: HTML Standard, multipart/form-data encoding algorithm.
-std::string quoted(const QString& name, const FormEncoder& encoder) {
+std::string quoted(const QString& name, const std::string& charset) {
     std::string text = "\"";
-    for (const char byte : encoder.encoded(name)) {
+    for (const char byte : encoded(name, charset)) {
         if (byte == '"') {
             text += "%22";
         } else if (byte == '\r') {
@@ -113,7 +83,7 @@ std::string quoted(const QString& name, const FormEncoder& encoder) {
 }
 
 /// Source: RFC 7578.
-std::string multipart(const std::vector<WebFormField>& fields, const FormEncoder& encoder) {
+std::string multipart(const std::vector<WebFormField>& fields, const std::string& charset) {
     const std::string boundary =
         "--KorvaneFormBoundary" + QUuid::createUuid().toString(QUuid::Id128).toStdString();
     std::string text;
@@ -121,15 +91,15 @@ std::string multipart(const std::vector<WebFormField>& fields, const FormEncoder
         text += "--";
         text += boundary;
         text += "\r\nContent-Disposition: form-data; name=";
-        text += quoted(withNetworkLines(field.name), encoder);
+        text += quoted(withNetworkLines(field.name), charset);
         if (field.fileType) {
             text += "; filename=";
-            text += quoted(field.value, encoder);
+            text += quoted(field.value, charset);
             text += "\r\nContent-Type: ";
             text += field.fileType->isEmpty() ? "application/octet-stream" : field.fileType->toStdString();
         }
         text += "\r\n\r\n";
-        if (!field.fileType) text += encoder.encoded(withNetworkLines(field.value));
+        if (!field.fileType) text += encoded(withNetworkLines(field.value), charset);
         text += "\r\n";
     }
     text += "--";
@@ -173,7 +143,7 @@ std::optional<WebForm> WebForm::make(const QString& json) {
 std::optional<QString> WebForm::address() const {
     if (method == Method::post) return action;
     if (!fields) return std::nullopt;
-    const std::string query = urlencoded(*fields, FormEncoder(charset));
+    const std::string query = urlencoded(*fields, charset);
     if (query.size() > kMostFormBytes) return std::nullopt;
     const qsizetype mark = action.indexOf(QLatin1Char('#'));
     const QString fragment = mark < 0 ? QString() : action.mid(mark);
@@ -183,12 +153,11 @@ std::optional<QString> WebForm::address() const {
 
 std::optional<Bytes> WebForm::body() const {
     if (!fields) return std::nullopt;
-    const FormEncoder encoder(charset);
     std::string text;
     switch (encoding) {
-    case WebFormEncoding::urlencoded: text = urlencoded(*fields, encoder); break;
-    case WebFormEncoding::multipart: text = multipart(*fields, encoder); break;
-    case WebFormEncoding::plain: text = plain(*fields, encoder); break;
+    case WebFormEncoding::urlencoded: text = urlencoded(*fields, charset); break;
+    case WebFormEncoding::multipart: text = multipart(*fields, charset); break;
+    case WebFormEncoding::plain: text = plain(*fields, charset); break;
     }
     if (text.size() > kMostFormBytes) return std::nullopt;
     return toBytes(text);
