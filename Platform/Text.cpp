@@ -12,10 +12,11 @@ namespace korvane {
 namespace {
 
 /// In ASCII only CR LF makes one character of two octets, so that anything without CR counts by octets. A block
-/// is looked at without a branch, which a compiler does many octets at a time.
+/// is looked at without a branch, which a compiler does many octets at a time. A char has a sign on some machines only, so
+/// that it is given one.
 bool countsByOctets(std::string_view text) {
     constexpr std::size_t kBlock = 64;
-    const auto isOther = [](char octet) { return octet <= 0 || octet == '\r'; };
+    const auto isOther = [](char octet) { return static_cast<signed char>(octet) <= 0 || octet == '\r'; };
     for (; text.size() >= kBlock; text.remove_prefix(kBlock)) {
         const char* const block = text.data();
         unsigned char others = 0;
