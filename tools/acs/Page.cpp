@@ -1,9 +1,9 @@
 #include "tools/acs/Page.h"
 
+#include "Platform/FaultyText.h"
 #include "Platform/UUID.h"
 #include "tools/acs/Embedded.h"
 #include "tools/acs/Messages.h"
-#include "tools/common/UsageError.h"
 
 #include <algorithm>
 #include <array>
@@ -175,7 +175,7 @@ Answer Page::next(std::string_view rest, const Request& request) {
     }
     try {
         desk_.setNext(Play::read(std::string(rest), std::string(request.body)));
-    } catch (const tools::UsageError& error) {
+    } catch (const FaultyText& error) {
         return refuse(400, error.what());
     }
     return respond(JSON::object());

@@ -1,10 +1,10 @@
 #include "tools/acs/Service.h"
 
 #include "Crypt/DataExtensions.h"
+#include "Platform/JSONLines.h"
 #include "tools/acs/Authentication.h"
 #include "tools/acs/Exchange.h"
 #include "tools/acs/Logo.h"
-#include "tools/common/JSONLines.h"
 #include "tools/common/Terminal.h"
 
 namespace korvane::acs {
@@ -199,7 +199,7 @@ void Service::logSent(std::string_view path, const Answer& answer, const std::op
     const std::string& text = isSealed ? answer.text : answer.body;
     const auto message = JSONSerialization::jsonObject(text);
     // One that repeats a member has more in it than its value: it is shown as it is.
-    if (message && tools::JSONLines(text).repeated().empty())
+    if (message && JSONLines(text).repeated().empty())
         event["message"] = *message;
     else
         event["text"] = text;
