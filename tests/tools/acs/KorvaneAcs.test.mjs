@@ -297,8 +297,8 @@ suite("wrong usage", () => {
       `2: warning: steps[0].screen.acsUiType: is missing or empty${endsWith(201)}`,
       "3: steps[1].passesFrom: must be a whole number from 1 to 2.",
       `3: warning: steps[1].screen.acsUiType: has a value that is not allowed${endsWith(203)}`,
-      '4: steps[2].screen.acsUiType: "acsUiType" is not a string.',
-      '4: steps[2].screen.whyInfoText: "whyInfoText" is not a string.',
+      `4: steps[2].screen.acsUiType: "acsUiType" is not a string${endsWith(203)}`,
+      `4: steps[2].screen.whyInfoText: "whyInfoText" is not a string${endsWith(203)}`,
       "4: steps[2].accepts.oobContinue[0]: must be true or false.",
       `5: warning: steps[3].screen.challengeInfoHeader: has a value that is not allowed (1 to 45 characters)${endsWith(203)}`,
       "5: warning: steps[3].accepts.oobContinue[0]: is no answer that this screen can give.",
@@ -323,9 +323,9 @@ suite("wrong usage", () => {
     checked(written(lines({ acsUiType: "06" })), 1, [`3: acsTransID: has a value that is not allowed${endsWith(203)}`,
       `9: acsUiType: has a value that is not allowed${endsWith(203)}`]);
     checked(written(lines({ acsUIType: "01", issuerImage: { medium: "m" }, psImage: 1, sdkTransID: null })), 1, [
-      `1: acsUiType: is missing or empty${endsWith(201)}`, '4: sdkTransID: "sdkTransID" is null.',
+      `1: acsUiType: is missing or empty${endsWith(201)}`, `4: sdkTransID: "sdkTransID" is null${endsWith(203)}`,
       '9: warning: acsUIType: is not known here and is ignored; "acsUiType" is known.',
-      '10: issuerImage.high: "high" is missing.', '13: psImage: "psImage" is not an object.']);
+      `10: issuerImage.high: "high" is missing${endsWith(201)}`, `13: psImage: "psImage" is not an object${endsWith(203)}`]);
     checked(written(lines({ acsTransID: id, challengeCompletionInd: "Y", transStatus: "Y" })), 0, [" This CRes is good."]);
   });
 
