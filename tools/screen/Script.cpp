@@ -7,6 +7,10 @@
 #include "tools/common/InputFile.h"
 #include "tools/common/UsageError.h"
 
+#include <cstdlib>
+
+#include <unistd.h>
+
 namespace korvane::screen {
 
 namespace {
@@ -17,6 +21,15 @@ void requireScreen(const CRes& cRes, const std::string& file) {
         throw NotDone(file + ": This CRes ends the challenge and shows no screen.");
 }
 
+/// The web engine ends the whole program then, with a line that only its developers understand.
+void requireSandbox(const CRes& cRes) {
+    const bool isPage = cRes.acsUiType == rawValue(UiType::HTML_OTHER);
+    if (isPage && ::geteuid() == 0 && !std::getenv("QTWEBENGINE_DISABLE_SANDBOX"))
+        throw tools::UsageError(
+            "A bank's page is not drawn as root. Run this as another user, or, for pages that "
+            "you trust, set QTWEBENGINE_DISABLE_SANDBOX=1.");
+}
+
 CRes readCRes(const std::string& file) {
     const std::string json = tools::readInputFile(file);
     try {
@@ -25,6 +38,7 @@ CRes readCRes(const std::string& file) {
         text.attempt([&] { cRes = tools::checkCRes(text); });
         text.requireNoFault();
         requireScreen(cRes, file);
+        requireSandbox(cRes);
         return cRes;
     } catch (const FaultyText& error) {
         throw NotDone(error.what());

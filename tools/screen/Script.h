@@ -15,7 +15,8 @@ struct Script {
 };
 
 /// @throws NotDone for a CRes that the library refuses, or that ends a challenge; FaultyText for a theme that
-/// cannot be used; UsageError for a file that cannot be read.
+/// cannot be used; UsageError for a file that cannot be read,
+/// and for a bank's page where this program runs as root.
 /// @param theme  empty for none.
 [[nodiscard]] Script readScript(const std::string& cres, const std::string& theme);
 

@@ -37,6 +37,7 @@ QSize sizeOf(const Row& row) {
 Picture draw(Stage& stage, const Script& script, const Setting& setting) {
     stage.set(setting);
     stage.show(script);
+    stage.settle();
     if (setting.hasKeyboard) stage.openKeyboard();
     const QString caption = QStringLiteral("%1 × %2, %3")
                                 .arg(setting.size.width())

@@ -90,7 +90,6 @@ void Stage::clear() {
 }
 
 bool Stage::openKeyboard() {
-    settle();
     const auto screen = stack_ ? stack_->topController<ChallengeTextNativeViewController>() : nullptr;
     if (screen) screen->otp->becomeFirstResponder();
     return screen != nullptr;

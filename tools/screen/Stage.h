@@ -31,16 +31,19 @@ public:
 
     void clear();
 
-    /// Opens the keyboard.
+    /// Opens the keyboard of a screen that stands.
     /// @return whether the screen has a field.
     bool openKeyboard();
 
-    /// What stands, once nothing moves any more and a bank's page has loaded.
+    /// Waits until nothing is due any more: no job, no layout, no movement.
     /// @throws NotDone if that takes more than ten seconds.
+    void settle();
+
+    /// What stands, once nothing moves any more and a bank's page has loaded.
+    /// @throws as `settle`.
     [[nodiscard]] QImage picture();
 
 private:
-    void settle();
     [[nodiscard]] QImage steadyPicture();
 
     KorvaneWindow window_;

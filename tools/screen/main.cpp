@@ -5,13 +5,12 @@
 #include "tools/common/Tool.h"
 #include "tools/common/UsageError.h"
 #include "tools/screen/Sheet.h"
+#include "tools/screen/Viewer.h"
 
 #include <QGuiApplication>
 #include <QImageWriter>
 
 #include <charconv>
-
-#include <unistd.h>
 
 namespace {
 
@@ -60,10 +59,11 @@ void define(CLI::App& app, Options& options) {
     app.add_option("--theme", options.theme, "The application's look, as JSON by theme.schema.json.")
         ->type_name(tools::kFile)
         ->check(tools::notEmpty());
-    CLI::Option* output = app.add_option("-o,--output", options.output, "The picture to write, as PNG.")
+    CLI::Option* output = app.add_option("-o,--output", options.output,
+                                         "The picture to write, as PNG. Without it a window shows the "
+                                         "screen, anew whenever a file changes.")
                               ->type_name(tools::kFile)
-                              ->check(tools::notEmpty())
-                              ->required();
+                              ->check(tools::notEmpty());
     CLI::Option* sheet =
         app.add_flag("--all", options.isSheet,
                      "A sheet of both orientations, light and dark, on three sizes, in place of one picture.")
@@ -82,7 +82,9 @@ void define(CLI::App& app, Options& options) {
     app.add_flag("--keyboard", options.setting.hasKeyboard,
                  "With the keyboard open, on a screen with a code field.");
     app.footer(
-        "A CRes that the library would refuse is told with the fields at fault, the error's code and the "
+        "In the window controls work: what they would send to the ACS is a JSON object a line on "
+        "standard output.\n\nA CRes that the library would refuse is told with the fields at fault, the "
+        "error's code and the "
         "reason.\n\nExit: 0 when it was drawn, 1 when the CRes was refused or the picture not written, 2 on "
         "wrong usage,\na theme that cannot be used included.");
 }
@@ -104,15 +106,6 @@ void quieten() {
         });
 }
 
-/// The web engine ends the whole program then, with a line that only its developers understand.
-void requireSandbox(const CRes& cRes) {
-    const bool isPage = cRes.acsUiType == rawValue(UiType::HTML_OTHER);
-    if (isPage && ::geteuid() == 0 && !qEnvironmentVariableIsSet("QTWEBENGINE_DISABLE_SANDBOX"))
-        throw tools::UsageError(
-            "A bank's page is not drawn as root. Run this as another user, or, for pages that "
-            "you trust, set QTWEBENGINE_DISABLE_SANDBOX=1.");
-}
-
 void write(const QImage& picture, const std::string& file) {
     QImageWriter writer(QString::fromStdString(file), "png");
     if (!writer.write(picture))
@@ -120,10 +113,9 @@ void write(const QImage& picture, const std::string& file) {
 }
 
 int draw(const Options& options) {
-    UIApplication::shared().setPlaysAnimations(false);
     const Script script = readScript(options.cres, options.theme);
-    requireSandbox(script.cRes);
     Stage stage;
+    UIApplication::shared().setPlaysAnimations(false);
     stage.window().show();
     if (options.isSheet) {
         write(sheetOf(stage, script, options.setting), options.output);
@@ -131,14 +123,21 @@ int draw(const Options& options) {
     }
     stage.set(options.setting);
     stage.show(script);
+    stage.settle();
     if (options.setting.hasKeyboard && !stage.openKeyboard())
         throw tools::UsageError("--keyboard: This screen has no field for a code.");
     write(stage.picture(), options.output);
     return tools::kDone;
 }
 
+int open(const Options& options) {
+    const Viewer viewer(options);
+    return QGuiApplication::exec();
+}
+
 int run(const Options& options, int argc, char** argv) {
-    goOffscreen();
+    const bool isForPicture = !options.output.empty();
+    if (isForPicture) goOffscreen();
     QtPlatform::prepare();
     quieten();
     const QGuiApplication application(argc, argv);
@@ -147,7 +146,7 @@ int run(const Options& options, int argc, char** argv) {
     isEnablePreventScreenRecording = false;
     const QtPlatform platform;
     try {
-        return draw(options);
+        return isForPicture ? draw(options) : open(options);
     } catch (const NotDone& error) {
         tools::complain(kName, error.what());
         return tools::kNotDone;

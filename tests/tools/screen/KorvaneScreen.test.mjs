@@ -1,10 +1,11 @@
 // korvane-screen as its users start it: pictures are looked into, and refusals read.
 
 import assert from "node:assert/strict";
-import { spawnSync } from "node:child_process";
-import { mkdtempSync, readFileSync, rmSync, writeFileSync } from "node:fs";
+import { spawn, spawnSync } from "node:child_process";
+import { mkdtempSync, readFileSync, renameSync, rmSync, writeFileSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
+import { createInterface } from "node:readline";
 import { after, test } from "node:test";
 import { inflateSync } from "node:zlib";
 
@@ -79,4 +80,19 @@ test("What cannot be drawn is told with its reason", () => {
     assert.match(stderr, reason);
     assert.equal(status, expected, stderr);
   }
+});
+
+test("A window follows its files, also where a new one takes an old one's place", { timeout: 60000 }, async () => {
+  const file = written("followed.json", "{");
+  const window = spawn(process.env.KORVANE_SCREEN, [file], { env: { ...env, QT_QPA_PLATFORM: "offscreen", QT_QUICK_BACKEND: "software" } });
+  const lines = createInterface({ input: window.stderr })[Symbol.asyncIterator]();
+  const nextLine = async () => (await lines.next()).value;
+  assert.match(await nextLine(), /followed.json:1: This is not JSON/);
+  written("followed.json", { ...example("text"), acsUiType: "08" });
+  assert.match(await nextLine(), /:9: acsUiType: .* error 203/);
+  renameSync(written("next.json", "[]"), file);
+  assert.match(await nextLine(), /:1: must be an object/);
+  const ended = new Promise((resolve) => window.on("exit", resolve));
+  window.kill();
+  await ended;
 });
