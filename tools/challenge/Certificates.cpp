@@ -93,6 +93,13 @@ Bytes readCertificate(const std::string& path, SecKeyType type) {
     return der;
 }
 
+TransactionCerts readTransactionCerts(const DirectoryServer& server) {
+    const bool isEC = server.algorithm == "EC";
+    const SecKeyType type = isEC ? SecKeyType::kSecAttrKeyTypeEC : SecKeyType::kSecAttrKeyTypeRSA;
+    return {readCertificate(server.certificate, type), readCertificate(server.root),
+            isEC ? CertAlgorithm::EC : CertAlgorithm::RSA, server.identifier};
+}
+
 std::string readAuthorities(const std::string& path) {
     std::string pem;
     for (const Bytes& der : readCertificates(path))

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tools/challenge/Certificates.h"
 #include "tools/challenge/play/Play.h"
 
 #include <cstdint>
@@ -9,17 +10,12 @@ namespace korvane::challenge {
 
 /// What the tool is started with.
 struct Options {
-    std::string directoryServer;
-    /// "EC" or "RSA": the kind of key in the directory server's certificate.
-    std::string algorithm;
-    /// Files in DER or PEM, as the last one below.
-    std::string directoryServerCertificate;
-    std::string directoryServerRoot;
+    DirectoryServer server;
     std::string messageVersion = "2.2.0";
     /// For the whole challenge, in minutes.
     std::int64_t timeout = 5;
     std::string locale = "en-US";
-    /// Further authorities for HTTPS; empty for none.
+    /// Further authorities for HTTPS, as a file in DER or PEM; empty for none.
     std::string certificateAuthority;
     /// Where the authentication request goes; empty where the standard streams carry it.
     std::string authenticate;

@@ -5,6 +5,7 @@
 #include "Input/Arguments.h"
 #include "Platform/JSONBreak.h"
 #include "Sdk/Events/SdkError.h"
+#include "tools/challenge/Certificates.h"
 #include "tools/challenge/FailureNames.h"
 #include "tools/challenge/Hints.h"
 #include "tools/common/Terminal.h"
@@ -29,18 +30,6 @@ public:
     }
 };
 
-class GivenCertificates final : public TransactionCertsProducerProtocol {
-public:
-    explicit GivenCertificates(TransactionCerts certificates) : certificates_(std::move(certificates)) {}
-
-    [[nodiscard]] TransactionCerts getCerts(const std::string& /*directoryServerID*/) override {
-        return certificates_;
-    }
-
-private:
-    TransactionCerts certificates_;
-};
-
 } // namespace
 
 Session::Session(HeadlessPlatform& platform, Options options, TransactionCerts certificates,
@@ -63,7 +52,7 @@ void Session::begin() {
     service_.setCertProducer(std::make_shared<GivenCertificates>(certificates_));
     service_.initialize(std::make_shared<ConfigParameters>(), nullptr, logger, Locale{options_.locale});
     try {
-        transaction_ = service_.createTransaction(options_.directoryServer, options_.messageVersion);
+        transaction_ = service_.createTransaction(options_.server.identifier, options_.messageVersion);
         const JSON request = cardholder::requestValues(transaction_->getAuthenticationRequestParameters());
         JSON event{{"event", "authenticationRequest"}};
         event.update(request);

@@ -65,17 +65,17 @@ void definePlay(CLI::App& app, PlayOptions& options, CLI::Option* authenticate) 
 }
 
 void define(CLI::App& app, Options& options) {
-    app.add_option("--directory-server", options.directoryServer, "Identifier of the directory server.")
+    app.add_option("--directory-server", options.server.identifier, "Identifier of the directory server.")
         ->required();
-    app.add_option("--algorithm", options.algorithm, "Kind of key in its certificate.")
+    app.add_option("--algorithm", options.server.algorithm, "Kind of key in its certificate.")
         ->required()
         ->check(CLI::IsMember({"EC", "RSA"}));
-    app.add_option("--ds-certificate", options.directoryServerCertificate,
+    app.add_option("--ds-certificate", options.server.certificate,
                    "Its certificate for device data, in DER or PEM.")
         ->type_name(tools::kFile)
         ->required()
         ->check(tools::notEmpty());
-    app.add_option("--ds-root", options.directoryServerRoot, "The root of the ACS's chain, in DER or PEM.")
+    app.add_option("--ds-root", options.server.root, "The root of the ACS's chain, in DER or PEM.")
         ->type_name(tools::kFile)
         ->required()
         ->check(tools::notEmpty());
@@ -100,14 +100,6 @@ void define(CLI::App& app, Options& options) {
     app.footer(footer());
 }
 
-TransactionCerts certificatesOf(const Options& options) {
-    const bool isEC = options.algorithm == "EC";
-    const SecKeyType type = isEC ? SecKeyType::kSecAttrKeyTypeEC : SecKeyType::kSecAttrKeyTypeRSA;
-    return {readCertificate(options.directoryServerCertificate, type),
-            readCertificate(options.directoryServerRoot), isEC ? CertAlgorithm::EC : CertAlgorithm::RSA,
-            options.directoryServer};
-}
-
 /// What the files that the options name hold.
 struct Given {
     TransactionCerts certificates;
@@ -117,7 +109,8 @@ struct Given {
 
 Given readFiles(const Options& options) {
     const std::string& authorities = options.certificateAuthority;
-    return {certificatesOf(options), authorities.empty() ? std::string() : readAuthorities(authorities)};
+    return {readTransactionCerts(options.server),
+            authorities.empty() ? std::string() : readAuthorities(authorities)};
 }
 
 int playChallenge(const Options& options, const Given& given) {
