@@ -45,6 +45,8 @@ CRes readCRes(const std::string& file) {
     }
 }
 
+} // namespace
+
 Theme readThemeIfAny(const std::string& file) {
     if (file.empty()) return {};
     try {
@@ -53,8 +55,6 @@ Theme readThemeIfAny(const std::string& file) {
         throw tools::UsageError(file + ": " + error.localizedDescription());
     }
 }
-
-} // namespace
 
 Script readScript(const std::string& cres, const std::string& theme) {
     return {readCRes(cres), readThemeIfAny(theme)};

@@ -14,6 +14,10 @@ struct Script {
     Theme theme;
 };
 
+/// The theme of a file; none where the name is empty.
+/// @throws FaultyText, UsageError as below.
+[[nodiscard]] Theme readThemeIfAny(const std::string& file);
+
 /// @throws NotDone for a CRes that the library refuses, or that ends a challenge; FaultyText for a theme that
 /// cannot be used; UsageError for a file that cannot be read,
 /// and for a bank's page where this program runs as root.

@@ -1,9 +1,11 @@
 #include "Platform/Qt/QtPlatform.h"
 #include "Platform/View/UIApplication.h"
 #include "Ui/Screens/PreventScreenRecording.h"
+#include "tools/challenge/EventWriter.h"
 #include "tools/common/Manual.h"
 #include "tools/common/Tool.h"
 #include "tools/common/UsageError.h"
+#include "tools/screen/Challenge.h"
 #include "tools/screen/Sheet.h"
 #include "tools/screen/Viewer.h"
 
@@ -11,6 +13,7 @@
 #include <QImageWriter>
 
 #include <charconv>
+#include <functional>
 
 namespace {
 
@@ -51,11 +54,39 @@ CLI::Validator isSize() {
         "");
 }
 
+/// A challenge against a running ACS, with the names that korvane-challenge has.
+void defineAcs(CLI::App& app, AcsOptions& options, std::initializer_list<CLI::Option*> others) {
+    CLI::Option* acs = app.add_option("--acs", options.url,
+                                      "In place of a CRes: a whole challenge in a window, from the "
+                                      "authentication request to this URL on.")
+                           ->type_name("URL")
+                           ->check([](const std::string& text) {
+                               return URL::make(text) ? std::string() : "must be a URL, and is " + text;
+                           });
+    for (CLI::Option* other : others)
+        acs->excludes(other);
+    const auto add = [&](const char* name, std::string& value, const char* description, bool isNeeded) {
+        CLI::Option* option = app.add_option(name, value, description)->needs(acs)->check(tools::notEmpty());
+        if (isNeeded) acs->needs(option);
+        return option;
+    };
+    add("--directory-server", options.server.identifier, "Identifier of the directory server.", true);
+    add("--algorithm", options.server.algorithm, "Kind of key in its certificate.", false)
+        ->capture_default_str()
+        ->check(CLI::IsMember({"EC", "RSA"}));
+    add("--ds-certificate", options.server.certificate, "Its certificate for device data, in DER or PEM.",
+        true)
+        ->type_name(tools::kFile);
+    add("--ds-root", options.server.root, "The root of the ACS's chain, in DER or PEM.", true)
+        ->type_name(tools::kFile);
+    add("--ca", options.authorities, "Further authorities for HTTPS, in DER or PEM.", false)
+        ->type_name(tools::kFile);
+}
+
 void define(CLI::App& app, Options& options) {
-    app.add_option("cres", options.cres, "The CRes whose screen is drawn, as JSON.")
-        ->type_name(tools::kFile)
-        ->required()
-        ->check(tools::notEmpty());
+    CLI::Option* cres = app.add_option("cres", options.cres, "The CRes whose screen is drawn, as JSON.")
+                            ->type_name(tools::kFile)
+                            ->check(tools::notEmpty());
     app.add_option("--theme", options.theme, "The application's look, as JSON by theme.schema.json.")
         ->type_name(tools::kFile)
         ->check(tools::notEmpty());
@@ -81,6 +112,7 @@ void define(CLI::App& app, Options& options) {
         ->check(CLI::Range(0.5, 3.0));
     app.add_flag("--keyboard", options.setting.hasKeyboard,
                  "With the keyboard open, on a screen with a code field.");
+    defineAcs(app, options.acs, {cres, output});
     app.footer(
         "In the window controls work: what they would send to the ACS is a JSON object a line on "
         "standard output.\n\nA CRes that the library would refuse is told with the fields at fault, the "
@@ -135,8 +167,44 @@ int open(const Options& options) {
     return QGuiApplication::exec();
 }
 
+/// Once the last screen has gone, if any stands.
+void exitWithoutScreens(KorvaneHost& host, int code) {
+    const auto exitIfGone = [&host, code] {
+        if (!host.isActive()) QCoreApplication::exit(code);
+    };
+    QObject::connect(&host, &KorvaneHost::activeChanged, &host, exitIfGone);
+    QMetaObject::invokeMethod(&host, exitIfGone, Qt::QueuedConnection);
+}
+
+/// In one window until its ending, which is told on standard output.
+int play(const Options& options, QtPlatform& platform) {
+    if (!options.acs.authorities.empty())
+        platform.addCertificateAuthorities(challenge::readAuthorities(options.acs.authorities));
+    const auto wire = std::make_shared<challenge::Wire>();
+    platform.watchAnswers(std::bind_front(&challenge::Wire::watch, wire));
+    Stage stage;
+    stage.window().setTitle(QString::fromStdString(options.acs.url));
+    stage.set(options.setting);
+    stage.window().show();
+    // What the library says on standard output for its developers is no event.
+    challenge::EventWriter events(challenge::StrayOutput::nowhere);
+    const auto ended = [&](const Challenge::Ending& ending) {
+        if (ending.event.empty())
+            tools::complain(kName, ending.text);
+        else
+            events.write({{"event", ending.event}, {"message", ending.text}});
+        exitWithoutScreens(stage.window().host(), ending.event.empty() ? tools::kNotDone : tools::kDone);
+    };
+    const auto challenge =
+        std::make_shared<Challenge>(options.acs, readThemeIfAny(options.theme), wire, ended);
+    challenge->begin();
+    return QGuiApplication::exec();
+}
+
 int run(const Options& options, int argc, char** argv) {
     const bool isForPicture = !options.output.empty();
+    if (options.cres.empty() && options.acs.url.empty())
+        throw tools::UsageError("Name a CRes, or an ACS by --acs. Run with --help for more information.");
     if (isForPicture) goOffscreen();
     QtPlatform::prepare();
     quieten();
@@ -144,8 +212,9 @@ int run(const Options& options, int argc, char** argv) {
     // Pictures are what this program is for.
     isEnablePreventScreenCapture = false;
     isEnablePreventScreenRecording = false;
-    const QtPlatform platform;
+    QtPlatform platform;
     try {
+        if (!options.acs.url.empty()) return play(options, platform);
         return isForPicture ? draw(options) : open(options);
     } catch (const NotDone& error) {
         tools::complain(kName, error.what());

@@ -9,6 +9,8 @@ import { createInterface } from "node:readline";
 import { after, test } from "node:test";
 import { inflateSync } from "node:zlib";
 
+import { Acs } from "../acs/Acs.mjs";
+
 const folder = mkdtempSync(join(tmpdir(), "korvane-screen-"));
 after(() => rmSync(folder, { recursive: true }));
 
@@ -95,4 +97,26 @@ test("A window follows its files, also where a new one takes an old one's place"
   const ended = new Promise((resolve) => window.on("exit", resolve));
   window.kill();
   await ended;
+});
+
+test("A challenge against an ACS is played to its ending, and one that cannot begin is told", { timeout: 60000 }, async () => {
+  const acs = await Acs.play("faultMissingField");
+  const { directoryServerID, directoryServerRoot, deviceDataEC, tlsRoot } = acs.listening;
+  const server = ["--directory-server", directoryServerID, "--ds-certificate", deviceDataEC, "--ds-root", directoryServerRoot];
+  const playAt = (path, ...options) => new Promise((resolve) => {
+    const child = spawn(process.env.KORVANE_SCREEN, ["--acs", acs.url + path, ...server, ...options],
+      { env: { ...env, QT_QPA_PLATFORM: "offscreen", QT_QUICK_BACKEND: "software" } });
+    const said = { stdout: "", stderr: "" };
+    for (const stream of ["stdout", "stderr"]) child[stream].on("data", (text) => (said[stream] += text));
+    child.on("close", (status) => resolve({ status, ...said }));
+  });
+  const ended = await playAt("/authenticate", "--ca", tlsRoot);
+  assert.equal(ended.status, 0, ended.stderr);
+  assert.match(ended.stdout, /^\{"event":"protocolError","message":".*error 201.*challengeCompletionInd.*"\}\n$/);
+  for (const [path, ...options] of [["/authenticate"], ["/nowhere", "--ca", tlsRoot]]) {
+    const { status, stderr } = await playAt(path, ...options);
+    assert.match(stderr, new RegExp(`${path}: (There is no answer|The answer has no values)`));
+    assert.equal(status, 1);
+  }
+  assert.equal(await acs.stop(), 0);
 });
