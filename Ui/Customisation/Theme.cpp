@@ -1,6 +1,7 @@
 #include "Ui/Customisation/Theme.h"
 
 #include "Platform/CheckedText.h"
+#include "Platform/Failure.h"
 #include "Platform/Platform.h"
 #include "Platform/View/UIImage.h"
 #include "Ui/Customisation/ThemeNames.h"
@@ -324,6 +325,14 @@ constexpr std::array<Member<Draft>, 11> kTheme{{
     {"constraints", constraints},
 }};
 
+Bytes contentsOf(const std::string& file) {
+    try {
+        return contentsOfFile(file);
+    } catch (const Failure& error) {
+        throw FaultyText(file + ": The file cannot be read: " + error.localizedDescription() + ".");
+    }
+}
+
 } // namespace
 
 Theme readTheme(std::string_view json, const ThemeOrigin& origin) {
@@ -335,9 +344,8 @@ Theme readTheme(std::string_view json, const ThemeOrigin& origin) {
 }
 
 Theme readThemeFile(const std::string& file) {
-    const Bytes json = contentsOfFile(file);
     const path folder = path(file).parent_path();
-    return readTheme(asText(json), {file, folder.empty() ? "." : folder.string()});
+    return readTheme(asText(contentsOf(file)), {file, folder.empty() ? "." : folder.string()});
 }
 
 } // namespace korvane

@@ -34,7 +34,7 @@ struct ThemeOrigin {
 KORVANE_EXPORT [[nodiscard]] Theme readTheme(std::string_view json, const ThemeOrigin& origin = {});
 
 /// Reads a theme's file. The folders of its images are told from the file's own.
-/// @throws CFError for a file that cannot be read; FaultyText as above.
+/// @throws FaultyText as above, and for a file that cannot be read.
 KORVANE_EXPORT [[nodiscard]] Theme readThemeFile(const std::string& path);
 
 } // namespace korvane

@@ -110,6 +110,13 @@ Outcome outcomeOf(const SdkError& error) {
             .facts = {{"Ending", "SdkError"}, {"Message", text(error.localizedDescription())}}};
 }
 
+Outcome themeFailure(const QString& reason) {
+    return {.ending = "no theme",
+            .title = kNotPaid,
+            .words = "The look of the bank's screens could not be read." + kNoCharge,
+            .facts = {{"Ending", "no challenge"}, {"Reason", reason}}};
+}
+
 Outcome serverFailure(const QString& reason) {
     return {.ending = "no answer",
             .title = kNotPaid,

@@ -42,5 +42,7 @@ struct Outcome {
 [[nodiscard]] Outcome outcomeOf(const SdkError& error);
 /// @param reason  why the shop's server gave no answer that could be used.
 [[nodiscard]] Outcome serverFailure(const QString& reason);
+/// @param reason  why the theme's file cannot be used.
+[[nodiscard]] Outcome themeFailure(const QString& reason);
 
 } // namespace korvane::checkout

@@ -1,5 +1,6 @@
 #include "examples/checkout/Shop.h"
 
+#include "Platform/FaultyText.h"
 #include "examples/checkout/Themes.h"
 
 #include <QDate>
@@ -193,9 +194,13 @@ void Shop::pay() {
     if (!card || !canPay() || page_ == WaitingPage) return;
     show(WaitingPage);
     const auto& theme = allThemes()[static_cast<std::size_t>(theme_)];
-    payment_ = std::make_shared<Payment>(*card, customizationOf(theme),
-                                         [this](const Outcome& outcome) { paymentEnded(outcome); });
-    payment_->begin(acs_);
+    try {
+        payment_ = std::make_shared<Payment>(*card, customizationOf(theme),
+                                             [this](const Outcome& outcome) { paymentEnded(outcome); });
+        payment_->begin(acs_);
+    } catch (const FaultyText& error) {
+        paymentEnded(themeFailure(QString::fromUtf8(error.what())));
+    }
 }
 
 void Shop::paymentEnded(const Outcome& outcome) {
