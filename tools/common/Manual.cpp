@@ -65,6 +65,17 @@ std::string optionsOf(const CLI::App& app) {
     return text;
 }
 
+/// For the synopsis: what stands on the command line without a name before it.
+std::string positionalsOf(const CLI::App& app) {
+    std::string text;
+    for (const CLI::Option* option : listedOptions(app)) {
+        if (!option->get_positional()) continue;
+        const std::string name = option->get_type_name();
+        text += option->get_required() ? " " + name : " [" + name + "]";
+    }
+    return text;
+}
+
 /// Words as they stand, which the help lays out itself.
 std::string laidOut(std::string_view text) {
     return ".nf\n" + line(text) + ".fi\n";
@@ -110,7 +121,7 @@ std::string manualPage(const CLI::App& app, const std::string& version) {
     const std::string& name = app.get_name();
     std::string page = ".TH " + name + " 1 \"\" \"" + version + "\" \"Korvane\"\n";
     page += section("NAME") + name + " \\- " + line(firstSentence(app.get_description()));
-    page += section("SYNOPSIS") + ".B " + name + "\n[OPTIONS]\n";
+    page += section("SYNOPSIS") + ".B " + name + "\n[OPTIONS]" + positionalsOf(app) + "\n";
     const auto subcommands = app.get_subcommands([](const CLI::App*) { return true; });
     for (const CLI::App* subcommand : subcommands)
         page += ".br\n.B " + name + " " + subcommand->get_name() + "\n[OPTIONS] ARGUMENTS\n";
@@ -125,6 +136,7 @@ std::string bashCompletion(const CLI::App& app) {
     std::string names;
     std::string cases;
     for (const CLI::Option* option : listedOptions(app)) {
+        if (option->get_positional()) continue; // a file, which the shell completes by itself
         names += (names.empty() ? "" : " ") + namesOf(*option, " ");
         if (takesValue(*option)) cases += caseOf(*option);
     }
@@ -146,7 +158,7 @@ std::string bashCompletion(const CLI::App& app) {
            names +
            "\" -- \"$cur\")\n"
            "}\n"
-           "complete -o filenames -o bashdefault -F " +
+           "complete -o filenames -o bashdefault -o default -F " +
            function + " " + app.get_name() + "\n";
 }
 

@@ -1,7 +1,5 @@
 #include "tools/screen/Script.h"
 
-#include "Platform/Failure.h"
-#include "Platform/NSBundle.h"
 #include "Sdk/Messages/MessageValues.h"
 #include "tools/common/CResCheck.h"
 #include "tools/common/InputFile.h"
@@ -48,12 +46,7 @@ CRes readCRes(const std::string& file) {
 } // namespace
 
 Theme readThemeIfAny(const std::string& file) {
-    if (file.empty()) return {};
-    try {
-        return readThemeFile(file);
-    } catch (const Failure& error) {
-        throw tools::UsageError(file + ": " + error.localizedDescription());
-    }
+    return file.empty() ? Theme{} : readThemeFile(file);
 }
 
 Script readScript(const std::string& cres, const std::string& theme) {

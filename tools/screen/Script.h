@@ -15,7 +15,7 @@ struct Script {
 };
 
 /// The theme of a file; none where the name is empty.
-/// @throws FaultyText, UsageError as below.
+/// @throws FaultyText for a theme that cannot be used.
 [[nodiscard]] Theme readThemeIfAny(const std::string& file);
 
 /// @throws NotDone for a CRes that the library refuses, or that ends a challenge; FaultyText for a theme that

@@ -113,12 +113,14 @@ void define(CLI::App& app, Options& options) {
     app.add_flag("--keyboard", options.setting.hasKeyboard,
                  "With the keyboard open, on a screen with a code field.");
     defineAcs(app, options.acs, {cres, output});
-    app.footer(
-        "In the window controls work: what they would send to the ACS is a JSON object a line on "
-        "standard output.\n\nA CRes that the library would refuse is told with the fields at fault, the "
-        "error's code and the "
-        "reason.\n\nExit: 0 when it was drawn, 1 when the CRes was refused or the picture not written, 2 on "
-        "wrong usage,\na theme that cannot be used included.");
+    app.footer("In the window controls work: what they would send to the ACS is a JSON object a line on "
+               "standard output.\n"
+               "With --acs that is the ending.\n\n"
+               "A CRes that the library would refuse is told with the fields at fault, the error's code and "
+               "the reason.\n\n"
+               "Exit: 0 when it was drawn or the challenge came to an ending; 1 when not, a refused CRes "
+               "included; 2 on\n"
+               "wrong usage, a theme that cannot be used included.");
 }
 
 /// What the environment says already stands. Before Qt reads it.
