@@ -1,4 +1,5 @@
 #include "Platform/Qt/Parts/Values.h"
+#include "Ui/Customisation/Theme.h"
 #include "Ui/Screens/ChallengeWebViewController.h"
 #include "keyboard/KeyPop.h"
 #include "keyboard/KeyboardLayout.h"
@@ -135,6 +136,29 @@ TEST_F(Pictures, EveryTextOfEveryScreenIsWholeAndCanBeRead) {
                 host->setTextScale(scale);
                 look(*screen->view(), std::string(rawValue(kind)) + name + on.name);
             }
+}
+
+/// As the example's shop wears them, and with a finger on each button.
+TEST_F(Pictures, TextsCanBeReadInEveryThemeAndUnderAFinger) {
+    const QDir themes(QStringLiteral(KORVANE_THEMES));
+    ASSERT_EQ(themes.entryList({"*.json"}).size(), 4);
+    for (const QString& file : themes.entryList({"*.json"})) {
+        const std::string path = themes.filePath(file).toStdString();
+        customization = readThemeFile(path).customization;
+        host->setDark(file == "dark.json");
+        for (const UiType kind : {UiType::TEXT, UiType::MULTI_SELECT, UiType::OOB}) {
+            SCOPED_TRACE(path + " " + std::string(rawValue(kind)));
+            const auto screen = showAs<ChallengeNativeViewController>(screenCRes(kind));
+            EXPECT_THAT(unreadable(*screen->view()), IsEmpty());
+            for (const UIView* const leaf : leavesOf(*screen->view())) {
+                if (!isAny<UIButton>(*leaf)) continue;
+                finger(0, QEventPoint::State::Pressed, middleOf(*leaf));
+                settle();
+                EXPECT_THAT(unreadable(*leaf), IsEmpty());
+                finger(0, QEventPoint::State::Released, {1, 1});
+            }
+        }
+    }
 }
 
 /// WCAG 2.2, 1.4.11: what a control is known by, and what tells its state.

@@ -65,6 +65,8 @@ protected:
     KorvaneHost* const host = &scene.host();
     std::unique_ptr<QPointingDevice> glass;
     std::set<int> fingersDown;
+    /// The look of the screens that are shown from now on; null for the library's own.
+    std::shared_ptr<const UiCustomization> customization;
     std::shared_ptr<ChallengeRootNavigationController> stack;
     std::shared_ptr<FakeActions> actions = std::make_shared<FakeActions>();
 };
