@@ -3,6 +3,7 @@
 #include "Platform/Platform.h"
 #include "tools/common/Tool.h"
 
+#include <QDateTime>
 #include <QFileInfo>
 #include <QQmlComponent>
 #include <QQmlEngine>
@@ -28,7 +29,7 @@ QQuickItem* makeNotice(QQuickWindow& window) {
 Viewer::Viewer(const Options& options) : options_(options), notice_(makeNotice(stage_.window())) {
     pause_.setSingleShot(true);
     pause_.setInterval(kPause);
-    QObject::connect(&pause_, &QTimer::timeout, &pause_, [this] { load(); });
+    QObject::connect(&pause_, &QTimer::timeout, &pause_, [this] { loadIfChanged(); });
     const auto wait = [this] { pause_.start(); };
     QObject::connect(&watcher_, &QFileSystemWatcher::fileChanged, &pause_, wait);
     QObject::connect(&watcher_, &QFileSystemWatcher::directoryChanged, &pause_, wait);
@@ -38,7 +39,22 @@ Viewer::Viewer(const Options& options) : options_(options), notice_(makeNotice(s
     load();
 }
 
+/// Other files in their folders change as well, and what has been typed would be lost for nothing.
+void Viewer::loadIfChanged() {
+    if (stamp() != loaded_) load();
+}
+
+QString Viewer::stamp() const {
+    QString stamp;
+    for (const std::string& name : {options_.cres, options_.theme}) {
+        const QFileInfo file(QString::fromStdString(name));
+        stamp += QStringLiteral("%1 %2 ").arg(file.lastModified().toMSecsSinceEpoch()).arg(file.size());
+    }
+    return stamp;
+}
+
 void Viewer::load() {
+    loaded_ = stamp();
     watch();
     try {
         stage_.show(readScript(options_.cres, options_.theme));

@@ -14,14 +14,19 @@ public:
     explicit Viewer(const Options& options);
 
 private:
+    /// If a file is not what it was.
+    void loadIfChanged();
     void load();
     void watch();
+    /// Of what the files are at this moment.
+    [[nodiscard]] QString stamp() const;
     void tell(const QString& reason);
 
     const Options options_;
     Stage stage_;
     QFileSystemWatcher watcher_;
     QTimer pause_;
+    QString loaded_;     // the stamp of what is shown
     QQuickItem* notice_; // the window's
 };
 
