@@ -78,10 +78,10 @@ void ShowInfoButtonButton::applyCustomInsets() {
     // What is placed here is measured by how it lies now.
     layoutIfNeeded();
     const double titleShift = leftTitleInset.value_or(0);
-    if (rightImageInset)
-        setImageEdgeInsets(imageInsetsAtRight(*rightImageInset));
-    else if (leftImageInset)
+    if (leftImageInset && !rightImageInset)
         setImageEdgeInsets({0, titleLabel()->frame().size.width + *leftImageInset + titleShift, 0, 0});
+    else
+        setImageEdgeInsets(imageInsetsAtRight(rightImageInset.value_or(0)));
     if (!leftImageInset) return;
     UIEdgeInsets title = titleEdgeInsets();
     title.left = titleShift - (imageView() ? imageView()->frame().size.width : 0);

@@ -60,7 +60,7 @@ public:
 
     /// The insets that put the image `fromRight` points from the right edge, as the button is now.
     [[nodiscard]] UIEdgeInsets imageInsetsAtRight(double fromRight) const;
-    /// Places image and title as the insets above say.
+    /// Places image and title as the insets above say; the image at the right edge where they say nothing.
     void applyCustomInsets();
 
 private:

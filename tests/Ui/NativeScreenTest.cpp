@@ -137,6 +137,16 @@ TEST_F(NativeScreen, ConstantsOfTheApplicationReachTheControlsAtEveryLayout) {
     }
 }
 
+TEST_F(NativeScreen, ArrowsStayAtTheRightEdgeOfAWindowThatIsResized) {
+    const auto screen = show(screenCRes(UiType::OOB));
+    for (const double width : {390, 600, 320}) {
+        window->setFrame({{0, 0}, {width, 844}});
+        settle();
+        const UIButton& button = *screen->whyInfoButton.get();
+        EXPECT_NEAR(CGRectGetMaxX(button.imageView()->frame()), button.bounds().size.width, 1) << width;
+    }
+}
+
 TEST_F(NativeScreen, WithoutATransactionButtonsShowASpinnerAndNothingElse) {
     for (const auto& [kind, button] : {std::pair(UiType::TEXT, "submitButton"),
                                        {UiType::TEXT, "resendButton"},
