@@ -1,6 +1,7 @@
 #include "C/Objects.h"
 #include "Platform/JSON.h"
 #include "Sdk/Events/SdkError.h"
+#include "Ui/Customisation/Theme.h"
 
 #include <map>
 
@@ -47,6 +48,16 @@ private:
     std::map<std::string, TransactionCerts> all_;
 };
 
+Theme themeOf(const char* json) {
+    const auto text = textIfPresent(json, "theme");
+    if (!text) return {};
+    try {
+        return readTheme(*text);
+    } catch (const FaultyText& fault) {
+        throw CallError(KORVANE_BAD_ARGUMENT, fault.what());
+    }
+}
+
 std::string_view nameOf(Severity severity) {
     switch (severity) {
     case Severity::LOW: return "LOW";
@@ -68,10 +79,11 @@ korvane_result korvane_service_create(korvane_platform* platform, const korvane_
         const korvane_configuration given = copyOf(configuration, "configuration");
         auto certificates = std::make_shared<GivenCertificates>(given);
         const auto locale = textIfPresent(given.locale, "locale");
+        const Theme theme = themeOf(given.theme);
         const auto made = std::make_shared<ServiceObject>();
         made->service.setCertProducer(std::move(certificates));
         made->service.initialize(std::make_shared<ConfigParameters>(ConfigParameters::DevInfoCerts{}),
-                                 nullptr, Logger::shared().debug(),
+                                 theme.customization, theme.constraints, Logger::shared().debug(),
                                  locale ? Locale{*locale} : visit.platform().locales().current());
         *service = Handles::shared().add<korvane_service>(made);
     });

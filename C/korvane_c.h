@@ -245,6 +245,9 @@ typedef struct korvane_configuration {
     size_t server_count;
     /// For the device data, as in "fr-CA"; null for the machine's.
     const char* locale;
+    /// The look of the screens, as JSON by `theme.schema.json`; null for the library's own. What is wrong with it
+    /// is told by line, as `KORVANE_BAD_ARGUMENT`. Folders of images in it are told from the application's.
+    const char* theme;
 } korvane_configuration;
 
 /// Collects the device data, and is ready for transactions. Certificates are looked at when a transaction

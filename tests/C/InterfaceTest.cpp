@@ -204,6 +204,8 @@ TEST_F(Interface, WhatIsHandedInIsLookedAtAndNothingIsLeftBehind) {
         };
     EXPECT_EQ(create([](auto& all, auto&) { all.size = 0; }), KORVANE_BAD_ARGUMENT);
     EXPECT_EQ(create([](auto& all, auto&) { all.servers = nullptr; }), KORVANE_BAD_ARGUMENT);
+    EXPECT_EQ(create([](auto& all, auto&) { all.theme = "{\n\"lables\": {}}"; }), KORVANE_BAD_ARGUMENT);
+    EXPECT_THAT(error_.text, HasSubstr("theme:2: lables: is not known here"));
     EXPECT_EQ(create([](auto& all, auto&) { all.server_count = SIZE_MAX; }), KORVANE_TOO_LARGE);
     EXPECT_EQ(create([](auto&, auto& one) { one.algorithm = 7; }), KORVANE_BAD_ARGUMENT);
     EXPECT_EQ(create([](auto&, auto& one) { one.certificate_length = SIZE_MAX; }), KORVANE_TOO_LARGE);
