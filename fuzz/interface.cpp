@@ -88,7 +88,7 @@ void makeService(Program& program, Pieces& pieces) {
     const std::size_t length = isKnown ? known.ecLeaf.size() : own.size();
     const korvane_directory_server server{kServer, pieces.byte() % 3, bytes,
                                           length,  known.root.data(), known.root.size()};
-    const korvane_configuration configuration{sizeof configuration, &server, 1, locale.c_str()};
+    const korvane_configuration configuration{sizeof configuration, &server, 1, locale.c_str(), nullptr};
     korvane_service* made = nullptr;
     keep(program,
          korvane_service_create(program.any<korvane_platform>(pieces.byte()), &configuration, &made, nullptr),

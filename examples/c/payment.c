@@ -41,7 +41,8 @@ int main(int argc, char** argv) {
     const korvane_directory_server server = {argv[1],     KORVANE_EC,
                                              certificate, read_file(argv[2], certificate, 65536),
                                              root,        read_file(argv[3], root, 65536)};
-    const korvane_configuration configuration = {sizeof configuration, &server, 1, "en-GB"};
+    const korvane_configuration configuration = {
+        .size = sizeof configuration, .servers = &server, .server_count = 1, .locale = "en-GB"};
     read_file(argv[4], authorities, sizeof authorities - 1);
 
     korvane_platform* platform;
