@@ -60,7 +60,8 @@ void QtScreenTest::resize(const Telephone& to) {
 }
 
 std::shared_ptr<ChallengeViewController> QtScreenTest::show(const CRes& cRes) {
-    const auto container = VCFactory(nullptr, nullptr, customization, nullptr).getViewControllerContainer(cRes);
+    const auto container =
+        VCFactory(nullptr, nullptr, customization, nullptr).getViewControllerContainer(cRes);
     const bool isTurned = host->width() > host->height() && !container.isHtmlChallenge();
     const auto controller =
         container.controllersMap().at(isTurned ? Orientation::LANDSCAPE : Orientation::PORTRAIT);
