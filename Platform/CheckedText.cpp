@@ -4,6 +4,7 @@
 #include "Platform/JSONBreak.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace korvane {
 
@@ -18,6 +19,13 @@ std::string listOf(std::span<const std::string_view> names) {
 
 std::string textOf(const Bounds& bounds) {
     return " from " + std::to_string(bounds.least) + " to " + std::to_string(bounds.most) + ".";
+}
+
+/// JSON tells no whole numbers from others: 14.0 is as whole as 14.
+bool isWhole(const JSON& value) {
+    if (!value.is_number_float()) return value.is_number();
+    const auto number = value.get<double>();
+    return std::trunc(number) == number;
 }
 
 std::string placeOf(const std::string& name, std::size_t line) {
@@ -98,7 +106,7 @@ const std::string& CheckedValue::string() const {
 }
 
 std::size_t CheckedValue::count(std::size_t largest) const {
-    if (!value_.is_number_integer() || value_ < 1 || value_ > largest)
+    if (!isWhole(value_) || value_ < 1 || value_ > largest)
         fail("must be a whole number from 1 to " + std::to_string(largest) + ".");
     return value_.get<std::size_t>();
 }
@@ -116,7 +124,7 @@ double CheckedValue::number(const Bounds& bounds) const {
 }
 
 int CheckedValue::wholeNumber(const Bounds& bounds) const {
-    if (!value_.is_number_integer() || value_ < bounds.least || value_ > bounds.most)
+    if (!isWhole(value_) || value_ < bounds.least || value_ > bounds.most)
         fail("must be a whole number" + textOf(bounds));
     return value_.get<int>();
 }

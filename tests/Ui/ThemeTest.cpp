@@ -47,7 +47,8 @@ protected:
         if (rule.contains("pattern")) return {"#12AbEF", "#12abEF80"};
         if (rule["type"] == "boolean") return {false, true};
         if (rule["type"] == "string") return {"Text"};
-        if (rule.contains("minimum")) return {rule["minimum"], rule["maximum"]};
+        if (rule.contains("minimum"))
+            return {rule["minimum"], rule["maximum"], rule["maximum"].get<double>()};
         JSON whole = JSON::object();
         if (rule.contains("properties"))
             for (const auto& [name, member] : rule["properties"].items())
