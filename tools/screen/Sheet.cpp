@@ -35,15 +35,11 @@ QSize sizeOf(const Row& row) {
 }
 
 Picture draw(Stage& stage, const Script& script, const Setting& setting) {
-    stage.set(setting);
-    stage.show(script);
-    stage.settle();
-    if (setting.hasKeyboard) stage.openKeyboard();
     const QString caption = QStringLiteral("%1 × %2, %3")
                                 .arg(setting.size.width())
                                 .arg(setting.size.height())
                                 .arg(setting.isDark ? "dark" : "light");
-    return {caption, stage.picture()};
+    return {caption, stage.draw(script, setting)};
 }
 
 /// Upright ones in one row, light beside dark; what lies on its side is wide, and has a row for each.

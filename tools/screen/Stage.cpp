@@ -4,6 +4,7 @@
 #include "Sdk/Events/SdkError.h"
 #include "Ui/Screens/ChallengeTextNativeViewController.h"
 #include "Ui/Screens/VCFactory.h"
+#include "tools/common/UsageError.h"
 #include "tools/screen/Echo.h"
 
 #include <QElapsedTimer>
@@ -93,6 +94,15 @@ bool Stage::openKeyboard() {
     const auto screen = stack_ ? stack_->topController<ChallengeTextNativeViewController>() : nullptr;
     if (screen) screen->otp->becomeFirstResponder();
     return screen != nullptr;
+}
+
+QImage Stage::draw(const Script& script, const Setting& setting) {
+    set(setting);
+    show(script);
+    settle();
+    if (setting.hasKeyboard && !openKeyboard())
+        throw tools::UsageError("--keyboard: This screen has no field for a code.");
+    return picture();
 }
 
 /// What is posted behind all jobs runs after them, and then once more for what these posted.

@@ -35,15 +35,15 @@ public:
     /// @return whether the screen has a field.
     bool openKeyboard();
 
-    /// Waits until nothing is due any more: no job, no layout, no movement.
-    /// @throws NotDone if that takes more than ten seconds.
-    void settle();
-
-    /// What stands, once nothing moves any more and a bank's page has loaded.
-    /// @throws as `settle`.
-    [[nodiscard]] QImage picture();
+    /// A screen as the device is held and set, once nothing moves any more and a bank's page has loaded.
+    /// @throws NotDone as `show`, and if that takes more than ten seconds; UsageError for a keyboard on a screen
+    /// without a field.
+    [[nodiscard]] QImage draw(const Script& script, const Setting& setting);
 
 private:
+    /// Waits until nothing is due any more: no job, no layout, no movement.
+    void settle();
+    [[nodiscard]] QImage picture();
     [[nodiscard]] QImage steadyPicture();
 
     KorvaneWindow window_;

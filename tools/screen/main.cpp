@@ -110,9 +110,9 @@ void define(CLI::App& app, Options& options) {
     app.add_option("--text-scale", options.setting.textScale, "Multiplies the size of texts.")
         ->capture_default_str()
         ->check(CLI::Range(0.5, 3.0));
-    app.add_flag("--keyboard", options.setting.hasKeyboard,
-                 "With the keyboard open, on a screen with a code field.");
-    defineAcs(app, options.acs, {cres, output});
+    CLI::Option* keyboard = app.add_flag("--keyboard", options.setting.hasKeyboard,
+                                         "With the keyboard open, on a screen with a code field.");
+    defineAcs(app, options.acs, {cres, output, keyboard});
     app.footer("In the window controls work: what they would send to the ACS is a JSON object a line on "
                "standard output.\n"
                "With --acs that is the ending.\n\n"
@@ -151,16 +151,8 @@ int draw(const Options& options) {
     Stage stage;
     UIApplication::shared().setPlaysAnimations(false);
     stage.window().show();
-    if (options.isSheet) {
-        write(sheetOf(stage, script, options.setting), options.output);
-        return tools::kDone;
-    }
-    stage.set(options.setting);
-    stage.show(script);
-    stage.settle();
-    if (options.setting.hasKeyboard && !stage.openKeyboard())
-        throw tools::UsageError("--keyboard: This screen has no field for a code.");
-    write(stage.picture(), options.output);
+    write(options.isSheet ? sheetOf(stage, script, options.setting) : stage.draw(script, options.setting),
+          options.output);
     return tools::kDone;
 }
 

@@ -72,6 +72,7 @@ test("What cannot be drawn is told with its reason", () => {
     [2, text, /theme.json:2: buttons.sumbit: is not known here; known are verify/, "--theme",
       written("theme.json", '{"buttons": {\n"sumbit": {}}}')],
     [2, example("oob"), /This screen has no field/, "--keyboard"],
+    [2, example("oob"), /This screen has no field/, "--keyboard", "--all"],
     [2, text, /must be width and height in points/, "--size", "390"],
     [2, text, /must be width and height in points/, "--size", "390x199"],
     [2, text, /--all excludes|excludes --all/, "--all", "--dark"],
