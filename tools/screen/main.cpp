@@ -132,6 +132,14 @@ void goOffscreen() {
     set("QT_QUICK_BACKEND", "software");
 }
 
+/// Without one Qt ends the whole program, with advice that helps nobody.
+void requireDisplay() {
+    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+        if (!qEnvironmentVariableIsEmpty(name)) return;
+    throw tools::UsageError(
+        "There is no display for a window. Run this on a desktop, or write a picture by -o.");
+}
+
 /// Qt tells much of the machine that says nothing of the screen.
 void quieten() {
     if (!qEnvironmentVariableIsSet("QT_LOGGING_RULES"))
@@ -182,7 +190,9 @@ int play(const Options& options, QtPlatform& platform) {
     stage.window().show();
     // What the library says on standard output for its developers is no event.
     challenge::EventWriter events(challenge::StrayOutput::nowhere);
+    bool hasEnded = false;
     const auto ended = [&](const Challenge::Ending& ending) {
+        hasEnded = true;
         if (ending.event.empty())
             tools::complain(kName, ending.text);
         else
@@ -192,14 +202,19 @@ int play(const Options& options, QtPlatform& platform) {
     const auto challenge =
         std::make_shared<Challenge>(options.acs, readThemeIfAny(options.theme), wire, ended);
     challenge->begin();
-    return QGuiApplication::exec();
+    const int code = QGuiApplication::exec();
+    if (!hasEnded) throw NotDone("The window was closed before the challenge ended.");
+    return code;
 }
 
 int run(const Options& options, int argc, char** argv) {
     const bool isForPicture = !options.output.empty();
     if (options.cres.empty() && options.acs.url.empty())
         throw tools::UsageError("Name a CRes, or an ACS by --acs. Run with --help for more information.");
-    if (isForPicture) goOffscreen();
+    if (isForPicture)
+        goOffscreen();
+    else
+        requireDisplay();
     QtPlatform::prepare();
     quieten();
     const QGuiApplication application(argc, argv);

@@ -83,6 +83,8 @@ test("What cannot be drawn is told with its reason", () => {
     assert.match(stderr, reason);
     assert.equal(status, expected, stderr);
   }
+  const unseen = spawnSync(process.env.KORVANE_SCREEN, [written("cres.json", text)], { env: {}, encoding: "utf8" });
+  assert.deepEqual([unseen.status, /There is no display/.test(unseen.stderr)], [2, true]);
 });
 
 test("A window follows its files, also where a new one takes an old one's place", { timeout: 60000 }, async () => {
