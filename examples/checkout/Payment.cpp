@@ -46,8 +46,8 @@ std::optional<std::string> textOf(const JSON& answer, const char* name) {
 
 } // namespace
 
-Payment::Payment(const Card& card, std::shared_ptr<const UiCustomization> customization, Ended ended)
-    : card_(card), customization_(std::move(customization)), ended_(std::move(ended)) {}
+Payment::Payment(const Card& card, korvane::Theme look, Ended ended)
+    : card_(card), look_(std::move(look)), ended_(std::move(ended)) {}
 
 void Payment::begin(Acs& acs) {
     acs.open(card_.scenario,
@@ -64,7 +64,8 @@ void Payment::begin(Acs& acs) {
 void Payment::createTransaction(const AcsSite& site) {
     try {
         service_.setCertProducer(std::make_shared<SiteCertificates>(site));
-        service_.initialize(std::make_shared<ConfigParameters>(), customization_, nullptr, Locale{kLocale});
+        service_.initialize(std::make_shared<ConfigParameters>(), look_.customization, look_.constraints,
+                            nullptr, Locale{kLocale});
         transaction_ = service_.createTransaction(site.directoryServerID.toStdString(), kMessageVersion);
         authenticate(site);
     } catch (const SdkError& error) {

@@ -2,6 +2,7 @@
 
 #include "Platform/JSON.h"
 #include "Sdk/Service/ThreeDS2Service.h"
+#include "Ui/Customisation/Theme.h"
 #include "examples/checkout/Acs.h"
 #include "examples/checkout/Cards.h"
 #include "examples/checkout/Outcome.h"
@@ -20,7 +21,7 @@ public:
     /// Hears the ending, once; it may let the payment go.
     using Ended = std::function<void(const Outcome&)>;
 
-    Payment(const Card& card, std::shared_ptr<const UiCustomization> customization, Ended ended);
+    Payment(const Card& card, korvane::Theme look, Ended ended);
     Payment(const Payment&) = delete;
     Payment& operator=(const Payment&) = delete;
     ~Payment() override = default;
@@ -44,7 +45,7 @@ private:
     void end(const Outcome& outcome);
 
     const Card& card_;
-    const std::shared_ptr<const UiCustomization> customization_;
+    const korvane::Theme look_;
     Ended ended_;
     ThreeDS2Service service_;
     std::shared_ptr<Transaction> transaction_;

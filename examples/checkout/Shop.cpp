@@ -195,7 +195,7 @@ void Shop::pay() {
     show(WaitingPage);
     const auto& theme = allThemes()[static_cast<std::size_t>(theme_)];
     try {
-        payment_ = std::make_shared<Payment>(*card, customizationOf(theme),
+        payment_ = std::make_shared<Payment>(*card, lookOf(theme),
                                              [this](const Outcome& outcome) { paymentEnded(outcome); });
         payment_->begin(acs_);
     } catch (const FaultyText& error) {

@@ -1,7 +1,6 @@
 #include "examples/checkout/Themes.h"
 
 #include "Platform/Platform.h"
-#include "Ui/Customisation/Theme.h"
 
 #include <algorithm>
 #include <array>
@@ -36,9 +35,9 @@ int themeNamed(const QString& name) {
     return found == kThemes.end() ? -1 : static_cast<int>(found - kThemes.begin());
 }
 
-std::shared_ptr<const UiCustomization> customizationOf(const Theme& theme) {
+korvane::Theme lookOf(const Theme& theme) {
     const std::string folder = Platform::current().mainBundle().bundlePath() + "/themes/";
-    return readThemeFile(folder + theme.name + ".json").customization;
+    return readThemeFile(folder + theme.name + ".json");
 }
 
 } // namespace korvane::checkout

@@ -1,10 +1,9 @@
 #pragma once
 
-#include "Ui/Customisation/UiCustomization.h"
+#include "Ui/Customisation/Theme.h"
 
 #include <QString>
 
-#include <memory>
 #include <span>
 #include <string>
 #include <vector>
@@ -34,6 +33,6 @@ struct Theme {
 /// What the library is initialised with: the theme's file as it is now, so that it can be changed while the
 /// shop runs. After the platform.
 /// @throws FaultyText for a file that cannot be used.
-[[nodiscard]] std::shared_ptr<const UiCustomization> customizationOf(const Theme& theme);
+[[nodiscard]] korvane::Theme lookOf(const Theme& theme);
 
 } // namespace korvane::checkout
