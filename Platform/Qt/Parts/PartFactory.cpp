@@ -18,6 +18,7 @@
 #include "Platform/View/WKWebView.h"
 
 #include <QFontMetricsF>
+#include <QQmlEngine>
 
 #include <algorithm>
 #include <array>
