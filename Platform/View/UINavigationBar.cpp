@@ -3,6 +3,7 @@
 #include "Platform/View/UIButton.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace korvane {
 
@@ -102,18 +103,24 @@ std::shared_ptr<UIView> UINavigationBar::hitTest(CGPoint point) {
     return CGRectContainsPoint(reach, point) ? rightView_->hitTest(middle) : hit;
 }
 
-/// The end comes first, and the title gets the room beside it, around the middle.
+/// The end comes first. The title stands in the bar's middle as long as it has room there, and beside it rather
+/// than small.
 void UINavigationBar::layoutSubviews() {
     UIView::layoutSubviews();
     const CGSize bar = bounds().size;
+    const bool isMirrored = isRightToLeft();
     double taken = kMargin;
     if (rightView_) {
         const CGSize size = sizeOf(*rightView_, bar.height);
-        const double x = isRightToLeft() ? kMargin : bar.width - kMargin - size.width;
+        const double x = isMirrored ? kMargin : bar.width - kMargin - size.width;
         rightView_->setFrame({{x, (bar.height - size.height) / 2}, size});
         taken = size.width + 2 * kMargin;
     }
-    titleLabel_->setFrame({{taken, 0}, {std::max(0.0, bar.width - 2 * taken), bar.height}});
+    const double most = std::max(0.0, bar.width - taken - kMargin);
+    const double own = std::ceil(titleLabel_->intrinsicContentSize().width);
+    const double width = std::clamp(own, std::clamp(bar.width - 2 * taken, 0.0, most), most);
+    const double start = std::min((bar.width - width) / 2, bar.width - taken - width);
+    titleLabel_->setFrame({{isMirrored ? bar.width - start - width : start, 0}, {width, bar.height}});
 }
 
 } // namespace korvane

@@ -36,7 +36,7 @@ public:
     /// How much of what is seen lies under things that stay in their place, as a bar does: what is scrolled
     /// into sight comes out from under them.
     [[nodiscard]] const UIEdgeInsets& coveredInset() const noexcept { return coveredInset_; }
-    void setCoveredInset(const UIEdgeInsets& insets) { coveredInset_ = insets; }
+    void setCoveredInset(const UIEdgeInsets& insets) { assign(coveredInset_, insets, UIViewChange::paint); }
     [[nodiscard]] bool isScrollEnabled() const noexcept { return isScrollEnabled_; }
     void setScrollEnabled(bool isEnabled) { assign(isScrollEnabled_, isEnabled, UIViewChange::paint); }
     /// Moves as little as shows the rectangle of the content.

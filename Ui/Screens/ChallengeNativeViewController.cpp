@@ -91,8 +91,9 @@ void ChallengeNativeViewController::viewDidLayoutSubviews() {
     if (scrollView) {
         scrollView->setContentSize({scrollView->contentSize().width, CGRectGetMaxY(extInfo->frame())});
         const double underBar = CGRectGetMaxY(toolBar->frame()) - scrollView->contentOffset().y;
-        scrollView->setCoveredInset(
-            {underBar + kClearance, 0, scrollView->safeAreaInsets().bottom + kClearance, 0});
+        const double atFoot = scrollView->safeAreaInsets().bottom;
+        scrollView->setCoveredInset({underBar + kClearance, 0, atFoot + kClearance, 0});
+        scrollView->setContentInset({0, 0, atFoot, 0}); // the last line comes out from under the system's
     }
     ChallengeViewController::viewDidLayoutSubviews();
 }

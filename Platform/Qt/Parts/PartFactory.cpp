@@ -64,19 +64,30 @@ void updateLabel(QQuickItem& part, const UIView& view) {
             label.textAlignment());
 }
 
+void updateExtent(QQuickItem& part, const UIScrollView& scroll) {
+    part.setProperty("contentHeight", scroll.contentSize().height + scroll.contentInset().bottom);
+    part.setProperty("viewHeight", scroll.bounds().size.height);
+    part.setProperty("viewOffset", scroll.contentOffset().y);
+}
+
+/// The mark keeps out from under bars and what the system covers.
 void updateScroll(QQuickItem& part, const UIView& view) {
     const auto& scroll = static_cast<const UIScrollView&>(view);
-    const CGSize size = view.bounds().size;
-    part.setProperty("contentHeight", scroll.contentSize().height);
-    part.setProperty("viewHeight", size.height);
-    part.setProperty("viewOffset", scroll.contentOffset().y);
+    const UIEdgeInsets covered = scroll.coveredInset();
+    const UIEdgeInsets safe = view.safeAreaInsets();
+    const bool isMirrored = view.isRightToLeft();
+    updateExtent(part, scroll);
+    part.setProperty("topCover", covered.top);
+    part.setProperty("bottomCover", covered.bottom);
+    part.setProperty("sideCover", isMirrored ? safe.left : safe.right);
+    part.setProperty("mirrored", isMirrored);
     part.setProperty("color", asColor(UIColor::secondaryLabel(), styleOf(view)));
 }
 
 void updateTextView(QQuickItem& part, const UIView& view) {
     const auto& text = static_cast<const UITextView&>(view);
     const UIEdgeInsets& inset = text.textContainerInset();
-    updateScroll(part, view);
+    updateExtent(part, text);
     part.setProperty("topPadding", inset.top);
     part.setProperty("leftPadding", inset.left + text.lineFragmentPadding());
     part.setProperty("rightPadding", inset.right + text.lineFragmentPadding());

@@ -10,7 +10,7 @@ QtObject {
     readonly property real caretWidth: 2
     readonly property int caretBeat: 530
     readonly property real scrollMarkWidth: 3
-    readonly property real scrollMarkGap: 2
+    readonly property real scrollMarkGap: 3
     readonly property real scrollMarkLeast: 24
     readonly property int scrollMarkStay: 900
     readonly property int scrollMarkFade: 250
