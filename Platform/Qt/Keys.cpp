@@ -49,13 +49,16 @@ bool type(UIFocusSystem& focus, const QString& text, bool (UIFocusSystem::*way)(
 
 bool carryKeyPress(UIWindow& window, const QKeyEvent& event) {
     UIFocusSystem& focus = window.focusSystem();
-    if (event.matches(QKeySequence::Paste))
-        return type(focus, QGuiApplication::clipboard()->text(), &UIFocusSystem::paste);
+    if (event.matches(QKeySequence::Paste)) return pasteClipboard(window);
     if (const auto key = keyOf(event)) {
         const bool isPress = key == UIKeyboardKey::space || key == UIKeyboardKey::enter;
         return (isPress && event.isAutoRepeat()) || focus.press(*key);
     }
     return isPrinted(event) && type(focus, event.text(), &UIFocusSystem::type);
+}
+
+bool pasteClipboard(UIWindow& window) {
+    return type(window.focusSystem(), QGuiApplication::clipboard()->text(), &UIFocusSystem::paste);
 }
 
 bool isForScreens(UIWindow& window, const QKeyEvent& event) {

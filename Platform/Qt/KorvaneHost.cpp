@@ -5,6 +5,7 @@
 #include "Platform/Qt/FocusRing.h"
 #include "Platform/Qt/Keys.h"
 #include "Platform/Qt/Mirror.h"
+#include "Platform/Qt/PasteMenu.h"
 #include "Platform/Qt/QtPlatform.h"
 #include "Platform/View/UIApplication.h"
 #include "Platform/View/UITextField.h"
@@ -42,7 +43,7 @@ bool isSystemDark() {
 
 KorvaneHost::KorvaneHost(QQuickItem* parent) : QQuickItem(parent), window_(std::make_shared<UIWindow>()) {
     static_cast<void>(qtPlatform());
-    setAcceptedMouseButtons(Qt::LeftButton);
+    setAcceptedMouseButtons(Qt::LeftButton | Qt::RightButton);
     setAcceptTouchEvents(true);
     setKeepMouseGrab(true);
     setKeepTouchGrab(true);
@@ -73,6 +74,7 @@ KorvaneHost::KorvaneHost(QQuickItem* parent) : QQuickItem(parent), window_(std::
 
 KorvaneHost::~KorvaneHost() {
     window_->setFrameRequest(nullptr);
+    menu_.reset();
     ring_.reset();
     mirror_.reset();
     UIApplication::shared().remove(window_);
@@ -133,6 +135,8 @@ void KorvaneHost::updatePolish() {
         if (!engine) engine = new QQmlEngine(this);
         mirror_ = std::make_unique<Mirror>(*this, *engine);
         ring_ = std::make_unique<FocusRing>(*this, *mirror_, window_);
+        menu_ = std::make_unique<PasteMenu>(*this, mirror_->parts(), window_);
+        connect(menu_.get(), &PasteMenu::opened, this, &KorvaneHost::loseFingers);
     }
     window_->frameTaken();
     window_->layoutIfNeeded();
@@ -141,6 +145,7 @@ void KorvaneHost::updatePolish() {
         window_->rootViewController()->presentedViewController() != nullptr || window_->subviews().size() > 1;
     setActive(isActive);
     ring_->synchronize(*window_);
+    menu_->synchronize();
     if (mirror_->hasWork() && !idle_.isActive()) idle_.start();
 }
 
@@ -151,11 +156,15 @@ void KorvaneHost::setActive(bool isActive) {
     if (isActive) {
         forceActiveFocus();
     } else {
-        fingers_->loseMouse();
-        fingers_->loseTouches();
+        loseFingers();
         setFocus(false);
     }
     emit activeChanged();
+}
+
+void KorvaneHost::loseFingers() {
+    fingers_->loseMouse();
+    fingers_->loseTouches();
 }
 
 bool KorvaneHost::event(QEvent* event) {
@@ -167,13 +176,14 @@ bool KorvaneHost::event(QEvent* event) {
 bool KorvaneHost::handleFinger(QEvent& event) {
     if (event.type() == QEvent::MouseButtonPress || event.type() == QEvent::TouchBegin)
         forceActiveFocus(Qt::MouseFocusReason);
+    menu_->watch(event);
     return fingers_->handle(event);
 }
 
 /// Nothing behind the screens hears of a key that is theirs.
 bool KorvaneHost::handleKey(QEvent& event) {
     switch (event.type()) {
-    case QEvent::KeyPress: return carryKeyPress(*window_, static_cast<QKeyEvent&>(event));
+    case QEvent::KeyPress: menu_->close(); return carryKeyPress(*window_, static_cast<QKeyEvent&>(event));
     case QEvent::KeyRelease:
     case QEvent::ShortcutOverride: return isForScreens(*window_, static_cast<QKeyEvent&>(event));
     default: return false;

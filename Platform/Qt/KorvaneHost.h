@@ -15,6 +15,7 @@ namespace korvane {
 class Fingers;
 class FocusRing;
 class Mirror;
+class PasteMenu;
 class QtPlatform;
 
 /// The item in which the library's screens appear: laid over an application's own scene, it shows nothing and
@@ -85,10 +86,12 @@ private:
     [[nodiscard]] bool handleFinger(QEvent& event);
     [[nodiscard]] bool handleKey(QEvent& event);
     void setActive(bool isActive);
+    void loseFingers();
 
     std::shared_ptr<UIWindow> window_;
     std::unique_ptr<Mirror> mirror_;
     std::unique_ptr<FocusRing> ring_;
+    std::unique_ptr<PasteMenu> menu_;
     std::unique_ptr<Fingers> fingers_;
     NotificationObserver editing_;
     QTimer idle_;

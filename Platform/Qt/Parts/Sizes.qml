@@ -14,6 +14,10 @@ QtObject {
     readonly property real scrollMarkLeast: 24
     readonly property int scrollMarkStay: 900
     readonly property int scrollMarkFade: 250
+    readonly property real menuRoom: 20
+    readonly property real menuHeight: 44
+    readonly property real menuCorner: 10
+    readonly property real menuTouch: 0.25
     readonly property real spinnerSide: 37
     readonly property real spinnerPlate: 84
     readonly property real spinnerCorner: 14

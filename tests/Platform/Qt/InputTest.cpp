@@ -4,6 +4,7 @@
 #include "Ui/Screens/PreventScreenRecording.h"
 #include "tests/Platform/Qt/QtScreenTest.h"
 
+#include <QClipboard>
 #include <QGuiApplication>
 #include <QTest>
 #include <QWheelEvent>
@@ -154,6 +155,44 @@ TEST_F(Input, ADragAndTheWheelScrollWithinTheContentAndPressNothing) {
     settle();
     EXPECT_LT(offset(), 240 - 60);
     EXPECT_TRUE(native->spinner == nullptr);
+}
+
+TEST_F(Input, AHeldFingerOrTheRightButtonOffersToPasteIntoTheField) {
+    const auto menu = [this]() -> QQuickItem* {
+        for (QQuickItem* const item : host->childItems())
+            if (item->isVisible() && item->property("word").isValid()) return item;
+        return nullptr;
+    };
+    const auto hold = [&](QPoint at) {
+        finger(0, State::Pressed, at);
+        static_cast<void>(QTest::qWaitFor([&] { return menu() != nullptr; }, 900));
+        finger(0, State::Released, at);
+    };
+    const auto click = [this](QPoint at) { QTest::mouseClick(&scene, Qt::RightButton, {}, at); };
+    for (const std::function<void(QPoint)>& ask : {std::function<void(QPoint)>(hold), {click}}) {
+        const auto text = showAs<ChallengeTextNativeViewController>(screenCRes(UiType::TEXT));
+        const QPoint field = middleOf(*text->otp.get());
+        QGuiApplication::clipboard()->clear();
+        ask(field);
+        EXPECT_FALSE(menu()) << "nothing to paste";
+        QGuiApplication::clipboard()->setText(" 4721\n");
+        ask(middleOf(*text->challengeInfoHeader.get()));
+        EXPECT_FALSE(menu()) << "nowhere to paste";
+        for (const bool isTaken : {false, true}) {
+            text->otp->resignFirstResponder();
+            settle();
+            ask(field);
+            ASSERT_TRUE(menu());
+            EXPECT_FALSE(text->otp->isFirstResponder());
+            const QRectF place = menu()->mapRectToScene(menu()->boundingRect());
+            const QPoint to = isTaken ? place.center().toPoint() : middleOf(*text->challengeInfoHeader.get());
+            finger(0, State::Pressed, to);
+            finger(0, State::Released, to);
+            settle();
+            EXPECT_FALSE(menu());
+            EXPECT_EQ(text->otp->text(), isTaken ? "4721" : "");
+        }
+    }
 }
 
 TEST_F(Input, TurnsAndLeavingTheApplicationAreToldOnce) {
