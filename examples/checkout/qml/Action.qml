@@ -15,6 +15,7 @@ Button {
     opacity: enabled ? 1 : Look.faded
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
+    Accessible.onPressAction: clicked()
     onPressed: Look.byKeys = false
 
     contentItem: Text {

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Controls.Basic
 
 // A test card to choose; the chosen one says what its cardholder has to know.
-ItemDelegate {
+RadioDelegate {
     id: choice
 
     required property string number
@@ -17,9 +17,10 @@ ItemDelegate {
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
     onPressed: Look.byKeys = false
-    Accessible.role: Accessible.RadioButton
-    Accessible.checkable: true
-    Accessible.checked: chosen
+    checked: chosen
+    indicator: null
+    Accessible.onPressAction: clicked()
+    Accessible.onToggleAction: clicked()
     Accessible.name: title + ", " + number
     Accessible.description: advice
 

@@ -12,7 +12,7 @@ Item {
     readonly property bool narrow: width < Look.leastLine * Look.body
 
     Accessible.role: Accessible.StaticText
-    Accessible.name: name + ", " + detail + ", " + price
+    Accessible.name: name + ", " + detail + ", " + line.price
     implicitHeight: Math.max(swatch.height, words.height)
 
     Rectangle {

@@ -26,6 +26,7 @@ ColumnLayout {
         onPressed: Look.byKeys = false
         Keys.onReturnPressed: clicked()
         Keys.onEnterPressed: clicked()
+        Accessible.onPressAction: clicked()
 
         contentItem: Text {
             text: turn.text
@@ -51,7 +52,7 @@ ColumnLayout {
     Repeater {
         model: panel.shop.themes
 
-        ItemDelegate {
+        RadioDelegate {
             id: theme
 
             required property int index
@@ -67,9 +68,10 @@ ColumnLayout {
             onPressed: Look.byKeys = false
             Keys.onReturnPressed: clicked()
             Keys.onEnterPressed: clicked()
-            Accessible.role: Accessible.RadioButton
-            Accessible.checkable: true
-            Accessible.checked: chosen
+            checked: chosen
+            indicator: null
+            Accessible.onPressAction: clicked()
+            Accessible.onToggleAction: clicked()
 
             contentItem: Text {
                 text: theme.text
