@@ -81,6 +81,8 @@ Rectangle {
             height: Look.indicatorWidth
             radius: height / 2
             color: stage.shop.dark ? Look.lightInk : Look.darkInk
+            // Seen also on what is as dark, or as light, as it is.
+            border { color: stage.shop.dark ? Look.darkInk : Look.lightInk; width: Look.hair }
         }
     }
 }

@@ -132,6 +132,8 @@ TEST_F(Pictures, EveryTextOfEveryScreenIsWholeAndCanBeRead) {
                 screen->inverseWhyInfoDisplaying();
                 screen->inverseExtInfoDisplaying();
                 settle();
+                EXPECT_EQ(screen->toolBar->titleLabel()->scaleFactor(), 1)
+                    << "beside the middle rather than small";
                 screen->scrollView->setContentOffset({0, 0});
                 host->setTextScale(scale);
                 look(*screen->view(), std::string(rawValue(kind)) + name + on.name);
@@ -336,6 +338,7 @@ TEST_F(Pictures, APageOfTheBankFillsWhatTheBarLeaves) {
         page->challengeWebView->loadHTMLString(*page->pageString);
         settle();
         EXPECT_NEAR(zoom(), 1.35, 0.01) << "of the next page too";
+        EXPECT_TRUE(waitFor([&] { return contrastIn(host->picture().copy(drawn)) > 3; })) << "white on green";
         look(*page->view(), std::string("page ") + on.name);
     }
 }
