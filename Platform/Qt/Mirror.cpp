@@ -145,11 +145,10 @@ ViewItem& Mirror::add(const std::shared_ptr<UIView>& view, QQuickItem& in) {
     return *item;
 }
 
+/// With all that lies in it.
 void Mirror::remove(ViewItem& item) {
-    for (QQuickItem* const child : item.childItems())
-        if (auto* const known = qobject_cast<ViewItem*>(child)) remove(*known);
     std::erase_if(items_, [this, &item](const auto& entry) {
-        if (entry.second != &item) return false;
+        if (entry.second != &item && !item.isAncestorOf(entry.second)) return false;
         away_.erase(entry.first);
         return true;
     });
