@@ -139,7 +139,10 @@ void ChallengeTextNativeViewController::keyboardWillShow(const Notification& sen
     if (keyboardIsShown) return;
     keyboardIsShown = true;
     keyboardHeight_ = sender.keyboardFrameEnd.size.height;
-    UIView::animate(kKeyboardAnimation, [this] { moveAboveKeyboard(); });
+    UIView::animate(kKeyboardAnimation, [this] {
+        moveAboveKeyboard();
+        scrollToField();
+    });
 }
 
 void ChallengeTextNativeViewController::keyboardWillHide(const Notification& /*sender*/) {
@@ -166,6 +169,16 @@ void ChallengeTextNativeViewController::moveAboveKeyboard() {
         Platform::current().mainScreen().bounds().size.height - keyboardHeight_ + covered.bottom;
     viewOffset = fieldBottom > visible ? fieldBottom - visible + kFieldClearance : 0;
     moveTo(-viewOffset);
+}
+
+/// A screen that is scrolled may have moved its field up and out of sight.
+void ChallengeTextNativeViewController::scrollToField() {
+    const auto window = view()->window();
+    if (!scrollView || !window) return;
+    const auto placeOf = [](const UIView& part) { return part.convertTo(nullptr, part.bounds()); };
+    const double least = std::max(CGRectGetMaxY(placeOf(*toolBar.get())), window->safeAreaInsets().top);
+    const double over = least + kFieldClearance - placeOf(*otp.get()).origin.y;
+    if (over > 0) scrollView->scrollBy(-over);
 }
 
 /// The stack has no bar of its own: its screens begin at its top unless they have moved.

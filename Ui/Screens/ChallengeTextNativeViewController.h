@@ -49,6 +49,7 @@ protected:
 private:
     void observeKeyboard();
     void moveAboveKeyboard();
+    void scrollToField();
     void moveTo(double y);
 
     double keyboardHeight_ = 0; // of the one that is shown, in points

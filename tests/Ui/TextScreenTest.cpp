@@ -113,6 +113,15 @@ TEST_F(TextScreen, TheFieldStaysInSightAboveTheKeyboardOfAnyWindow) {
     }
 }
 
+TEST_F(TextScreen, TheFieldOfAScrolledScreenComesBackIntoSight) {
+    resize({320, 480}, {20, 0, 34, 0});
+    const auto screen = show<Screen>(longCRes(UiType::TEXT));
+    screen->scrollView->scrollTo(CGRectGetMaxY(screen->otp->frame()));
+    settle();
+    edit(*screen);
+    EXPECT_EQ(screen->otp->convertTo(nullptr, screen->otp->bounds()).origin.y, 20 + 5);
+}
+
 TEST_F(TextScreen, ATurnWithTheKeyboardShownLeavesBothTwinsInTheirPlace) {
     resize({320, 480});
     const auto container = factory().getViewControllerContainer(screenCRes(UiType::TEXT));
