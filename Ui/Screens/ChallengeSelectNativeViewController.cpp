@@ -14,8 +14,9 @@ namespace korvane {
 
 namespace {
 
-/// The room that an option leaves in its row, in points.
-constexpr double kLeastRoom = 4;
+/// The room above and below an option that is taller than its row, in points: two of two lines each must not read
+/// as one of four.
+constexpr double kRoom = 6;
 
 constexpr std::array kChain{
     UiObject::challengeInfoText, UiObject::challengeInfoLabel, UiObject::tableView,
@@ -79,7 +80,7 @@ double ChallengeSelectNativeViewController::neededRowHeight(double width) {
         button->setTitle(option(row).label, ControlState::normal);
         tallest = std::max(tallest, button->fittingSize(width).height);
     }
-    return tallest <= rowHeight() - kLeastRoom ? rowHeight() : tallest + 2 * kLeastRoom;
+    return tallest + kRoom <= rowHeight() ? rowHeight() : tallest + 2 * kRoom;
 }
 
 ChallengeSelectNativeViewController::Option
