@@ -32,8 +32,21 @@ void DispatchWorkItem::perform() {
 
 void DispatchWorkItem::cancel() {
     std::shared_ptr<const Work> released;
-    const std::lock_guard lock(mutex_);
-    released.swap(work_);
+    std::weak_ptr<DispatchKeeper> told;
+    {
+        const std::lock_guard lock(mutex_);
+        released.swap(work_);
+        told.swap(keeper_);
+    }
+    if (const auto keeper = told.lock()) keeper->letGo(*this);
+}
+
+void DispatchWorkItem::setKeeper(std::weak_ptr<DispatchKeeper> keeper) {
+    {
+        const std::lock_guard lock(mutex_);
+        if (work_) return keeper_.swap(keeper);
+    }
+    if (const auto told = keeper.lock()) told->letGo(*this);
 }
 
 bool DispatchWorkItem::isCancelled() const {

@@ -13,6 +13,23 @@ namespace korvane {
 /// A span of time in seconds, fractions included.
 using Seconds = std::chrono::duration<double>;
 
+class DispatchWorkItem;
+
+/// Who keeps items until they are due. Any thread.
+class KORVANE_EXPORT DispatchKeeper {
+public:
+    DispatchKeeper(const DispatchKeeper&) = delete;
+    DispatchKeeper& operator=(const DispatchKeeper&) = delete;
+    virtual ~DispatchKeeper() = default;
+
+    /// The item was cancelled: it is kept no longer, however often it waits here. It may be kept no more by
+    /// then, and may never have been.
+    virtual void letGo(const DispatchWorkItem& item) = 0;
+
+protected:
+    DispatchKeeper() = default;
+};
+
 /// A piece of work that can be cancelled. Any thread.
 class KORVANE_EXPORT DispatchWorkItem {
 public:
@@ -24,15 +41,20 @@ public:
     /// ends the process (`fatalError` with its `what()`).
     void perform();
 
-    /// The item does not run from now on, and what its work holds is released. A run that is under way ends
-    /// as if nothing had happened.
+    /// The item does not run from now on, what its work holds is released, and so is the item itself by a
+    /// queue on which it waits for its time. A run that is under way ends as if nothing had happened.
     void cancel();
+
+    /// From a queue that has put the item aside until its time: the keeper hears when it is cancelled, at once
+    /// if it has been. There is one keeper, the last.
+    void setKeeper(std::weak_ptr<DispatchKeeper> keeper);
 
     [[nodiscard]] bool isCancelled() const;
 
 private:
     mutable std::mutex mutex_;
     std::shared_ptr<const Work> work_;
+    std::weak_ptr<DispatchKeeper> keeper_;
 };
 
 /// Runs work: one piece at a time and in order (main queue, serial queues), or many at once
@@ -49,7 +71,8 @@ public:
     void async(Work work) { enqueue(std::make_shared<DispatchWorkItem>(std::move(work))); }
     void async(std::shared_ptr<DispatchWorkItem> item) { enqueue(std::move(item)); }
 
-    /// As `async`, but not before `delay` has passed. A delay of 0 or less is due at once.
+    /// As `async`, but not before `delay` has passed. A delay of 0 or less is due at once. An item that is
+    /// cancelled meanwhile is let go of at once.
     void asyncAfter(Seconds delay, std::shared_ptr<DispatchWorkItem> item) {
         enqueueAfter(delay, std::move(item));
     }

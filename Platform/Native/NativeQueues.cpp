@@ -47,9 +47,10 @@ void NativeQueue::sync(const Work& work) {
 void NativeQueue::enqueueAfter(Seconds delay, std::shared_ptr<DispatchWorkItem> item) {
     const auto running = loops();
     if (!running) return;
-    running->timers.after(delay, [queue = shared_from_this(), item = std::move(item)] {
-        if (!item->isCancelled()) queue->enqueue(item);
+    running->timers.after(delay, item, [queue = shared_from_this()](std::shared_ptr<DispatchWorkItem> due) {
+        queue->enqueue(std::move(due));
     });
+    item->setKeeper(std::shared_ptr<DispatchKeeper>(running, &running->timers));
 }
 
 bool NativeMainQueue::isCurrent() const {

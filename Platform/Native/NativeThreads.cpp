@@ -3,7 +3,6 @@
 #include "Platform/Failure.h"
 
 #include <asio/post.hpp>
-#include <asio/steady_timer.hpp>
 
 #include <algorithm>
 #include <optional>
@@ -19,11 +18,6 @@ constexpr std::size_t kMostThreads = 64;
 
 /// What a clock of nanoseconds can surely add to now.
 constexpr Seconds kLongestDelay{50.0 * 365 * 24 * 3600};
-
-asio::steady_timer::duration asDuration(Seconds delay) {
-    return std::chrono::duration_cast<asio::steady_timer::duration>(
-        std::clamp(delay, Seconds{0}, kLongestDelay));
-}
 
 /// A thread, or no value where the system has none to give.
 template <class Work>
@@ -84,26 +78,57 @@ void WorkerThreads::join() {
 }
 
 TimerThread::TimerThread() {
-    auto thread = makeThread([this] { loop_.run(); });
+    auto thread = makeThread([this] { run(); });
     if (!thread) fatalError("There is no thread for what is due later.");
     thread_ = *std::move(thread);
 }
 
-void TimerThread::after(Seconds delay, std::function<void()> due) {
+void TimerThread::after(Seconds delay, Item item, Due due) {
+    const auto span =
+        std::chrono::duration_cast<Clock::duration>(std::clamp(delay, Seconds{0}, kLongestDelay));
     const std::lock_guard lock(mutex_);
     if (isStopped_) return;
-    const auto timer = std::make_shared<asio::steady_timer>(loop_.context(), asDuration(delay));
-    timer->async_wait([timer, due = std::move(due)](const asio::error_code& error) {
-        if (!error) due();
-    });
+    const auto added = waiting_.emplace(Clock::now() + span, Waiting{std::move(item), std::move(due)});
+    if (added == waiting_.begin()) changed_.notify_one();
+}
+
+/// What dies with an entry may come back here: it dies outside of the lock.
+void TimerThread::letGo(const DispatchWorkItem& item) {
+    std::vector<decltype(waiting_)::node_type> gone;
+    const std::lock_guard lock(mutex_);
+    for (auto entry = waiting_.begin(); entry != waiting_.end();) {
+        const auto here = entry++;
+        if (here->second.item.get() == &item) gone.push_back(waiting_.extract(here));
+    }
+}
+
+void TimerThread::run() {
+    std::unique_lock lock(mutex_);
+    while (!isStopped_) {
+        const auto next = waiting_.begin();
+        if (next == waiting_.end()) {
+            changed_.wait(lock);
+        } else if (const auto time = next->first; Clock::now() < time) {
+            changed_.wait_until(lock, time);
+        } else {
+            {
+                const auto entry = waiting_.extract(next);
+                lock.unlock();
+                entry.mapped().due(entry.mapped().item);
+            }
+            lock.lock();
+        }
+    }
 }
 
 void TimerThread::stop() {
+    decltype(waiting_) dropped;
     {
         const std::lock_guard lock(mutex_);
         isStopped_ = true;
-        loop_.stop();
+        dropped.swap(waiting_);
     }
+    changed_.notify_one();
     if (thread_.joinable()) thread_.join();
 }
 

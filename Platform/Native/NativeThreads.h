@@ -7,7 +7,10 @@
 #include <asio/io_context.hpp>
 
 #include <atomic>
+#include <chrono>
+#include <condition_variable>
 #include <functional>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <thread>
@@ -90,23 +93,37 @@ private:
 };
 
 /// The thread that waits for what is due later. Any thread.
-class TimerThread {
+class TimerThread final : public DispatchKeeper {
 public:
+    using Item = std::shared_ptr<DispatchWorkItem>;
+    /// Called on this object's thread; must not block.
+    using Due = std::function<void(Item)>;
+
     /// Without its thread the process ends (`fatalError`).
     TimerThread();
-    TimerThread(const TimerThread&) = delete;
-    TimerThread& operator=(const TimerThread&) = delete;
 
-    /// @param due  called on this object's thread, and must not block.
-    void after(Seconds delay, std::function<void()> due);
+    /// Hands the item to `due` when the delay is over. Those of one time come in the order in which they were
+    /// given.
+    void after(Seconds delay, Item item, Due due);
 
-    /// What is still due is not called. Waits for the thread.
+    void letGo(const DispatchWorkItem& item) override;
+
+    /// What still waits is dropped. Waits for the thread.
     void stop();
 
 private:
+    using Clock = std::chrono::steady_clock;
+    struct Waiting {
+        Item item;
+        Due due;
+    };
+
+    void run();
+
     std::mutex mutex_;
+    std::condition_variable changed_;
+    std::multimap<Clock::time_point, Waiting> waiting_;
     bool isStopped_ = false;
-    Loop loop_;
     std::thread thread_;
 };
 

@@ -95,6 +95,38 @@ TEST_P(DispatchContract, CancelledItemRunsToItsEndOrNotAtAllAndLetsGoWhatItHolds
     EXPECT_EQ(seen, "still there");
 }
 
+TEST_P(DispatchContract, CancelledWorkIsNotKeptUntilItsTime) {
+    const auto serial = dispatch().makeSerialQueue("cancelling");
+    const auto expired = [](auto cancelled) {
+        const std::weak_ptr weak(cancelled);
+        cancelled.reset();
+        return weak.expired();
+    };
+    for (DispatchQueue* const queue : {serial.get(), &dispatch().mainQueue(), &dispatch().globalQueue()}) {
+        auto twice = item([] {});
+        queue->asyncAfter(kLong, twice);
+        queue->asyncAfter(kLong * 2, twice);
+        twice->cancel();
+        EXPECT_TRUE(expired(std::move(twice)));
+        auto late = item([] {});
+        late->cancel();
+        queue->asyncAfter(kLong, late);
+        EXPECT_TRUE(expired(std::move(late)));
+    }
+    auto timer = Timer::scheduledTimer(dispatch(), kLong, [] {});
+    timer->invalidate();
+    EXPECT_TRUE(expired(std::move(timer)));
+
+    const auto held = std::make_shared<int>(0);
+    for (int count = 0; count < 500; ++count) {
+        const auto falling = item([held] {});
+        serial->asyncAfter(Seconds{count % 3 * 1e-5}, falling);
+        falling->cancel();
+    }
+    serial->sync([] {});
+    EXPECT_EQ(held.use_count(), 1) << "cancelled as they fell due";
+}
+
 TEST_P(DispatchContract, DelayedWorkRunsInTheOrderOfItsTimesAndNotBefore) {
     const auto queue = dispatch().makeSerialQueue("delays");
     const auto ended = dispatch().makeSemaphore(0);

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <atomic>
 #include <deque>
+#include <map>
 #include <thread>
 #include <utility>
 
@@ -47,6 +48,20 @@ struct SimulatedDispatch::Blocked : Sleeper {
     std::optional<Time> deadline;
 };
 
+/// What waits for its time.
+struct SimulatedDispatch::Delays final : DispatchKeeper {
+    struct Delayed {
+        Queue& queue;
+        std::shared_ptr<DispatchWorkItem> item;
+    };
+
+    void letGo(const DispatchWorkItem& item) override {
+        std::erase_if(byTime, [&item](const auto& entry) { return entry.second.item.get() == &item; });
+    }
+
+    std::multimap<Time, Delayed> byTime;
+};
+
 class SimulatedDispatch::Queue final : public DispatchQueue {
 public:
     Queue(SimulatedDispatch& dispatch, bool itsSerial) : isSerial(itsSerial), dispatch_(dispatch) {}
@@ -73,7 +88,8 @@ protected:
     }
     void enqueueAfter(Seconds delay, std::shared_ptr<DispatchWorkItem> item) override {
         if (dispatch_.isEnding_) return;
-        dispatch_.delayed_.emplace(dispatch_.now_ + asTime(delay), Delayed{*this, std::move(item)});
+        dispatch_.delays_->byTime.emplace(dispatch_.now_ + asTime(delay), Delays::Delayed{*this, item});
+        item->setKeeper(dispatch_.delays_);
     }
 
 private:
@@ -98,7 +114,7 @@ private:
 
 SimulatedDispatch::SimulatedDispatch(std::uint64_t seed)
     : random_(seed), queues_{std::make_shared<Queue>(*this, true), std::make_shared<Queue>(*this, false)},
-      current_(queues_[0].get()) {
+      current_(queues_[0].get()), delays_(std::make_shared<Delays>()) {
     current_->isBusy = true;
 }
 
@@ -151,18 +167,16 @@ bool SimulatedDispatch::drive(const Condition& condition, std::optional<Seconds>
 }
 
 LeftAlive SimulatedDispatch::leftAlive() const {
-    LeftAlive left{.blocked = blocked_.size()};
+    LeftAlive left{.timers = delays_->byTime.size(), .blocked = blocked_.size()};
     for (const auto& queue : queues_)
         for (const auto& item : queue->ready)
             if (!item->isCancelled()) ++left.items;
-    for (const auto& [time, delayed] : delayed_)
-        if (!delayed.item->isCancelled()) ++left.timers;
     return left;
 }
 
 void SimulatedDispatch::end() {
     if (std::exchange(isEnding_, true)) return;
-    delayed_.clear();
+    std::exchange(delays_->byTime, {}).clear();
     for (const auto& queue : queues_)
         queue->ready.clear();
     drive([this] { return blocked_.empty(); });
@@ -237,9 +251,9 @@ bool SimulatedDispatch::runItem(Queue& queue, std::size_t index) {
 /// Moves the clock to the next time at which something can happen.
 /// @return false if there is none, or if the driver's time is over.
 bool SimulatedDispatch::advance() {
-    std::erase_if(delayed_, [](const auto& entry) { return entry.second.item->isCancelled(); });
+    auto& delayed = delays_->byTime;
     std::optional<Time> next;
-    if (!delayed_.empty()) next = delayed_.begin()->first;
+    if (!delayed.empty()) next = delayed.begin()->first;
     for (const Blocked* blocked : blocked_)
         if (blocked->deadline) next = std::min(next.value_or(*blocked->deadline), *blocked->deadline);
     const auto end = driverMayGoOn() ? driver_->deadline : std::nullopt;
@@ -249,8 +263,8 @@ bool SimulatedDispatch::advance() {
     }
     if (!next) return false;
     now_ = std::max(now_, *next);
-    for (; !delayed_.empty() && delayed_.begin()->first <= now_; delayed_.erase(delayed_.begin())) {
-        const Delayed& due = delayed_.begin()->second;
+    for (; !delayed.empty() && delayed.begin()->first <= now_; delayed.erase(delayed.begin())) {
+        const Delays::Delayed& due = delayed.begin()->second;
         due.queue.ready.push_back(due.item);
     }
     return true;

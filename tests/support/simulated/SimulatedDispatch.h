@@ -3,7 +3,7 @@
 #include "Platform/Dispatch.h"
 
 #include <cstdint>
-#include <map>
+#include <memory>
 #include <optional>
 #include <random>
 #include <vector>
@@ -60,10 +60,7 @@ private:
     class Semaphore;
     struct Worker;
     struct Blocked;
-    struct Delayed {
-        Queue& queue;
-        std::shared_ptr<DispatchWorkItem> item;
-    };
+    struct Delays;
     /// What may happen next.
     /// @return false if another thread goes on with the simulation.
     using Choice = std::function<bool()>;
@@ -81,7 +78,7 @@ private:
     Time now_{0};
     std::vector<std::shared_ptr<Queue>> queues_;
     Queue* current_;
-    std::multimap<Time, Delayed> delayed_;
+    const std::shared_ptr<Delays> delays_;
     std::vector<Blocked*> blocked_;
     Blocked* driver_ = nullptr;
     bool isEnding_ = false;
