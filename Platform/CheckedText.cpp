@@ -28,6 +28,12 @@ bool isWhole(const JSON& value) {
     return std::trunc(number) == number;
 }
 
+/// Some editors begin a file with a byte order mark (RFC 8259 section 8.1).
+std::string_view withoutMark(std::string_view text) {
+    if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
+    return text;
+}
+
 std::string placeOf(const std::string& name, std::size_t line) {
     return name + ":" + std::to_string(line) + ": ";
 }
@@ -35,7 +41,7 @@ std::string placeOf(const std::string& name, std::size_t line) {
 } // namespace
 
 CheckedText::CheckedText(std::string_view text, std::string name)
-    : name_(std::move(name)), root_(parse(text, name_)), lines_(text) {
+    : name_(std::move(name)), root_(parse(withoutMark(text), name_)), lines_(withoutMark(text)) {
     for (const auto& [path, line] : lines_.repeated())
         remarks_.push_back(
             {line, Remark::Kind::fault, path, placeOf(name_, line) + path + ": stands twice."});

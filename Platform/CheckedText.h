@@ -34,6 +34,7 @@ class CheckedValue;
 /// that one run tells of everything.
 class CheckedText {
 public:
+    /// @param text  may begin with a byte order mark.
     /// @param name  stands for the file in remarks.
     /// @throws FaultyText for text that is not JSON, with the line where it breaks.
     CheckedText(std::string_view text, std::string name);

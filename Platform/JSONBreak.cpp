@@ -67,6 +67,7 @@ std::size_t positionTooDeep(std::string_view text) {
 } // namespace
 
 JSONBreak findJSONBreak(std::string_view text) {
+    if (text.starts_with(kByteOrderMark)) return {0, "It begins with a byte order mark."};
     Watch watch;
     JSON::sax_parse(text, &watch);
     if (!watch.isTooDeep()) return watch.found();

@@ -6,6 +6,9 @@
 
 namespace korvane {
 
+/// U+FEFF in UTF-8, which is no part of a JSON text.
+inline constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
 /// Where a text stops being JSON that the tools read, and why.
 struct JSONBreak {
     /// In bytes from 0; the length of the text where it only lacks its end.

@@ -185,6 +185,8 @@ TEST_F(Themes, AFileTellsAllItsFaultsByLineAndFindsItsImages) {
                            HasSubstr(file + ":6: buttons: stands twice."))));
     folder.write("theme.json", asBytes("{\n\"buttons\": }"));
     EXPECT_THAT(fault, testing::ThrowsMessage<FaultyText>(file + ":2: This is not JSON."));
+    folder.write("theme.json", asBytes("\xEF\xBB\xBF{\"buttons\": {}}"));
+    EXPECT_NO_THROW(fault()) << "after a byte order mark";
     EXPECT_THAT(
         [&] { return readThemeFile(folder.path() + "/none.json"); },
         testing::ThrowsMessage<FaultyText>(HasSubstr("none.json: The file cannot be read: No such file")));

@@ -67,6 +67,7 @@ test("bad lines are answered by name, and the next line is served", async () => 
   for (const [error, says, line] of [
     ["InputError.notJSON", "JSON object. Byte 7: This is not JSON", "{\"op\":"],
     ["InputError.notJSON", "JSON object", Buffer.from('{"op":"\u00ff"}', "latin1")],
+    ["InputError.notJSON", "Byte 1: It begins with a byte order mark.", '\ufeff{"op":"version"}'],
     ["InputError.notJSON", "JSON object", `{"op":${"[".repeat(100000)}${"]".repeat(100000)}}`],
     ["InputError.lineTooLong", "64 MiB", `${longest} `],
     ["InputError.missingMember", '"op"', {}],
