@@ -32,16 +32,6 @@ std::string footer() {
            "wrong usage.";
 }
 
-CLI::Validator isHTTP() {
-    return CLI::Validator(
-        [](std::string& text) {
-            const bool isFit =
-                (text.starts_with("https://") || text.starts_with("http://")) && URL::make(text);
-            return isFit ? std::string() : "must be a URL of https or http, and is " + text;
-        },
-        "");
-}
-
 /// What many challenges need, which ask a server themselves.
 void definePlay(CLI::App& app, PlayOptions& options, CLI::Option* authenticate) {
     CLI::Option* plan =
@@ -94,7 +84,7 @@ void define(CLI::App& app, Options& options) {
                "URL of a 3DS server that takes the authenticationRequest event and answers the values, "
                "in place of the standard streams.")
             ->type_name("URL")
-            ->check(isHTTP());
+            ->check(tools::isHTTP());
     definePlay(app, options.play, authenticate);
     app.add_flag("--log", options.isLogging, "Print the library's log lines on standard error.");
     app.footer(footer());

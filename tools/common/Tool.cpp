@@ -2,6 +2,8 @@
 
 #include "Platform/Failure.h"
 #include "Platform/FaultyText.h"
+#include "Platform/LetterCase.h"
+#include "Platform/URL.h"
 #include "tools/common/Manual.h"
 #include "tools/common/Terminal.h"
 #include "tools/common/UsageError.h"
@@ -81,6 +83,17 @@ void complain(std::string_view tool, std::string_view reason) {
 CLI::Validator notEmpty() {
     return CLI::Validator(
         [](std::string& text) { return text.empty() ? "must not be empty." : std::string(); }, "");
+}
+
+CLI::Validator isHTTP() {
+    return CLI::Validator(
+        [](std::string& text) {
+            const std::string small = lowercased(text);
+            const bool isFit =
+                (small.starts_with("https://") || small.starts_with("http://")) && URL::make(text);
+            return isFit ? std::string() : "must be a URL of https or http, and is " + text;
+        },
+        "");
 }
 
 } // namespace korvane::tools

@@ -25,4 +25,7 @@ void complain(std::string_view tool, std::string_view reason);
 /// option that is absent.
 [[nodiscard]] CLI::Validator notEmpty();
 
+/// For an option that names a server.
+[[nodiscard]] CLI::Validator isHTTP();
+
 } // namespace korvane::tools

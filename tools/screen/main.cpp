@@ -9,10 +9,13 @@
 #include "tools/screen/Sheet.h"
 #include "tools/screen/Viewer.h"
 
+#include <QBuffer>
+#include <QFile>
+#include <QFileInfo>
 #include <QGuiApplication>
-#include <QImageWriter>
 
 #include <charconv>
+#include <cstdlib>
 #include <functional>
 
 namespace {
@@ -60,9 +63,7 @@ void defineAcs(CLI::App& app, AcsOptions& options, std::initializer_list<CLI::Op
                                       "In place of a CRes: a whole challenge in a window, from the "
                                       "authentication request to this URL on.")
                            ->type_name("URL")
-                           ->check([](const std::string& text) {
-                               return URL::make(text) ? std::string() : "must be a URL, and is " + text;
-                           });
+                           ->check(tools::isHTTP());
     for (CLI::Option* other : others)
         acs->excludes(other);
     const auto add = [&](const char* name, std::string& value, const char* description, bool isNeeded) {
@@ -132,26 +133,59 @@ void goOffscreen() {
     set("QT_QUICK_BACKEND", "software");
 }
 
-/// Without one Qt ends the whole program, with advice that helps nobody.
+/// What tells Qt of a display.
+constexpr const char* kDisplayNames[] = {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"};
+
 void requireDisplay() {
-    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+    for (const char* name : kDisplayNames)
         if (!qEnvironmentVariableIsEmpty(name)) return;
     throw tools::UsageError(
         "There is no display for a window. Run this on a desktop, or write a picture by -o.");
 }
 
-/// Qt tells much of the machine that says nothing of the screen.
-void quieten() {
-    if (!qEnvironmentVariableIsSet("QT_LOGGING_RULES"))
-        qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
-            if (type == QtCriticalMsg || type == QtFatalMsg) tools::complain(kName, text.toStdString());
-        });
+std::string displayComplaint() {
+    std::string names;
+    for (const char* name : kDisplayNames)
+        if (!qEnvironmentVariableIsEmpty(name))
+            names += (names.empty() ? "" : ", ") + std::string(name) + "=" + qgetenv(name).toStdString();
+    return "No display answers (" + names + "). Run this on a desktop, or write a picture by -o.";
 }
 
-void write(const QImage& picture, const std::string& file) {
-    QImageWriter writer(QString::fromStdString(file), "png");
-    if (!writer.write(picture))
-        throw NotDone(file + ": The picture cannot be written: " + writer.errorString().toStdString() + ".");
+/// Set once Qt has its display.
+bool hasDisplay = false;
+
+/// Qt tells much of the machine that says nothing of the screen. After a fault that is fatal it would leave a
+/// dump of the process, and where no display answers advice that helps nobody.
+void hear(QtMsgType type, const QMessageLogContext&, const QString& text) {
+    const bool isFatal = type == QtFatalMsg;
+    if (isFatal || type == QtCriticalMsg)
+        tools::complain(kName, isFatal && !hasDisplay ? displayComplaint() : text.toStdString());
+    if (isFatal) std::_Exit(tools::kNotDone);
+}
+
+void quieten() {
+    if (!qEnvironmentVariableIsSet("QT_LOGGING_RULES")) qInstallMessageHandler(hear);
+}
+
+/// A file that has no more room takes a part first, and tells why at the next.
+bool writeAll(QFile& file, const QByteArray& bytes) {
+    qint64 written = 0;
+    for (qint64 count = 1; written < bytes.size() && count > 0; written += count)
+        count = file.write(bytes.constData() + written, bytes.size() - written);
+    return written == bytes.size();
+}
+
+/// What cannot be written whole is taken away again, unless it is a device or a link to one.
+void write(const QImage& picture, const std::string& name) {
+    QBuffer png;
+    QFile file(QString::fromStdString(name));
+    const bool isDone = png.open(QIODevice::WriteOnly) && picture.save(&png, "png") &&
+                        file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) && writeAll(file, png.data());
+    if (isDone) return;
+    const std::string reason = file.errorString().toStdString();
+    const QFileInfo written(file);
+    if (file.isOpen() && written.isFile() && !written.isSymLink()) file.remove();
+    throw NotDone(name + ": The picture cannot be written: " + reason + ".");
 }
 
 int draw(const Options& options) {
@@ -218,6 +252,7 @@ int run(const Options& options, int argc, char** argv) {
     QtPlatform::prepare();
     quieten();
     const QGuiApplication application(argc, argv);
+    hasDisplay = true;
     // Pictures are what this program is for.
     isEnablePreventScreenCapture = false;
     isEnablePreventScreenRecording = false;

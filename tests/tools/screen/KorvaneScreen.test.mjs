@@ -2,7 +2,7 @@
 
 import assert from "node:assert/strict";
 import { spawn, spawnSync } from "node:child_process";
-import { mkdtempSync, readFileSync, renameSync, rmSync, writeFileSync } from "node:fs";
+import { existsSync, mkdtempSync, readFileSync, renameSync, rmSync, writeFileSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { createInterface } from "node:readline";
@@ -68,13 +68,15 @@ test("What cannot be drawn is told with its reason", () => {
     [1, { ...text, challengeCompletionInd: "Y", transStatus: "Y", acsUiType: undefined }, /ends the challenge and shows no screen/],
     [1, { ...example("html"), acsHTML: "_w" }, /cannot show this CRes/],
     [1, "{\n", /cres.json:2: This is not JSON\./],
-    [1, text, /picture cannot be written/, "-o", join(folder, "none", "out.png")],
+    [1, text, /picture cannot be written: No such file or directory\./, "-o", join(folder, "none", "out.png")],
+    [1, text, /picture cannot be written: No space left on device\./, "-o", "/dev/full"],
     [2, text, /theme.json:2: buttons.sumbit: is not known here; known are verify/, "--theme",
       written("theme.json", '{"buttons": {\n"sumbit": {}}}')],
     [2, example("oob"), /This screen has no field/, "--keyboard"],
     [2, example("oob"), /This screen has no field/, "--keyboard", "--all"],
     [2, text, /must be width and height in points/, "--size", "390"],
     [2, text, /must be width and height in points/, "--size", "390x199"],
+    [2, text, /must be a URL of https or http/, "--acs", "ftp://127.0.0.1/authenticate"],
     [2, text, /--all excludes|excludes --all/, "--all", "--dark"],
   ];
   for (const [expected, cres, reason, ...options] of rows) {
@@ -85,6 +87,11 @@ test("What cannot be drawn is told with its reason", () => {
   }
   const unseen = spawnSync(process.env.KORVANE_SCREEN, [written("cres.json", text)], { env: {}, encoding: "utf8" });
   assert.deepEqual([unseen.status, /There is no display/.test(unseen.stderr)], [2, true]);
+  const deaf = spawnSync(process.env.KORVANE_SCREEN, [written("cres.json", text)], { env: { DISPLAY: ":987" }, encoding: "utf8" });
+  assert.deepEqual([deaf.status, deaf.stderr.split(" (")[0]], [1, "korvane-screen: No display answers"]);
+  const half = spawnSync("sh", ["-c", `ulimit -f 1; trap "" XFSZ; "$KORVANE_SCREEN" ${written("cres.json", text)} -o ${join(folder, "half.png")}`], { env, encoding: "utf8" });
+  assert.match(half.stderr, /picture cannot be written: File too large\./);
+  assert.deepEqual([half.status, existsSync(join(folder, "half.png"))], [1, false]);
 });
 
 test("A window follows its files, also where a new one takes an old one's place", { timeout: 60000 }, async () => {
