@@ -195,10 +195,15 @@ TEST_P(DispatchContract, SerialQueueIsCurrentInItsOwnWorkAlone) {
 
 TEST_P(DispatchContract, ProgrammersFaultsEndTheProcess) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
+    // The children begin at `main` and die before they remove their folders: those lie in one of ours.
+    const TemporaryFolder ofChildren;
+    const std::string usual = std::filesystem::temp_directory_path();
+    ::setenv("TMPDIR", ofChildren.path().c_str(), 1);
     const auto queue = dispatch().makeSerialQueue("faults");
     EXPECT_DEATH(queue->sync([&] { queue->sync([] {}); }), "would never return");
     EXPECT_DEATH(queue->sync([] { throw std::runtime_error("out of a work item"); }),
                  "left a work item: out of");
+    ::setenv("TMPDIR", usual.c_str(), 1);
 }
 
 TEST_P(DispatchContract, MainQueueRunsInOrderAndLetsOthersWaitForIt) {
