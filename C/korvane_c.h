@@ -245,8 +245,9 @@ typedef struct korvane_configuration {
     size_t server_count;
     /// For the device data, as in "fr-CA"; null for the machine's.
     const char* locale;
-    /// The look of the screens, as JSON by `theme.schema.json`; null for the library's own. What is wrong with it
-    /// is told by line, as `KORVANE_BAD_ARGUMENT`. Folders of images in it are told from the application's.
+    /// The look of the screens and the places of their controls ("constraints"), as JSON by
+    /// `theme.schema.json`; null for the library's own. What is wrong with it is told by line, as
+    /// `KORVANE_BAD_ARGUMENT`. Folders of images in it are told from the application's.
     const char* theme;
 } korvane_configuration;
 
@@ -334,7 +335,9 @@ KORVANE_C korvane_result korvane_transaction_challenge(korvane_transaction* tran
                                                        int64_t minutes, korvane_ending_function ending,
                                                        void* context, korvane_error* error);
 
-// A cardholder without a screen: what a program does that draws nothing, or draws by itself.
+// A cardholder without a screen: what a program does that draws nothing, or draws by itself. There is no spinner to
+// start and to stop: an event comes once the library's has gone, so that a program that draws shows one of its own
+// from an action to the next event.
 
 /// An event as a JSON object, whose "event" is "screen", an ending ("completed", "cancelled", "timedout",
 /// "protocolError", "runtimeError"), or "error" where the screens have gone without an ending. Null once

@@ -81,14 +81,15 @@ void keep(Program& program, korvane_result result, const void* handle) {
 }
 
 void makeService(Program& program, Pieces& pieces) {
-    const std::string locale = pieces.text(), own = pieces.text();
+    const std::string locale = pieces.text(), own = pieces.text(), theme = pieces.text();
     const Certificates& known = certificates();
     const bool isKnown = own.empty();
     const auto* const bytes = isKnown ? known.ecLeaf.data() : asBytes(own).data();
     const std::size_t length = isKnown ? known.ecLeaf.size() : own.size();
     const korvane_directory_server server{kServer, pieces.byte() % 3, bytes,
                                           length,  known.root.data(), known.root.size()};
-    const korvane_configuration configuration{sizeof configuration, &server, 1, locale.c_str(), nullptr};
+    const korvane_configuration configuration{sizeof configuration, &server, 1, locale.c_str(),
+                                              theme.empty() ? nullptr : theme.c_str()};
     korvane_service* made = nullptr;
     keep(program,
          korvane_service_create(program.any<korvane_platform>(pieces.byte()), &configuration, &made, nullptr),
