@@ -1,9 +1,9 @@
 #include "Platform/Headless/HeadlessPlatform.h"
 
 #include "Platform/Headless/HeadlessFonts.h"
-#include "Platform/Headless/HeadlessScreen.h"
 #include "Platform/Native/NativeDevice.h"
 #include "Platform/Native/NativeDispatch.h"
+#include "Platform/Native/SizedScreen.h"
 #include "Platform/View/TextMeasurer.h"
 #include "Platform/View/UIApplication.h"
 
@@ -11,7 +11,7 @@ namespace korvane {
 
 struct HeadlessPlatform::Parts {
     NativeDevice device;
-    HeadlessScreen screen;
+    SizedScreen screen; // empty, until `turn` gives it a size that nobody sees
     HeadlessFonts fonts;
     FixedAdvances textMeasurer;
     NativeDispatch dispatch;
@@ -45,7 +45,7 @@ void HeadlessPlatform::stopMain() {
 
 void HeadlessPlatform::turn(UIDeviceOrientation orientation, CGSize screen) {
     parts_->device.setOrientation(orientation);
-    parts_->screen.setBounds({{0, 0}, screen});
+    parts_->screen.setSize(screen);
     application().deviceDidRotate();
 }
 

@@ -93,7 +93,7 @@ void HostedPlatform::addCertificateAuthorities(const std::string& pem) {
 
 void HostedPlatform::turn(UIDeviceOrientation orientation, CGSize screen) {
     parts_->device.setOrientation(orientation);
-    parts_->screen.setBounds({{0, 0}, screen});
+    parts_->screen.setSize(screen);
     application().deviceDidRotate();
 }
 

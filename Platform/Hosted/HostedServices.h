@@ -8,12 +8,11 @@
 #include "Platform/NSProcessInfo.h"
 #include "Platform/Native/NativeDevice.h"
 #include "Platform/Native/NativeMainBundle.h"
+#include "Platform/Native/SizedScreen.h"
 #include "Platform/Native/UsualFontSizes.h"
 #include "Platform/TimeZone.h"
-#include "Platform/UIScreen.h"
 
 #include <atomic>
-#include <mutex>
 #include <string_view>
 
 namespace korvane {
@@ -49,22 +48,12 @@ private:
 };
 
 /// Empty, until the host says how large it is.
-class HostedScreen final : public UIScreen {
+class HostedScreen final : public SizedScreen {
 public:
-    [[nodiscard]] CGRect bounds() const override {
-        const std::scoped_lock lock(mutex_);
-        return bounds_;
-    }
-    void setBounds(const CGRect& bounds) {
-        const std::scoped_lock lock(mutex_);
-        bounds_ = bounds;
-    }
     [[nodiscard]] bool isCaptured() const override { return isCaptured_; }
     void setCaptured(bool isCaptured) { isCaptured_ = isCaptured; }
 
 private:
-    mutable std::mutex mutex_;
-    CGRect bounds_;
     std::atomic<bool> isCaptured_{false};
 };
 

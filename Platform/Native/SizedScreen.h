@@ -6,16 +6,16 @@
 
 namespace korvane {
 
-/// Empty, until it is given a size for screens that nobody looks at.
-class HeadlessScreen final : public UIScreen {
+/// A screen as large as it was last told; empty before. Any thread.
+class SizedScreen : public UIScreen {
 public:
     [[nodiscard]] CGRect bounds() const override {
         const std::scoped_lock lock(mutex_);
         return bounds_;
     }
-    void setBounds(const CGRect& bounds) {
+    void setSize(CGSize size) {
         const std::scoped_lock lock(mutex_);
-        bounds_ = bounds;
+        bounds_ = {{0, 0}, size};
     }
 
 private:
