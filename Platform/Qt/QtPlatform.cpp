@@ -1,6 +1,7 @@
 #include "Platform/Qt/QtPlatform.h"
 
 #include "Platform/Native/NativeDispatch.h"
+#include "Platform/Native/SizedScreen.h"
 #include "Platform/Qt/Fonts.h"
 #include "Platform/Qt/KorvaneHost.h"
 #include "Platform/Qt/Parts/Accessible.h"
@@ -20,7 +21,7 @@ static void loadResources() {
 namespace korvane {
 
 struct QtPlatform::Parts {
-    QtScreen screen;
+    SizedScreen screen; // the item that shows the library's screens
     QtDevice device{screen};
     QtFonts fonts;
     QtTextMeasurer textMeasurer;
