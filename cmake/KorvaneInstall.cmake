@@ -29,11 +29,11 @@ function(korvane_install_pkgconfig name component)
 endfunction()
 
 # What a static library needs a program must name; a shared one has it. curl is linked as the shared library that it is: its own
-# static requirements are many, and none is ours.
+# static requirements are many, and none is ours. A program in C does not know the library of C++.
 if(BUILD_SHARED_LIBS)
     set(pkgconfig_private .private)
 else()
-    set(pkgconfig_curl " -lcurl")
+    set(pkgconfig_static " -lcurl -lstdc++ -lm")
 endif()
 korvane_install_library(korvane KorvaneTargets library development)
 korvane_install_headers(development ${KORVANE_PUBLISHED})
@@ -55,7 +55,8 @@ endif()
 
 # Whole programs to begin with, which whoever has the packages copies.
 set(examples "${CMAKE_INSTALL_DATADIR}/doc/korvane/examples")
-install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples/payment" DESTINATION "${examples}" PATTERN build EXCLUDE)
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples/payment" "${PROJECT_SOURCE_DIR}/examples/c" DESTINATION "${examples}"
+    PATTERN build EXCLUDE)
 if(KORVANE_QT)
     install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples/shop" DESTINATION "${examples}" COMPONENT qt PATTERN build EXCLUDE)
 endif()

@@ -13,14 +13,16 @@ const { KORVANE_SOURCE: source, KORVANE_PREFIX: prefix, KORVANE_COMPILER: compil
 const home = mkdtempSync(join(tmpdir(), "korvane-docs-"));
 after(() => rmSync(home, { recursive: true }));
 
-const built = (name) => {
+const built = (name, program = name) => {
   cpSync(join(prefix, "share/doc/korvane/examples", name), join(home, name), { recursive: true });
   const build = join(home, name, "build");
   const chosen = ["-G", "Ninja", `-DCMAKE_PREFIX_PATH=${prefix}`, `-DCMAKE_CXX_COMPILER=${compiler}`];
   execFileSync("cmake", ["-S", join(home, name), "-B", build, ...chosen], { stdio: "pipe" });
   execFileSync("cmake", ["--build", build], { stdio: "pipe" });
-  return join(build, name);
+  return join(build, program);
 };
+
+const commandsOf = (file) => readFileSync(file, "utf8").match(/^```bash\n(.*?)^```$/ms)[1];
 
 /** Runs a program until it says a line that a pattern fits, and gives that. */
 async function heard(program, args, pattern) {
@@ -64,8 +66,18 @@ test("the program in Qt Quick shows the bank's screen", { skip: !process.env.KOR
   await pay(program, "text", /a screen of the bank stands/);
 });
 
+test("the program in C pays, built by CMake and by the commands of its page", () => {
+  const byCMake = built("c", "payment");
+  const folder = join(home, "c");
+  const { NODE_TEST_CONTEXT: ours, KORVANE_LIBRARIES: libraries, ...env } = process.env;
+  execFileSync("sh", ["-c", commandsOf(join(folder, "README.md"))], { cwd: folder, env: { ...env, PKG_CONFIG_PATH: join(libraries, "pkgconfig") } });
+  for (const program of [byCMake, join(folder, "payment")])
+    execFileSync(process.execPath, ["--test", join(source, "tests/C/payment/Payment.test.mjs")], { env: { ...env, LD_LIBRARY_PATH: libraries,
+      KORVANE_PAYMENT: program, KORVANE_ACS: join(prefix, "bin/korvane-acs"), KORVANE_SCENARIOS: join(prefix, "share/korvane/acs/scenarios") } });
+});
+
 test("the challenge by hand works, and once more in the same folder", () => {
-  const [, script] = readFileSync(join(source, "tools/acs/README.md"), "utf8").match(/^```bash\n(.*?)^```$/ms);
+  const script = commandsOf(join(source, "tools/acs/README.md"));
   const env = { ...process.env, PATH: `${join(prefix, "bin")}:${process.env.PATH}` };
   for (const time of ["first", "second"]) {
     const said = execFileSync("bash", ["-c", script], { cwd: home, env, encoding: "utf8", timeout: 60000 });

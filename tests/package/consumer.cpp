@@ -7,7 +7,9 @@ using namespace korvane;
 int main() {
     HeadlessPlatform platform;
     ThreeDS2Service service;
-    service.initialize(std::make_shared<ConfigParameters>(), nullptr, nullptr, Locale{"en-GB"});
+    const Theme theme = readTheme(R"({"toolbar": {"headerText": "Pay"}})");
+    service.initialize(std::make_shared<ConfigParameters>(), theme.customization, theme.constraints, nullptr,
+                       Locale{"en-GB"});
     try {
         const auto transaction = service.createTransaction("F170738365", "2.2.0");
         const auto request = transaction->getAuthenticationRequestParameters();

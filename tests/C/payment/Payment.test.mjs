@@ -3,8 +3,8 @@
 import { strict as assert } from "node:assert";
 import { test } from "node:test";
 
-import { withAcs } from "../tools/acs/Acs.mjs";
-import { Cardholder } from "../tools/challenge/Cardholder.mjs";
+import { withAcs } from "../../tools/acs/Acs.mjs";
+import { Cardholder } from "../../tools/challenge/Cardholder.mjs";
 
 const begin = async (acs) => {
   const { listening } = acs;
