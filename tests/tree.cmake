@@ -35,6 +35,6 @@ add_test(NAME tree.includesKeepTheirFences
 # Sources look as .clang-format says. Others than the version that the machines of the project have may say otherwise.
 find_program(CLANG_FORMAT NAMES clang-format-14 clang-format REQUIRED)
 add_test(NAME tree.isFormatted
-    COMMAND sh -c "find Platform Crypt Sdk keyboard Ui Input Cardholder C tools examples tests fuzz bench -name '*.h' -o -name '*.cpp' |
+    COMMAND sh -c "find Platform Crypt Sdk keyboard Ui Input Cardholder C java tools examples tests fuzz bench -name '*.h' -o -name '*.cpp' |
         xargs '${CLANG_FORMAT}' --dry-run -Werror"
     WORKING_DIRECTORY "${PROJECT_SOURCE_DIR}")

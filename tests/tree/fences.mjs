@@ -5,7 +5,7 @@
 import { existsSync, readdirSync, readFileSync } from "node:fs";
 import { dirname, join, relative } from "node:path";
 
-const roots = ["Platform", "Crypt", "Sdk", "keyboard", "Ui", "Input", "Cardholder", "C", "tools", "examples", "tests", "fuzz", "bench"];
+const roots = ["Platform", "Crypt", "Sdk", "keyboard", "Ui", "Input", "Cardholder", "C", "java", "tools", "examples", "tests", "fuzz", "bench"];
 
 /** Which folders, or sources, may include a foreign library. */
 const libraries = [
@@ -14,6 +14,7 @@ const libraries = [
   { name: /^unicode\//, folders: ["Platform/Unicode.cpp"] },
   { name: /^simdjson/, folders: ["Platform"] },
   { name: /^(curl|asio)[./]/, folders: ["Platform/Native", "tests/Platform/Hosted"] },
+  { name: /^jni\.h$/, folders: ["java"] },
   { name: /^fontconfig\//, folders: ["Platform/Headless"] },
   { name: /^Q[A-Z]/, folders: ["Platform/Qt", "tools/screen", "examples", "tests/Platform/Qt", "tests/examples", "tests/tools/acs/page",
     "bench/Qt"] },
