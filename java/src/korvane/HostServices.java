@@ -42,7 +42,12 @@ final class HostServices {
     byte[][] value(int number) {
         if (number >= Host.Value.values().length) return new byte[0][];
         Host.Value value = Host.Value.values()[number];
-        List<String> texts = host.value(value);
+        List<String> texts = List.of();
+        try {
+            texts = host.value(value);
+        } catch (Throwable thrown) {
+            Native.report(thrown);
+        }
         if (texts.isEmpty() && value == Host.Value.RESOURCES) texts = installedResources();
         return texts.stream().map(Text::bytes).toArray(byte[][]::new);
     }

@@ -50,13 +50,12 @@ final class JsonObject {
     }
 
     private void write(Map<String, Object> members) {
-        char before = '{';
+        put('{');
         for (Map.Entry<String, Object> member : members.entrySet()) {
-            put(before);
+            if (length > 1) put(',');
             write(member.getKey());
             put(':');
             write(member.getValue());
-            before = ',';
         }
         put('}');
     }

@@ -1,3 +1,5 @@
+package payment;
+
 import java.net.URI;
 import java.net.http.HttpRequest;
 import java.net.http.HttpRequest.BodyPublishers;
