@@ -29,6 +29,9 @@ find_program(NODE node REQUIRED)
 add_test(NAME tree.readmeShowsWhatIsCompiled
     COMMAND "${NODE}" "${CMAKE_CURRENT_SOURCE_DIR}/tree/readme.mjs"
         "${PROJECT_SOURCE_DIR}/README.md" "${CMAKE_CURRENT_SOURCE_DIR}/package/qt/consumer.cpp")
+add_test(NAME tree.bindingsShowWhatIsCompiled
+    COMMAND "${NODE}" "${CMAKE_CURRENT_SOURCE_DIR}/tree/readme.mjs"
+        "${PROJECT_SOURCE_DIR}/docs/bindings.md" "${PROJECT_SOURCE_DIR}/examples/java/payment/Payment.java")
 add_test(NAME tree.includesKeepTheirFences
     COMMAND "${NODE}" "${CMAKE_CURRENT_SOURCE_DIR}/tree/fences.mjs" "${PROJECT_SOURCE_DIR}")
 

@@ -3,7 +3,7 @@
 
 import assert from "node:assert/strict";
 import { execFileSync, spawn } from "node:child_process";
-import { cpSync, mkdtempSync, readFileSync, rmSync } from "node:fs";
+import { cpSync, mkdtempSync, readFileSync, readdirSync, rmSync, writeFileSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { createInterface } from "node:readline";
@@ -74,6 +74,24 @@ test("the program in C pays, built by CMake and by the commands of its page", ()
   for (const program of [byCMake, join(folder, "payment")])
     execFileSync(process.execPath, ["--test", join(source, "tests/C/payment/Payment.test.mjs")], { env: { ...env, LD_LIBRARY_PATH: libraries,
       KORVANE_PAYMENT: program, KORVANE_ACS: join(prefix, "bin/korvane-acs"), KORVANE_SCENARIOS: join(prefix, "share/korvane/acs/scenarios") } });
+});
+
+test("the program in Java pays, with what is installed and with what java/build makes of it", { skip: !process.env.KORVANE_JDK }, async () => {
+  const { KORVANE_JDK: jdk, KORVANE_LIBRARIES: libraries } = process.env;
+  const own = join(home, "java");
+  const env = { ...process.env, JAVA_HOME: jdk, CXX: compiler, PKG_CONFIG_PATH: join(libraries, "pkgconfig") };
+  execFileSync(join(source, "java/build"), [own], { env, stdio: "pipe" });
+  const installed = join(prefix, "share/java/korvane.jar");
+  assert.ok(readFileSync(join(own, "korvane.jar")).equals(readFileSync(installed)), "the jar is the same");
+  const sources = join(prefix, "share/doc/korvane/examples/java/payment");
+  const names = readdirSync(sources).map((name) => join(sources, name));
+  execFileSync(join(jdk, "bin/javac"), ["-Xlint:all", "-Werror", "-cp", installed, "-d", own, ...names], { stdio: "pipe" });
+  for (const folder of [own, join(libraries, "jni")]) {
+    const program = join(own, "pay");
+    writeFileSync(program, `#!/bin/sh\nexec '${jdk}/bin/java' '-Djava.library.path=${folder}:${libraries}' -cp '${installed}:${own}' payment.Payment "$@"\n`, { mode: 0o755 });
+    await pay(program, "oob", /^Completed.*transactionStatus=Y/);
+    assert.match(await heard(program, [], /./), /^usage: Payment/);
+  }
 });
 
 test("the challenge by hand works, and once more in the same folder", () => {
