@@ -10,20 +10,23 @@ namespace {
 /// What keeps a thread of the library known to the machine.
 class Attachment {
 public:
-    Attachment() {
+    explicit Attachment(JavaVM& vm) : vm_(vm) {
         char name[] = "korvane";
         JavaVMAttachArgs arguments{JNI_VERSION_10, name, nullptr};
         void* made = nullptr;
-        if (peer().vm->AttachCurrentThreadAsDaemon(&made, &arguments) == JNI_OK)
-            env = static_cast<JNIEnv*>(made);
+        if (vm_.AttachCurrentThreadAsDaemon(&made, &arguments) == JNI_OK) env_ = static_cast<JNIEnv*>(made);
     }
     Attachment(const Attachment&) = delete;
     Attachment& operator=(const Attachment&) = delete;
     ~Attachment() {
-        if (env) peer().vm->DetachCurrentThread();
+        if (env_) vm_.DetachCurrentThread();
     }
 
-    JNIEnv* env = nullptr;
+    [[nodiscard]] JNIEnv* env() const noexcept { return env_; }
+
+private:
+    JavaVM& vm_;
+    JNIEnv* env_ = nullptr;
 };
 
 } // namespace
@@ -34,10 +37,12 @@ Peer& peer() {
 }
 
 JNIEnv* environment() noexcept {
+    JavaVM* const vm = peer().vm;
+    if (!vm) return nullptr;
     void* known = nullptr;
-    if (peer().vm->GetEnv(&known, JNI_VERSION_10) == JNI_OK) return static_cast<JNIEnv*>(known);
-    static thread_local const Attachment attachment;
-    return attachment.env;
+    if (vm->GetEnv(&known, JNI_VERSION_10) == JNI_OK) return static_cast<JNIEnv*>(known);
+    static thread_local const Attachment attachment(*vm);
+    return attachment.env();
 }
 
 void requireNone(JNIEnv* env) {

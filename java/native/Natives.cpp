@@ -113,9 +113,12 @@ jlong service(JNIEnv* env, jclass /*self*/, jlong platform, jobjectArray servers
         env->GetIntArrayRegion(algorithms, 0, static_cast<jsize>(kinds.size()), kinds.data());
         requireNone(env);
         std::vector<Bytes> texts;
-        for (jsize index = 0; index < env->GetArrayLength(servers); ++index)
+        const jsize count = env->GetArrayLength(servers);
+        texts.reserve(static_cast<std::size_t>(count));
+        for (jsize index = 0; index < count; ++index)
             texts.emplace_back(env, servers, index);
         std::vector<korvane_directory_server> all;
+        all.reserve(kinds.size());
         for (std::size_t index = 0; index < kinds.size(); ++index) {
             const Bytes* const own = &texts.at(3 * index);
             all.push_back(
