@@ -1,6 +1,7 @@
 #include "tools/screen/Script.h"
 
 #include "Sdk/Messages/MessageValues.h"
+#include "Ui/Screens/ChallengeWebViewController.h"
 #include "tools/common/CResCheck.h"
 #include "tools/common/InputFile.h"
 #include "tools/common/UsageError.h"
@@ -19,10 +20,13 @@ void requireScreen(const CRes& cRes, const std::string& file) {
         throw NotDone(file + ": This CRes ends the challenge and shows no screen.");
 }
 
-/// The web engine ends the whole program then, with a line that only its developers understand.
-void requireSandbox(const CRes& cRes) {
-    const bool isPage = cRes.acsUiType == rawValue(UiType::HTML_OTHER);
-    if (isPage && ::geteuid() == 0 && !std::getenv("QTWEBENGINE_DISABLE_SANDBOX"))
+/// As root the web engine ends the whole program, with a line that only its developers understand.
+void requireEngine(const CRes& cRes, const std::string& file) {
+    if (cRes.acsUiType != rawValue(UiType::HTML_OTHER)) return;
+    if (!ChallengeWebViewController::isAvailable())
+        throw NotDone(file +
+                      ": This CRes is a web page, and this program was built without an engine for them.");
+    if (::geteuid() == 0 && !std::getenv("QTWEBENGINE_DISABLE_SANDBOX"))
         throw tools::UsageError(
             "A bank's page is not drawn as root. Run this as another user, or, for pages that "
             "you trust, set QTWEBENGINE_DISABLE_SANDBOX=1.");
@@ -36,7 +40,7 @@ CRes readCRes(const std::string& file) {
         text.attempt([&] { cRes = tools::checkCRes(text); });
         text.requireNoFault();
         requireScreen(cRes, file);
-        requireSandbox(cRes);
+        requireEngine(cRes, file);
         return cRes;
     } catch (const FaultyText& error) {
         throw NotDone(error.what());
