@@ -121,21 +121,22 @@ test("manual page and completion have every option of the help, and are those th
   const complete = (script, name, ...words) => spawnSync("/bin/bash", ["-c",
     `. ${script}; COMP_WORDS=("$@"); COMP_CWORD=$(($# - 1)); _${name.replace("-", "_")}; printf '%s\\n' "\${COMPREPLY[@]}"`, "-", name, ...words],
     { encoding: "utf8", cwd: folder }).stdout.trimEnd().split("\n");
+  const written = (tool, kind) => join(process.env.KORVANE_TOOLS, tool, `korvane-${tool}.${kind}`);
   for (const [tool, program] of Object.entries(programs)) {
     const options = ask(program, "--help").match(/^ {2}(-h,)?--[a-z-]+/gm).map((text) => text.trim().replace("-h,", ""));
-    const page = readFileSync(`${program}.1`, "utf8");
+    const page = readFileSync(written(tool, "1"), "utf8");
     assert.ok(options.length >= 2);
     for (const option of options) assert.ok(page.includes(option.replaceAll("-", "\\-")), option);
     assert.match(page, /^\.TH korvane-[a-z]+ 1 "" "\d/);
     assert.doesNotMatch(page, /^'|^\.(?!TH|SH|SS|TP|B|br|nf|fi)/m, "no line of text is a command");
-    const offered = complete(`${program}.bash`, `korvane-${tool}`, "--");
+    const offered = complete(written(tool, "bash"), `korvane-${tool}`, "--");
     assert.deepEqual(offered.sort(), options.sort());
-    assert.deepEqual([page, readFileSync(`${program}.bash`, "utf8")], [ask(program, "--manual-page"), ask(program, "--bash-completion")]);
+    assert.deepEqual([page, readFileSync(written(tool, "bash"), "utf8")], [ask(program, "--manual-page"), ask(program, "--bash-completion")]);
   }
-  const script = `${programs.challenge}.bash`;
+  const script = written("challenge", "bash");
   assert.deepEqual(complete(script, "korvane-challenge", "--algorithm", "E"), ["EC"]);
   assert.deepEqual(complete(script, "korvane-challenge", "--ca", "=", "pki/tls-root.p"), ["pki/tls-root.pem"]);
   assert.deepEqual(complete(script, "korvane-challenge", "--locale", ""), [""]);
-  assert.deepEqual(complete(`${programs.acs}.bash`, "korvane-acs", "--pki", "pk"), ["pki"]);
-  assert.deepEqual(complete(`${programs.jose}.bash`, "korvane-jose", "in"), ["inspect"]);
+  assert.deepEqual(complete(written("acs", "bash"), "korvane-acs", "--pki", "pk"), ["pki"]);
+  assert.deepEqual(complete(written("jose", "bash"), "korvane-jose", "in"), ["inspect"]);
 });
