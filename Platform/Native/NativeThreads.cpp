@@ -60,8 +60,9 @@ bool WorkerThreads::addThread() {
         loop_.run();
         ended_();
     });
-    if (thread) threads_.push_back(*std::move(thread));
-    return thread.has_value();
+    if (!thread) return false;
+    threads_.push_back(*std::move(thread));
+    return true;
 }
 
 std::size_t WorkerThreads::stop(std::function<void()> ended) {
