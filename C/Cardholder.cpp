@@ -20,14 +20,16 @@ public:
 
     [[nodiscard]] Cardholder& cardholder() const noexcept { return *cardholder_; }
 
-    /// Its window is the main thread's.
-    void go() override {
-        const auto drop = [held = std::exchange(cardholder_, nullptr)] { static_cast<void>(held); };
-        static_cast<void>(call(nullptr, [&] { Visit().platform().dispatch().mainQueue().async(drop); }));
+    /// Its window is the main thread's, which may be in it.
+    void go(std::shared_ptr<Object> self) override {
+        static_cast<void>(call(nullptr, [&] {
+            Visit().platform().dispatch().mainQueue().async(
+                [held = std::move(self)] { static_cast<void>(held); });
+        }));
     }
 
 private:
-    std::shared_ptr<Cardholder> cardholder_;
+    const std::shared_ptr<Cardholder> cardholder_;
 };
 
 /// A program's function, until it has been told that nothing more comes.

@@ -38,6 +38,8 @@ bool Handles::retain(const void* handle) {
     return true;
 }
 
+void Object::go(std::shared_ptr<Object> /*self*/) {}
+
 bool Handles::release(const void* handle) {
     std::unique_lock lock(mutex_);
     const auto found = entries_.find(numberOf(handle));
@@ -47,9 +49,10 @@ bool Handles::release(const void* handle) {
         return true;
     }
     found->second.object->requireMayGo(entries_.size() - 1);
-    const auto object = entries_.extract(found).mapped().object;
+    auto object = entries_.extract(found).mapped().object;
     lock.unlock();
-    object->go();
+    Object& going = *object;
+    going.go(std::move(object));
     return true;
 }
 

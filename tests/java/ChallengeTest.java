@@ -31,7 +31,8 @@ final class ChallengeTest {
                 .with("several options", ChallengeTest::severalOptions)
                 .with("an approval elsewhere", ChallengeTest::outOfBand)
                 .with("a page", ChallengeTest::page)
-                .with("every ending", ChallengeTest::endings)
+                .with("every ending but one", ChallengeTest::endings)
+                .with("no time", ChallengeTest::timedOut)
                 .run();
     }
 
@@ -113,11 +114,15 @@ final class ChallengeTest {
         Action wrong = new Action.Submit("9");
         expectStatus("N", play("text", wrong, wrong, wrong));
         Cases.equal(new Ending.Cancelled(), play("text", new Action.Cancel()).ending());
-        Cases.equal(new Ending.TimedOut(), Play.of(korvane, bank, "text", 0).ending());
         Ending.ProtocolError error = (Ending.ProtocolError) play("faultSealedErro").ending();
         Cases.equal("402", error.errorCode());
         Cases.that(!error.sdkTransactionId().isEmpty(), "whose error it is");
         Ending.RuntimeError failure = (Ending.RuntimeError) play("faultForeignRoot").ending();
         Cases.that(failure.errorMessage().contains("AcsSignedContent"), failure.errorMessage());
+    }
+
+    /** Last: what the bank answers after it is shown all the same, and would stand before another challenge. */
+    private static void timedOut() throws Exception {
+        Cases.equal(new Ending.TimedOut(), Play.of(korvane, bank, "text", 0).ending());
     }
 }
