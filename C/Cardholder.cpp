@@ -21,7 +21,7 @@ public:
     [[nodiscard]] Cardholder& cardholder() const noexcept { return *cardholder_; }
 
     /// Its window is the main thread's, which may be in it.
-    void go(std::shared_ptr<Object> self) override {
+    void go(std::shared_ptr<Object>&& self) override {
         static_cast<void>(call(nullptr, [&] {
             Visit().platform().dispatch().mainQueue().async(
                 [held = std::move(self)] { static_cast<void>(held); });

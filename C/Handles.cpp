@@ -38,8 +38,6 @@ bool Handles::retain(const void* handle) {
     return true;
 }
 
-void Object::go(std::shared_ptr<Object> /*self*/) {}
-
 bool Handles::release(const void* handle) {
     std::unique_lock lock(mutex_);
     const auto found = entries_.find(numberOf(handle));

@@ -21,8 +21,8 @@ public:
     /// @throws CallError if that may not be now.
     virtual void requireMayGo(std::size_t /*others*/) const {}
     /// Once its last handle has gone. A call that found the object before may still be in it.
-    /// @param self  the handles' own reference.
-    virtual void go(std::shared_ptr<Object> self);
+    /// @param self  the handles' own reference, to be taken to where the object is to die.
+    virtual void go(std::shared_ptr<Object>&& /*self*/) {}
 };
 
 /// What all handles of the process name, and how often each is held. A handle is a number that is not given

@@ -45,7 +45,7 @@ void PlatformObject::requireMayGo(std::size_t others) const {
         throw CallError(KORVANE_BAD_STATE, "The platform does not end within a callback.");
 }
 
-void PlatformObject::go(std::shared_ptr<Object> /*self*/) {
+void PlatformObject::go(std::shared_ptr<Object>&& /*self*/) {
     Visitors& all = visitors();
     {
         std::unique_lock lock(all.mutex);

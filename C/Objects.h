@@ -21,7 +21,7 @@ public:
     /// @throws CallError on another thread than the main one, within a callback, and beside other handles.
     void requireMayGo(std::size_t others) const override;
     /// The platform ends, once nobody visits it any more.
-    void go(std::shared_ptr<Object> self) override;
+    void go(std::shared_ptr<Object>&& self) override;
 
 private:
     std::optional<HostedPlatform> platform_;
