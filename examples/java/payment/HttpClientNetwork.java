@@ -29,7 +29,8 @@ import korvane.Host;
 
 /**
  * What goes to the bank, by Java's own client: with the authorities, the proxy and the TLS settings that the
- * rest of an application has. It follows no redirects and keeps no cookies.
+ * rest of an application has. It follows no redirects and keeps no cookies. A body is read up to the library's
+ * limit; how long a head may be is Java's own to say.
  */
 public final class HttpClientNetwork implements Host.Network {
     private static final int LONGEST_BODY = 16 << 20;
